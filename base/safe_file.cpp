@@ -1,0 +1,179 @@
+#include "base/safe_file.h"
+
+#include "base/paths.h"
+
+#include <algorithm>
+#include <deque>
+#include <exception>
+#include <utility>
+
+namespace dravik {
+namespace {
+
+/// One step of a kernel copy: small enough to answer a cancel at once, large enough to cost nothing.
+constexpr std::uint64_t copyStepBytes = 8U * 1024U * 1024U;
+/// Written but not yet on the medium at any time. Bounds what a final sync (which cannot be cancelled) has left to do.
+constexpr std::uint64_t unwrittenBytesLimit = 64U * 1024U * 1024U;
+/// Another process's clean-up may win the race for a file it sees unlocked; a few tries are far more than enough.
+constexpr int createAttempts = 16;
+
+/// Keeps the amount of written data that is still on its way to the medium within a limit.
+class WritebackWindow {
+  public:
+    WritebackWindow(FileOps& ops, const FileHandle& file) : ops_(ops), file_(file) {}
+
+    void wrote(std::uint64_t offset, std::uint64_t length) {
+        ops_.startWriteback(file_, offset, length);
+        underWay_.push_back({offset, length});
+        bytes_ += length;
+        while (bytes_ > unwrittenBytesLimit) {
+            ops_.waitForWriteback(file_, underWay_.front().offset, underWay_.front().length);
+            bytes_ -= underWay_.front().length;
+            underWay_.pop_front();
+        }
+    }
+
+  private:
+    FileOps& ops_;
+    const FileHandle& file_;
+    std::deque<SourceRange> underWay_;
+    std::uint64_t bytes_ = 0;
+};
+
+}  // namespace
+
+void FolderSyncs::syncAll(FileOps& ops) {
+    std::exception_ptr failure;
+    for (const std::filesystem::path& folder : std::exchange(folders_, {})) {
+        try {
+            ops.syncFolder(folder);
+        } catch (const std::exception&) {
+            if (!failure) failure = std::current_exception();
+        }
+    }
+    if (failure) std::rethrow_exception(failure);
+}
+
+void ensureRoom(FileOps& ops, const std::filesystem::path& target, std::uint64_t bytes) {
+    const std::filesystem::path file = resolvedTarget(target);
+    const std::optional<std::uint64_t> free = ops.freeBytes(folderOf(file));
+    if (!free || *free >= bytes) return;
+    if (const FileHandle source = FileHandle::tryOpenForReading(file); source.isOpen()) {
+        const std::filesystem::path trial = folderOf(file) / freshTemporaryName(TempKind::output, fileNameText(file));
+        const FileHandle copy = ops.createExclusive(trial);
+        const bool shared = ops.shareBlocks(source, copy);
+        ops.remove(trial);
+        if (shared) return;
+    }
+    throw std::filesystem::filesystem_error("no room for the new file", file,
+                                            std::make_error_code(std::errc::no_space_on_device));
+}
+
+std::filesystem::path resolvedTarget(const std::filesystem::path& path) {
+    std::error_code none;
+    return std::filesystem::is_symlink(path, none) ? std::filesystem::canonical(path) : path;
+}
+
+SafeFile::SafeFile(FileOps& ops, std::filesystem::path target, TempKind kind) : ops_(ops), target_(std::move(target)) {
+    for (int attempt = 1;; ++attempt) {
+        temporary_ = folderOf(target_) / freshTemporaryName(kind, fileNameText(target_));
+        try {
+            file_ = ops_.createExclusive(temporary_);
+        } catch (const std::filesystem::filesystem_error& error) {
+            if (error.code() != std::errc::file_exists || attempt == createAttempts) throw;
+            continue;
+        }
+        // Between creation and lock another process may have taken the file for an abandoned one.
+        if (ops_.tryLock(file_) != FileOps::Lock::heldByAnother && ops_.isSameFile(file_, temporary_)) return;
+        discard();
+        if (attempt == createAttempts) {
+            throw std::filesystem::filesystem_error("cannot lock", temporary_,
+                                                    std::make_error_code(std::errc::resource_unavailable_try_again));
+        }
+    }
+}
+
+SafeFile::~SafeFile() {
+    if (!inPlace_) discard();
+}
+
+void SafeFile::discard() noexcept {
+    try {
+        ops_.remove(temporary_);
+    } catch (const std::exception&) {
+        // Nothing more can be done here: the lock goes with the handle, and the next opening of the folder removes it.
+        return;
+    }
+}
+
+void SafeFile::write(const FilePlan& plan, const FileHandle& source, const TaskContext& task) {
+    synced_ = false;
+    Progress progress;
+    progress.allBytes = plan.size();
+    const std::string name = fileNameText(target_);
+    progress.currentName = name;
+    task.advance(progress);
+
+    // Sharing is worth it when most of the file stays where it is; what differs is then written over the shared copy.
+    const bool shared = plan.unmovedBytes() > plan.size() / 2 && ops_.shareBlocks(source, file_);
+    if (const auto free = ops_.freeBytes(folderOf(target_)); !shared && free && *free < plan.size()) {
+        throw std::filesystem::filesystem_error("no room for the new file", target_,
+                                                std::make_error_code(std::errc::no_space_on_device));
+    }
+    if (!shared && plan.size() > copyStepBytes) ops_.reserve(file_, plan.size());
+    WritebackWindow writeback(ops_, file_);
+    std::uint64_t at = 0;
+    for (const FilePlan::Piece& piece : plan.pieces()) {
+        if (const auto* bytes = std::get_if<Bytes>(&piece)) {
+            ops_.writeAt(file_, temporary_, at, *bytes);
+            at += bytes->size();
+        } else {
+            SourceRange rest = std::get<SourceRange>(piece);
+            if (shared && rest.offset == at) {
+                at += rest.length;
+                rest.length = 0;
+            }
+            while (rest.length > 0) {
+                const std::uint64_t copied = ops_.copyRange(source, rest.offset, file_, temporary_, at,
+                                                            std::min(rest.length, copyStepBytes));
+                if (copied == 0) {
+                    throw std::filesystem::filesystem_error("the file ended while it was copied", target_,
+                                                            std::make_error_code(std::errc::io_error));
+                }
+                if (plan.size() > copyStepBytes) writeback.wrote(at, copied);
+                rest.offset += copied;
+                rest.length -= copied;
+                at += copied;
+                progress.doneBytes = at;
+                task.advance(progress);
+            }
+        }
+        progress.doneBytes = at;
+        task.advance(progress);
+    }
+    if (shared) ops_.truncate(file_, temporary_, plan.size());
+}
+
+void SafeFile::copyAttributesFrom(const FileHandle& original) {
+    synced_ = false;
+    ops_.copyAttributes(original, file_, temporary_);
+}
+
+void SafeFile::sync() {
+    if (!synced_) ops_.sync(file_, temporary_);
+    synced_ = true;
+}
+
+UnsyncedFolder SafeFile::commit(Existing existing) {
+    sync();
+    // The rename comes before the close: the lock guards the name until it is gone.
+    if (existing == Existing::replace) {
+        ops_.renameReplacing(temporary_, target_);
+    } else {
+        ops_.renameNoReplace(temporary_, target_);
+    }
+    inPlace_ = true;
+    return {folderOf(target_)};
+}
+
+}  // namespace dravik

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace dravik {
+
+/// Names of the hidden files that Dravik makes beside the user's, and how to know them again. A token is a UUID text
+/// whose last eight digits are a checksum of the others: no user's own file, however it is named, is taken for ours.
+
+/// What a temporary file is for; decides its prefix.
+enum class TempKind {
+    metadata,  ///< ".metadata-" token ".tmp"
+    cues,      ///< ".cues-" token ".tmp"
+    output,    ///< ".dravik-op-" token "." target name: new files
+};
+
+/// A fresh token, "xxxxxxxx-xxxx-4xxx-yxxx-xxxxCCCCCCCC".
+[[nodiscard]] std::string freshToken();
+[[nodiscard]] bool isOurToken(std::string_view text) noexcept;
+
+/// What the common file systems allow for one file name.
+inline constexpr std::size_t maxFileNameBytes = 255;
+
+/// File name (no folder) of a new temporary file that will become `targetName`; a long target name is cut.
+[[nodiscard]] std::string freshTemporaryName(TempKind kind, std::string_view targetName);
+/// Was this file name made by freshTemporaryName? Such a file holds nothing that is not elsewhere.
+[[nodiscard]] bool isTemporaryName(std::string_view fileName) noexcept;
+
+/// ".dravik_rename_" token extension: a user's file on its way between two names. Never removed.
+inline constexpr std::string_view renamePrefix = ".dravik_rename_";
+[[nodiscard]] std::string freshRenameName(std::string_view extensionWithDot);
+
+}  // namespace dravik

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "cli/cues_command.h"
+#include "cli/demo_command.h"
+#include "cli/recover_command.h"
+#include "cli/scan_command.h"
+#include "cli/set_command.h"
+#include "cli/show_command.h"
+
+#include <string>
+#include <variant>
+
+namespace dravik {
+
+/// What the command line asks for: a command with its options, or to be told something and end.
+struct Told {
+    ExitCode code = ExitCode::done;
+    std::string text;  ///< help or version when done, else what is wrong
+};
+using Command = std::variant<Told, ScanOptions, ShowOptions, SetOptions, CuesOptions, DemoOptions, RecoverOptions>;
+
+/// Never throws for what a user may type.
+[[nodiscard]] Command parseCommandLine(int argc, const char* const* argv);
+
+}  // namespace dravik

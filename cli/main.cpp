@@ -1,0 +1,74 @@
+#include "base/paths.h"
+#include "cli/command_line.h"
+#include "cli/failure.h"
+#include "platform/media/lazy_media_reader.h"
+#include "platform/native_file_ops.h"
+
+#include <atomic>
+#include <csignal>
+#include <cstdio>
+#include <memory>
+
+namespace dravik {
+namespace {
+
+/// A signal handler can reach nothing but a global.
+CancellationToken interruption;  // NOLINT
+static_assert(std::atomic<bool>::is_always_lock_free);
+
+extern "C" void onInterrupt(int) { interruption.cancel(); }
+
+void cancelOnSignals() {
+    struct sigaction action {};
+    action.sa_handler = onInterrupt;
+    action.sa_flags = SA_RESTART;
+    ::sigemptyset(&action.sa_mask);
+    ::sigaction(SIGINT, &action, nullptr);
+    ::sigaction(SIGTERM, &action, nullptr);
+    // A reader that goes away is an error of `print`, not a death in the middle of a save.
+    action.sa_handler = SIG_IGN;
+    ::sigaction(SIGPIPE, &action, nullptr);
+}
+
+struct Runner {
+    Services& services;
+
+    ExitCode operator()(const Told& told) const {
+        if (told.code == ExitCode::done) {
+            services.console.print(told.text);
+        } else {
+            services.console.message(told.text);
+        }
+        return told.code;
+    }
+    ExitCode operator()(const ScanOptions& options) const { return runScan(options, services); }
+    ExitCode operator()(const ShowOptions& options) const { return runShow(options, services); }
+    ExitCode operator()(const SetOptions& options) const { return runSet(options, services); }
+    ExitCode operator()(const CuesOptions& options) const { return runCues(options, services); }
+    ExitCode operator()(const DemoOptions& options) const { return runDemo(options, services); }
+    ExitCode operator()(const RecoverOptions& options) const { return runRecover(options, services); }
+};
+
+ExitCode run(int argc, const char* const* argv) {
+    cancelOnSignals();
+    Console console;
+    const std::unique_ptr<FileOps> files = makeNativeFileOps();
+    const std::unique_ptr<AudioFileReader> codecs =
+        makeLazyMediaReader([&console](const std::string& complaint) { console.message(complaint); });
+    Services services{*files, *codecs, interruption, console};
+    try {
+        return std::visit(Runner{services}, parseCommandLine(argc, argv));
+    } catch (const std::system_error& error) {
+        // Whoever closed the pipe does not want to hear about it.
+        if (error.code() != std::errc::broken_pipe) console.message(userText(error));
+        return exitCodeFor(error);
+    } catch (const std::exception& error) {
+        console.message(userText(error));
+        return exitCodeFor(error);
+    }
+}
+
+}  // namespace
+}  // namespace dravik
+
+int main(int argc, char** argv) { return static_cast<int>(dravik::run(argc, argv)); }

@@ -1,0 +1,122 @@
+#include "cli/take_table.h"
+
+#include "cli/table.h"
+#include "model/audio_metadata.h"
+
+#include <algorithm>
+#include <set>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+namespace dravik {
+namespace {
+
+constexpr std::string_view mixedText = "‹mixed›";
+
+const std::vector<Table::Column>& columns() {
+    using enum Table::Align;
+    static const std::vector<Table::Column> all = {
+        {"Name", 100, left, 24},  {"Scene", 95, left, 12},  {"Take", 90, left, 6},     {"Mark", 80, left, {}},
+        {"Start", 85, left, {}},  {"FPS", 60, left, {}},    {"Length", 75, right, {}}, {"Tape", 40, left, 8},
+        {"Audio", 30, left, {}},  {"Format", 10, left, {}}, {"Size", 20, right, {}},   {"Trk", 55, right, {}},
+        {"Tracks", 35, left, 26}, {"Note", 50, left, 15},
+    };
+    return all;
+}
+
+bool isMixed(const GroupeFichiers& groupe, ChampMetadata champ) { return groupe.champsMixtes.contains(champ); }
+
+Table::Cell field(const GroupeFichiers& groupe, ChampMetadata champ, const std::optional<std::string>& value) {
+    if (isMixed(groupe, champ)) return {std::string(mixedText), Style::dim};
+    return {value.value_or("")};
+}
+
+Table::Cell marks(const GroupeFichiers& groupe) {
+    if (isMixed(groupe, ChampMetadata::circled) || isMixed(groupe, ChampMetadata::wild)) {
+        return {std::string(mixedText), Style::dim};
+    }
+    if (groupe.circled) return {groupe.wild ? "● wild" : "●", Style::good};
+    return {groupe.wild ? "wild" : "", Style::special};
+}
+
+std::string trackNames(const GroupeFichiers& groupe) {
+    std::vector<std::string> names;
+    for (const Piste& piste : pistesDuGroupe(groupe)) {
+        if (!piste.nom.empty()) names.push_back(piste.nom);
+    }
+    return fmt::format("{}", fmt::join(names, ", "));
+}
+
+Table::Cell audio(const InfoFichier& fichier) {
+    if (fichier.channels == 0) return {"unreadable", Style::bad};
+    const std::string rate = fmt::format("{:g}k", fichier.sampleRate / 1000);
+    return {fichier.bits > 0 ? fmt::format("{}/{}", rate, fichier.bits) : rate};
+}
+
+double lengthOf(const GroupeFichiers& groupe) {
+    double longest = 0;
+    for (const InfoFichier& fichier : groupe.fichiers)
+        longest = std::max(longest, fichier.dureeSecondes);
+    return longest;
+}
+
+std::uint64_t sizeOf(const GroupeFichiers& groupe) {
+    std::uint64_t size = 0;
+    for (const InfoFichier& fichier : groupe.fichiers)
+        size += fichier.taille;
+    return size;
+}
+
+}  // namespace
+
+std::string takeTable(const std::vector<GroupeFichiers>& groupes, std::optional<int> width, bool colour) {
+    Table table(columns());
+    for (const GroupeFichiers& groupe : groupes) {
+        const InfoFichier& premier = groupe.fichiers.front();
+        const bool readable = premier.channels > 0;
+        table.add({
+            {groupe.nom, Style::strong},
+            field(groupe, ChampMetadata::scene, groupe.scene),
+            field(groupe, ChampMetadata::prise, groupe.prise),
+            marks(groupe),
+            field(groupe, ChampMetadata::timecode, groupe.timecode),
+            field(groupe, ChampMetadata::framerate, groupe.framerate),
+            {readable ? dureeCourte(lengthOf(groupe)) : ""},
+            field(groupe, ChampMetadata::tape, groupe.tape),
+            audio(premier),
+            {groupe.fichiers.size() > 1 ? fmt::format("{} × {}", groupe.fichiers.size(), premier.format)
+                                        : premier.format},
+            {tailleTexte(sizeOf(groupe))},
+            {readable ? fmt::format("{}", pistesDuGroupe(groupe).size()) : ""},
+            {trackNames(groupe)},
+            field(groupe, ChampMetadata::note, groupe.notes),
+        });
+    }
+    return table.render(width, colour);
+}
+
+std::string takeSummary(const std::vector<GroupeFichiers>& groupes) {
+    std::size_t files = 0;
+    double length = 0;
+    std::uint64_t size = 0;
+    std::set<RecordingDate> days;
+    std::set<std::string> projects;
+    for (const GroupeFichiers& groupe : groupes) {
+        files += groupe.fichiers.size();
+        length += lengthOf(groupe);
+        size += sizeOf(groupe);
+        for (const InfoFichier& fichier : groupe.fichiers) {
+            if (fichier.recordingDate) days.insert(*fichier.recordingDate);
+            if (fichier.project && !fichier.project->empty()) projects.insert(*fichier.project);
+        }
+    }
+    std::string out = fmt::format("{}, {}, {}, {}", counted(groupes.size(), "take"), counted(files, "file"),
+                                  dureeCourte(length), tailleTexte(size));
+    if (!days.empty()) out += ", recorded " + formatRecordingDate(*days.begin());
+    if (days.size() > 1) out += " to " + formatRecordingDate(*days.rbegin());
+    if (projects.size() == 1) out += fmt::format(", project {}", printable(*projects.begin()));
+    return out;
+}
+
+}  // namespace dravik

@@ -1,0 +1,24 @@
+#include "cli/writable_file.h"
+
+#include "base/paths.h"
+#include "cli/display_text.h"
+#include "editing/wave_rewrite.h"
+#include "model/info_fichier.h"
+
+#include <fmt/format.h>
+
+namespace dravik {
+
+std::string writeProblem(const std::filesystem::path& file) {
+    constexpr std::string_view onlyWav = "is read-only: only WAV and BWF files can be edited.";
+    if (!estModifiable(file)) return fmt::format("{} {}", shown(file), onlyWav);
+    try {
+        const WaveFile wave(file);
+        return wave.isRiffWave() ? std::string()
+                                 : fmt::format("{} is read-only: it is not a RIFF/WAVE file.", shown(file));
+    } catch (const std::exception& error) {
+        return fmt::format("{}: {}.", shown(file), systemText(error));
+    }
+}
+
+}  // namespace dravik

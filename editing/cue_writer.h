@@ -1,0 +1,48 @@
+#pragma once
+
+#include "base/error.h"
+#include "base/file_ops.h"
+#include "base/progress.h"
+#include "base/safe_file.h"
+#include "editing/cue_marker.h"
+
+#include <filesystem>
+#include <string_view>
+#include <vector>
+
+namespace dravik {
+
+/// Why a file's cue markers could not be written. They are as they were.
+class CueError : public Error {
+  public:
+    static constexpr std::string_view domain = "Dravik";
+    static constexpr int notRiffWave = 20;
+    static constexpr int notWritable = 21;  ///< too large, damaged at its end, or written to meanwhile
+
+    CueError(int code, std::string message) : Error(std::move(message)), code_(code) {}
+    [[nodiscard]] int code() const noexcept { return code_; }
+
+  private:
+    int code_;
+};
+
+/// The markers of a file in ascending frame order, with their labels. Empty when there are none or the file cannot be
+/// read; never throws. Any thread.
+[[nodiscard]] std::vector<CueMarker> lireCues(const std::filesystem::path& url);
+
+/// Replaces a file's cue information by the given markers, numbered 1, 2, 3 … in ascending frame order. All other
+/// chunks are copied. All cue writes of the process are serialised. Blocks; not for the main thread.
+class SauvegardeCues {
+  public:
+    explicit SauvegardeCues(FileOps& ops) : ops_(ops) {}
+
+    /// An empty list removes the cue information; where there is none already, the file is left alone.
+    /// Throws CueError, std::filesystem::filesystem_error or Cancelled; then the file is untouched.
+    void ecrireCues(const std::filesystem::path& url, const std::vector<CueMarker>& marqueurs, const TaskContext& task,
+                    FolderSyncs& folders);
+
+  private:
+    FileOps& ops_;
+};
+
+}  // namespace dravik

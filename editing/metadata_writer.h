@@ -1,0 +1,50 @@
+#pragma once
+
+#include "base/error.h"
+#include "base/file_ops.h"
+#include "base/progress.h"
+#include "base/safe_file.h"
+#include "model/wave/ixml_editor.h"
+
+#include <filesystem>
+#include <string>
+
+namespace dravik {
+
+/// Why a file's metadata could not be written. The file is as it was.
+class ErreurSauvegarde : public Error {
+  public:
+    enum class Cas {
+        xmlInvalide,            ///< the iXML text cannot be read or encoded
+        chunkIXMLIntrouvable,   ///< an iXML chunk that an edit needs is not found
+        erreurEcriture,         ///< not a RIFF/WAVE file, or not writable as one
+    };
+    [[nodiscard]] static ErreurSauvegarde xmlInvalide(const std::filesystem::path& file, std::string_view why);
+    [[nodiscard]] static ErreurSauvegarde chunkIXMLIntrouvable(const std::filesystem::path& file);
+    [[nodiscard]] static ErreurSauvegarde erreurEcriture(const std::filesystem::path& file, std::string_view why);
+
+    [[nodiscard]] Cas cas() const noexcept { return cas_; }
+
+  private:
+    ErreurSauvegarde(Cas cas, std::string message) : Error(std::move(message)), cas_(cas) {}
+    Cas cas_;
+};
+
+/// Writes one file's metadata: the iXML chunk and the bext chunk are made anew, every other byte is copied, and the new
+/// file takes the old one's place when it is whole. Never edits in place.
+///
+/// All writes of the process are serialised. Any thread but the main one: it blocks.
+class SauvegardeMetadata {
+  public:
+    explicit SauvegardeMetadata(FileOps& ops) : ops_(ops) {}
+
+    /// Throws ErreurSauvegarde, std::filesystem::filesystem_error or Cancelled; then the file is untouched. The folder
+    /// still has to be synced through `folders`.
+    void ecrire(const std::filesystem::path& url, const ValeursMetadata& valeurs, const TaskContext& task,
+                FolderSyncs& folders);
+
+  private:
+    FileOps& ops_;
+};
+
+}  // namespace dravik

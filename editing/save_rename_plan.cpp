@@ -1,0 +1,147 @@
+#include "editing/save_rename_plan.h"
+
+#include "base/paths.h"
+#include "base/temp_name.h"
+#include "base/text.h"
+#include "model/mono_name.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+namespace dravik {
+namespace {
+
+/// Names that are reserved or taken for hidden files in one entry before the plan is given up.
+constexpr int temporaryNameAttempts = 1000;
+/// What every file system of recorders and computers takes, less room for a track suffix and an extension.
+constexpr std::size_t maxBaseNameBytes = 220;
+
+bool holdsOnlyNameBytes(std::string_view nom) noexcept {
+    return !nom.empty() && nom.front() != '.' &&
+           nom.find_first_of(std::string_view("/\0", 2)) == std::string_view::npos;
+}
+
+/// What stands in the folders, in the form in which paths are compared. Each folder is read once.
+class FolderContents {
+  public:
+    [[nodiscard]] bool holds(const std::filesystem::path& file) {
+        const std::filesystem::path folder = folderOf(file);
+        const auto [entry, isNew] = names_.try_emplace(normalisedPath(folder));
+        if (isNew) {
+            std::error_code error;
+            for (std::filesystem::directory_iterator it(folder, error), end; !error && it != end; it.increment(error)) {
+                entry->second.insert(normalisedPath(it->path()));
+            }
+        }
+        return entry->second.contains(normalisedPath(file));
+    }
+
+  private:
+    std::map<std::string, std::set<std::string>> names_;
+};
+
+}  // namespace
+
+bool MainSaveRenamePlanEntry::moves() const { return normalisedPath(source) != normalisedPath(destination); }
+
+MainSaveRenameError MainSaveRenameError::duplicateDestination(std::string_view name) {
+    return {Cas::duplicateDestination,
+            fmt::format("Rename would create duplicate files named {}. No files were changed.", name)};
+}
+MainSaveRenameError MainSaveRenameError::destinationExists(const std::filesystem::path& path) {
+    return {Cas::destinationExists,
+            fmt::format("A file already exists at {}. No files were changed.", pathText(path))};
+}
+MainSaveRenameError MainSaveRenameError::sourceMissing(const std::filesystem::path& path) {
+    return {Cas::sourceMissing, fmt::format("Source file is missing: {}. No files were changed.", pathText(path))};
+}
+MainSaveRenameError MainSaveRenameError::temporaryNameUnavailable(std::string_view name) {
+    return {Cas::temporaryNameUnavailable,
+            fmt::format("Unable to create a safe temporary rename name for {}. No files were changed.", name)};
+}
+MainSaveRenameError MainSaveRenameError::rollbackFailed(std::string_view original,
+                                                        const std::vector<std::string>& failures) {
+    return {Cas::rollbackFailed,
+            fmt::format("Rename failed and Dravik could not fully restore every file.\n\nOriginal error: {}\n\n"
+                        "Recovery details:\n{}",
+                        original, fmt::join(failures, "\n"))};
+}
+MainSaveRenameError MainSaveRenameError::metadataAfterRenameFailed(std::string_view message) {
+    return {Cas::metadataAfterRenameFailed,
+            fmt::format("Files were renamed, but metadata could not be saved on every file.\n\n{}", message)};
+}
+
+bool estNomValide(std::string_view nom) noexcept {
+    return holdsOnlyNameBytes(nom) && nom.size() <= maxBaseNameBytes;
+}
+
+std::string nouveauNomDeBase(const GroupeFichiers& groupe, std::size_t position, std::string_view nouveauNom) {
+    std::string nom(nouveauNom);
+    if (!groupe.estEnsembleMono()) return nom;
+    const std::string& ancien = groupe.fichiers.at(position).nom;
+    if (const auto found = numeroPisteMono(ancien)) return nom.append(found->suffixe);
+    if (const auto found = numeroPisteFamille(ancien)) return nom.append(found->suffixe);
+    if (position >= 1) return nom + fmt::format("_{:02d}", position);
+    const std::string_view commun = sansSeparateurFinal(groupe.nom);
+    if (equalsIgnoringAsciiCase(std::string_view(ancien).substr(0, commun.size()), commun)) {
+        nom.append(ancien.substr(commun.size()));
+    }
+    return nom;
+}
+
+std::vector<RenameRequest> renommerGroupe(const GroupeFichiers& groupe, std::string_view nouveauNom) {
+    std::vector<RenameRequest> demandes;
+    for (std::size_t position = 0; position < groupe.fichiers.size(); ++position) {
+        demandes.push_back({groupe.fichiers[position], nouveauNomDeBase(groupe, position, nouveauNom)});
+    }
+    return demandes;
+}
+
+std::vector<MainSaveRenamePlanEntry> construirePlan(const std::vector<RenameRequest>& demandes) {
+    std::vector<MainSaveRenamePlanEntry> plan;
+    std::set<std::string> destinations;
+    std::set<std::string> sources;
+    for (const RenameRequest& demande : demandes) {
+        MainSaveRenamePlanEntry entry;
+        entry.source = demande.fichier.url;
+        const std::string name = demande.nouveauNom + entry.source.extension().native();
+        if (!holdsOnlyNameBytes(name) || name.size() > maxFileNameBytes) {
+            throw Error(fmt::format("A file cannot be named \"{}\". No files were changed.", name));
+        }
+        entry.destination = folderOf(entry.source) / name;
+        entry.fichier = demande.fichier;
+        if (!destinations.insert(normalisedPath(entry.destination)).second) {
+            throw MainSaveRenameError::duplicateDestination(fileNameText(entry.destination));
+        }
+        sources.insert(normalisedPath(entry.source));
+        plan.push_back(std::move(entry));
+    }
+
+    FolderContents folders;
+    for (const MainSaveRenamePlanEntry& entry : plan) {
+        if (!pathExists(entry.source)) throw MainSaveRenameError::sourceMissing(entry.source);
+        if (folders.holds(entry.destination) && !sources.contains(normalisedPath(entry.destination))) {
+            throw MainSaveRenameError::destinationExists(entry.destination);
+        }
+    }
+
+    std::set<std::string> reserved;
+    for (MainSaveRenamePlanEntry& entry : plan) {
+        for (int attempt = 0; entry.temp.empty(); ++attempt) {
+            if (attempt == temporaryNameAttempts) {
+                throw MainSaveRenameError::temporaryNameUnavailable(fileNameText(entry.source));
+            }
+            const std::filesystem::path candidate =
+                folderOf(entry.source) / freshRenameName(entry.source.extension().native());
+            if (folders.holds(candidate) || !reserved.insert(normalisedPath(candidate)).second) continue;
+            entry.temp = candidate;
+        }
+    }
+    return plan;
+}
+
+}  // namespace dravik

@@ -1,0 +1,165 @@
+#include "editing/save_transaction.h"
+
+#include "base/paths.h"
+#include "editing/cue_writer.h"
+#include "editing/metadata_writer.h"
+#include "editing/rename_transaction.h"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+
+namespace dravik {
+namespace {
+
+/// Metadata is a few kilobytes; what a new file may need beyond the old one's size.
+constexpr std::uint64_t growthAllowance = 1024U * 1024U;
+
+/// Refuses before the first byte when a folder has no room for the temporary copy of its largest file.
+void checkRoom(FileOps& ops, const std::vector<SaveItem>& items) {
+    std::map<std::filesystem::path, const InfoFichier*> largest;
+    for (const SaveItem& item : items) {
+        if (!item.valeurs && !item.cues) continue;
+        const InfoFichier*& entry = largest[folderOf(item.fichier.url)];
+        if (entry == nullptr || item.fichier.taille > entry->taille) entry = &item.fichier;
+    }
+    for (const auto& [folder, fichier] : largest) {
+        ensureRoom(ops, fichier->url, fichier->taille + growthAllowance);
+    }
+}
+
+std::map<std::filesystem::path, std::filesystem::path> rename(FileOps& ops, const std::vector<SaveItem>& items) {
+    std::vector<RenameRequest> demandes;
+    for (const SaveItem& item : items) {
+        if (item.nouveauNom) demandes.push_back({item.fichier, *item.nouveauNom});
+    }
+    if (demandes.empty()) return {};
+    return executerPlan(ops, construirePlan(demandes));
+}
+
+/// Adds up the progress of the single writes into one of the whole save.
+class SaveProgress {
+  public:
+    SaveProgress(const std::vector<SaveItem>& items, const TaskContext& task) : task_(task) {
+        for (const SaveItem& item : items) all_ += bytesOf(item);
+    }
+    [[nodiscard]] TaskContext forOneWrite() const {
+        TaskContext one;
+        one.token = task_.token;
+        one.report = [this](const Progress& progress) {
+            if (task_.report) task_.report({std::min(before_ + progress.doneBytes, all_), all_, progress.currentName});
+        };
+        return one;
+    }
+    void oneWriteDone(const SaveItem& item) { before_ += item.fichier.taille; }
+    /// Written or not, there is nothing more to come of it.
+    void itemDone(const SaveItem& item) { before_ = itemsBefore_ += bytesOf(item); }
+
+  private:
+    static std::uint64_t bytesOf(const SaveItem& item) {
+        return item.fichier.taille * ((item.valeurs ? 1U : 0U) + (item.cues ? 1U : 0U));
+    }
+    const TaskContext& task_;
+    std::uint64_t all_ = 0;
+    std::uint64_t itemsBefore_ = 0;
+    std::uint64_t before_ = 0;
+};
+
+/// Why a file was not saved, and whether it changed all the same: its metadata is written before its markers.
+std::string failureText(const std::filesystem::path& file, std::string_view reason, bool metadataWritten) {
+    const std::string name = fileNameText(file);
+    return metadataWritten ? fmt::format("The markers of {} were not saved: {}. Its metadata was.", name, reason)
+                           : fmt::format("{} was not saved: {}. The file was not changed.", name, reason);
+}
+
+}  // namespace
+
+std::size_t SaveReport::written() const noexcept {
+    return static_cast<std::size_t>(
+        std::count_if(results.begin(), results.end(), [](const SaveResult& result) { return result.written; }));
+}
+
+bool SaveReport::failed() const noexcept {
+    return std::any_of(results.begin(), results.end(), [](const SaveResult& result) { return !result.error.empty(); });
+}
+
+void SaveReport::throwIfFailed() const {
+    std::string messages;
+    for (const SaveResult& result : results) {
+        if (result.error.empty()) continue;
+        messages += (messages.empty() ? "" : "\n") + result.error;
+    }
+    if (messages.empty()) return;
+    if (!moved.empty()) throw MainSaveRenameError::metadataAfterRenameFailed(messages);
+    throw Error(messages);
+}
+
+std::vector<SaveItem> elementsDeSauvegarde(const GroupeFichiers& groupe, const ChampsEdites& edites,
+                                           const ChampsEdites& originaux, const std::optional<std::string>& nouveauNom,
+                                           const std::set<ChampMetadata>& decided) {
+    std::vector<SaveItem> items;
+    for (std::size_t position = 0; position < groupe.fichiers.size(); ++position) {
+        SaveItem item;
+        item.fichier = groupe.fichiers[position];
+        if (nouveauNom && *nouveauNom != groupe.nom) item.nouveauNom = nouveauNomDeBase(groupe, position, *nouveauNom);
+        ValeursMetadata valeurs = valeursPourFichier(edites, originaux, groupe, position, decided);
+        if (contientUneEdition(valeurs) || groupe.forcerSauvegardeMetadata || item.fichier.forcerSauvegardeMetadata) {
+            item.valeurs = std::move(valeurs);
+        }
+        items.push_back(std::move(item));
+    }
+    return items;
+}
+
+SaveReport sauvegarder(FileOps& ops, const std::vector<SaveItem>& items, const TaskContext& task) {
+    task.checkCancelled();
+    checkRoom(ops, items);
+    SaveReport report;
+    report.moved = rename(ops, items);
+
+    SauvegardeMetadata metadata(ops);
+    SauvegardeCues cues(ops);
+    FolderSyncs folders;
+    SaveProgress progress(items, task);
+    for (const SaveItem& item : items) {
+        SaveResult result;
+        result.path = item.fichier.url;
+        const auto moved = report.moved.find(item.fichier.url);
+        result.newPath = moved == report.moved.end() ? item.fichier.url : moved->second;
+        result.renamed = result.newPath != result.path;
+        try {
+            if (report.cancelled && (item.valeurs || item.cues)) throw Cancelled();
+            if (item.valeurs) {
+                metadata.ecrire(result.newPath, *item.valeurs, progress.forOneWrite(), folders);
+                result.written = true;
+                progress.oneWriteDone(item);
+            }
+            if (item.cues) {
+                cues.ecrireCues(result.newPath, *item.cues, progress.forOneWrite(), folders);
+                result.written = true;
+            }
+        } catch (const Cancelled&) {
+            report.cancelled = true;
+            result.error = failureText(result.newPath, "cancelled", result.written);
+        } catch (const Error& error) {
+            result.error = error.what();
+        } catch (const std::exception& error) {
+            result.error = failureText(result.newPath, systemText(error), result.written);
+        }
+        progress.itemDone(item);
+        report.results.push_back(std::move(result));
+    }
+    try {
+        folders.syncAll(ops);
+    } catch (const std::exception& error) {
+        // The files are whole and in place; what cannot be promised is that they survive a power cut.
+        for (SaveResult& result : report.results) {
+            if (!result.written || !result.error.empty()) continue;
+            result.error = fmt::format("{} was saved, but the volume did not confirm it: {}.",
+                                       fileNameText(result.newPath), systemText(error));
+        }
+    }
+    return report;
+}
+
+}  // namespace dravik

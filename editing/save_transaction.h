@@ -1,0 +1,66 @@
+#pragma once
+
+#include "base/file_ops.h"
+#include "base/progress.h"
+#include "editing/cue_marker.h"
+#include "editing/save_rename_plan.h"
+#include "editing/save_values.h"
+
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace dravik {
+
+/// Everything a save does to one file.
+struct SaveItem {
+    InfoFichier fichier;
+    std::optional<std::string> nouveauNom;          ///< base name, no extension
+    std::optional<ValeursMetadata> valeurs;         ///< absent: the metadata is not written
+    std::optional<std::vector<CueMarker>> cues;     ///< absent: the markers are not written
+
+    /// Is there anything to do?
+    [[nodiscard]] bool empty() const noexcept { return !nouveauNom && !valeurs && !cues; }
+};
+
+/// What became of one file.
+struct SaveResult {
+    std::filesystem::path path;     ///< before the save
+    std::filesystem::path newPath;  ///< after it
+    bool renamed = false;
+    bool written = false;           ///< metadata or markers
+    std::string error;              ///< empty when all went well
+};
+
+/// What became of a save that got past its checks and renames.
+struct SaveReport {
+    std::vector<SaveResult> results;                                  ///< in the order of the items
+    std::map<std::filesystem::path, std::filesystem::path> moved;     ///< old path -> new path of renamed files
+    bool cancelled = false;
+
+    [[nodiscard]] std::size_t written() const noexcept;
+    [[nodiscard]] bool failed() const noexcept;
+    /// Throws what the user must be shown: MainSaveRenameError::metadataAfterRenameFailed when files were renamed, else
+    /// an Error with the messages of the files that failed. Returns when none did.
+    void throwIfFailed() const;
+};
+
+/// The items for a take: what differs between the edited and the original fields, and the new name. Files for which
+/// nothing is to be done get an empty item. A forced save writes every file. `decided` as for valeursPourFichier.
+[[nodiscard]] std::vector<SaveItem> elementsDeSauvegarde(const GroupeFichiers& groupe, const ChampsEdites& edites,
+                                                         const ChampsEdites& originaux,
+                                                         const std::optional<std::string>& nouveauNom,
+                                                         const std::set<ChampMetadata>& decided = {});
+
+/// Renames first (all or nothing), then writes each file's metadata and markers at its new place. A file that fails
+/// does not stop the others. The folders are on the medium when it returns.
+///
+/// Throws MainSaveRenameError or std::filesystem::filesystem_error when nothing was written (a check failed, there is
+/// no room, the renames were undone), Cancelled when it was stopped before the first change. Blocks; one save at a
+/// time; not for the main thread. Progress runs over the bytes of all files to be written.
+[[nodiscard]] SaveReport sauvegarder(FileOps& ops, const std::vector<SaveItem>& items, const TaskContext& task);
+
+}  // namespace dravik

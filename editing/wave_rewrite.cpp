@@ -1,0 +1,112 @@
+#include "editing/wave_rewrite.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <limits>
+
+namespace dravik {
+
+WaveFile::WaveFile(const std::filesystem::path& path)
+    : path_(path), handle_(FileHandle::openForReading(path)) {
+    struct stat status {};
+    if (::fstat(handle_.descriptor(), &status) != 0) {
+        throw std::filesystem::filesystem_error("cannot read", path_, std::error_code(errno, std::generic_category()));
+    }
+    stamp_ = stampOf(status);
+    const FileSource source(handle_);
+    table_ = walkChunks(source);
+    if (source.error()) throw std::filesystem::filesystem_error("cannot read", path_, source.error());
+}
+
+WaveFile::Stamp WaveFile::stampOf(const struct stat& status) noexcept {
+#ifdef __APPLE__
+    const timespec changed = status.st_mtimespec;
+#else
+    const timespec changed = status.st_mtim;
+#endif
+    return Stamp{static_cast<std::uint64_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino),
+                 static_cast<std::uint64_t>(status.st_size), changed.tv_sec, changed.tv_nsec};
+}
+
+bool WaveFile::isRiffWave() const noexcept {
+    return table_ && table_->form == FourCC("RIFF") && table_->type == FourCC("WAVE");
+}
+
+bool WaveFile::isUnchanged() const noexcept {
+    struct stat status {};
+    return ::stat(path_.c_str(), &status) == 0 && stampOf(status) == stamp_;
+}
+
+Bytes WaveFile::payload(const Chunk& chunk) const {
+    const FileSource source(handle_);
+    Bytes bytes = source.read(chunk.payload(), chunk.size);
+    if (source.error() || bytes.size() != chunk.size) {
+        throw std::filesystem::filesystem_error(
+            "cannot read", path_, source.error() ? source.error() : std::make_error_code(std::errc::io_error));
+    }
+    return bytes;
+}
+
+void WaveRewrite::keep(const Chunk& chunk) {
+    chunks_.add(SourceRange{chunk.offset, chunk.end() - chunk.offset});
+    if (chunk.size % 2 == 1 && !chunk.padInFile && !chunk.truncated()) chunks_.add(Bytes(1));
+    expected_.push_back({chunk.id, chunk.size});
+}
+
+void WaveRewrite::put(FourCC id, ByteSpan payload) {
+    Bytes bytes;
+    bytes.reserve(static_cast<std::size_t>(chunkHeaderBytes) + payload.size() + 1);
+    append(bytes, id.view());
+    appendLE(bytes, static_cast<std::uint32_t>(payload.size()));
+    append(bytes, payload);
+    if (payload.size() % 2 == 1) bytes.push_back(std::byte{0});
+    chunks_.add(std::move(bytes));
+    expected_.push_back({id, payload.size()});
+}
+
+std::optional<FilePlan> WaveRewrite::plan() const {
+    const ChunkTable& table = source_.table();
+    const std::uint64_t length = riffHeaderBytes + chunks_.size() + table.bytesBehind();
+    if (length - chunkHeaderBytes > std::numeric_limits<std::uint32_t>::max()) return std::nullopt;
+    FilePlan plan;
+    Bytes header;
+    append(header, table.form.view());
+    appendLE(header, static_cast<std::uint32_t>(length - chunkHeaderBytes));
+    append(header, table.type.view());
+    plan.add(std::move(header));
+    for (const FilePlan::Piece& piece : chunks_.pieces()) {
+        std::visit([&](const auto& content) { plan.add(content); }, piece);
+    }
+    plan.add(SourceRange{table.end, table.bytesBehind()});
+    return plan;
+}
+
+bool canAppendChunk(const ChunkTable& table) noexcept {
+    return table.chunks.size() < maxChunks && (table.chunks.empty() || !table.chunks.back().truncated());
+}
+
+RewriteOutcome replaceWith(FileOps& ops, const WaveFile& source, const WaveRewrite& rewrite, const FilePlan& plan,
+                           TempKind kind, const TaskContext& task, FolderSyncs& folders) {
+    SafeFile output(ops, source.path(), kind);
+    output.write(plan, source.handle(), task);
+
+    const FileSource written(output.file());
+    const std::optional<ChunkTable> table = walkChunks(written);
+    if (written.error()) throw std::filesystem::filesystem_error("cannot read back", source.path(), written.error());
+    const auto same = [](const Chunk& chunk, const WaveRewrite::Expected& expected) {
+        return chunk.id == expected.id && chunk.size == expected.size;
+    };
+    if (!table || table->fileSize != plan.size() || table->chunks.size() < rewrite.expected().size() ||
+        !std::equal(rewrite.expected().begin(), rewrite.expected().end(), table->chunks.begin(),
+                    [&](const auto& expected, const Chunk& chunk) { return same(chunk, expected); })) {
+        return RewriteOutcome::structureMismatch;
+    }
+    output.copyAttributesFrom(source.handle());
+    output.sync();
+    if (!source.isUnchanged()) return RewriteOutcome::sourceChanged;
+    folders.add(output.commit(SafeFile::Existing::replace));
+    return RewriteOutcome::done;
+}
+
+}  // namespace dravik

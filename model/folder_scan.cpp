@@ -1,0 +1,210 @@
+#include "model/folder_scan.h"
+
+#include "base/paths.h"
+#include "base/text.h"
+#include "model/mono_name.h"
+#include "model/probe.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <compare>
+#include <map>
+#include <mutex>
+#include <string>
+#include <thread>
+
+namespace dravik {
+namespace {
+
+/// Below this a second thread costs more than it saves.
+constexpr std::size_t filesPerThread = 16;
+
+/// What two mono files must share to be of one take, but for their timecodes.
+struct SetKey {
+    std::filesystem::path folder;  ///< files of two folders are two takes, also when both are asked for at once
+    std::string base;
+    double sampleRate = 0;
+    std::string famille;  ///< FAMILY_UID where it decides, else empty
+    friend auto operator<=>(const SetKey&, const SetKey&) = default;
+};
+
+struct Member {
+    InfoFichier fichier;
+    std::string base;
+    int numero = 0;
+};
+
+bool sameStart(const InfoFichier& a, const InfoFichier& b) {
+    return !a.timecode || !b.timecode || *a.timecode == *b.timecode;
+}
+
+/// Parts the members of one key into sets that agree pairwise in their start timecode.
+std::vector<std::vector<Member>> partedByStart(std::vector<Member> members) {
+    std::vector<std::vector<Member>> sets;
+    for (Member& member : members) {
+        const auto fits = std::find_if(sets.begin(), sets.end(), [&](const std::vector<Member>& set) {
+            return std::all_of(set.begin(), set.end(),
+                               [&](const Member& other) { return sameStart(other.fichier, member.fichier); });
+        });
+        if (fits != sets.end()) {
+            fits->push_back(std::move(member));
+        } else {
+            sets.emplace_back().push_back(std::move(member));
+        }
+    }
+    return sets;
+}
+
+/// Sorts by the natural order of what `nameOf` says; `isBefore` decides between names that differ only in case or zeros.
+template <typename Item, typename NameOf, typename IsBefore>
+std::vector<Item> sortedNaturally(std::vector<Item> items, NameOf nameOf, IsBefore isBefore) {
+    struct Place {
+        std::string key;
+        std::size_t index = 0;
+    };
+    std::vector<Place> places;
+    places.reserve(items.size());
+    for (const Item& item : items) places.push_back({naturalKey(nameOf(item)), places.size()});
+    std::sort(places.begin(), places.end(), [&](const Place& a, const Place& b) {
+        if (const int order = a.key.compare(b.key); order != 0) return order < 0;
+        return isBefore(items[a.index], items[b.index]);
+    });
+    std::vector<Item> sorted;
+    sorted.reserve(items.size());
+    for (const Place& place : places) sorted.push_back(std::move(items[place.index]));
+    return sorted;
+}
+
+GroupeFichiers groupOf(std::vector<InfoFichier> fichiers, std::string nom) {
+    GroupeFichiers groupe;
+    groupe.id = Uuid::random();
+    groupe.nom = std::move(nom);
+    groupe.fichiers = std::move(fichiers);
+    groupe.estPoly = groupe.fichiers.size() == 1 && groupe.fichiers.front().channels > 1;
+    fusionnerMetadonnees(groupe);
+    return groupe;
+}
+
+GroupeFichiers groupOfOne(InfoFichier fichier) {
+    std::string nom = fichier.nom;
+    std::vector<InfoFichier> fichiers;
+    fichiers.push_back(std::move(fichier));
+    return groupOf(std::move(fichiers), std::move(nom));
+}
+
+GroupeFichiers groupOfSet(std::vector<Member> members) {
+    std::sort(members.begin(), members.end(), [](const Member& a, const Member& b) {
+        if (a.numero != b.numero) return a.numero < b.numero;
+        return compareNatural(fileNameText(a.fichier.url), fileNameText(b.fichier.url)) < 0;
+    });
+    std::string nom = members.front().base;
+    std::vector<InfoFichier> fichiers;
+    fichiers.reserve(members.size());
+    for (Member& member : members) fichiers.push_back(std::move(member.fichier));
+    return groupOf(std::move(fichiers), std::move(nom));
+}
+
+}  // namespace
+
+bool estListe(const std::filesystem::path& file) {
+    static constexpr std::array listed = {".wav", ".aif", ".aiff", ".bwf", ".rf64", ".mp3", ".m4a", ".flac", ".caf"};
+    const std::string extension = lowerAscii(file.extension().native());
+    return std::find(listed.begin(), listed.end(), extension) != listed.end();
+}
+
+std::vector<std::filesystem::path> listerFichiers(const std::filesystem::path& dossier) {
+    std::vector<std::filesystem::path> fichiers;
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry(dossier, error), end; !error && entry != end; entry.increment(error)) {
+        std::error_code unknown;
+        if (entry->path().filename().native().starts_with('.') || !estListe(entry->path())) continue;
+        if (entry->is_regular_file(unknown)) fichiers.push_back(entry->path());
+    }
+    return sortedNaturally(
+        std::move(fichiers), [](const std::filesystem::path& file) { return fileNameText(file); },
+        [](const std::filesystem::path& a, const std::filesystem::path& b) { return a.native() < b.native(); });
+}
+
+std::vector<InfoFichier> analyserFichiers(const std::vector<std::filesystem::path>& fichiers,
+                                          const AudioFileReader& codecs, const TaskContext& task) {
+    std::vector<InfoFichier> infos(fichiers.size());
+    std::atomic<std::size_t> next{0};
+    std::mutex reporting;
+    std::size_t done = 0;
+    std::exception_ptr failure;
+
+    const auto work = [&] {
+        try {
+            for (std::size_t i = next.fetch_add(1); i < fichiers.size(); i = next.fetch_add(1)) {
+                task.checkCancelled();
+                infos[i] = analyserFichier(fichiers[i], codecs);
+                if (!task.report) continue;
+                const std::scoped_lock lock(reporting);
+                ++done;
+                task.advance({done, fichiers.size(), infos[i].nom});
+            }
+        } catch (...) {
+            next.store(fichiers.size());  // the others finish the file at hand and stop
+            const std::scoped_lock lock(reporting);
+            if (!failure) failure = std::current_exception();
+        }
+    };
+    const std::size_t threads = std::min<std::size_t>(probeThreads, fichiers.size() / filesPerThread);
+    std::vector<std::jthread> helpers;
+    for (std::size_t i = 1; i < threads; ++i) helpers.emplace_back(work);
+    work();
+    helpers.clear();
+    if (failure) std::rethrow_exception(failure);
+    return infos;
+}
+
+std::vector<GroupeFichiers> construireGroupes(std::vector<InfoFichier> fichiers, bool regrouperFichiersMono) {
+    std::vector<GroupeFichiers> groupes;
+    groupes.reserve(fichiers.size());
+    const auto monos = std::count_if(fichiers.begin(), fichiers.end(), [](const InfoFichier& f) { return f.channels == 1; });
+
+    std::map<SetKey, std::vector<Member>> sets;
+    for (InfoFichier& fichier : fichiers) {
+        if (!regrouperFichiersMono || fichier.channels != 1) {
+            groupes.push_back(groupOfOne(std::move(fichier)));
+            continue;
+        }
+        const auto join = [&](const NomMono& nom, const std::string& famille) {
+            Member member;
+            member.base = std::string(nom.base);
+            member.numero = nom.numero;
+            const SetKey key{folderOf(fichier.url), cleNomBase(nom.base), fichier.sampleRate, famille};
+            member.fichier = std::move(fichier);
+            sets[key].push_back(std::move(member));
+        };
+        // The views point into a copy: the record itself moves.
+        const std::string nom = fichier.nom;
+        if (const auto found = numeroPisteMono(nom, monos > 1)) {
+            join(*found, {});
+        } else if (const auto family = numeroPisteFamille(nom); family && fichier.familleUID) {
+            join(*family, *fichier.familleUID);
+        } else {
+            groupes.push_back(groupOfOne(std::move(fichier)));
+        }
+    }
+    for (auto& entry : sets) {
+        for (std::vector<Member>& members : partedByStart(std::move(entry.second))) {
+            groupes.push_back(members.size() == 1 ? groupOfOne(std::move(members.front().fichier))
+                                                  : groupOfSet(std::move(members)));
+        }
+    }
+    return sortedNaturally(
+        std::move(groupes), [](const GroupeFichiers& groupe) -> std::string_view { return groupe.nom; },
+        [](const GroupeFichiers& a, const GroupeFichiers& b) {
+            if (a.nom != b.nom) return a.nom < b.nom;
+            return a.fichiers.front().url < b.fichiers.front().url;
+        });
+}
+
+std::vector<GroupeFichiers> scannerDossier(const std::filesystem::path& dossier, const AudioFileReader& codecs,
+                                           bool regrouperFichiersMono, const TaskContext& task) {
+    return construireGroupes(analyserFichiers(listerFichiers(dossier), codecs, task), regrouperFichiersMono);
+}
+
+}  // namespace dravik

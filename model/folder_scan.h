@@ -1,0 +1,39 @@
+#pragma once
+
+#include "base/progress.h"
+#include "model/audio_file_reader.h"
+#include "model/groupe_fichiers.h"
+
+#include <filesystem>
+#include <vector>
+
+namespace dravik {
+
+/// A folder as takes. Three steps, each usable alone: list, probe, group. Keeps no state.
+
+/// Does the extension (any case) name one of the listed formats: wav, aif, aiff, bwf, rf64, mp3, m4a, flac, caf?
+[[nodiscard]] bool estListe(const std::filesystem::path& file);
+
+/// The folder's audio files, in natural order of their names: direct children, hidden ones left out. An unreadable
+/// folder gives an empty list.
+[[nodiscard]] std::vector<std::filesystem::path> listerFichiers(const std::filesystem::path& dossier);
+
+/// Probes the files on several threads (a cold disk answers several questions at once); the result keeps the order.
+/// Progress counts files, not bytes. Throws Cancelled.
+[[nodiscard]] std::vector<InfoFichier> analyserFichiers(const std::vector<std::filesystem::path>& fichiers,
+                                                        const AudioFileReader& codecs, const TaskContext& task);
+
+/// The takes, in natural order of their names. With `regrouperFichiersMono` mono files whose names carry a track number
+/// and the same base name are one take when they agree in sample rate, and in start timecode where both have one.
+[[nodiscard]] std::vector<GroupeFichiers> construireGroupes(std::vector<InfoFichier> fichiers,
+                                                            bool regrouperFichiersMono);
+
+/// All three.
+[[nodiscard]] std::vector<GroupeFichiers> scannerDossier(const std::filesystem::path& dossier,
+                                                         const AudioFileReader& codecs, bool regrouperFichiersMono,
+                                                         const TaskContext& task);
+
+/// Files probed at the same time.
+inline constexpr unsigned probeThreads = 8;
+
+}  // namespace dravik

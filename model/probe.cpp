@@ -1,0 +1,149 @@
+#include "model/probe.h"
+
+#include "base/paths.h"
+#include "base/text.h"
+#include "model/wave/ixml_document.h"
+#include "model/wave/timecode.h"
+#include "model/wave/wave_format.h"
+
+#include <algorithm>
+
+namespace dravik {
+namespace {
+
+/// The chunks in which metadata is looked for: all, but none behind the first whose size does not fit 32 bits (it is
+/// the audio).
+std::span<const Chunk> metadataChunks(const ChunkTable& table) {
+    if (table.form != FourCC("RIFF") && table.form != FourCC("RF64")) return {};
+    const auto large = std::find_if(table.chunks.begin(), table.chunks.end(),
+                                    [](const Chunk& chunk) { return chunk.sizeField == sizeInDs64; });
+    return {table.chunks.begin(), large == table.chunks.end() ? large : large + 1};
+}
+
+std::optional<std::string> owned(std::optional<std::string_view> text) {
+    return text ? std::optional<std::string>(std::in_place, *text) : std::nullopt;
+}
+
+template <typename Read>
+auto fromFile(const std::filesystem::path& file, Read read) -> decltype(read(MemorySource({}), ChunkTable{})) {
+    const FileHandle handle = FileHandle::tryOpenForReading(file);
+    if (!handle.isOpen()) return std::nullopt;
+    const FileSource source(handle);
+    const std::optional<ChunkTable> table = walkChunks(source);
+    if (!table) return std::nullopt;
+    return read(source, *table);
+}
+
+}  // namespace
+
+bool estModifiable(const std::filesystem::path& file) {
+    const std::string extension = lowerAscii(file.extension().native());
+    return extension == ".wav" || extension == ".bwf";
+}
+
+std::string nomAffiche(std::string_view stored) { return replacedAll(stored, "&amp;", "&"); }
+
+std::optional<RecordingDate> recordingDateIn(const ByteSource& source, const ChunkTable& table) {
+    for (const Chunk& chunk : metadataChunks(table)) {
+        if (chunk.id != FourCC("bext") || chunk.claimedSize < bext::dateMinimumBytes) continue;
+        const Bytes date = source.read(chunk.payload() + bext::originationDateOffset, bext::originationDateBytes);
+        return date.size() == bext::originationDateBytes ? parseOriginationDate(asText(date)) : std::nullopt;
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> ixmlTextIn(const ByteSource& source, const ChunkTable& table) {
+    for (const Chunk& chunk : metadataChunks(table)) {
+        if (chunk.id != FourCC("iXML")) continue;
+        if (chunk.size > maxIxmlBytes) return std::nullopt;
+        return decodeIxml(asText(source.read(chunk.payload(), chunk.size)));
+    }
+    return std::nullopt;
+}
+
+std::optional<AudioFormat> linearFormatIn(const ByteSource& source, const ChunkTable& table) {
+    const Chunk* fmt = table.first("fmt ");
+    const Chunk* data = table.first("data");
+    if (table.type != FourCC("WAVE") || fmt == nullptr || data == nullptr) return std::nullopt;
+    const std::optional<WaveFormat> format =
+        parseWaveFormat(source.read(fmt->payload(), std::min<std::uint64_t>(fmt->size, maximumFmtBytes)));
+    if (!format || !format->isLinear()) return std::nullopt;
+    return AudioFormat{format->channels, static_cast<double>(format->sampleRate), format->bits,
+                       static_cast<std::int64_t>(data->size / format->blockAlign)};
+}
+
+void remplirDepuisIXML(InfoFichier& info, std::string_view ixml) {
+    const IxmlDocument document(ixml);
+    info.project = owned(document.literalValue("PROJECT"));
+    info.scene = owned(document.literalValue("SCENE"));
+    info.tape = owned(document.literalValue("TAPE"));
+    info.prise = owned(document.literalValue("TAKE"));
+    if (const auto note = document.literalValue("NOTE"); note && !note->empty()) info.notes = owned(note);
+    info.circled = lireCircled(document);
+    info.wild = lireWild(document);
+    const std::vector<IxmlTrack> tracks = document.tracks();
+    info.nomsPistes = lireNomsPistes(tracks);
+    info.numerosTracks = lireNumerosTracks(tracks);
+    if (const auto family = document.value("FAMILY_UID"); family && !family->empty()) info.familleUID = owned(family);
+
+    const auto rateText = document.value("TIMECODE_RATE");
+    if (!rateText) return;
+    const double rate = rateFromIxml(*rateText);
+    info.framerate = framerateLabel(rate, document.value("TIMECODE_FLAG"));
+    const auto low = document.value("TIMESTAMP_SAMPLES_SINCE_MIDNIGHT_LO");
+    if (!low) return;
+    const auto high = document.value("TIMESTAMP_SAMPLES_SINCE_MIDNIGHT_HI");
+    const std::uint64_t samples = parseUnsigned32(*low).value_or(0) +
+                                  (static_cast<std::uint64_t>(high ? parseUnsigned32(*high).value_or(0) : 0) << 32U);
+    info.timecode = timecodeFromSamples(samples, rate, info.sampleRate);
+}
+
+InfoFichier analyserFichier(const std::filesystem::path& file, const AudioFileReader& codecs) {
+    InfoFichier info;
+    info.id = Uuid::random();
+    info.url = file;
+    info.nom = baseNameText(file);
+    if (const std::string extension = file.extension().native(); !extension.empty()) {
+        info.format = extension.substr(1);
+        std::transform(info.format.begin(), info.format.end(), info.format.begin(),
+                       [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
+    }
+    const FileHandle handle = FileHandle::tryOpenForReading(file);
+    if (!handle.isOpen()) {
+        std::error_code unknown;
+        const std::uintmax_t size = std::filesystem::file_size(file, unknown);
+        if (!unknown) info.taille = size;
+        return info;
+    }
+    const FileSource source(handle);
+    info.taille = source.size();
+
+    const std::optional<ChunkTable> table = walkChunks(source);
+    std::optional<AudioFormat> audio;
+    if (table) {
+        info.recordingDate = recordingDateIn(source, *table);
+        audio = linearFormatIn(source, *table);
+    }
+    // Without bytes there is nothing to ask for: the codec libraries would wait for ever on a named pipe.
+    if (!audio && source.size() > 0) audio = codecs.format(file);
+    if (audio) {
+        info.channels = audio->channels;
+        info.sampleRate = audio->sampleRate;
+        info.bits = audio->bits;
+        if (audio->sampleRate > 0) info.dureeSecondes = static_cast<double>(audio->frames) / audio->sampleRate;
+    }
+    if (table) {
+        if (const std::optional<std::string> ixml = ixmlTextIn(source, *table)) remplirDepuisIXML(info, *ixml);
+    }
+    return info;
+}
+
+std::optional<RecordingDate> lireDateEnregistrement(const std::filesystem::path& file) {
+    return fromFile(file, [](const ByteSource& source, const ChunkTable& table) { return recordingDateIn(source, table); });
+}
+
+std::optional<std::string> lireChunkIXML(const std::filesystem::path& file) {
+    return fromFile(file, [](const ByteSource& source, const ChunkTable& table) { return ixmlTextIn(source, table); });
+}
+
+}  // namespace dravik

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "base/error.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace dravik {
+
+/// Editing an iXML document as text: an edit changes the matched span and nothing else, so that unknown elements,
+/// comments, indentation and attributes survive byte for byte. Documents are UTF-8 (any bytes are accepted). Pure
+/// functions of any thread, linear in the length of the document; none throws but mettreAJourIXML.
+
+/// The document of a file that has none yet.
+inline constexpr std::string_view emptyIxmlDocument =
+    "<BWFXML>\n<PROJECT></PROJECT>\n<SCENE></SCENE>\n<TAPE></TAPE>\n<TAKE></TAKE>\n<NOTE></NOTE>\n"
+    "<CIRCLED>FALSE</CIRCLED>\n</BWFXML>";
+
+/// The values a save writes into one file. An absent text or flag was not edited: the file keeps its own, and an
+/// element it does not have is not added. CIRCLED alone is always written anew, from the file's own value; and where a
+/// TAKE_TYPE, which that removes, was all that said "wild", a WILD_TRACK takes over. A timecode is counted at
+/// `framerate`: whoever gives one gives both.
+struct ValeursMetadata {
+    std::optional<std::string> project, scene, tape, prise, note;
+    std::optional<bool> circled, wild;
+    std::map<int, std::string>
+        nomsPistes;  ///< track number -> name, only those to write; plain text ("&", not "&amp;")
+    /// Name for the only track of a mono file: goes into the file's first TRACK, whatever its numbers; a file without
+    /// one gets track 1.
+    std::optional<std::string> nomPisteUnique;
+    std::string timecode;   ///< "HH:MM:SS:FF"; empty: leave the file's time stamp alone
+    std::string framerate;  ///< label; empty: leave the file's rate alone
+    double sampleRate = 0;  ///< of the file, Hz
+};
+
+/// What an edit cannot do.
+class IxmlError : public Error {
+  public:
+    using Error::Error;
+};
+
+/// The first element of that name with another value; attributes stay. Unchanged when there is none.
+[[nodiscard]] std::string remplacerValeurTag(std::string_view document, std::string_view name, std::string_view value);
+/// A new element on a line of its own: behind "</TAKE>", else behind "</SCENE>", else in front of "</BWFXML>", else in
+/// front of "</IXML>" (the first of each, case ignored), else at the end.
+[[nodiscard]] std::string insererTag(std::string_view document, std::string_view name, std::string_view value);
+/// Replaces the value of the first element, or inserts one. TIMECODE_RATE, TIMECODE_FLAG and the two
+/// TIMESTAMP_SAMPLES_SINCE_MIDNIGHT elements get a second copy when the first already holds that very value; readers
+/// take the first.
+[[nodiscard]] std::string definirTag(std::string_view document, std::string_view name, std::string_view value);
+/// What is left when the first element and the blanks, tabs, line feeds and carriage returns directly behind it are
+/// removed until there is none.
+[[nodiscard]] std::string supprimerTags(std::string_view document, std::string_view name);
+/// The value of the first such child inside the first such parent; both are added where they are missing.
+[[nodiscard]] std::string definirSousTag(std::string_view document, std::string_view parent, std::string_view child,
+                                         std::string_view value);
+/// Writes one track's name (escaped: "&" only) into TRACK_LIST and brings TRACK_COUNT up to date, which is put first
+/// into a TRACK_LIST that has none. The track is the one with that key (IxmlTrack), of several the last, which readers
+/// show; a new one when there is none. A number below 1 changes nothing.
+[[nodiscard]] std::string definirNomPiste(std::string_view document, int track, std::string_view name);
+
+/// Applies all the values in their fixed order. The note is written where it is read (IxmlDocument::literalValue): tags
+/// inside the first SPEED element are passed over. An empty tag ("<NOTE/>") of an element that is written is first
+/// spelled out as an opening and a closing one. The result is UTF-8. Throws IxmlError when the document or the result
+/// is above maxIxmlBytes or the result is not UTF-8.
+[[nodiscard]] std::string mettreAJourIXML(std::string_view document, const ValeursMetadata& values);
+
+/// The edited document at the byte length of the original where the original ended in padding (at least 16 NUL bytes or
+/// spaces) that can give or take the difference and keep a byte, so that the chunks behind it need not move; else as it
+/// is.
+[[nodiscard]] std::string withPaddingKept(std::string_view original, std::string edited);
+
+}  // namespace dravik

@@ -1,0 +1,105 @@
+#include "base/checksum.h"
+#include "base/error.h"
+#include "base/paths.h"
+#include "base/temp_name.h"
+#include "base/text.h"
+#include "tests/support/files.h"
+#include "tests/support/temp_folder.h"
+
+#include <set>
+#include <system_error>
+
+#include <gtest/gtest.h>
+
+namespace dravik {
+namespace {
+
+using test::TempFolder;
+
+TEST(Crc32, IsTheOneOfTheStandard) {
+    EXPECT_EQ(crc32("123456789"), 0xCBF43926U);
+    EXPECT_EQ(crc32(""), 0U);
+}
+
+TEST(TemporaryName, IsKnownAgainAndNeverTheSame) {
+    std::set<std::string> seen;
+    for (const TempKind kind : {TempKind::metadata, TempKind::cues, TempKind::output}) {
+        for (int i = 0; i < 100; ++i) {
+            const std::string name = freshTemporaryName(kind, "Scene 1.wav");
+            EXPECT_TRUE(name.starts_with('.')) << name;
+            EXPECT_TRUE(isTemporaryName(name)) << name;
+            EXPECT_TRUE(seen.insert(name).second) << name;
+        }
+    }
+    EXPECT_TRUE(freshTemporaryName(TempKind::metadata, "a.wav").ends_with(".tmp"));
+    EXPECT_TRUE(freshTemporaryName(TempKind::output, "a.wav").ends_with(".a.wav"));
+}
+
+TEST(TemporaryName, OfAUsersOwnFileIsNotTakenForOurs) {
+    const std::string token = freshToken();
+    std::string wrongCheck = token;
+    wrongCheck.back() = wrongCheck.back() == '0' ? '1' : '0';
+    std::string upper = token;
+    for (char& c : upper) c = c >= 'a' && c <= 'f' ? static_cast<char>(c - 'a' + 'A') : c;
+    const std::vector<std::string> names = {
+             ".metadata-1.tmp",
+             ".metadata-6ba7b810-9dad-41d1-80b4-00c04fd430c8.tmp",  // somebody's real UUID
+             ".metadata-" + wrongCheck + ".tmp",
+             upper == token ? std::string("x") : ".metadata-" + upper + ".tmp",
+             ".metadata-" + token,
+             ".metadata-" + token + ".tmp.bak",
+             ".metadata-" + token + "x.tmp",
+             ".cues-.tmp",
+             ".dravik-op-" + token,
+             ".dravik-op-" + token + ".",
+             "metadata-" + token + ".tmp",
+             ".Metadata-" + token + ".tmp",
+             freshRenameName(".wav"),
+    };
+    for (const std::string& name : names) {
+        EXPECT_FALSE(isTemporaryName(name)) << name;
+    }
+}
+
+TEST(TemporaryName, FitsAFolderAlsoForTheLongestTarget) {
+    std::string target;
+    while (target.size() + 6 <= maxFileNameBytes) target += "é";
+    target += ".wav";
+    const std::string name = freshTemporaryName(TempKind::output, target);
+    EXPECT_LE(name.size(), maxFileNameBytes);
+    EXPECT_TRUE(isTemporaryName(name));
+    EXPECT_TRUE(isValidUtf8(name)) << "cut inside a character";
+}
+
+TEST(NormalisedPath, IsEqualForPathsThatDifferInCaseOrInDots) {
+    const std::filesystem::path here = std::filesystem::current_path();
+    const struct {
+        std::filesystem::path a, b;
+        bool equal;
+    } cases[] = {
+        {"/Takes/A.WAV", "/takes/a.wav", true},       {"/takes/./x/../a.wav", "/takes/a.wav", true},
+        {"a.wav", here / "A.wav", true},              {"/takes/É.wav", "/takes/é.wav", true},
+        {"/takes/a.wav", "/takes/a.bwf", false},      {"/takes/a.wav", "/takes/b/a.wav", false},
+        {"/takes/\xFF.wav", "/takes/\xFE.wav", false},  // bytes that are no text stay what they are
+    };
+    for (const auto& [a, b, equal] : cases) EXPECT_EQ(normalisedPath(a) == normalisedPath(b), equal) << a << b;
+}
+
+TEST(PathExists, CountsALinkWhereverItLeads) {
+    const TempFolder folder;
+    std::filesystem::create_symlink("nowhere", folder / "link");
+    EXPECT_TRUE(pathExists(folder / "link"));
+    EXPECT_FALSE(pathExists(folder / "nowhere"));
+    EXPECT_EQ(folderOf("a.wav"), std::filesystem::path("."));
+}
+
+TEST(UserText, NamesTheFileOfASystemErrorOnceAndLeavesOurOwnSentencesAlone) {
+    const std::filesystem::filesystem_error full("cannot write", "/takes/a.wav",
+                                                 std::make_error_code(std::errc::no_space_on_device));
+    EXPECT_EQ(userText(full), "a.wav: No space left on device");
+    EXPECT_EQ(systemText(full), "No space left on device");
+    EXPECT_EQ(userText(Error("Our own sentence.")), "Our own sentence.");
+}
+
+}  // namespace
+}  // namespace dravik

@@ -1,0 +1,251 @@
+#include "editing/save_transaction.h"
+
+#include "base/paths.h"
+#include "editing/cue_writer.h"
+#include "model/folder_scan.h"
+#include "tests/support/faulty_file_ops.h"
+#include "tests/support/files.h"
+#include "tests/support/temp_folder.h"
+#include "tests/support/wav_builder.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+namespace dravik {
+namespace {
+
+using test::Call;
+using test::FaultyFileOps;
+using test::namesIn;
+using test::readFile;
+using test::TempFolder;
+using test::WavBuilder;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class NoCodecs final : public AudioFileReader {
+  public:
+    [[nodiscard]] std::optional<AudioFormat> format(const std::filesystem::path&) const noexcept override { return {}; }
+};
+
+/// A folder with one mono set of three files that disagree in their notes, and start off a frame.
+class SaveTransaction : public testing::Test {
+  protected:
+    static constexpr std::uint64_t start = 1'728'000'777;
+
+    SaveTransaction() {
+        ops.syncing = false;
+        for (int i = 1; i <= 3; ++i) {
+            const std::string n = std::to_string(i);
+            test::recorderFile({.note = "note " + n, .samples = start, .tracks = {{i, 1, "Mic " + n}}}, {}, 20'000,
+                               static_cast<unsigned>(i))
+                .write(folder / ("SC12_T0" + n + ".wav"));
+        }
+        load();
+    }
+    void load() {
+        const auto groupes = scannerDossier(folder.path(), NoCodecs(), true, {});
+        ASSERT_EQ(groupes.size(), 1U);
+        groupe = groupes.front();
+        edits.charger(resume(groupe), pistesDuGroupe(groupe), 48000);
+    }
+    std::vector<SaveItem> items(const std::optional<std::string>& name = {}) {
+        return elementsDeSauvegarde(groupe, edits.champs(), edits.originaux(), name);
+    }
+    SaveReport save(const std::optional<std::string>& name = {}, const TaskContext& task = {}) {
+        return sauvegarder(ops, items(name), task);
+    }
+    std::vector<Bytes> contents() {
+        std::vector<Bytes> all;
+        for (const std::string& name : namesIn(folder.path())) all.push_back(readFile(folder / name));
+        return all;
+    }
+
+    TempFolder folder;
+    FaultyFileOps ops;
+    GroupeFichiers groupe;
+    ModificationsEnCours edits;
+};
+
+TEST_F(SaveTransaction, RenamesTheSetAndWritesEveryFileOfItAtItsNewPlace) {
+    edits.setScene("13 & 14");
+    edits.setNomPiste(2, "Lav & Boom");
+    const SaveReport report = save("SC13");
+    EXPECT_NO_THROW(report.throwIfFailed());
+    EXPECT_EQ(report.written(), 3U);
+    EXPECT_EQ(report.moved.at(folder / "SC12_T02.wav"), folder / "SC13_T02.wav");
+    EXPECT_THAT(namesIn(folder.path()), ElementsAre("SC13_T01.wav", "SC13_T02.wav", "SC13_T03.wav"));
+    load();
+    EXPECT_EQ(groupe.nom, "SC13");
+    EXPECT_EQ(groupe.scene, "13 & 14");
+    for (std::size_t i = 0; i < 3; ++i) {
+        const InfoFichier& info = groupe.fichiers[i];
+        EXPECT_EQ(info.notes, "note " + std::to_string(i + 1)) << "not edited: each file keeps its own";
+        EXPECT_EQ(info.nomsPistes.at(1), i == 1 ? "Lav &amp; Boom" : "Mic " + std::to_string(i + 1));
+        EXPECT_EQ(info.timecode, "10:00:00:00");
+    }
+    const Bytes first = readFile(folder / "SC13_T01.wav");
+    EXPECT_THAT(std::string(asText(first)), HasSubstr("_LO>1728000777<")) << "the recorder's own count survives";
+}
+
+TEST_F(SaveTransaction, TouchesNoFileWithoutAnEdit) {
+    const auto stampsOf = [&] {
+        std::vector<std::pair<ino_t, std::int64_t>> stamps;
+        for (const std::string& name : namesIn(folder.path())) {
+            struct stat status {};
+            EXPECT_EQ(::stat((folder / name).c_str(), &status), 0);
+            stamps.emplace_back(status.st_ino, status.st_mtim.tv_nsec);
+        }
+        return stamps;
+    };
+    const auto before = stampsOf();
+    edits.setScene("13");
+    edits.setScene("12A");
+    const SaveReport report = save();
+    EXPECT_EQ(report.written(), 0U);
+    EXPECT_EQ(report.results.size(), 3U);
+    EXPECT_EQ(stampsOf(), before);
+    EXPECT_EQ(ops.calls(), 0);
+    edits.setNomPiste(3, "Lav");
+    EXPECT_EQ(save().written(), 1U) << "one name is in one file";
+    EXPECT_EQ(stampsOf()[0], before[0]);
+    EXPECT_NE(stampsOf()[2].first, before[2].first);
+}
+
+TEST_F(SaveTransaction, ChangesNothingWhenTheRenameIsRefusedOrUndone) {
+    edits.setScene("13");
+    const std::vector<Bytes> before = contents();
+    test::writeFile(folder / "sc13_t02.WAV", "taken");
+    EXPECT_THROW(static_cast<void>(save("SC13")), MainSaveRenameError);
+    std::filesystem::remove(folder / "sc13_t02.WAV");
+    ops.failAt({.kinds = {Call::renameNoReplace}, .nth = 6, .errorNumber = EACCES});
+    EXPECT_THROW(static_cast<void>(save("SC13")), std::filesystem::filesystem_error);
+    EXPECT_EQ(contents(), before);
+    EXPECT_EQ(namesIn(folder.path()).front(), "SC12_T01.wav");
+}
+
+TEST_F(SaveTransaction, RefusesBeforeTheFirstChangeWhenThereIsNoRoom) {
+    edits.setScene("13");
+    ops.free = 1'000'000;
+    try {
+        static_cast<void>(save("SC13"));
+        FAIL() << "expected an error";
+    } catch (const std::filesystem::filesystem_error& error) {
+        EXPECT_EQ(error.code(), std::errc::no_space_on_device);
+    }
+    EXPECT_THAT(namesIn(folder.path()), ElementsAre("SC12_T01.wav", "SC12_T02.wav", "SC12_T03.wav"));
+    edits.annuler();
+    EXPECT_NO_THROW(static_cast<void>(save("SC13"))) << "names alone need no room";
+}
+
+TEST_F(SaveTransaction, LetsNoFileThatFailsStopTheOthers) {
+    edits.setScene("13");
+    const Bytes truncated = WavBuilder().fmt().chunkClaiming("data", test::audioBytes(99), 5000).bytes();
+    test::writeFile(folder / "SC12_T02.wav", truncated);
+    ops.failAt({.kinds = {Call::sync}, .nth = 2, .errorNumber = ENOSPC});  // of the third file
+    const SaveReport report = save();
+    EXPECT_EQ(report.written(), 1U);
+    EXPECT_TRUE(report.failed());
+    EXPECT_EQ(report.results[0].error, "");
+    EXPECT_TRUE(report.results[1].error.starts_with("SC12_T02.wav has a damaged last chunk")) << report.results[1].error;
+    EXPECT_EQ(report.results[2].error, "SC12_T03.wav was not saved: No space left on device. The file was not changed.");
+    EXPECT_EQ(readFile(folder / "SC12_T02.wav"), truncated);
+    try {
+        report.throwIfFailed();
+        FAIL() << "expected an error";
+    } catch (const MainSaveRenameError&) {
+        FAIL() << "nothing was renamed";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.what(), report.results[1].error + "\n" + report.results[2].error);
+    }
+}
+
+TEST_F(SaveTransaction, KeepsTheNewNamesWhenMetadataFails) {
+    edits.setScene("13");
+    ops.failAt({.kinds = {Call::rename}, .nth = 1, .allLater = true, .errorNumber = EACCES});
+    const SaveReport report = save("SC13");
+    EXPECT_EQ(report.written(), 0U);
+    EXPECT_THAT(namesIn(folder.path()), ElementsAre("SC13_T01.wav", "SC13_T02.wav", "SC13_T03.wav"));
+    try {
+        report.throwIfFailed();
+        FAIL() << "expected an error";
+    } catch (const MainSaveRenameError& error) {
+        EXPECT_EQ(error.cas(), MainSaveRenameError::Cas::metadataAfterRenameFailed);
+        EXPECT_THAT(error.what(), HasSubstr("SC13_T02.wav was not saved: Permission denied. The file was not changed."));
+    }
+}
+
+TEST_F(SaveTransaction, TellsMetadataThatWasSavedFromMarkersThatWereNot) {
+    std::vector<SaveItem> all = items();
+    all[0].valeurs = ValeursMetadata{};
+    all[0].valeurs->scene = "13";
+    all[0].cues = {{{}, 5, "x"}};
+    all.resize(1);
+    ops.failAt({.kinds = {Call::sync}, .nth = 2});
+    const SaveReport failed = sauvegarder(ops, all, {});
+    EXPECT_EQ(failed.results[0].error, "The markers of SC12_T01.wav were not saved: Input/output error. Its metadata was.");
+    EXPECT_TRUE(failed.results[0].written);
+    all[0].cues = std::vector<CueMarker>(70'000);
+    EXPECT_EQ(sauvegarder(ops, all, {}).results[0].error,
+              "SC12_T01.wav cannot hold that many markers. Its markers were not changed.");
+    all[0].cues = {{{}, 5, "x"}};
+    EXPECT_FALSE(sauvegarder(ops, all, {}).failed());
+    EXPECT_EQ(lireCues(folder / "SC12_T01.wav").size(), 1U);
+}
+
+TEST_F(SaveTransaction, CanBeCancelledBeforeTheFirstChangeAndBetweenFiles) {
+    edits.setScene("13");
+    const std::vector<Bytes> before = contents();
+    CancellationToken cancelled;
+    cancelled.cancel();
+    EXPECT_THROW(static_cast<void>(save("SC13", {&cancelled, {}})), Cancelled);
+    EXPECT_EQ(contents(), before);
+
+    CancellationToken token;
+    TaskContext task{&token, [&](const Progress& progress) {
+                         if (progress.currentName.starts_with("SC13_T02")) token.cancel();
+                     }};
+    const SaveReport report = save("SC13", task);
+    EXPECT_TRUE(report.cancelled);
+    EXPECT_EQ(report.written(), 1U);
+    EXPECT_EQ(report.results[2].error, "SC13_T03.wav was not saved: cancelled. The file was not changed.");
+    EXPECT_EQ(readFile(folder / "SC13_T02.wav"), before[1]);
+    EXPECT_EQ(readFile(folder / "SC13_T03.wav"), before[2]);
+    EXPECT_EQ(namesIn(folder.path()).size(), 3U);
+}
+
+TEST_F(SaveTransaction, ReportsProgressOverAllFilesAlsoWhenOneFails) {
+    edits.setScene("13");
+    test::writeFile(folder / "SC12_T01.wav", "no longer a recording");
+    std::vector<std::uint64_t> done;
+    std::uint64_t all = 0;
+    TaskContext task;
+    task.report = [&](const Progress& progress) {
+        done.push_back(progress.doneBytes);
+        all = progress.allBytes;
+    };
+    EXPECT_EQ(save({}, task).written(), 2U);
+    EXPECT_TRUE(std::is_sorted(done.begin(), done.end()));
+    EXPECT_EQ(all, groupe.fichiers[0].taille + groupe.fichiers[1].taille + groupe.fichiers[2].taille);
+    EXPECT_GE(done.front(), groupe.fichiers[0].taille);
+    EXPECT_EQ(done.back(), all);
+}
+
+TEST_F(SaveTransaction, SyncsTheFolderOnceAndTellsWhenItCannot) {
+    edits.setScene("13");
+    EXPECT_EQ(save().written(), 3U);
+    EXPECT_EQ(ops.calls(Call::syncFolder), 1);
+    edits.setScene("14");
+    ops.failAt({.kinds = {Call::syncFolder}, .nth = 1});
+    const SaveReport report = save();
+    EXPECT_EQ(report.written(), 3U);
+    for (const SaveResult& result : report.results) EXPECT_THAT(result.error, HasSubstr("was saved, but"));
+}
+
+}  // namespace
+}  // namespace dravik

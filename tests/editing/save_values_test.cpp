@@ -1,0 +1,130 @@
+#include "editing/save_values.h"
+
+#include "editing/save_transaction.h"
+#include "model/audio_metadata.h"
+
+#include <gmock/gmock.h>
+
+namespace dravik {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+
+/// A mono set of three, which disagree in note and timecode; as edited right after it was loaded.
+struct LoadedTake {
+    GroupeFichiers groupe;
+    ChampsEdites originaux, edites;
+
+    explicit LoadedTake(int files, int channels = 1) {
+        groupe.nom = "SC12";
+        groupe.estPoly = channels > 1;
+        for (int i = 0; i < files; ++i) {
+            InfoFichier info;
+            info.nom = "SC12_T0" + std::to_string(i + 1);
+            info.url = "/takes/" + info.nom + ".wav";
+            info.channels = channels;
+            info.sampleRate = 96000;
+            info.scene = "12A";
+            info.notes = "note " + std::to_string(i);
+            info.timecode = "10:00:00:0" + std::to_string(i);
+            info.framerate = "25";
+            for (int c = 1; c <= channels; ++c) info.nomsPistes[c] = "Track " + std::to_string(c);
+            groupe.fichiers.push_back(info);
+        }
+        fusionnerMetadonnees(groupe);
+        ModificationsEnCours loaded;
+        loaded.charger(resume(groupe), pistesDuGroupe(groupe), 96000);
+        originaux = edites = loaded.champs();
+    }
+    [[nodiscard]] ValeursMetadata values(std::size_t position) const {
+        return valeursPourFichier(edites, originaux, groupe, position);
+    }
+};
+
+TEST(SaveValues, HandOverOnlyWhatWasEdited) {
+    LoadedTake take(3);
+    EXPECT_FALSE(contientUneEdition(take.values(0)));
+    take.edites.scene = "13";
+    take.edites.wild = true;
+    const ValeursMetadata values = take.values(1);
+    EXPECT_TRUE(contientUneEdition(values));
+    EXPECT_EQ(values.scene, "13");
+    EXPECT_EQ(values.wild, true);
+    EXPECT_EQ(values.sampleRate, 96000);
+    EXPECT_FALSE(values.project || values.tape || values.prise || values.note || values.circled || values.nomPisteUnique);
+    EXPECT_EQ(values.timecode + values.framerate, "") << "the recorder's own count survives";
+    EXPECT_THAT(values.nomsPistes, IsEmpty());
+}
+
+TEST(SaveValues, GiveEveryFileOfADisagreeingTakeTheEditedValue) {
+    LoadedTake take(3);
+    EXPECT_EQ(take.edites.note, "") << "mixed";
+    take.edites.note = "one for all";
+    for (std::size_t i = 0; i < 3; ++i) EXPECT_EQ(take.values(i).note, "one for all");
+}
+
+TEST(SaveValues, HandTimecodeAndRateOverTogetherEachFileItsOwnOther) {
+    LoadedTake rate(2);
+    rate.edites.framerate = "24";
+    EXPECT_EQ(rate.values(0).framerate, "24");
+    EXPECT_EQ(rate.values(0).timecode, "10:00:00:00");
+    EXPECT_EQ(rate.values(1).timecode, "10:00:00:01");
+    LoadedTake start(2);
+    start.edites.timecode = "11:00:00:00";
+    start.groupe.fichiers[1].framerate = "29.97 DF";
+    EXPECT_EQ(start.values(0).framerate, "25");
+    EXPECT_EQ(start.values(1).framerate, "29.97 DF");
+    EXPECT_EQ(start.values(1).timecode, "11:00:00:00");
+}
+
+TEST(SaveValues, PutTheNameOfATrackIntoItsOwnFileOnly) {
+    LoadedTake set(3);
+    set.edites.nomsPistes[2] = "Lav & Boom";
+    EXPECT_FALSE(contientUneEdition(set.values(0)));
+    EXPECT_EQ(set.values(1).nomPisteUnique, "Lav & Boom");
+    EXPECT_THAT(set.values(1).nomsPistes, IsEmpty());
+    EXPECT_FALSE(contientUneEdition(set.values(2)));
+
+    LoadedTake poly(1, 3);
+    poly.edites.nomsPistes[3] = "Lav";
+    EXPECT_THAT(poly.values(0).nomsPistes, ElementsAre(Pair(3, "Lav")));
+    EXPECT_FALSE(poly.values(0).nomPisteUnique);
+
+    LoadedTake mono(1);
+    mono.edites.nomsPistes[1] = "Lav";
+    EXPECT_EQ(mono.values(0).nomPisteUnique, "Lav");
+}
+
+TEST(SaveValues, LoseNoNameOfAMonoFileThatListsSeveralTracks) {
+    LoadedTake mono(1);
+    mono.groupe.fichiers[0].nomsPistes = {{1, "Boom"}, {2, "Lav"}};
+    mono.edites.nomsPistes[2] = mono.originaux.nomsPistes[2] = "Lav";
+    mono.edites.nomsPistes[2] = "Lav 2";
+    EXPECT_THAT(mono.values(0).nomsPistes, ElementsAre(Pair(2, "Lav 2")));
+}
+
+TEST(SaveItems, AreEmptyForFilesWithNothingToDo) {
+    LoadedTake take(3);
+    const auto items = [&](const std::optional<std::string>& name = {}) {
+        return elementsDeSauvegarde(take.groupe, take.edites, take.originaux, name);
+    };
+    for (const SaveItem& item : items()) EXPECT_TRUE(item.empty());
+    for (const SaveItem& item : items("SC12")) EXPECT_TRUE(item.empty()) << "the name it has";
+    EXPECT_EQ(items("SC13").at(2).nouveauNom, "SC13_T03");
+    EXPECT_FALSE(items("SC13").at(2).valeurs);
+
+    take.edites.nomsPistes[1] = "Lav";
+    EXPECT_TRUE(items().at(0).valeurs);
+    EXPECT_TRUE(items().at(1).empty());
+
+    take.groupe.fichiers[1].forcerSauvegardeMetadata = true;
+    EXPECT_TRUE(items().at(1).valeurs);
+    EXPECT_TRUE(items().at(2).empty());
+    take.groupe.forcerSauvegardeMetadata = true;
+    EXPECT_TRUE(items().at(2).valeurs);
+}
+
+}  // namespace
+}  // namespace dravik

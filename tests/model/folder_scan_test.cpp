@@ -1,0 +1,169 @@
+#include "model/folder_scan.h"
+
+#include "base/paths.h"
+#include "platform/media/lazy_media_reader.h"
+#include "tests/model/fake_codecs.h"
+#include "tests/support/files.h"
+#include "tests/support/samples.h"
+#include "tests/support/temp_folder.h"
+#include "tests/support/wav_builder.h"
+
+#include <atomic>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+namespace dravik {
+namespace {
+
+using test::FakeCodecs;
+using test::TempFolder;
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using testing::IsEmpty;
+
+struct Mono {
+    std::string nom;
+    std::string famille = {};
+    std::string timecode = {};
+    double sampleRate = 48000;
+    int channels = 1;
+    std::string folder = "/takes";
+};
+
+InfoFichier infoOf(const Mono& mono) {
+    InfoFichier info;
+    info.nom = mono.nom;
+    info.url = std::filesystem::path(mono.folder) / (mono.nom + ".wav");
+    info.channels = mono.channels;
+    info.sampleRate = mono.sampleRate;
+    if (!mono.famille.empty()) info.familleUID = mono.famille;
+    if (!mono.timecode.empty()) info.timecode = mono.timecode;
+    return info;
+}
+
+/// "A: A_T1 A_T2", "B (poly): B"
+std::vector<std::string> picture(const std::vector<GroupeFichiers>& groupes) {
+    std::vector<std::string> lines;
+    for (const GroupeFichiers& groupe : groupes) {
+        std::string line = groupe.nom + (groupe.estPoly ? " (poly):" : ":");
+        for (const InfoFichier& fichier : groupe.fichiers) line += " " + fichier.nom;
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+std::vector<std::string> grouped(const std::vector<Mono>& monos, bool regrouper = true) {
+    std::vector<InfoFichier> infos;
+    for (const Mono& mono : monos) infos.push_back(infoOf(mono));
+    return picture(construireGroupes(std::move(infos), regrouper));
+}
+
+TEST(Grouping, JoinsMonoFilesOfOneTakeInTrackOrder) {
+    const struct {
+        std::string rule;
+        std::vector<Mono> files;
+        std::vector<std::string> expected;
+    } cases[] = {
+        {"a set and a poly file", {{"A_T2"}, {"B", "", "", 48000, 2}, {"A_T1"}}, {"A: A_T1 A_T2", "B (poly): B"}},
+        {"numbers count, not their digits", {{"A_T10"}, {"A_T2"}, {"A_T01"}}, {"A: A_T01 A_T2 A_T10"}},
+        {"two digits, among several", {{"Take7_04"}, {"Take7_02"}}, {"Take7: Take7_02 Take7_04"}},
+        {"alone with its name it is a take of its own", {{"A_T1"}, {"B_T1"}}, {"A_T1: A_T1", "B_T1: B_T1"}},
+        {"a poly file never joins", {{"A_T1", "", "", 48000, 2}, {"A_T2"}}, {"A_T1 (poly): A_T1", "A_T2: A_T2"}},
+        {"case and final separators do not part", {{"sc1__T1"}, {"SC1_T2"}}, {"sc1_: sc1__T1 SC1_T2"}},
+        {"sample rates do", {{"A_T1"}, {"A_T2"}, {"A_T3", "", "", 96000}}, {"A: A_T1 A_T2", "A_T3: A_T3"}},
+        {"start timecodes do",
+         {{"A_T1", "", "10:00:00:00"}, {"A_T2", "", "10:00:00:00"}, {"A_T3", "", "11:00:00:00"}},
+         {"A: A_T1 A_T2", "A_T3: A_T3"}},
+        {"where both have one", {{"A_T1", "", "10:00:00:00"}, {"A_T2"}}, {"A: A_T1 A_T2"}},
+        {"but never two in one set through a third",
+         {{"A_T1", "", "10:00:00:00"}, {"A_T2"}, {"A_T3", "", "11:00:00:00"}},
+         {"A: A_T1 A_T2", "A_T3: A_T3"}},
+        {"folders do", {{"A_T1"}, {.nom = "A_T2", .folder = "/other"}}, {"A_T1: A_T1", "A_T2: A_T2"}},
+        {"the same number twice stays together", {{"A_T01"}, {"A_T1"}, {"A_T2"}}, {"A: A_T01 A_T1 A_T2"}},
+        {"common endings mean nothing without a family", {{"A101_1"}, {"A101_2"}}, {"A101_1: A101_1", "A101_2: A101_2"}},
+        {"and a track within one", {{"A101_2", "F"}, {"A101_1", "F"}, {"A101_A", "F"}}, {"A101: A101_1 A101_2 A101_A"}},
+        {"not across two", {{"A101_1", "F"}, {"A101_2", "G"}}, {"A101_1: A101_1", "A101_2: A101_2"}},
+        {"the sure endings need none, and win", {{"A_T1", "F"}, {"A_T2", "G"}}, {"A: A_T1 A_T2"}},
+        {"takes stand in the order of their numbers",
+         {{"Scene 10"}, {"scene 9"}, {"Scene 2_T1"}, {"Scene 2_T2"}},
+         {"Scene 2: Scene 2_T1 Scene 2_T2", "scene 9: scene 9", "Scene 10: Scene 10"}},
+    };
+    for (const auto& [rule, files, expected] : cases) EXPECT_THAT(grouped(files), ElementsAreArray(expected)) << rule;
+}
+
+TEST(Grouping, CanBeSwitchedOff) {
+    EXPECT_THAT(grouped({{"A_T1"}, {"A_T2"}, {"B", "", "", 48000, 2}}, false),
+                ElementsAre("A_T1: A_T1", "A_T2: A_T2", "B (poly): B"));
+    EXPECT_THAT(grouped({}), IsEmpty());
+}
+
+TEST(FolderScan, ListsTheAudioFilesOfTheFolderItself) {
+    const TempFolder folder;
+    for (const char* name : {"b10.wav", "B9.WAV", "a.aiff", "c.RF64", "d.m4a", "e.txt", ".hidden.wav", "wav", ".wav"}) {
+        test::writeFile(folder / name, "x");
+    }
+    std::filesystem::create_directory(folder / "folder.wav");
+    test::writeFile(folder / "folder.wav/inside.wav", "x");
+    std::filesystem::create_symlink(folder / "a.aiff", folder / "z link.wav");
+    std::filesystem::create_symlink("nowhere", folder / "broken.wav");
+    std::vector<std::string> names;
+    for (const auto& file : listerFichiers(folder.path())) names.push_back(fileNameText(file));
+    EXPECT_THAT(names, ElementsAre("a.aiff", "B9.WAV", "b10.wav", "c.RF64", "d.m4a", "z link.wav"));
+    EXPECT_THAT(listerFichiers(folder / "missing"), IsEmpty());
+    EXPECT_THAT(listerFichiers(folder / "e.txt"), IsEmpty());
+}
+
+TEST(FolderScan, ProbesOnSeveralThreadsInTheOrderOfTheList) {
+    const TempFolder folder;
+    std::vector<std::filesystem::path> files;
+    for (int i = 0; i < 300; ++i) {
+        test::Ixml ixml;
+        ixml.scene = std::to_string(i);
+        files.push_back(test::recorderFile(ixml, {}, 10).write(folder / (std::to_string(i) + ".wav")));
+    }
+    std::vector<std::uint64_t> reports;
+    TaskContext task;
+    task.report = [&](const Progress& progress) {
+        EXPECT_EQ(progress.allBytes, 300U);
+        reports.push_back(progress.doneBytes);  // one report at a time
+    };
+    const std::vector<InfoFichier> infos = analyserFichiers(files, FakeCodecs(), task);
+    for (std::size_t i = 0; i < infos.size(); ++i) EXPECT_EQ(infos[i].scene, std::to_string(i));
+    ASSERT_EQ(reports.size(), 300U);
+    for (std::size_t i = 0; i < reports.size(); ++i) EXPECT_EQ(reports[i], i + 1);
+}
+
+TEST(FolderScan, StopsWhenItIsCancelled) {
+    const TempFolder folder;
+    std::vector<std::filesystem::path> files;
+    for (int i = 0; i < 200; ++i) files.push_back(test::recorderFile({}, {}, 10).write(folder / (std::to_string(i) + ".wav")));
+    CancellationToken token;
+    std::atomic<int> reports{0};
+    TaskContext task;
+    task.token = &token;
+    task.report = [&](const Progress&) {
+        if (++reports == 20) token.cancel();
+    };
+    EXPECT_THROW(static_cast<void>(analyserFichiers(files, FakeCodecs(), task)), Cancelled);
+    EXPECT_LT(reports, 40);
+}
+
+TEST(FolderScan, GroupsTheRealOnes) {
+    DRAVIK_NEEDS_SAMPLES();
+    const auto codecs = makeLazyMediaReader({});
+    const auto scan = [&](const char* folder) {
+        return picture(scannerDossier(*test::sampleFolder() / folder, *codecs, true, {}));
+    };
+    EXPECT_THAT(scan("recorder_a_poly_mono"),
+                ElementsAre("A101_1 (poly): A101_1", "A101_1: A101_1_1 A101_1_2", "A101_3 (poly): A101_3"));
+    EXPECT_THAT(scan("recorder_b_mono_set"),
+                ElementsAre("Sr001-2C-01: Sr001-2C-01_01 Sr001-2C-01_02 Sr001-2C-01_03 Sr001-2C-01_04 Sr001-2C-01_05"));
+    EXPECT_THAT(scan("recorder_c_mono_set"),
+                ElementsAre("Scene_1_2AG-T001: Scene_1_2AG-T001_Tr1 Scene_1_2AG-T001_Tr2 Scene_1_2AG-T001_Tr3",
+                            "Scene_1_2AG-T001_TrL_R (poly): Scene_1_2AG-T001_TrL_R"));
+}
+
+}  // namespace
+}  // namespace dravik
