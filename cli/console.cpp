@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
-#include <system_error>
 
 #include <fmt/format.h>
 #include <sys/ioctl.h>
@@ -58,7 +57,7 @@ Console::Console() : outputWidth_(terminalWidth(STDOUT_FILENO)), statusWidth_(te
 void Console::print(std::string_view text) {
     clearStatus();
     if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
-        throw std::system_error(errno, std::generic_category(), "standard output");
+        throw OutputError(errno);
     }
 }
 

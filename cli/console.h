@@ -3,8 +3,15 @@
 #include <mutex>
 #include <optional>
 #include <string_view>
+#include <system_error>
 
 namespace dravik {
+
+/// Standard output cannot be written: the disk is full, or the reader of the pipe has gone.
+class OutputError : public std::system_error {
+  public:
+    explicit OutputError(int errorNumber) : std::system_error(errorNumber, std::generic_category()) {}
+};
 
 /// The program's standard output and standard error. Results go to the first, everything else to the second. Knows
 /// whether they are terminals, how wide and whether they like colour; asks nothing, ever. Any thread.
@@ -18,7 +25,7 @@ class Console {
     [[nodiscard]] std::optional<int> outputWidth() const noexcept { return outputWidth_; }
     [[nodiscard]] bool outputHasColour() const noexcept { return outputHasColour_; }
 
-    /// Writes the bytes as they are and flushes. Throws std::system_error when they cannot all be written.
+    /// Writes the bytes as they are and flushes. Throws OutputError when they cannot all be written.
     void print(std::string_view text);
     /// A sentence on standard error; may have several lines. Made harmless for terminals.
     void message(std::string_view line);

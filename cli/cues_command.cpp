@@ -92,14 +92,15 @@ class CueEdit {
         SaveItem item;
         item.fichier = info_;
         item.cues = after;
+        SaveReport report;
         try {
             ProgressBar bar(services_.console, "Saving");
-            const SaveReport report = sauvegarder(services_.files, {item}, {&services_.token, bar.sink()});
-            const std::string& error = report.results.front().error;
-            if (!error.empty()) return fail(report.cancelled ? ExitCode::interrupted : ExitCode::someFailed, error);
+            report = sauvegarder(services_.files, {item}, {&services_.token, bar.sink()});
         } catch (const std::exception& error) {
             return fail(exitCodeFor(error), userText(error));
         }
+        const std::string& error = report.results.front().error;
+        if (!error.empty()) return fail(report.cancelled ? ExitCode::interrupted : ExitCode::someFailed, error);
         cues_ = std::move(after);
         return tell(ExitCode::done, "Saved");
     }

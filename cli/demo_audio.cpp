@@ -71,13 +71,14 @@ class Speaker {
         formants_[2].tune(vowel.third * scale_, 170);
         const double loudness = random_.between(0.5, 1.0);
         const auto consonant = static_cast<std::int64_t>(random_.between(0.0, 0.05) * rate);
+        constexpr double pulseMean = 0.1944;
         const double step = pitch_ * intonation / rate;
         const auto length = static_cast<double>(end - begin);
         for (std::int64_t at = begin; at < end; ++at) {
             phase_ += step;
             if (phase_ >= 1) phase_ -= 1;
-            // The glottis opens for 60 % of the cycle and closes quickly.
-            const double voiced = phase_ < 0.6 ? phase_ * phase_ * (0.6 - phase_) * 18 - 0.35 : -0.35;
+            // The glottis opens for 60 % of the cycle and closes quickly; less the mean, which no microphone passes.
+            const double voiced = phase_ < 0.6 ? phase_ * phase_ * (0.6 - phase_) * 18 - pulseMean : -pulseMean;
             const bool hiss = at - begin < consonant;
             const double source = hiss ? 0.5 * noise(random_) : voiced + 0.03 * noise(random_);
             const double vocal = formants_[0](source) + 0.55 * formants_[1](source) + 0.3 * formants_[2](source);

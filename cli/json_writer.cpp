@@ -13,6 +13,12 @@ namespace {
 
 bool isPlain(char c) { return static_cast<unsigned char>(c) >= 0x20 && c != '"' && c != '\\'; }
 
+/// Nearly all texts are: they are copied as they stand.
+bool isPlainAscii(std::string_view text) {
+    return std::all_of(text.begin(), text.end(),
+                       [](char c) { return isPlain(c) && static_cast<unsigned char>(c) < 0x80; });
+}
+
 std::string escaped(char c) {
     switch (c) {
         case '"':
@@ -79,15 +85,19 @@ void JsonWriter::scalar(std::string_view text) {
 }
 
 void JsonWriter::key(std::string_view name) {
-    value(name);
-    out_ += ": ";
+    place();
+    out_ += '"';
+    out_ += name;
+    out_ += "\": ";
     afterKey_ = true;
 }
 
 void JsonWriter::value(std::string_view text) {
     place();
     out_ += '"';
-    if (isValidUtf8(text)) {
+    if (isPlainAscii(text)) {
+        out_ += text;
+    } else if (isValidUtf8(text)) {
         appendEscaped(out_, text);
     } else {
         appendEscaped(out_, validUtf8(text));

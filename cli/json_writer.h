@@ -17,6 +17,7 @@ class JsonWriter {
     void endObject() { close('}'); }
     void beginArray() { open('['); }
     void endArray() { close(']'); }
+    /// Names are ours: letters and digits.
     void key(std::string_view name);
 
     void value(std::string_view text);

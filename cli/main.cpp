@@ -4,17 +4,16 @@
 #include "platform/media/lazy_media_reader.h"
 #include "platform/native_file_ops.h"
 
-#include <atomic>
 #include <csignal>
-#include <cstdio>
 #include <memory>
+
+#include <fmt/format.h>
 
 namespace dravik {
 namespace {
 
 /// A signal handler can reach nothing but a global.
-CancellationToken interruption;  // NOLINT
-static_assert(std::atomic<bool>::is_always_lock_free);
+CancellationToken interruption;
 
 extern "C" void onInterrupt(int) { interruption.cancel(); }
 
@@ -58,9 +57,11 @@ ExitCode run(int argc, const char* const* argv) {
     Services services{*files, *codecs, interruption, console};
     try {
         return std::visit(Runner{services}, parseCommandLine(argc, argv));
-    } catch (const std::system_error& error) {
+    } catch (const OutputError& error) {
         // Whoever closed the pipe does not want to hear about it.
-        if (error.code() != std::errc::broken_pipe) console.message(userText(error));
+        if (error.code() != std::errc::broken_pipe) {
+            console.message(fmt::format("The results could not be written: {}", systemText(error)));
+        }
         return exitCodeFor(error);
     } catch (const std::exception& error) {
         console.message(userText(error));

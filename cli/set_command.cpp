@@ -134,12 +134,14 @@ class SetRun {
 
     ExitCode save() {
         if (nothingToDo()) return tellNothing();
+        SaveReport report;
         try {
             ProgressBar bar(services_.console, "Saving");
-            return tell(sauvegarder(services_.files, items_, {&services_.token, bar.sink()}));
+            report = sauvegarder(services_.files, items_, {&services_.token, bar.sink()});
         } catch (const std::exception& error) {
             return abandon(error);
         }
+        return tell(report);
     }
 
     ExitCode tell(const SaveReport& report) {

@@ -22,17 +22,17 @@ class FolderRecovery {
 
     Recovery run() {
         std::vector<std::filesystem::path> temporaries;
-        std::vector<std::filesystem::path> journals;
+        std::vector<Journal> journals;
         std::error_code error;
         for (std::filesystem::directory_iterator it(folder_, error), end; !error && it != end; it.increment(error)) {
             const std::string name = fileNameText(it->path());
             std::error_code unknown;
             if (!name.starts_with('.') || !it->is_regular_file(unknown) || it->is_symlink(unknown)) continue;
             if (isTemporaryName(name)) temporaries.push_back(it->path());
-            if (parseJournalName(name)) journals.push_back(it->path());
+            if (const auto journal = parseJournalName(name)) journals.push_back({it->path(), *journal});
         }
-        for (const std::filesystem::path& journal : journals) {
-            guarded(journal, [&] { recoverJournal(journal); });
+        for (const Journal& journal : journals) {
+            guarded(journal.file, [&] { recoverJournal(journal.file, journal.name); });
         }
         std::size_t removed = 0;
         for (const std::filesystem::path& temporary : temporaries) {
@@ -46,6 +46,11 @@ class FolderRecovery {
     }
 
   private:
+    struct Journal {
+        std::filesystem::path file;
+        JournalName name;
+    };
+
     template <typename Work>
     void guarded(const std::filesystem::path& file, Work work) {
         try {
@@ -96,7 +101,7 @@ class FolderRecovery {
         return true;
     }
 
-    void recoverJournal(const std::filesystem::path& journal) {
+    void recoverJournal(std::filesystem::path journal, const JournalName& name) {
         if (!pathExists(journal)) return;
         const FileHandle handle = FileHandle::openForReading(journal);
         const FileOps::Lock lock = ops_.tryLock(handle);
@@ -118,8 +123,18 @@ class FolderRecovery {
             return;
         }
         const auto isHidden = [&](const JournalEntry& entry) { return pathExists(folder_ / entry.temp); };
-        const bool finish = parseJournalName(fileNameText(journal))->phase == JournalPhase::puttingInPlace ||
-                            std::all_of(entries->begin(), entries->end(), isHidden);
+        const bool finish = name.phase == JournalPhase::puttingInPlace ||
+                            (name.phase == JournalPhase::takingAway &&
+                             std::all_of(entries->begin(), entries->end(), isHidden));
+        if (finish && name.phase == JournalPhase::takingAway) {
+            // Said before it is done: should this process be killed, too, the next one must not take it for a rename to
+            // be rolled back.
+            const std::filesystem::path next = folder_ / journalName(name.token, JournalPhase::puttingInPlace);
+            ops_.syncFolder(folder_);
+            ops_.renameNoReplace(journal, next);
+            ops_.syncFolder(folder_);
+            journal = next;
+        }
         bool complete = true;
         const auto recover = [&](const JournalEntry& entry) {
             if (!isHidden(entry)) return;

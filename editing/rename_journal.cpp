@@ -92,10 +92,10 @@ std::optional<JournalName> parseJournalName(std::string_view fileName) {
     if (!fileName.starts_with(namePrefix)) return std::nullopt;
     fileName.remove_prefix(namePrefix.size());
     if (fileName.size() < 2) return std::nullopt;
-    const std::string_view ending = fileName.substr(fileName.size() - 2);
     const std::string_view token = fileName.substr(0, fileName.size() - 2);
-    if ((ending != ".1" && ending != ".2") || !isOurToken(token)) return std::nullopt;
-    return JournalName{std::string(token), ending == ".1" ? JournalPhase::takingAway : JournalPhase::puttingInPlace};
+    const char phase = fileName.back();
+    if (fileName[token.size()] != '.' || phase < '1' || phase > '3' || !isOurToken(token)) return std::nullopt;
+    return JournalName{std::string(token), static_cast<JournalPhase>(phase - '0')};
 }
 
 namespace {
@@ -121,16 +121,17 @@ RenameJournal::RenameJournal(FileOps& ops, const std::vector<MainSaveRenamePlanE
         for (const auto& [folder, entries] : byFolder) {
             FilePlan content;
             content.add(toBytes(journalText(entries)));
-            auto file = std::make_unique<SafeFile>(ops_, folder / journalName(token_, phase_), TempKind::output);
-            file->write(content, FileHandle(), {});
-            const UnsyncedFolder written = file->commit(SafeFile::Existing::refuse);
-            places_.push_back({folder, std::move(file)});
+            Place place{folder, nullptr};
+            place.file = std::make_unique<SafeFile>(ops_, pathOf(place), TempKind::output);
+            place.file->write(content, FileHandle(), {});
+            const UnsyncedFolder written = place.file->commit(SafeFile::Existing::refuse);
+            places_.push_back(std::move(place));
             ops_.syncFolder(written.folder);
         }
     } catch (...) {
         for (const Place& place : places_) {
             try {
-                ops_.remove(place.folder / journalName(token_, phase_));
+                ops_.remove(pathOf(place));
             } catch (const std::exception&) {
                 continue;  // without moves an orphaned journal asks for nothing; the next opening drops it
             }
@@ -139,28 +140,27 @@ RenameJournal::RenameJournal(FileOps& ops, const std::vector<MainSaveRenamePlanE
     }
 }
 
+std::filesystem::path RenameJournal::pathOf(const Place& place) const {
+    return place.folder / journalName(token_, place.phase);
+}
+
 void RenameJournal::syncFolders() {
     for (const Place& place : places_) ops_.syncFolder(place.folder);
 }
 
 void RenameJournal::enter(JournalPhase phase) {
     syncFolders();
-    for (const Place& place : places_) {
-        ops_.renameNoReplace(place.folder / journalName(token_, phase_), place.folder / journalName(token_, phase));
+    for (Place& place : places_) {
+        ops_.renameNoReplace(pathOf(place), place.folder / journalName(token_, phase));
+        place.phase = phase;
     }
-    phase_ = phase;
     syncFolders();
 }
 
 void RenameJournal::retire() noexcept {
     try {
         syncFolders();
-        for (const Place& place : places_) {
-            // A move between the phases that failed half-way leaves some of them under their first name.
-            for (const JournalPhase phase : {JournalPhase::takingAway, JournalPhase::puttingInPlace}) {
-                ops_.remove(place.folder / journalName(token_, phase));
-            }
-        }
+        for (const Place& place : places_) ops_.remove(pathOf(place));
     } catch (const std::exception&) {
         return;
     }

@@ -26,13 +26,14 @@ struct JournalEntry {
 enum class JournalPhase {
     takingAway = 1,     ///< sources are being moved to their hidden names
     puttingInPlace = 2, ///< every source has its hidden name; they are being moved to their destinations
+    puttingBack = 3,    ///< the rename failed: whatever has a hidden name is on its way back to its source
 };
 
 /// The journal's text, and back; absent when it is damaged or names paths outside its folder.
 [[nodiscard]] std::string journalText(const std::vector<JournalEntry>& entries);
 [[nodiscard]] std::optional<std::vector<JournalEntry>> parseJournal(std::string_view text);
 
-/// ".dravik_journal_" token ".1" or ".2"
+/// ".dravik_journal_" token ".1", ".2" or ".3"
 [[nodiscard]] std::string journalName(std::string_view token, JournalPhase phase);
 struct JournalName {
     std::string token;
@@ -49,7 +50,7 @@ class RenameJournal {
     RenameJournal& operator=(const RenameJournal&) = delete;
     ~RenameJournal() = default;
 
-    /// All moves of the first phase are done: syncs the folders and says so. Throws.
+    /// All moves so far are done: syncs the folders and says that those of another phase begin. Throws.
     void enter(JournalPhase phase);
     /// The names in the folders are on the medium. Throws.
     void syncFolders();
@@ -61,10 +62,12 @@ class RenameJournal {
     struct Place {
         std::filesystem::path folder;
         std::unique_ptr<SafeFile> file;  ///< kept for its lock
+        JournalPhase phase = JournalPhase::takingAway;
     };
+    [[nodiscard]] std::filesystem::path pathOf(const Place& place) const;
+
     FileOps& ops_;
     std::string token_;
-    JournalPhase phase_ = JournalPhase::takingAway;
     std::vector<Place> places_;
 };
 

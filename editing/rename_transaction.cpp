@@ -15,30 +15,49 @@ struct Move {
     std::filesystem::path from, to;
 };
 
-/// Undoes the moves from the last to the first; says for each file that could not go back where it is now.
-std::vector<std::string> undo(FileOps& ops, const std::vector<Move>& moves) {
-    std::vector<std::string> failures;
-    std::set<std::filesystem::path> notReached;  // where a file would have to be for its earlier move to be undone
-    for (auto move = moves.rbegin(); move != moves.rend(); ++move) {
-        if (normalisedPath(move->from) == normalisedPath(move->to)) continue;
-        if (notReached.contains(move->to)) continue;
-        const std::string former = fileNameText(move->from);
-        if (pathExists(move->from)) {
-            notReached.insert(move->from);
-            failures.push_back(
-                fmt::format("Could not restore {}: original path already exists. Current file remains at {}.", former,
-                            pathText(move->to)));
-            continue;
-        }
-        try {
-            ops.renameNoReplace(move->to, move->from);
-        } catch (const std::exception& error) {
-            notReached.insert(move->from);
-            failures.push_back(fmt::format("Could not restore {} from {}: {}", former, fileNameText(move->to),
-                                           userText(error)));
+/// Undoes moves from the last to the first, and knows for each file that could not go back where it is now.
+class Undo {
+  public:
+    explicit Undo(FileOps& ops) : ops_(ops) {}
+
+    void operator()(const std::vector<Move>& moves) {
+        for (auto move = moves.rbegin(); move != moves.rend(); ++move) {
+            if (normalisedPath(move->from) == normalisedPath(move->to)) continue;
+            // A file that could not take its last step back cannot take the one before.
+            if (notReached_.contains(move->to)) continue;
+            const std::string former = fileNameText(move->from);
+            if (pathExists(move->from)) {
+                fail(*move, fmt::format("Could not restore {}: original path already exists. Current file remains at {}.",
+                                        former, pathText(move->to)));
+                continue;
+            }
+            try {
+                ops_.renameNoReplace(move->to, move->from);
+            } catch (const std::exception& error) {
+                fail(*move, fmt::format("Could not restore {} from {}: {}", former, fileNameText(move->to),
+                                        userText(error)));
+            }
         }
     }
-    return failures;
+    [[nodiscard]] const std::vector<std::string>& failures() const noexcept { return failures_; }
+
+  private:
+    void fail(const Move& move, std::string sentence) {
+        notReached_.insert(move.from);
+        failures_.push_back(std::move(sentence));
+    }
+
+    FileOps& ops_;
+    std::set<std::filesystem::path> notReached_;
+    std::vector<std::string> failures_;
+};
+
+void enterIfPossible(RenameJournal& journal, JournalPhase phase) noexcept {
+    try {
+        journal.enter(phase);
+    } catch (const std::exception&) {
+        return;  // the files go back all the same
+    }
 }
 
 }  // namespace
@@ -52,26 +71,34 @@ std::map<std::filesystem::path, std::filesystem::path> executerPlan(FileOps& ops
     if (std::none_of(plan.begin(), plan.end(), [](const auto& entry) { return entry.moves(); })) return mapping;
 
     RenameJournal journal(ops, plan);
-    std::vector<Move> done;
-    done.reserve(plan.size() * 2);
-    const auto move = [&](const std::filesystem::path& from, const std::filesystem::path& to) {
-        ops.renameNoReplace(from, to);
-        done.push_back({from, to});
-    };
+    std::vector<Move> taken;
+    std::vector<Move> placed;
+    taken.reserve(plan.size());
+    placed.reserve(plan.size());
     try {
         for (const MainSaveRenamePlanEntry& entry : plan) {
-            if (entry.moves()) move(entry.source, entry.temp);
+            if (!entry.moves()) continue;
+            ops.renameNoReplace(entry.source, entry.temp);
+            taken.push_back({entry.source, entry.temp});
         }
         journal.enter(JournalPhase::puttingInPlace);
         for (const MainSaveRenamePlanEntry& entry : plan) {
-            if (entry.moves()) move(entry.temp, entry.destination);
+            if (!entry.moves()) continue;
+            ops.renameNoReplace(entry.temp, entry.destination);
+            placed.push_back({entry.temp, entry.destination});
         }
         journal.syncFolders();
     } catch (const std::exception& error) {
         const std::string original = userText(error);
-        if (const std::vector<std::string> failures = undo(ops, done); !failures.empty()) {
+        // Until everything is hidden again a killed process leaves a rename to be finished, from then on one to be
+        // rolled back: never half of each.
+        Undo undo(ops);
+        undo(placed);
+        enterIfPossible(journal, JournalPhase::puttingBack);
+        undo(taken);
+        if (!undo.failures().empty()) {
             // The journal stays: the next opening of the folder tries again.
-            throw MainSaveRenameError::rollbackFailed(original, failures);
+            throw MainSaveRenameError::rollbackFailed(original, undo.failures());
         }
         journal.retire();
         throw;

@@ -210,6 +210,24 @@ void refuseLarge(std::string_view document) {
     }
 }
 
+/// The text is UTF-8 whatever its first line said: a declaration of another encoding would make every other program
+/// misread its accented letters. Documents of plain ASCII read the same either way and stay as they are.
+void declareUtf8(std::string& document) {
+    constexpr std::string_view name = "encoding";
+    const bool ascii = std::all_of(document.begin(), document.end(), [](char c) { return (c & 0x80) == 0; });
+    const std::size_t start = document.find_first_not_of("\xEF\xBB\xBF");
+    if (ascii || start == std::string::npos || !std::string_view(document).substr(start).starts_with("<?xml")) return;
+    const std::size_t end = document.find("?>", start);
+    const std::size_t at = document.find(name, start);
+    if (end == std::string::npos || at > end) return;
+    const std::size_t open = document.find_first_of("\"'", at + name.size());
+    if (open >= end) return;
+    const std::size_t close = document.find(document[open], open + 1);
+    if (close >= end) return;
+    if (equalsIgnoringAsciiCase(std::string_view(document).substr(open + 1, close - open - 1), "UTF-8")) return;
+    document.replace(open + 1, close - open - 1, "UTF-8");
+}
+
 }  // namespace
 
 std::string remplacerValeurTag(std::string_view document, std::string_view name, std::string_view value) {
@@ -267,6 +285,8 @@ std::string mettreAJourIXML(std::string_view document, const ValeursMetadata& va
         setStart(edited, samplesFromTimecode(values.timecode, values.framerate, values.sampleRate));
     }
     writeTrackNames(edited, values.nomsPistes, values.nomPisteUnique);
+
+    declareUtf8(edited);
 
     refuseLarge(edited);
     if (!isValidUtf8(edited)) throw IxmlError("The text to write into the iXML document is not valid UTF-8.");

@@ -246,7 +246,7 @@ TEST(Program, TellsScriptsWhatIsWrongByItsExitCode) {
     };
     const std::vector<Case> cases = {
         {{}, 2, "A command is required"},
-        {{"lsit"}, 2, "There is no command \"lsit\""},
+        {{"bogus"}, 2, "There is no command \"bogus\""},
         {{"scan"}, 2, "usage: dravik-cli scan"},
         {{"scan", "--bogus", file}, 2, "--bogus"},
         {{"show", "--json", "--ixml", file}, 2, "excludes"},

@@ -15,7 +15,6 @@
 #include <vector>
 
 #include <gmock/gmock.h>
-#include <unistd.h>
 
 namespace dravik {
 namespace {
@@ -139,6 +138,47 @@ TEST_F(RenameTransaction, PutsEverythingBackWhereverItFails) {
     EXPECT_GT(succeededAt, 15);
 }
 
+TEST_F(RenameTransaction, KeepsEveryFileWhenTheWayBackFailsAsWell) {
+    const Names names = {{"a", "b"}, {"b", "a"}, {"c", "x"}};
+    have({"a.wav", "b.wav", "c.wav"});
+    const std::vector<std::string> before = picture();
+    int notRestored = 0;
+    for (int first = 1; first < 25; ++first) {
+        for (int second = first + 1; second < first + 15; ++second) {
+            SCOPED_TRACE(testing::Message() << "calls " << first << " and " << second << " failed");
+            const auto plan = planOf(names);
+            ops.failAt({.nth = first, .andNth = second});
+            bool saidToBeRestored = false;
+            try {
+                static_cast<void>(executerPlan(ops, plan));
+            } catch (const MainSaveRenameError& error) {
+                EXPECT_EQ(error.cas(), MainSaveRenameError::Cas::rollbackFailed);
+                ++notRestored;
+            } catch (const std::filesystem::filesystem_error&) {
+                saidToBeRestored = true;
+            }
+            ops.failAt({.nth = 0});
+            static_cast<void>(recover());
+            if (saidToBeRestored) {
+                ASSERT_EQ(picture(), before);
+            }
+            // Each file is there once, under whatever name; then everything goes where it was.
+            std::map<std::string, std::filesystem::path> whereIs;
+            for (const std::string& name : namesIn(folder.path())) {
+                if (name.starts_with(".dravik_journal_")) continue;
+                ASSERT_TRUE(whereIs.emplace(asText(test::readFile(folder / name)), folder / name).second);
+            }
+            ASSERT_EQ(whereIs.size(), 3U);
+            for (const auto& [content, path] : whereIs) std::filesystem::rename(path, folder / ("back " + content));
+            for (const std::string& name : namesIn(folder.path())) {
+                if (name.starts_with('.')) std::filesystem::remove(folder / name);
+            }
+            for (const auto& [content, path] : whereIs) std::filesystem::rename(folder / ("back " + content), folder / content);
+        }
+    }
+    EXPECT_GT(notRestored, 5);
+}
+
 TEST_F(RenameTransaction, SaysOnceWhereAFileIsThatCouldNotBePutBack) {
     have({"a.wav", "b.wav"});
     // Everything is hidden; then the first destination fails, and meanwhile a's name was taken.
@@ -159,9 +199,11 @@ TEST_F(RenameTransaction, SaysOnceWhereAFileIsThatCouldNotBePutBack) {
             plan[0].temp.string() + "."));
     }
     ops.before({});
-    // The journal is still there; the next opening of the folder can finish the rename.
+    // The journal is still there: the next opening of the folder puts the file back once its name is free.
+    EXPECT_EQ(recover().failures.size(), 1U);
+    std::filesystem::remove(folder / "a.wav");
     EXPECT_THAT(recover().failures, IsEmpty());
-    EXPECT_THAT(picture(), ElementsAre("a.wav=another a", "b.wav=b.wav", "x.wav=a.wav"));
+    EXPECT_THAT(picture(), ElementsAre("a.wav=a.wav", "b.wav=b.wav"));
 }
 
 TEST_F(RenameTransaction, SaysWhereEveryFileIsWhenNothingCanBeMovedAnyMore) {
@@ -211,7 +253,7 @@ TEST(RenameJournal, ReadsBackWhatItWroteAndNothingElse) {
     }
     const std::string token = freshToken();
     EXPECT_EQ(parseJournalName(journalName(token, JournalPhase::puttingInPlace))->phase, JournalPhase::puttingInPlace);
-    for (const std::string& name : {".dravik_journal_" + token, ".dravik_journal_" + token + ".3", std::string(".dravik_journal_x.1"),
+    for (const std::string& name : {".dravik_journal_" + token, ".dravik_journal_" + token + ".4", std::string(".dravik_journal_x.1"),
                                     "dravik_journal_" + token + ".1", std::string(".dravik_journal_.1")}) {
         EXPECT_FALSE(parseJournalName(name)) << name;
     }
@@ -238,6 +280,8 @@ TEST_F(FolderRecovery, RollsBackOrFinishesARenameThatWasCut) {
         {"all hidden, not yet told so", JournalPhase::takingAway, {{t1, "A"}, {t2, "B"}, {t3, "C"}}, renamed, 3},
         {"all hidden", JournalPhase::puttingInPlace, {{t1, "A"}, {t2, "B"}, {t3, "C"}}, renamed, 3},
         {"one in place", JournalPhase::puttingInPlace, {{"b.wav", "A"}, {t2, "B"}, {t3, "C"}}, renamed, 2},
+        {"on the way back, all hidden", JournalPhase::puttingBack, {{t1, "A"}, {t2, "B"}, {t3, "C"}}, old, 3},
+        {"on the way back", JournalPhase::puttingBack, {{t1, "A"}, {"b.wav", "B"}, {"c.wav", "C"}}, old, 1},
         {"all in place", JournalPhase::puttingInPlace, {{"b.wav", "A"}, {"a.wav", "B"}, {"x.wav", "C"}}, renamed, 0},
     };
     for (const auto& [rule, phase, files, expected, sentences] : cases) {

@@ -3,6 +3,7 @@
 #include "base/paths.h"
 #include "editing/cue_writer.h"
 #include "model/folder_scan.h"
+#include "tests/support/fake_codecs.h"
 #include "tests/support/faulty_file_ops.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
@@ -28,11 +29,6 @@ using test::WavBuilder;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-class NoCodecs final : public AudioFileReader {
-  public:
-    [[nodiscard]] std::optional<AudioFormat> format(const std::filesystem::path&) const noexcept override { return {}; }
-};
-
 /// A folder with one mono set of three files that disagree in their notes, and start off a frame.
 class SaveTransaction : public testing::Test {
   protected:
@@ -49,7 +45,7 @@ class SaveTransaction : public testing::Test {
         load();
     }
     void load() {
-        const auto groupes = scannerDossier(folder.path(), NoCodecs(), true, {});
+        const auto groupes = scannerDossier(folder.path(), test::FakeCodecs(), true, {});
         ASSERT_EQ(groupes.size(), 1U);
         groupe = groupes.front();
         edits.charger(resume(groupe), pistesDuGroupe(groupe), 48000);

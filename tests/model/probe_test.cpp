@@ -1,8 +1,8 @@
 #include "model/probe.h"
 
 #include "platform/media/lazy_media_reader.h"
-#include "tests/model/fake_codecs.h"
 #include "tests/support/child.h"
+#include "tests/support/fake_codecs.h"
 #include "tests/support/files.h"
 #include "tests/support/samples.h"
 #include "tests/support/temp_folder.h"

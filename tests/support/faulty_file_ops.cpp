@@ -47,7 +47,7 @@ bool FaultyFileOps::isDue(Call call) {
     const bool canThrow = call != Call::lock && call != Call::share;
     if (fault_->kinds.empty() ? !canThrow : !fault_->kinds.contains(call)) return false;
     ++met_;
-    const bool due = fault_->allLater ? met_ >= fault_->nth : met_ == fault_->nth;
+    const bool due = fault_->allLater ? met_ >= fault_->nth : met_ == fault_->nth || met_ == fault_->andNth;
     if (due) ++failures_;
     return due;
 }

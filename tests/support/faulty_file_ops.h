@@ -40,6 +40,7 @@ class FaultyFileOps final : public FileOps {
     struct Fault {
         std::set<Call> kinds = {};  ///< empty: every call that can throw
         int nth = 1;                ///< which of them fails, from 1
+        int andNth = 0;             ///< and which other one
         bool allLater = false;      ///< and every one behind it
         int errorNumber = EIO;
     };

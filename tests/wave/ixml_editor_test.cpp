@@ -295,5 +295,21 @@ TEST(IxmlEditor, PaddingGivesAndTakesSoThatTheLengthStays) {
     EXPECT_EQ(kept("<A/>" + std::string(20, '\n'), "<A/>1" + std::string(20, '\n')), "<A/>1" + std::string(20, '\n'));
 }
 
+TEST(IxmlEditor, DeclaresTheEncodingThatItWrites) {
+    ValeursMetadata values;
+    values.scene = "Café";
+    const auto firstLine = [&](std::string_view declaration) {
+        const std::string edited = mettreAJourIXML(std::string(declaration) + "<BWFXML></BWFXML>", values);
+        return edited.substr(0, edited.find("<BWFXML>"));
+    };
+    EXPECT_EQ(firstLine("<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n"), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
+    EXPECT_EQ(firstLine("\xEF\xBB\xBF<?xml encoding='latin1'?>"), "\xEF\xBB\xBF<?xml encoding='UTF-8'?>");
+    for (const char* kept : {"<?xml encoding=\"utf-8\"?>", "<?xml version=\"1.0\"?>", "<?xml encoding=\"latin1?>", ""}) {
+        EXPECT_EQ(firstLine(kept), kept);
+    }
+    values.scene = "plain";
+    EXPECT_EQ(firstLine("<?xml encoding=\"latin1\"?>"), "<?xml encoding=\"latin1\"?>");
+}
+
 }  // namespace
 }  // namespace dravik
