@@ -37,8 +37,8 @@ FileSource::FileSource(const FileHandle& file) : file_(file) {
 std::size_t FileSource::readFromSystem(std::uint64_t offset, std::span<std::byte> into) const noexcept {
     std::size_t done = 0;
     while (done < into.size()) {
-        const ssize_t got = ::pread(file_.descriptor(), into.data() + done, into.size() - done,
-                                    static_cast<off_t>(offset + done));
+        const ssize_t got =
+            ::pread(file_.descriptor(), into.data() + done, into.size() - done, static_cast<off_t>(offset + done));
         if (got < 0 && errno == EINTR) continue;
         if (got < 0 && !error_) error_ = std::error_code(errno, std::generic_category());
         if (got <= 0) break;
@@ -58,7 +58,8 @@ void FileSource::fill(Window<capacity>& window, std::uint64_t offset) const noex
     ++windowsFilled_;
     window.offset = offset;
     window.length = readFromSystem(
-        offset, std::span(window.bytes).first(static_cast<std::size_t>(std::min<std::uint64_t>(capacity, size_ - offset))));
+        offset,
+        std::span(window.bytes).first(static_cast<std::size_t>(std::min<std::uint64_t>(capacity, size_ - offset))));
 }
 
 std::size_t FileSource::readAt(std::uint64_t offset, std::span<std::byte> into) const noexcept {

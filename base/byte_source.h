@@ -38,9 +38,9 @@ class MemorySource final : public ByteSource {
 };
 
 /// An open file, read with few system calls: small reads are served from two windows of a few kilobytes, one that keeps
-/// the header area of the recording and one that follows the reader, to the chunks behind the audio. A folder of thousands
-/// of files is probed at the speed of the disk. After the first windows small reads fetch only what they ask for, so that
-/// a file of many chunks costs no more than about 30 KiB of reading. One thread at a time.
+/// the header area of the recording and one that follows the reader, to the chunks behind the audio. A folder of
+/// thousands of files is probed at the speed of the disk. After the first windows small reads fetch only what they ask
+/// for, so that a file of many chunks costs no more than about 30 KiB of reading. One thread at a time.
 class FileSource final : public ByteSource {
   public:
     /// The handle must outlive the source. A file whose size cannot be asked counts as empty.
@@ -65,7 +65,8 @@ class FileSource final : public ByteSource {
 
         [[nodiscard]] ByteSpan from(std::uint64_t at) const noexcept {
             if (at < offset || at - offset >= length) return {};
-            return ByteSpan(bytes).subspan(static_cast<std::size_t>(at - offset), length - static_cast<std::size_t>(at - offset));
+            return ByteSpan(bytes).subspan(static_cast<std::size_t>(at - offset),
+                                           length - static_cast<std::size_t>(at - offset));
         }
     };
 

@@ -33,18 +33,27 @@ class FileOps {
     virtual void truncate(const FileHandle& file, const std::filesystem::path& path, std::uint64_t size) = 0;
     /// Copies up to `length` bytes between files inside the kernel where it can; returns how many, 0 at the source's
     /// end. May copy less than asked.
-    [[nodiscard]] virtual std::uint64_t copyRange(const FileHandle& from, std::uint64_t fromOffset, const FileHandle& to,
-                                                  const std::filesystem::path& toPath, std::uint64_t toOffset,
-                                                  std::uint64_t length) = 0;
+    [[nodiscard]] virtual std::uint64_t copyRange(const FileHandle& from, std::uint64_t fromOffset,
+                                                  const FileHandle& to, const std::filesystem::path& toPath,
+                                                  std::uint64_t toOffset, std::uint64_t length) = 0;
     /// Makes the empty file `to` share all blocks of `from`. False when the file system cannot.
     [[nodiscard]] virtual bool shareBlocks(const FileHandle& from, const FileHandle& to) noexcept = 0;
-    /// Takes the room for `size` bytes before they are written: they lie together, and writing them out has less left to
-    /// decide. The length stays. A hint: never fails, does nothing where the file system cannot.
+    /// Takes the room for `size` bytes before they are written: they lie together, and writing them out has less left
+    /// to decide. The length stays. A hint: never fails, does nothing where the file system cannot.
     virtual void reserve(const FileHandle&, std::uint64_t) noexcept {}
+    /// The range will not be read again: its pages in the cache can go. A hint: never fails, changes nothing of the
+    /// file.
+    virtual void forget(const FileHandle&, std::uint64_t, std::uint64_t) noexcept {}
     /// Starts writing the range out, so that the final sync has little left to do. A hint: never fails.
     virtual void startWriteback(const FileHandle& file, std::uint64_t offset, std::uint64_t length) noexcept = 0;
     /// Waits for a range whose writeback was started. A hint: errors show in `sync`.
     virtual void waitForWriteback(const FileHandle& file, std::uint64_t offset, std::uint64_t length) noexcept = 0;
+
+    /// Closes the last handle to a file that another has replaced. Giving its blocks back can keep a disk busy for as
+    /// long as a part of the copy took, and nobody has to wait for it: may happen later, on a thread of its own.
+    virtual void closeReplaced(FileHandle) noexcept {}
+    /// Waits for it: from then on the room counts as free.
+    virtual void finishClosing() noexcept {}
 
     /// Permissions, owner where allowed, extended attributes (and so access lists) of `from` onto `to`.
     virtual void copyAttributes(const FileHandle& from, const FileHandle& to, const std::filesystem::path& toPath) = 0;

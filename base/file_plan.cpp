@@ -25,7 +25,8 @@ void FilePlan::add(SourceRange range) {
     if (range.length == 0) return;
     size_ += range.length;
     if (!pieces_.empty()) {
-        if (auto* last = std::get_if<SourceRange>(&pieces_.back()); last && last->offset + last->length == range.offset) {
+        if (auto* last = std::get_if<SourceRange>(&pieces_.back());
+            last && last->offset + last->length == range.offset) {
             last->length += range.length;
             return;
         }
@@ -37,7 +38,8 @@ std::uint64_t FilePlan::unmovedBytes() const noexcept {
     std::uint64_t at = 0;
     std::uint64_t unmoved = 0;
     for (const Piece& piece : pieces_) {
-        if (const auto* range = std::get_if<SourceRange>(&piece); range && range->offset == at) unmoved += range->length;
+        if (const auto* range = std::get_if<SourceRange>(&piece); range && range->offset == at)
+            unmoved += range->length;
         at += pieceSize(piece);
     }
     return unmoved;

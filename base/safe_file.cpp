@@ -40,6 +40,14 @@ class WritebackWindow {
     std::uint64_t bytes_ = 0;
 };
 
+/// What cannot be asked counts as room. Files that were replaced a moment ago may still be taking it.
+bool hasRoom(FileOps& ops, const std::filesystem::path& folder, std::uint64_t bytes) {
+    const auto fits = [&] { return ops.freeBytes(folder).value_or(bytes) >= bytes; };
+    if (fits()) return true;
+    ops.finishClosing();
+    return fits();
+}
+
 }  // namespace
 
 void FolderSyncs::syncAll(FileOps& ops) {
@@ -56,8 +64,7 @@ void FolderSyncs::syncAll(FileOps& ops) {
 
 void ensureRoom(FileOps& ops, const std::filesystem::path& target, std::uint64_t bytes) {
     const std::filesystem::path file = resolvedTarget(target);
-    const std::optional<std::uint64_t> free = ops.freeBytes(folderOf(file));
-    if (!free || *free >= bytes) return;
+    if (hasRoom(ops, folderOf(file), bytes)) return;
     if (const FileHandle source = FileHandle::tryOpenForReading(file); source.isOpen()) {
         const std::filesystem::path trial = folderOf(file) / freshTemporaryName(TempKind::output, fileNameText(file));
         const FileHandle copy = ops.createExclusive(trial);
@@ -106,7 +113,7 @@ void SafeFile::discard() noexcept {
     }
 }
 
-void SafeFile::write(const FilePlan& plan, const FileHandle& source, const TaskContext& task) {
+void SafeFile::write(const FilePlan& plan, const FileHandle& source, const TaskContext& task, Source afterwards) {
     synced_ = false;
     Progress progress;
     progress.allBytes = plan.size();
@@ -116,11 +123,12 @@ void SafeFile::write(const FilePlan& plan, const FileHandle& source, const TaskC
 
     // Sharing is worth it when most of the file stays where it is; what differs is then written over the shared copy.
     const bool shared = plan.unmovedBytes() > plan.size() / 2 && ops_.shareBlocks(source, file_);
-    if (const auto free = ops_.freeBytes(folderOf(target_)); !shared && free && *free < plan.size()) {
+    if (!shared && !hasRoom(ops_, folderOf(target_), plan.size())) {
         throw std::filesystem::filesystem_error("no room for the new file", target_,
                                                 std::make_error_code(std::errc::no_space_on_device));
     }
-    if (!shared && plan.size() > copyStepBytes) ops_.reserve(file_, plan.size());
+    const bool large = plan.size() > copyStepBytes;
+    if (!shared && large) ops_.reserve(file_, plan.size());
     WritebackWindow writeback(ops_, file_);
     std::uint64_t at = 0;
     for (const FilePlan::Piece& piece : plan.pieces()) {
@@ -134,13 +142,14 @@ void SafeFile::write(const FilePlan& plan, const FileHandle& source, const TaskC
                 rest.length = 0;
             }
             while (rest.length > 0) {
-                const std::uint64_t copied = ops_.copyRange(source, rest.offset, file_, temporary_, at,
-                                                            std::min(rest.length, copyStepBytes));
+                const std::uint64_t copied =
+                    ops_.copyRange(source, rest.offset, file_, temporary_, at, std::min(rest.length, copyStepBytes));
                 if (copied == 0) {
                     throw std::filesystem::filesystem_error("the file ended while it was copied", target_,
                                                             std::make_error_code(std::errc::io_error));
                 }
-                if (plan.size() > copyStepBytes) writeback.wrote(at, copied);
+                if (large && afterwards == Source::replaced) ops_.forget(source, rest.offset, copied);
+                if (large) writeback.wrote(at, copied);
                 rest.offset += copied;
                 rest.length -= copied;
                 at += copied;

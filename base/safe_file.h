@@ -47,7 +47,11 @@ class SafeFile {
     /// Writes the planned bytes from the start. Ranges of the source are copied by the kernel, and where the file
     /// system shares blocks, audio that keeps its offset is not copied at all. Reports and asks for cancellation at
     /// least every few megabytes; throws Cancelled. A source that ends before a planned range does is an error.
-    void write(const FilePlan& plan, const FileHandle& source, const TaskContext& task);
+    /// A source that the new file will replace is let go of in the page cache as it is copied, while the disk is busy
+    /// with the new bytes; otherwise the removal of a large file ends with a long moment in which nothing else is done.
+    enum class Source { kept, replaced };
+    void write(const FilePlan& plan, const FileHandle& source, const TaskContext& task,
+               Source afterwards = Source::kept);
 
     /// Mode, owner and extended attributes of the original.
     void copyAttributesFrom(const FileHandle& original);
@@ -74,9 +78,9 @@ class SafeFile {
     bool inPlace_ = false;
 };
 
-/// Refuses, with "No space left on device", a new file of `bytes` beside `target` that the volume has no room for. Where
-/// the volume can share blocks the copy takes next to none, and nothing is refused.
-/// Throws std::filesystem::filesystem_error; nothing is left behind.
+/// Refuses, with "No space left on device", a new file of `bytes` beside `target` that the volume has no room for.
+/// Where the volume can share blocks the copy takes next to none, and nothing is refused. Throws
+/// std::filesystem::filesystem_error; nothing is left behind.
 void ensureRoom(FileOps& ops, const std::filesystem::path& target, std::uint64_t bytes);
 
 /// Where a write to `path` must land: the file behind any symbolic links.

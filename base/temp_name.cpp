@@ -12,13 +12,18 @@ namespace {
 constexpr std::size_t tokenLength = 36;
 constexpr std::size_t checkedLength = tokenLength - 8;
 
-std::string checkDigits(std::string_view checked) { return fmt::format("{:08x}", crc32(fmt::format("dravik {}", checked))); }
+std::string checkDigits(std::string_view checked) {
+    return fmt::format("{:08x}", crc32(fmt::format("dravik {}", checked)));
+}
 
 std::string_view prefixOf(TempKind kind) noexcept {
     switch (kind) {
-        case TempKind::metadata: return ".metadata-";
-        case TempKind::cues: return ".cues-";
-        case TempKind::output: return ".dravik-op-";
+        case TempKind::metadata:
+            return ".metadata-";
+        case TempKind::cues:
+            return ".cues-";
+        case TempKind::output:
+            return ".dravik-op-";
     }
     return ".dravik-op-";
 }
@@ -58,6 +63,11 @@ bool isTemporaryName(std::string_view fileName) noexcept {
         if (tailFits && isOurToken(rest.substr(0, tokenLength))) return true;
     }
     return false;
+}
+
+bool isRenameName(std::string_view fileName) noexcept {
+    return fileName.starts_with(renamePrefix) && fileName.size() >= renamePrefix.size() + tokenLength &&
+           isOurToken(fileName.substr(renamePrefix.size(), tokenLength));
 }
 
 std::string freshRenameName(std::string_view extensionWithDot) {

@@ -30,6 +30,7 @@ inline constexpr std::size_t maxFileNameBytes = 255;
 
 /// ".dravik_rename_" token extension: a user's file on its way between two names. Never removed.
 inline constexpr std::string_view renamePrefix = ".dravik_rename_";
+[[nodiscard]] bool isRenameName(std::string_view fileName) noexcept;
 [[nodiscard]] std::string freshRenameName(std::string_view extensionWithDot);
 
 }  // namespace dravik

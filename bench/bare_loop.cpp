@@ -1,5 +1,5 @@
-// The bare reading loop as a program: bare_loop FOLDER opens every recording of a bench folder, reads its header area and
-// its iXML, and closes it. What any program that lists such a folder must do at least.
+// The bare reading loop as a program: bare_loop FOLDER opens every recording of a bench folder, reads its header area
+// and its iXML, and closes it. What any program that lists such a folder must do at least.
 
 #include "bench/fixture.h"
 

@@ -28,7 +28,8 @@ const std::vector<std::filesystem::path>& files() {
 
 void process(benchmark::State& state, const std::vector<std::string>& arguments) {
     bench::runProgram(arguments);  // the page cache is warm, for every one of them
-    for (auto _ : state) bench::runProgram(arguments);
+    for (auto _ : state)
+        bench::runProgram(arguments);
 }
 
 void bareLoop(benchmark::State& state) {

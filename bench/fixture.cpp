@@ -62,9 +62,10 @@ void appendChunk(Bytes& out, FourCC id, ByteSpan payload) {
 }
 
 Bytes bextPayload(int number) {
-    std::string text = fmt::format("sSPEED=025.000-NDF\r\nsTAKE={}\r\nsUBITS=$00000000\r\nsSWVER=2.81\r\nsPROJECT=Day\r\n"
-                                   "sSCENE=12A\r\nsFILENAME=R{:05}.WAV\r\nsTAPE=R1\r\nsCIRCLED=FALSE\r\nsNOTE=\r\n",
-                                   number % 40 + 1, number);
+    std::string text = fmt::format(
+        "sSPEED=025.000-NDF\r\nsTAKE={}\r\nsUBITS=$00000000\r\nsSWVER=2.81\r\nsPROJECT=Day\r\n"
+        "sSCENE=12A\r\nsFILENAME=R{:05}.WAV\r\nsTAPE=R1\r\nsCIRCLED=FALSE\r\nsNOTE=\r\n",
+        number % 40 + 1, number);
     text.resize(320);
     text += "2024-05-1710:20:30";
     Bytes payload = toBytes(text);
@@ -77,15 +78,17 @@ Bytes bextPayload(int number) {
 }
 
 std::string trackElement(int channel, int interleave) {
-    return fmt::format("\t\t<TRACK>\n\t\t\t<CHANNEL_INDEX>{}</CHANNEL_INDEX>\n\t\t\t<INTERLEAVE_INDEX>{}</INTERLEAVE_INDEX>\n"
-                       "\t\t\t<NAME>Lav {}</NAME>\n\t\t\t<FUNCTION>LAV</FUNCTION>\n\t\t</TRACK>\n",
-                       channel, interleave, channel);
+    return fmt::format(
+        "\t\t<TRACK>\n\t\t\t<CHANNEL_INDEX>{}</CHANNEL_INDEX>\n\t\t\t<INTERLEAVE_INDEX>{}</INTERLEAVE_INDEX>\n"
+        "\t\t\t<NAME>Lav {}</NAME>\n\t\t\t<FUNCTION>LAV</FUNCTION>\n\t\t</TRACK>\n",
+        channel, interleave, channel);
 }
 
 Bytes ixmlPayload(Kind kind, int number) {
     const int tracks = kind == Kind::poly ? polyChannels : 1;
     std::string text = fmt::format(
-        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<BWFXML>\n\t<IXML_VERSION>1.5</IXML_VERSION>\n\t<PROJECT>Day</PROJECT>\n"
+        "<?xml version=\"1.0\" "
+        "encoding=\"UTF-8\"?>\n<BWFXML>\n\t<IXML_VERSION>1.5</IXML_VERSION>\n\t<PROJECT>Day</PROJECT>\n"
         "\t<SCENE>12A</SCENE>\n\t<TAKE>{}</TAKE>\n\t<TAPE>R1</TAPE>\n\t<CIRCLED>FALSE</CIRCLED>\n\t<WILD_TRACK>FALSE"
         "</WILD_TRACK>\n\t<UBITS>00000000</UBITS>\n\t<FILE_UID>RECA{:028}</FILE_UID>\n\t<NOTE></NOTE>\n",
         number % 40 + 1, number);
@@ -102,7 +105,8 @@ Bytes ixmlPayload(Kind kind, int number) {
         "\t\t<FAMILY_NAME>12A</FAMILY_NAME>\n\t\t<FILE_SET_INDEX>A</FILE_SET_INDEX>\n\t</FILE_SET>\n",
         number * 48'000L, number, kind == Kind::poly ? 1 : monoFilesPerSet, number / (monoFilesPerSet + 1));
     text += fmt::format("\t<TRACK_LIST>\n\t\t<TRACK_COUNT>{}</TRACK_COUNT>\n", tracks);
-    for (int track = 1; track <= tracks; ++track) text += trackElement(kind == Kind::poly ? track : number % 8 + 1, track);
+    for (int track = 1; track <= tracks; ++track)
+        text += trackElement(kind == Kind::poly ? track : number % 8 + 1, track);
     text += "\t</TRACK_LIST>\n</BWFXML>\n";
     const std::size_t length = kind == Kind::poly ? polyIxmlBytes : monoIxmlBytes;
     if (text.size() > length) throw std::logic_error("the iXML of the benchmark outgrew its chunk");
@@ -138,7 +142,8 @@ const Bytes& noise() {
     return bytes;
 }
 
-void writeRecording(const std::filesystem::path& path, Kind kind, int number, std::uint64_t audioBytes, Filling filling) {
+void writeRecording(const std::filesystem::path& path, Kind kind, int number, std::uint64_t audioBytes,
+                    Filling filling) {
     const Frame frame = frameOf(kind, number, audioBytes);
     Output out(path);
     out.write(0, frame.before);
@@ -207,8 +212,9 @@ std::vector<std::filesystem::path> smallRecordings(std::string_view folderName, 
     for (int i = 0; i < count; ++i) {
         const int take = i / (monoFilesPerSet + 1);
         const int track = i % (monoFilesPerSet + 1);
-        files.push_back(folder / (track == 0 ? fmt::format("S{:03}-T{:02}_mix.WAV", take / 20 + 1, take % 20 + 1)
-                                             : fmt::format("S{:03}-T{:02}_T{:02}.WAV", take / 20 + 1, take % 20 + 1, track)));
+        files.push_back(folder / (track == 0
+                                      ? fmt::format("S{:03}-T{:02}_mix.WAV", take / 20 + 1, take % 20 + 1)
+                                      : fmt::format("S{:03}-T{:02}_T{:02}.WAV", take / 20 + 1, take % 20 + 1, track)));
     }
     if (std::filesystem::exists(files.back())) return files;
     std::filesystem::create_directories(folder);

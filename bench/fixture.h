@@ -10,8 +10,8 @@
 
 namespace dravik::bench {
 
-/// The folder that the benchmarks work in, on the disk that is to be measured: DRAVIK_BENCH_FOLDER, which stays (so that
-/// several runs share one fixture), or else a folder in the current one, which is removed at the end.
+/// The folder that the benchmarks work in, on the disk that is to be measured: DRAVIK_BENCH_FOLDER, which stays (so
+/// that several runs share one fixture), or else a folder in the current one, which is removed at the end.
 class BenchFolder {
   public:
     BenchFolder();
@@ -27,9 +27,9 @@ class BenchFolder {
 /// The one of this process.
 [[nodiscard]] const BenchFolder& benchFolder();
 
-/// Recordings as two common kinds of recorder write them, with their usual chunks and a few kilobytes of iXML: poly files
-/// with the iXML before the audio and padded, and the mono files of a set with the iXML behind the audio. Lengths and
-/// offsets are the same in all files of a kind, so that the bare loop knows where to read.
+/// Recordings as two common kinds of recorder write them, with their usual chunks and a few kilobytes of iXML: poly
+/// files with the iXML before the audio and padded, and the mono files of a set with the iXML behind the audio. Lengths
+/// and offsets are the same in all files of a kind, so that the bare loop knows where to read.
 enum class Kind { poly, mono };
 
 struct Layout {
@@ -54,8 +54,10 @@ struct Frame {
 /// One mono recording with that much audio. Not sparse: every byte of the audio is written, and differs; sparse: only
 /// the metadata takes room on the disk.
 enum class Filling { written, sparse };
-[[nodiscard]] std::filesystem::path largeRecording(std::string_view fileName, std::uint64_t audioBytes, Filling filling);
-/// A sparse recording with as many chunks as are ever walked, spread over its length: the most that a probe has to read.
+[[nodiscard]] std::filesystem::path largeRecording(std::string_view fileName, std::uint64_t audioBytes,
+                                                   Filling filling);
+/// A sparse recording with as many chunks as are ever walked, spread over its length: the most that a probe has to
+/// read.
 [[nodiscard]] std::filesystem::path manyChunksRecording(std::string_view fileName, std::uint64_t bytes);
 
 /// What every fair reader of a recording does at least: open, one read of the header area, one of the iXML, close.

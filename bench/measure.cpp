@@ -48,7 +48,8 @@ void dropFromCache(const std::vector<std::filesystem::path>& files) {
 
 void runProgram(const std::vector<std::string>& arguments) {
     std::vector<char*> raw;
-    for (const std::string& argument : arguments) raw.push_back(const_cast<char*>(argument.c_str()));
+    for (const std::string& argument : arguments)
+        raw.push_back(const_cast<char*>(argument.c_str()));
     raw.push_back(nullptr);
     posix_spawn_file_actions_t actions;
     ::posix_spawn_file_actions_init(&actions);

@@ -25,7 +25,8 @@ class ReadBytes {
     std::uint64_t cost_ = 0;  ///< what asking costs by itself
 };
 
-/// The next read of these files comes from the disk. As root the names and inodes of the whole system are forgotten too.
+/// The next read of these files comes from the disk. As root the names and inodes of the whole system are forgotten
+/// too.
 void dropFromCache(const std::vector<std::filesystem::path>& files);
 
 /// Runs a program with its output thrown away and waits. Ends the benchmark when it does not return 0.

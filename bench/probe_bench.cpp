@@ -1,5 +1,5 @@
-// Probing a folder against a bare loop over the same files: how many files a second, how much memory, how many bytes read
-// of a file. tools/bench runs it and makes the table.
+// Probing a folder against a bare loop over the same files: how many files a second, how much memory, how many bytes
+// read of a file. tools/bench runs it and makes the table.
 
 #include "base/byte_source.h"
 #include "bench/fixture.h"
@@ -35,13 +35,15 @@ const std::vector<std::filesystem::path>& files() {
 std::size_t readAllBare() {
     std::size_t bytes = 0;
     for (const std::filesystem::path& file : files()) {
-        bytes += bench::readBare(file.c_str(), bench::layoutOf(bench::kindOf(file.filename().native()), bench::smallAudioBytes));
+        bytes += bench::readBare(file.c_str(),
+                                 bench::layoutOf(bench::kindOf(file.filename().native()), bench::smallAudioBytes));
     }
     return bytes;
 }
 
 void probeOneByOne() {
-    for (const std::filesystem::path& file : files()) benchmark::DoNotOptimize(analyserFichier(file, codecs));
+    for (const std::filesystem::path& file : files())
+        benchmark::DoNotOptimize(analyserFichier(file, codecs));
 }
 
 /// Runs the work over all files again and again; cold: from the disk every time.
@@ -64,9 +66,7 @@ void bareLoop(benchmark::State& state) {
 }
 BENCHMARK(bareLoop)->Name("probe/warm/bare_loop")->UseRealTime()->Unit(benchmark::kMillisecond)->Iterations(5);
 
-void oneThread(benchmark::State& state) {
-    overAllFiles(state, false, probeOneByOne);
-}
+void oneThread(benchmark::State& state) { overAllFiles(state, false, probeOneByOne); }
 BENCHMARK(oneThread)->Name("probe/warm/one_thread")->UseRealTime()->Unit(benchmark::kMillisecond)->Iterations(5);
 
 void asScanned(benchmark::State& state) {
@@ -97,9 +97,7 @@ void wholeScan(benchmark::State& state) {
 }
 BENCHMARK(wholeScan)->Name("probe/warm/whole_scan")->UseRealTime()->Unit(benchmark::kMillisecond)->Iterations(5);
 
-void coldOneThread(benchmark::State& state) {
-    overAllFiles(state, true, probeOneByOne);
-}
+void coldOneThread(benchmark::State& state) { overAllFiles(state, true, probeOneByOne); }
 BENCHMARK(coldOneThread)->Name("probe/cold/one_thread")->UseRealTime()->Unit(benchmark::kMillisecond)->Iterations(1);
 
 void coldAsScanned(benchmark::State& state) {

@@ -1,5 +1,5 @@
-// Saving against the least that a safe save can do: one large file against `cp` and a sync and against a copy inside the
-// kernel, a folder of small files against a loop that writes, syncs and renames the same bytes.
+// Saving against the least that a safe save can do: one large file against `cp` and a sync and against a copy inside
+// the kernel, a folder of small files against a loop that writes, syncs and renames the same bytes.
 
 #include "base/file_handle.h"
 #include "bench/fixture.h"
@@ -129,7 +129,8 @@ void bareSaves(benchmark::State& state) {
             const Bytes& bytes = bench::kindOf(file.filename().native()) == bench::Kind::poly ? poly : mono;
             const FileHandle out(::open(temporary.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0644));
             check(out.isOpen(), "open");
-            check(::pwrite(out.descriptor(), bytes.data(), bytes.size(), 0) == static_cast<ssize_t>(bytes.size()), "write");
+            check(::pwrite(out.descriptor(), bytes.data(), bytes.size(), 0) == static_cast<ssize_t>(bytes.size()),
+                  "write");
             syncFile(out);
             check(::rename(temporary.c_str(), file.c_str()) == 0, "rename");
         }

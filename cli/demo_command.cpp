@@ -115,6 +115,10 @@ ExitCode runDemo(const DemoOptions& options, Services& services) {
     } catch (const Cancelled&) {
         services.console.message(fmt::format("Cancelled. {} had been written.", counted(writer.files(), "file")));
         return ExitCode::interrupted;
+    } catch (const std::exception& error) {
+        services.console.message(
+            fmt::format("{}. {} had been written.", userText(error), counted(writer.files(), "file")));
+        return ExitCode::someFailed;
     }
     services.console.print(fmt::format("Wrote {} ({}, {}) to {}\n", counted(day.size(), "take"),
                                        counted(writer.files(), "file"), tailleTexte(writer.bytes()),

@@ -7,7 +7,9 @@
 #include <csignal>
 #include <memory>
 
+#include <fcntl.h>
 #include <fmt/format.h>
+#include <unistd.h>
 
 namespace dravik {
 namespace {
@@ -24,9 +26,20 @@ void cancelOnSignals() {
     ::sigemptyset(&action.sa_mask);
     ::sigaction(SIGINT, &action, nullptr);
     ::sigaction(SIGTERM, &action, nullptr);
+    ::sigaction(SIGHUP, &action, nullptr);  // the terminal was closed, or the connection to it
     // A reader that goes away is an error of `print`, not a death in the middle of a save.
     action.sa_handler = SIG_IGN;
     ::sigaction(SIGPIPE, &action, nullptr);
+}
+
+/// A program started without one of the standard streams would get its number for the next file it opens, and what a
+/// library prints would land in a recording.
+void holdStandardStreams() {
+    int descriptor = 0;
+    do {
+        descriptor = ::open("/dev/null", O_RDWR);
+    } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
+    if (descriptor >= 0) ::close(descriptor);
 }
 
 struct Runner {
@@ -49,6 +62,7 @@ struct Runner {
 };
 
 ExitCode run(int argc, const char* const* argv) {
+    holdStandardStreams();
     cancelOnSignals();
     Console console;
     const std::unique_ptr<FileOps> files = makeNativeFileOps();

@@ -31,7 +31,10 @@ class SetRun {
     SetRun(const SetOptions& options, Services& services) : options_(options), services_(services), edits_(options) {}
 
     ExitCode run() {
-        TakeSelection selection = selectTakes(options_.paths, options_.group, services_);
+        TakeSelection selection = selectTakes(options_.paths, options_.group, !options_.dryRun, services_);
+        if (options_.name && selection.groupes.size() > 1) {
+            throw UsageError("--name is for one take at a time: takes under one name would become one.");
+        }
         std::map<std::filesystem::path, std::string> readOnly;
         for (const GroupeFichiers& groupe : selection.groupes) {
             for (const InfoFichier& fichier : groupe.fichiers) {
@@ -100,6 +103,7 @@ class SetRun {
         }
         std::map<std::filesystem::path, std::filesystem::path> destinations;
         try {
+            checkRoom(services_.files, items_);
             for (const MainSaveRenamePlanEntry& entry : construirePlan(renames)) {
                 destinations.emplace(entry.source, entry.destination);
             }

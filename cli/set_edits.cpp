@@ -87,6 +87,10 @@ std::string SetEdits::timecodeFor(const GroupeFichiers& groupe) const {
             throw UsageError(fmt::format("{} has no frame rate to count a timecode in: give --framerate as well.",
                                          shown(fichier.url)));
         }
+        if (!isWritableLabel(*label)) {
+            throw UsageError(fmt::format("{}: a start timecode cannot be kept at {} fps; give --framerate as well.",
+                                         shown(fichier.url), *label));
+        }
         const std::optional<std::string> valid = parseTypedTimecode(*options_.timecode, *label);
         if (!valid) {
             throw UsageError(fmt::format("Invalid Timecode: \"{}\" at {} fps. Use HH:MM:SS:FF or HHMMSSFF.",

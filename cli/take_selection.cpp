@@ -18,12 +18,12 @@ std::filesystem::path identity(const std::filesystem::path& path) {
 
 class Selector {
   public:
-    Selector(bool group, Services& services) : group_(group), services_(services) {}
+    Selector(bool group, bool recover, Services& services) : group_(group), recover_(recover), services_(services) {}
 
     void add(const std::filesystem::path& path) {
         std::error_code none;
         const bool isFolder = std::filesystem::is_directory(path, none);
-        recover(isFolder ? path : path.parent_path());
+        if (recover_) recover(isFolder ? path : path.parent_path());
         if (std::string problem = isFolder ? folderProblem(path) : fileProblem(path); !problem.empty()) {
             selection_.problems.push_back({path, std::move(problem)});
         } else if (isFolder) {
@@ -68,6 +68,7 @@ class Selector {
     }
 
     bool group_;
+    bool recover_;
     Services& services_;
     std::map<std::filesystem::path, std::vector<GroupeFichiers>> folders_;
     std::set<std::filesystem::path> recoveredFolders_;
@@ -77,8 +78,9 @@ class Selector {
 
 }  // namespace
 
-TakeSelection selectTakes(const std::vector<std::filesystem::path>& paths, bool group, Services& services) {
-    Selector selector(group, services);
+TakeSelection selectTakes(const std::vector<std::filesystem::path>& paths, bool group, bool recover,
+                          Services& services) {
+    Selector selector(group, recover, services);
     for (const std::filesystem::path& path : paths)
         selector.add(path);
     return std::move(selector).result();

@@ -22,10 +22,10 @@ struct TakeSelection {
     bool recovered = true;  ///< false when something a killed run left could not be put right
 };
 
-/// A folder stands for all its takes; a file for the take that it belongs to, or for itself when `group` is false. What
-/// killed runs left in the folders concerned is put right first, since it may hold the very file that is asked for.
-/// Throws Cancelled.
-[[nodiscard]] TakeSelection selectTakes(const std::vector<std::filesystem::path>& paths, bool group,
+/// A folder stands for all its takes; a file for the take that it belongs to, or for itself when `group` is false. With
+/// `recover`, what killed runs left in the folders concerned is put right first, since it may hold the very file that
+/// is asked for; without, nothing is written anywhere. Throws Cancelled.
+[[nodiscard]] TakeSelection selectTakes(const std::vector<std::filesystem::path>& paths, bool group, bool recover,
                                         Services& services);
 
 }  // namespace dravik

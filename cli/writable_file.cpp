@@ -6,6 +6,7 @@
 #include "model/info_fichier.h"
 
 #include <fmt/format.h>
+#include <unistd.h>
 
 namespace dravik {
 
@@ -13,6 +14,10 @@ std::string writeProblem(const std::filesystem::path& file) {
     constexpr std::string_view onlyWav = "is read-only: only WAV and BWF files can be edited.";
     if (!estModifiable(file)) return fmt::format("{} {}", shown(file), onlyWav);
     try {
+        // A recording that somebody locked against writing is not replaced behind their back.
+        if (::access(file.c_str(), W_OK) != 0) {
+            return fmt::format("{} is write-protected.", shown(file));
+        }
         const WaveFile wave(file);
         return wave.isRiffWave() ? std::string()
                                  : fmt::format("{} is read-only: it is not a RIFF/WAVE file.", shown(file));

@@ -2,6 +2,7 @@
 
 #include "base/paths.h"
 #include "editing/wave_rewrite.h"
+#include "model/info_fichier.h"
 #include "model/wave/cue_bytes.h"
 
 #include <algorithm>
@@ -58,7 +59,8 @@ std::vector<CueMarker> lireCues(const std::filesystem::path& url) {
     const Bytes cuePayload = source.read(cue->payload(), std::min(cue->size, maxListBytes));
     std::vector<Bytes> lists;
     for (const Chunk& chunk : table->chunks) {
-        if (isLabelChunk(source, chunk)) lists.push_back(source.read(chunk.payload(), std::min(chunk.size, maxListBytes)));
+        if (isLabelChunk(source, chunk))
+            lists.push_back(source.read(chunk.payload(), std::min(chunk.size, maxListBytes)));
     }
     std::vector<CueMarker> marqueurs;
     for (CuePoint& point : readCuePoints(cuePayload, std::vector<ByteSpan>(lists.begin(), lists.end()))) {
@@ -71,7 +73,8 @@ void SauvegardeCues::ecrireCues(const std::filesystem::path& url, const std::vec
                                 const TaskContext& task, FolderSyncs& folders) {
     const std::scoped_lock lock(cueWrites());
     task.checkCancelled();
-    const WaveFile file(resolvedTarget(url));
+    WaveFile file(resolvedTarget(url));
+    if (!estModifiable(url)) throw refused(CueError::notWritable, url, onlyWavAndBwf);
     if (!file.isRiffWave()) throw refused(CueError::notRiffWave, url, "is not a RIFF/WAVE file.");
     if (marqueurs.size() > maxCuePoints) throw refused(CueError::notWritable, url, "cannot hold that many markers.");
     const ChunkTable& table = file.table();
@@ -92,22 +95,18 @@ void SauvegardeCues::ecrireCues(const std::filesystem::path& url, const std::vec
     }
     if (marqueurs.empty() && !hadCues) return;
     if (!marqueurs.empty()) {
-        if (!canAppendChunk(table)) {
-            throw refused(CueError::notWritable, url, "has a damaged last chunk, behind which markers would be lost.");
+        if (const std::string_view problem = appendProblem(table); !problem.empty()) {
+            throw refused(CueError::notWritable, url, problem);
         }
         const std::vector<CuePoint> points = numbered(marqueurs);
         rewrite.put("cue ", cueChunkPayload(points));
         if (const Bytes labels = labelListPayload(points); !labels.empty()) rewrite.put("LIST", labels);
     }
     const std::optional<FilePlan> plan = rewrite.plan();
-    if (!plan) throw refused(CueError::notWritable, url, "would grow beyond the 4 GiB of a RIFF/WAVE file.");
-    switch (replaceWith(ops_, file, rewrite, *plan, TempKind::cues, task, folders)) {
-        case RewriteOutcome::done: return;
-        case RewriteOutcome::structureMismatch:
-            throw refused(CueError::notWritable, url, "could not be rewritten so that it reads back whole.");
-        case RewriteOutcome::sourceChanged:
-            throw refused(CueError::notWritable, url, "was written to by another program during the save.");
-    }
+    if (!plan) throw refused(CueError::notWritable, url, tooLarge);
+    const std::string_view problem =
+        outcomeProblem(replaceWith(ops_, file, rewrite, *plan, TempKind::cues, task, folders));
+    if (!problem.empty()) throw refused(CueError::notWritable, url, problem);
 }
 
 }  // namespace dravik

@@ -3,7 +3,9 @@
 #include "base/paths.h"
 #include "base/text.h"
 #include "editing/wave_rewrite.h"
+#include "model/info_fichier.h"
 #include "model/wave/bext.h"
+#include "model/wave/ixml_check.h"
 #include "model/wave/ixml_document.h"
 
 #include <algorithm>
@@ -26,7 +28,9 @@ std::string message(const std::filesystem::path& file, std::string_view why) {
 bool isUpdatedBext(const Chunk& chunk) { return chunk.id == FourCC("bext") && chunk.size >= bext::descriptionBytes; }
 
 /// A chunk that holds nothing but padding is as good as none.
-bool holdsText(std::string_view payload) { return payload.find_first_not_of(std::string_view(" \0\t\r\n", 5)) != std::string_view::npos; }
+bool holdsText(std::string_view payload) {
+    return payload.find_first_not_of(std::string_view(" \0\t\r\n", 5)) != std::string_view::npos;
+}
 
 /// The document in a chunk as UTF-8 text; the empty document where it holds none.
 std::string documentIn(const WaveFile& file, const Chunk& chunk) {
@@ -41,11 +45,17 @@ std::string documentIn(const WaveFile& file, const Chunk& chunk) {
 }
 
 std::string updatedDocument(const WaveFile& file, const std::string& document, const ValeursMetadata& valeurs) {
+    std::string edited;
     try {
-        return withPaddingKept(document, mettreAJourIXML(document, valeurs));
+        edited = mettreAJourIXML(document, valeurs);
     } catch (const IxmlError& error) {
         throw ErreurSauvegarde::xmlInvalide(file.path(), fmt::format("cannot take these values: {}", error.what()));
     }
+    if (!editIsClean(document, edited, valeurs)) {
+        throw ErreurSauvegarde::xmlInvalide(
+            file.path(), "cannot take these values: a tag in one of them, or in its iXML, would hide other fields.");
+    }
+    return withPaddingKept(document, std::move(edited));
 }
 
 }  // namespace
@@ -64,23 +74,31 @@ void SauvegardeMetadata::ecrire(const std::filesystem::path& url, const ValeursM
                                 const TaskContext& task, FolderSyncs& folders) {
     const std::scoped_lock lock(metadataWrites());
     task.checkCancelled();
-    const WaveFile file(resolvedTarget(url));
+    WaveFile file(resolvedTarget(url));
+    if (!estModifiable(url)) throw ErreurSauvegarde::erreurEcriture(url, onlyWavAndBwf);
     if (!file.isRiffWave()) throw ErreurSauvegarde::erreurEcriture(url, "is not a RIFF/WAVE file.");
     const ChunkTable& table = file.table();
 
     const Chunk* ixml = table.first("iXML");
-    if (ixml == nullptr && !canAppendChunk(table)) {
-        throw ErreurSauvegarde::erreurEcriture(
-            url, "has a damaged last chunk, behind which new metadata would be lost.");
+    if (const std::string_view problem = appendProblem(table); ixml == nullptr && !problem.empty()) {
+        throw ErreurSauvegarde::erreurEcriture(url, problem);
     }
     const std::string document = ixml != nullptr ? documentIn(file, *ixml) : std::string(emptyIxmlDocument);
-    const IxmlDocument before(document);
-    BextValues bextValues{valeurs, valeurs.circled, valeurs.wild};
+    ValeursMetadata aEcrire = valeurs;
     if (ixml != nullptr) {
-        // The file's own state, which the two texts then agree on.
-        if (!bextValues.circled) bextValues.circled = lireCircled(before);
-        if (!bextValues.wild) bextValues.wild = lireWild(before);
+        // The file's own state, which its two texts then agree on.
+        const IxmlDocument before(document);
+        if (!aEcrire.circled) aEcrire.circled = lireCircled(before);
+    } else if (const Chunk* description = table.first("bext"); description != nullptr && isUpdatedBext(*description)) {
+        // A new iXML document says what the recorder's description said.
+        const Bytes payload = file.payload(*description);
+        const auto circled = descriptionValue(payload, "CIRCLED");
+        const auto wild = descriptionValue(payload, "WILD_TRACK");
+        if (!aEcrire.circled && circled) aEcrire.circled = estVrai(*circled);
+        if (!aEcrire.wild && wild) aEcrire.wild = estVrai(*wild);
     }
+    BextValues bextValues{aEcrire, aEcrire.circled, aEcrire.wild};
+    if (ixml != nullptr && !bextValues.wild) bextValues.wild = lireWild(IxmlDocument(document));
 
     WaveRewrite rewrite(file);
     for (const Chunk& chunk : table.chunks) {
@@ -89,24 +107,21 @@ void SauvegardeMetadata::ecrire(const std::filesystem::path& url, const ValeursM
             throw ErreurSauvegarde::erreurEcriture(url, "ends inside its metadata.");
         }
         if (chunk.id == FourCC("iXML")) {
-            rewrite.put(chunk.id, asBytes(updatedDocument(file, &chunk == ixml ? document : documentIn(file, chunk), valeurs)));
+            rewrite.put(chunk.id,
+                        asBytes(updatedDocument(file, &chunk == ixml ? document : documentIn(file, chunk), aEcrire)));
         } else if (isUpdatedBext(chunk)) {
             rewrite.put(chunk.id, updatedBext(file.payload(chunk), bextValues));
         } else {
             rewrite.keep(chunk);
         }
     }
-    if (ixml == nullptr) rewrite.put("iXML", asBytes(updatedDocument(file, document, valeurs)));
+    if (ixml == nullptr) rewrite.put("iXML", asBytes(updatedDocument(file, document, aEcrire)));
 
     const std::optional<FilePlan> plan = rewrite.plan();
-    if (!plan) throw ErreurSauvegarde::erreurEcriture(url, "would grow beyond the 4 GiB of a RIFF/WAVE file.");
-    switch (replaceWith(ops_, file, rewrite, *plan, TempKind::metadata, task, folders)) {
-        case RewriteOutcome::done: return;
-        case RewriteOutcome::structureMismatch:
-            throw ErreurSauvegarde::erreurEcriture(url, "could not be rewritten so that it reads back whole.");
-        case RewriteOutcome::sourceChanged:
-            throw ErreurSauvegarde::erreurEcriture(url, "was written to by another program during the save.");
-    }
+    if (!plan) throw ErreurSauvegarde::erreurEcriture(url, tooLarge);
+    const std::string_view problem =
+        outcomeProblem(replaceWith(ops_, file, rewrite, *plan, TempKind::metadata, task, folders));
+    if (!problem.empty()) throw ErreurSauvegarde::erreurEcriture(url, problem);
 }
 
 }  // namespace dravik

@@ -15,9 +15,9 @@ namespace dravik {
 class ErreurSauvegarde : public Error {
   public:
     enum class Cas {
-        xmlInvalide,            ///< the iXML text cannot be read or encoded
-        chunkIXMLIntrouvable,   ///< an iXML chunk that an edit needs is not found
-        erreurEcriture,         ///< not a RIFF/WAVE file, or not writable as one
+        xmlInvalide,           ///< the iXML text cannot be read or encoded
+        chunkIXMLIntrouvable,  ///< an iXML chunk that an edit needs is not found
+        erreurEcriture,        ///< not a RIFF/WAVE file, or not writable as one
     };
     [[nodiscard]] static ErreurSauvegarde xmlInvalide(const std::filesystem::path& file, std::string_view why);
     [[nodiscard]] static ErreurSauvegarde chunkIXMLIntrouvable(const std::filesystem::path& file);

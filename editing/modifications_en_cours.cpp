@@ -23,7 +23,8 @@ void ModificationsEnCours::charger(const AudioMetadata& metadata, const std::vec
     champs.wild = metadata.wild;
     champs.timecode = metadata.timecode.value_or("");
     champs.framerate = metadata.framerate.value_or("");
-    for (const Piste& piste : pistes) champs.nomsPistes[piste.numero] = piste.nom;
+    for (const Piste& piste : pistes)
+        champs.nomsPistes[piste.numero] = piste.nom;
     sampleRate_ = sampleRate;
     originaux_ = champs;
     remplacer(std::move(champs));

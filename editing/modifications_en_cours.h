@@ -3,11 +3,10 @@
 #include "model/audio_metadata.h"
 #include "model/piste.h"
 
+#include <QObject>
 #include <map>
 #include <string>
 #include <vector>
-
-#include <QObject>
 
 namespace dravik {
 

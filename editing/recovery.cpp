@@ -6,6 +6,8 @@
 #include "editing/rename_journal.h"
 
 #include <algorithm>
+#include <set>
+#include <string>
 
 #include <fmt/format.h>
 #include <sys/stat.h>
@@ -28,19 +30,28 @@ class FolderRecovery {
             const std::string name = fileNameText(it->path());
             std::error_code unknown;
             if (!name.starts_with('.') || !it->is_regular_file(unknown) || it->is_symlink(unknown)) continue;
+            if (isRenameName(name)) hidden_.insert(name);
             if (isTemporaryName(name)) temporaries.push_back(it->path());
             if (const auto journal = parseJournalName(name)) journals.push_back({it->path(), *journal});
         }
         for (const Journal& journal : journals) {
             guarded(journal.file, [&] { recoverJournal(journal.file, journal.name); });
         }
+        // With a journal there, its recovery has said what there is to say.
+        for (const std::string& name : hidden_) {
+            if (!journals.empty() || !pathExists(folder_ / name)) continue;
+            result_.failures.push_back(fmt::format(
+                "A recording is hidden under the name {}: its rename was interrupted and nothing tells its old name.",
+                pathText(folder_ / name)));
+        }
         std::size_t removed = 0;
         for (const std::filesystem::path& temporary : temporaries) {
             guarded(temporary, [&] { removed += removeAbandoned(temporary) ? 1U : 0U; });
         }
         if (removed > 0) {
-            result_.done.push_back(fmt::format("Removed {} unfinished temporary {} in {}; the recordings are untouched.",
-                                               removed, removed == 1 ? "file" : "files", pathText(folder_)));
+            result_.done.push_back(
+                fmt::format("Removed {} unfinished temporary {} in {}; the recordings are untouched.", removed,
+                            removed == 1 ? "file" : "files", pathText(folder_)));
         }
         return std::move(result_);
     }
@@ -64,7 +75,8 @@ class FolderRecovery {
         const FileHandle handle = FileHandle::tryOpenForReading(file);
         // Between the listing and now a living process may have locked it, finished it or removed it. Where locks do
         // not exist nobody can tell, and a file that holds nothing of worth is left.
-        if (!handle.isOpen() || ops_.tryLock(handle) != FileOps::Lock::taken || !ops_.isSameFile(handle, file)) return false;
+        if (!handle.isOpen() || ops_.tryLock(handle) != FileOps::Lock::taken || !ops_.isSameFile(handle, file))
+            return false;
         ops_.remove(file);
         return true;
     }
@@ -123,9 +135,9 @@ class FolderRecovery {
             return;
         }
         const auto isHidden = [&](const JournalEntry& entry) { return pathExists(folder_ / entry.temp); };
-        const bool finish = name.phase == JournalPhase::puttingInPlace ||
-                            (name.phase == JournalPhase::takingAway &&
-                             std::all_of(entries->begin(), entries->end(), isHidden));
+        const bool finish =
+            name.phase == JournalPhase::puttingInPlace ||
+            (name.phase == JournalPhase::takingAway && std::all_of(entries->begin(), entries->end(), isHidden));
         if (finish && name.phase == JournalPhase::takingAway) {
             // Said before it is done: should this process be killed, too, the next one must not take it for a rename to
             // be rolled back.
@@ -146,8 +158,8 @@ class FolderRecovery {
             }
             complete = false;
             result_.failures.push_back(
-                fmt::format("{} could not be restored after an interrupted rename: {}. The file is at {}.", entry.source,
-                            reason, pathText(folder_ / entry.temp)));
+                fmt::format("{} could not be restored after an interrupted rename: {}. The file is at {}.",
+                            entry.source, reason, pathText(folder_ / entry.temp)));
         };
         if (finish) {
             std::for_each(entries->begin(), entries->end(), recover);
@@ -160,6 +172,7 @@ class FolderRecovery {
 
     FileOps& ops_;
     std::filesystem::path folder_;
+    std::set<std::string> hidden_;  ///< recordings under a rename's hidden name that no journal speaks for
     Recovery result_;
 };
 

@@ -40,8 +40,8 @@ std::optional<std::string> unescaped(std::string_view line) {
         i += 2;
     }
     // A journal only ever names files of its own folder; anything else was not written by us.
-    const bool plain = !out.empty() && out != "." && out != ".." &&
-                       out.find_first_of(std::string_view("/\0", 2)) == std::string::npos;
+    const bool plain =
+        !out.empty() && out != "." && out != ".." && out.find_first_of(std::string_view("/\0", 2)) == std::string::npos;
     return plain ? std::optional(out) : std::nullopt;
 }
 
@@ -145,7 +145,8 @@ std::filesystem::path RenameJournal::pathOf(const Place& place) const {
 }
 
 void RenameJournal::syncFolders() {
-    for (const Place& place : places_) ops_.syncFolder(place.folder);
+    for (const Place& place : places_)
+        ops_.syncFolder(place.folder);
 }
 
 void RenameJournal::enter(JournalPhase phase) {
@@ -160,7 +161,8 @@ void RenameJournal::enter(JournalPhase phase) {
 void RenameJournal::retire() noexcept {
     try {
         syncFolders();
-        for (const Place& place : places_) ops_.remove(pathOf(place));
+        for (const Place& place : places_)
+            ops_.remove(pathOf(place));
     } catch (const std::exception&) {
         return;
     }

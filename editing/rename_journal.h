@@ -14,8 +14,9 @@
 namespace dravik {
 
 /// A small hidden file beside the files of a rename, written before the first move and removed after the last: a
-/// process killed in between leaves behind what the next one needs to put the names right. Its own name tells the phase,
-/// so that one atomic rename moves from "taking away" to "putting in place". Layout: docs/format-rename-journal.md.
+/// process killed in between leaves behind what the next one needs to put the names right. Its own name tells the
+/// phase, so that one atomic rename moves from "taking away" to "putting in place". Layout:
+/// docs/format-rename-journal.md.
 
 /// One move as the journal holds it: file names within the journal's folder.
 struct JournalEntry {
@@ -24,9 +25,9 @@ struct JournalEntry {
 };
 
 enum class JournalPhase {
-    takingAway = 1,     ///< sources are being moved to their hidden names
-    puttingInPlace = 2, ///< every source has its hidden name; they are being moved to their destinations
-    puttingBack = 3,    ///< the rename failed: whatever has a hidden name is on its way back to its source
+    takingAway = 1,      ///< sources are being moved to their hidden names
+    puttingInPlace = 2,  ///< every source has its hidden name; they are being moved to their destinations
+    puttingBack = 3,     ///< the rename failed: whatever has a hidden name is on its way back to its source
 };
 
 /// The journal's text, and back; absent when it is damaged or names paths outside its folder.

@@ -1,5 +1,6 @@
 #include "editing/rename_transaction.h"
 
+#include "base/file_handle.h"
 #include "base/paths.h"
 #include "editing/rename_journal.h"
 
@@ -27,15 +28,16 @@ class Undo {
             if (notReached_.contains(move->to)) continue;
             const std::string former = fileNameText(move->from);
             if (pathExists(move->from)) {
-                fail(*move, fmt::format("Could not restore {}: original path already exists. Current file remains at {}.",
-                                        former, pathText(move->to)));
+                fail(*move,
+                     fmt::format("Could not restore {}: original path already exists. Current file remains at {}.",
+                                 former, pathText(move->to)));
                 continue;
             }
             try {
                 ops_.renameNoReplace(move->to, move->from);
             } catch (const std::exception& error) {
-                fail(*move, fmt::format("Could not restore {} from {}: {}", former, fileNameText(move->to),
-                                        userText(error)));
+                fail(*move,
+                     fmt::format("Could not restore {} from {}: {}", former, fileNameText(move->to), userText(error)));
             }
         }
     }
@@ -60,6 +62,21 @@ void enterIfPossible(RenameJournal& journal, JournalPhase phase) noexcept {
     }
 }
 
+/// Holds every file that will move, so that no save of another process replaces it under its old name meanwhile.
+std::vector<FileHandle> lockedSources(FileOps& ops, const std::vector<MainSaveRenamePlanEntry>& plan) {
+    std::vector<FileHandle> handles;
+    for (const MainSaveRenamePlanEntry& entry : plan) {
+        if (!entry.moves()) continue;
+        FileHandle handle = FileHandle::tryOpenForReading(entry.source);
+        if (handle.isOpen() && ops.tryLock(handle) == FileOps::Lock::heldByAnother) {
+            throw std::filesystem::filesystem_error("is being saved by another program", entry.source,
+                                                    std::make_error_code(std::errc::device_or_resource_busy));
+        }
+        handles.push_back(std::move(handle));
+    }
+    return handles;
+}
+
 }  // namespace
 
 std::map<std::filesystem::path, std::filesystem::path> executerPlan(FileOps& ops,
@@ -70,6 +87,7 @@ std::map<std::filesystem::path, std::filesystem::path> executerPlan(FileOps& ops
     }
     if (std::none_of(plan.begin(), plan.end(), [](const auto& entry) { return entry.moves(); })) return mapping;
 
+    const std::vector<FileHandle> locks = lockedSources(ops, plan);
     RenameJournal journal(ops, plan);
     std::vector<Move> taken;
     std::vector<Move> placed;

@@ -53,8 +53,7 @@ MainSaveRenameError MainSaveRenameError::duplicateDestination(std::string_view n
             fmt::format("Rename would create duplicate files named {}. No files were changed.", name)};
 }
 MainSaveRenameError MainSaveRenameError::destinationExists(const std::filesystem::path& path) {
-    return {Cas::destinationExists,
-            fmt::format("A file already exists at {}. No files were changed.", pathText(path))};
+    return {Cas::destinationExists, fmt::format("A file already exists at {}. No files were changed.", pathText(path))};
 }
 MainSaveRenameError MainSaveRenameError::sourceMissing(const std::filesystem::path& path) {
     return {Cas::sourceMissing, fmt::format("Source file is missing: {}. No files were changed.", pathText(path))};
@@ -76,7 +75,10 @@ MainSaveRenameError MainSaveRenameError::metadataAfterRenameFailed(std::string_v
 }
 
 bool estNomValide(std::string_view nom) noexcept {
-    return holdsOnlyNameBytes(nom) && nom.size() <= maxBaseNameBytes;
+    // Nobody types a line end into a name; one that comes with a paste would be in every list from then on.
+    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
+    return holdsOnlyNameBytes(nom) && !trimmed(nom).empty() && std::none_of(nom.begin(), nom.end(), isControl) &&
+           nom.size() <= maxBaseNameBytes;
 }
 
 std::string nouveauNomDeBase(const GroupeFichiers& groupe, std::size_t position, std::string_view nouveauNom) {

@@ -12,9 +12,9 @@ namespace dravik {
 /// One file to rename. All three paths lie in the same folder.
 struct MainSaveRenamePlanEntry {
     std::filesystem::path source;
-    std::filesystem::path temp;         ///< hidden name between the two phases
+    std::filesystem::path temp;  ///< hidden name between the two phases
     std::filesystem::path destination;
-    InfoFichier fichier;                ///< the record of the file, as loaded
+    InfoFichier fichier;  ///< the record of the file, as loaded
 
     /// Same path but for letter case: such a file is not moved.
     [[nodiscard]] bool moves() const;

@@ -1,6 +1,7 @@
 #include "editing/save_transaction.h"
 
 #include "base/paths.h"
+#include "base/text.h"
 #include "editing/cue_writer.h"
 #include "editing/metadata_writer.h"
 #include "editing/rename_transaction.h"
@@ -15,19 +16,6 @@ namespace {
 /// Metadata is a few kilobytes; what a new file may need beyond the old one's size.
 constexpr std::uint64_t growthAllowance = 1024U * 1024U;
 
-/// Refuses before the first byte when a folder has no room for the temporary copy of its largest file.
-void checkRoom(FileOps& ops, const std::vector<SaveItem>& items) {
-    std::map<std::filesystem::path, const InfoFichier*> largest;
-    for (const SaveItem& item : items) {
-        if (!item.valeurs && !item.cues) continue;
-        const InfoFichier*& entry = largest[folderOf(item.fichier.url)];
-        if (entry == nullptr || item.fichier.taille > entry->taille) entry = &item.fichier;
-    }
-    for (const auto& [folder, fichier] : largest) {
-        ensureRoom(ops, fichier->url, fichier->taille + growthAllowance);
-    }
-}
-
 std::map<std::filesystem::path, std::filesystem::path> rename(FileOps& ops, const std::vector<SaveItem>& items) {
     std::vector<RenameRequest> demandes;
     for (const SaveItem& item : items) {
@@ -41,7 +29,8 @@ std::map<std::filesystem::path, std::filesystem::path> rename(FileOps& ops, cons
 class SaveProgress {
   public:
     SaveProgress(const std::vector<SaveItem>& items, const TaskContext& task) : task_(task) {
-        for (const SaveItem& item : items) all_ += bytesOf(item);
+        for (const SaveItem& item : items)
+            all_ += bytesOf(item);
     }
     [[nodiscard]] TaskContext forOneWrite() const {
         TaskContext one;
@@ -90,7 +79,9 @@ void SaveReport::throwIfFailed() const {
         messages += (messages.empty() ? "" : "\n") + result.error;
     }
     if (messages.empty()) return;
-    if (!moved.empty()) throw MainSaveRenameError::metadataAfterRenameFailed(messages);
+    const bool anyRenamed =
+        std::any_of(results.begin(), results.end(), [](const SaveResult& result) { return result.renamed; });
+    if (anyRenamed) throw MainSaveRenameError::metadataAfterRenameFailed(messages);
     throw Error(messages);
 }
 
@@ -101,7 +92,11 @@ std::vector<SaveItem> elementsDeSauvegarde(const GroupeFichiers& groupe, const C
     for (std::size_t position = 0; position < groupe.fichiers.size(); ++position) {
         SaveItem item;
         item.fichier = groupe.fichiers[position];
-        if (nouveauNom && *nouveauNom != groupe.nom) item.nouveauNom = nouveauNomDeBase(groupe, position, *nouveauNom);
+        if (nouveauNom) {
+            // Names that differ only in letter case are one name on the volumes that recorders write: nothing to move.
+            std::string nom = nouveauNomDeBase(groupe, position, *nouveauNom);
+            if (foldedCase(nom) != foldedCase(item.fichier.nom)) item.nouveauNom = std::move(nom);
+        }
         ValeursMetadata valeurs = valeursPourFichier(edites, originaux, groupe, position, decided);
         if (contientUneEdition(valeurs) || groupe.forcerSauvegardeMetadata || item.fichier.forcerSauvegardeMetadata) {
             item.valeurs = std::move(valeurs);
@@ -109,6 +104,18 @@ std::vector<SaveItem> elementsDeSauvegarde(const GroupeFichiers& groupe, const C
         items.push_back(std::move(item));
     }
     return items;
+}
+
+void checkRoom(FileOps& ops, const std::vector<SaveItem>& items) {
+    std::map<std::filesystem::path, const InfoFichier*> largest;
+    for (const SaveItem& item : items) {
+        if (!item.valeurs && !item.cues) continue;
+        const InfoFichier*& entry = largest[folderOf(item.fichier.url)];
+        if (entry == nullptr || item.fichier.taille > entry->taille) entry = &item.fichier;
+    }
+    for (const auto& [folder, fichier] : largest) {
+        ensureRoom(ops, fichier->url, fichier->taille + growthAllowance);
+    }
 }
 
 SaveReport sauvegarder(FileOps& ops, const std::vector<SaveItem>& items, const TaskContext& task) {

@@ -18,9 +18,9 @@ namespace dravik {
 /// Everything a save does to one file.
 struct SaveItem {
     InfoFichier fichier;
-    std::optional<std::string> nouveauNom;          ///< base name, no extension
-    std::optional<ValeursMetadata> valeurs;         ///< absent: the metadata is not written
-    std::optional<std::vector<CueMarker>> cues;     ///< absent: the markers are not written
+    std::optional<std::string> nouveauNom;       ///< base name, no extension
+    std::optional<ValeursMetadata> valeurs;      ///< absent: the metadata is not written
+    std::optional<std::vector<CueMarker>> cues;  ///< absent: the markers are not written
 
     /// Is there anything to do?
     [[nodiscard]] bool empty() const noexcept { return !nouveauNom && !valeurs && !cues; }
@@ -31,14 +31,14 @@ struct SaveResult {
     std::filesystem::path path;     ///< before the save
     std::filesystem::path newPath;  ///< after it
     bool renamed = false;
-    bool written = false;           ///< metadata or markers
-    std::string error;              ///< empty when all went well
+    bool written = false;  ///< metadata or markers
+    std::string error;     ///< empty when all went well
 };
 
 /// What became of a save that got past its checks and renames.
 struct SaveReport {
-    std::vector<SaveResult> results;                                  ///< in the order of the items
-    std::map<std::filesystem::path, std::filesystem::path> moved;     ///< old path -> new path of renamed files
+    std::vector<SaveResult> results;                               ///< in the order of the items
+    std::map<std::filesystem::path, std::filesystem::path> moved;  ///< old path -> new path of renamed files
     bool cancelled = false;
 
     [[nodiscard]] std::size_t written() const noexcept;
@@ -54,6 +54,10 @@ struct SaveReport {
                                                          const ChampsEdites& originaux,
                                                          const std::optional<std::string>& nouveauNom,
                                                          const std::set<ChampMetadata>& decided = {});
+
+/// Refuses, before the first byte, a save for whose largest file a folder has no room: throws
+/// std::filesystem::filesystem_error ("No space left on device"). A save asks it by itself.
+void checkRoom(FileOps& ops, const std::vector<SaveItem>& items);
 
 /// Renames first (all or nothing), then writes each file's metadata and markers at its new place. A file that fails
 /// does not stop the others. The folders are on the medium when it returns.

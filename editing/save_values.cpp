@@ -19,6 +19,17 @@ ValeursMetadata valeursPourFichier(const ChampsEdites& edites, const ChampsEdite
     valeurs.note = ifEdited(&ChampsEdites::note, ChampMetadata::note);
     valeurs.circled = ifEdited(&ChampsEdites::circled, ChampMetadata::circled);
     valeurs.wild = ifEdited(&ChampsEdites::wild, ChampMetadata::wild);
+    // A file that has the value already is not written for it.
+    const auto dropOwn = [](std::optional<std::string>& valeur, const std::optional<std::string>& own) {
+        if (valeur && *valeur == own.value_or("")) valeur.reset();
+    };
+    dropOwn(valeurs.project, fichier.project);
+    dropOwn(valeurs.scene, fichier.scene);
+    dropOwn(valeurs.tape, fichier.tape);
+    dropOwn(valeurs.prise, fichier.prise);
+    dropOwn(valeurs.note, fichier.notes);
+    if (valeurs.circled == fichier.circled) valeurs.circled.reset();
+    if (valeurs.wild == fichier.wild) valeurs.wild.reset();
     valeurs.sampleRate = fichier.sampleRate > 0 ? fichier.sampleRate : assumedSampleRate;
 
     const bool timecodeEdited = edites.timecode != originaux.timecode;

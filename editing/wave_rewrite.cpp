@@ -7,8 +7,7 @@
 
 namespace dravik {
 
-WaveFile::WaveFile(const std::filesystem::path& path)
-    : path_(path), handle_(FileHandle::openForReading(path)) {
+WaveFile::WaveFile(const std::filesystem::path& path) : path_(path), handle_(FileHandle::openForReading(path)) {
     struct stat status {};
     if (::fstat(handle_.descriptor(), &status) != 0) {
         throw std::filesystem::filesystem_error("cannot read", path_, std::error_code(errno, std::generic_category()));
@@ -82,14 +81,43 @@ std::optional<FilePlan> WaveRewrite::plan() const {
     return plan;
 }
 
-bool canAppendChunk(const ChunkTable& table) noexcept {
-    return table.chunks.size() < maxChunks && (table.chunks.empty() || !table.chunks.back().truncated());
+std::string_view appendProblem(const ChunkTable& table) noexcept {
+    if (table.chunks.size() >= maxChunks) return "has too many chunks: one more would not be found again.";
+    if (!table.chunks.empty() && table.chunks.back().truncated()) {
+        return "has a damaged last chunk, behind which new data would be lost.";
+    }
+    // An interrupted recording: its audio, whose size was never filled in, is walked as if it were chunks.
+    const auto unprintable = [](const Chunk& chunk) {
+        const std::string_view id = chunk.id.view();
+        return std::any_of(id.begin(), id.end(), [](char c) { return c < ' ' || c > '~'; });
+    };
+    if (std::any_of(table.chunks.begin(), table.chunks.end(), unprintable)) {
+        return "has audio without a length, behind which new data would be lost.";
+    }
+    return {};
 }
 
-RewriteOutcome replaceWith(FileOps& ops, const WaveFile& source, const WaveRewrite& rewrite, const FilePlan& plan,
+std::string_view outcomeProblem(RewriteOutcome outcome) noexcept {
+    switch (outcome) {
+        case RewriteOutcome::done:
+            return {};
+        case RewriteOutcome::structureMismatch:
+            return "could not be rewritten so that it reads back whole.";
+        case RewriteOutcome::sourceChanged:
+            return "was written to by another program during the save.";
+    }
+    return {};
+}
+
+RewriteOutcome replaceWith(FileOps& ops, WaveFile& source, const WaveRewrite& rewrite, const FilePlan& plan,
                            TempKind kind, const TaskContext& task, FolderSyncs& folders) {
+    // Two saves of one file at the same time would each replace what the other has just written. The lock is on the
+    // file as it was opened: whoever comes second finds another file under the name.
+    if (ops.tryLock(source.handle()) == FileOps::Lock::heldByAnother || !source.isUnchanged()) {
+        return RewriteOutcome::sourceChanged;
+    }
     SafeFile output(ops, source.path(), kind);
-    output.write(plan, source.handle(), task);
+    output.write(plan, source.handle(), task, SafeFile::Source::replaced);
 
     const FileSource written(output.file());
     const std::optional<ChunkTable> table = walkChunks(written);
@@ -106,6 +134,7 @@ RewriteOutcome replaceWith(FileOps& ops, const WaveFile& source, const WaveRewri
     output.sync();
     if (!source.isUnchanged()) return RewriteOutcome::sourceChanged;
     folders.add(output.commit(SafeFile::Existing::replace));
+    ops.closeReplaced(source.takeHandle());
     return RewriteOutcome::done;
 }
 

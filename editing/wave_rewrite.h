@@ -8,6 +8,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <string_view>
 #include <vector>
 
 #include <sys/stat.h>
@@ -28,6 +29,8 @@ class WaveFile {
     [[nodiscard]] bool isRiffWave() const noexcept;
     [[nodiscard]] const ChunkTable& table() const noexcept { return *table_; }  ///< only when isRiffWave()
     [[nodiscard]] const FileHandle& handle() const noexcept { return handle_; }
+    /// Gives the handle away, for closing; nothing can be read afterwards.
+    [[nodiscard]] FileHandle takeHandle() noexcept { return std::move(handle_); }
     /// Payload of one of the table's chunks. Throws std::filesystem::filesystem_error when it cannot be read whole.
     [[nodiscard]] Bytes payload(const Chunk& chunk) const;
     /// Does the path still lead to the file that was opened, in its size and modification time of then? False when
@@ -73,9 +76,10 @@ class WaveRewrite {
     std::vector<Expected> expected_;
 };
 
-/// Can a chunk still be added behind the last one and be found there? Not behind a chunk that claims more bytes than
-/// the file has, nor behind more chunks than are ever walked.
-[[nodiscard]] bool canAppendChunk(const ChunkTable& table) noexcept;
+/// Why no chunk can be added behind the last one so that it is found there: not behind a chunk that claims more bytes
+/// than the file has, nor behind more chunks than are ever walked. The reason as the rest of a sentence that begins
+/// with the file's name; empty when it can.
+[[nodiscard]] std::string_view appendProblem(const ChunkTable& table) noexcept;
 
 enum class RewriteOutcome {
     done,
@@ -83,9 +87,16 @@ enum class RewriteOutcome {
     sourceChanged,      ///< another program wrote to the file meanwhile; the new one was discarded
 };
 
+/// Other formats are shown read-only, whatever their first bytes say; the rest of a sentence as above.
+inline constexpr std::string_view onlyWavAndBwf = "is read-only: only WAV and BWF files can be edited.";
+/// What a RIFF size of 32 bits cannot hold, as the rest of a sentence that begins with the file's name.
+inline constexpr std::string_view tooLarge = "would grow beyond the 4 GiB of a RIFF/WAVE file.";
+/// The outcome as the rest of such a sentence; empty when done.
+[[nodiscard]] std::string_view outcomeProblem(RewriteOutcome outcome) noexcept;
+
 /// Writes the plan beside the file, reads its structure back, and puts it in the file's place. `path` behind links.
 /// Throws std::filesystem::filesystem_error or Cancelled, with the file untouched.
-[[nodiscard]] RewriteOutcome replaceWith(FileOps& ops, const WaveFile& source, const WaveRewrite& rewrite,
+[[nodiscard]] RewriteOutcome replaceWith(FileOps& ops, WaveFile& source, const WaveRewrite& rewrite,
                                          const FilePlan& plan, TempKind kind, const TaskContext& task,
                                          FolderSyncs& folders);
 

@@ -1,5 +1,6 @@
-// Any bytes as a file: the walk must end, stay inside the file, leave no gap, and find the same chunks again in the file
-// that a save would write. The same bytes are also read through a file and its window, which must not change a thing.
+// Any bytes as a file: the walk must end, stay inside the file, leave no gap, and find the same chunks again in the
+// file that a save would write. The same bytes are also read through a file and its window, which must not change a
+// thing.
 
 #include "base/byte_source.h"
 #include "fuzz/require.h"

@@ -26,7 +26,8 @@ constexpr std::size_t maxNameBytes = 64;
 
 bool isDay(const RecordingDate& date) {
     using namespace std::chrono;
-    return year_month_day(year(date.year), month(static_cast<unsigned>(date.month)), day(static_cast<unsigned>(date.day)))
+    return year_month_day(year(date.year), month(static_cast<unsigned>(date.month)),
+                          day(static_cast<unsigned>(date.day)))
         .ok();
 }
 
@@ -51,14 +52,17 @@ InfoFichier probed(const ByteSource& source, const ChunkTable& table) {
     if (!ixml) return info;
     require(!ixml->empty() && isValidUtf8(*ixml));
     remplirDepuisIXML(info, *ixml);
-    for (const auto& text : {info.project, info.scene, info.tape, info.prise, info.notes, info.timecode, info.framerate}) {
+    for (const auto& text :
+         {info.project, info.scene, info.tape, info.prise, info.notes, info.timecode, info.framerate}) {
         requireText(text);
     }
     require(!info.notes || !info.notes->empty());
     require(!info.familleUID || !info.familleUID->empty());
     require(!info.timecode || info.framerate);
-    for (const auto& [key, nom] : info.nomsPistes) require(key > 0 && isValidUtf8(nom));
-    for (const auto& [position, track] : info.numerosTracks) require(position > 0 && track > 0);
+    for (const auto& [key, nom] : info.nomsPistes)
+        require(key > 0 && isValidUtf8(nom));
+    for (const auto& [position, track] : info.numerosTracks)
+        require(position > 0 && track > 0);
     return info;
 }
 
@@ -118,7 +122,8 @@ void checkGroups(const std::vector<InfoFichier>& files, bool regrouped) {
     const std::vector<GroupeFichiers> groups = construireGroupes(files, regrouped);
     require(regrouped || groups.size() == files.size());
     std::multiset<std::string> left;
-    for (const InfoFichier& file : files) left.insert(file.nom);
+    for (const InfoFichier& file : files)
+        left.insert(file.nom);
     const std::string* before = nullptr;
     for (const GroupeFichiers& group : groups) {
         require(!group.fichiers.empty());

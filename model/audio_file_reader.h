@@ -9,9 +9,9 @@ namespace dravik {
 /// Format and length of one audio file.
 struct AudioFormat {
     int channels = 0;
-    double sampleRate = 0;     ///< Hz
-    int bits = 0;              ///< per channel; 0 for compressed formats, which have none
-    std::int64_t frames = 0;   ///< length in sample frames
+    double sampleRate = 0;    ///< Hz
+    int bits = 0;             ///< per channel; 0 for compressed formats, which have none
+    std::int64_t frames = 0;  ///< length in sample frames
     friend bool operator==(const AudioFormat&, const AudioFormat&) = default;
 };
 

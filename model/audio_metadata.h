@@ -11,10 +11,10 @@ namespace dravik {
 struct AudioMetadata {
     std::string nom;
     std::string format;
-    std::string duree;        ///< "00:04:12.345"
-    double dureeExacte = 0;   ///< seconds
-    std::string sampleRate;   ///< "48 kHz", "44.1 kHz"
-    std::string bitDepth;     ///< "24 bit"; empty for compressed formats
+    std::string duree;       ///< "00:04:12.345"
+    double dureeExacte = 0;  ///< seconds
+    std::string sampleRate;  ///< "48 kHz", "44.1 kHz"
+    std::string bitDepth;    ///< "24 bit"; empty for compressed formats
     std::string nbPistes;
     std::optional<std::string> project, scene, tape, prise, note;
     bool circled = false, wild = false;

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <compare>
 #include <map>
 #include <mutex>
@@ -19,13 +20,16 @@ namespace {
 
 /// Below this a second thread costs more than it saves.
 constexpr std::size_t filesPerThread = 16;
+/// A file whose bytes are in memory takes some ten microseconds, one that comes from a disk a hundred and more.
+constexpr std::chrono::microseconds slowProbe{50};
 
 /// What two mono files must share to be of one take, but for their timecodes.
 struct SetKey {
     std::filesystem::path folder;  ///< files of two folders are two takes, also when both are asked for at once
     std::string base;
     double sampleRate = 0;
-    std::string famille;  ///< FAMILY_UID where it decides, else empty
+    bool modifiable = false;  ///< a proxy in another format is never edited together with the recording
+    std::string famille;      ///< FAMILY_UID where it decides, else empty
     friend auto operator<=>(const SetKey&, const SetKey&) = default;
 };
 
@@ -35,17 +39,27 @@ struct Member {
     int numero = 0;
 };
 
-bool sameStart(const InfoFichier& a, const InfoFichier& b) {
-    return !a.timecode || !b.timecode || *a.timecode == *b.timecode;
+/// Can two files of one base name be two tracks of one take? Not with one number (a backup, a proxy, a link), nor when
+/// they start at different times or their recorder says that they are of different families.
+bool canShareTake(const Member& a, const Member& b) {
+    const auto agree = [](const auto& one, const auto& other) { return !one || !other || *one == *other; };
+    return a.numero != b.numero && agree(a.fichier.timecode, b.fichier.timecode) &&
+           agree(a.fichier.familleUID, b.fichier.familleUID);
 }
 
-/// Parts the members of one key into sets that agree pairwise in their start timecode.
-std::vector<std::vector<Member>> partedByStart(std::vector<Member> members) {
+/// Parts the members of one key into sets whose files agree pairwise. Shorter names come first, so that of two files
+/// with one number the plain one ("A_T01" before "A_T01_old") gets the place.
+std::vector<std::vector<Member>> partedIntoTakes(std::vector<Member> members) {
+    std::sort(members.begin(), members.end(), [](const Member& a, const Member& b) {
+        const std::string& left = a.fichier.nom;
+        const std::string& right = b.fichier.nom;
+        return left.size() != right.size() ? left.size() < right.size() : left < right;
+    });
     std::vector<std::vector<Member>> sets;
     for (Member& member : members) {
         const auto fits = std::find_if(sets.begin(), sets.end(), [&](const std::vector<Member>& set) {
             return std::all_of(set.begin(), set.end(),
-                               [&](const Member& other) { return sameStart(other.fichier, member.fichier); });
+                               [&](const Member& other) { return canShareTake(other, member); });
         });
         if (fits != sets.end()) {
             fits->push_back(std::move(member));
@@ -56,7 +70,8 @@ std::vector<std::vector<Member>> partedByStart(std::vector<Member> members) {
     return sets;
 }
 
-/// Sorts by the natural order of what `nameOf` says; `isBefore` decides between names that differ only in case or zeros.
+/// Sorts by the natural order of what `nameOf` says; `isBefore` decides between names that differ only in case or
+/// zeros.
 template <typename Item, typename NameOf, typename IsBefore>
 std::vector<Item> sortedNaturally(std::vector<Item> items, NameOf nameOf, IsBefore isBefore) {
     struct Place {
@@ -65,14 +80,16 @@ std::vector<Item> sortedNaturally(std::vector<Item> items, NameOf nameOf, IsBefo
     };
     std::vector<Place> places;
     places.reserve(items.size());
-    for (const Item& item : items) places.push_back({naturalKey(nameOf(item)), places.size()});
+    for (const Item& item : items)
+        places.push_back({naturalKey(nameOf(item)), places.size()});
     std::sort(places.begin(), places.end(), [&](const Place& a, const Place& b) {
         if (const int order = a.key.compare(b.key); order != 0) return order < 0;
         return isBefore(items[a.index], items[b.index]);
     });
     std::vector<Item> sorted;
     sorted.reserve(items.size());
-    for (const Place& place : places) sorted.push_back(std::move(items[place.index]));
+    for (const Place& place : places)
+        sorted.push_back(std::move(items[place.index]));
     return sorted;
 }
 
@@ -101,7 +118,8 @@ GroupeFichiers groupOfSet(std::vector<Member> members) {
     std::string nom = members.front().base;
     std::vector<InfoFichier> fichiers;
     fichiers.reserve(members.size());
-    for (Member& member : members) fichiers.push_back(std::move(member.fichier));
+    for (Member& member : members)
+        fichiers.push_back(std::move(member.fichier));
     return groupOf(std::move(fichiers), std::move(nom));
 }
 
@@ -116,7 +134,8 @@ bool estListe(const std::filesystem::path& file) {
 std::vector<std::filesystem::path> listerFichiers(const std::filesystem::path& dossier) {
     std::vector<std::filesystem::path> fichiers;
     std::error_code error;
-    for (std::filesystem::directory_iterator entry(dossier, error), end; !error && entry != end; entry.increment(error)) {
+    for (std::filesystem::directory_iterator entry(dossier, error), end; !error && entry != end;
+         entry.increment(error)) {
         std::error_code unknown;
         if (entry->path().filename().native().starts_with('.') || !estListe(entry->path())) continue;
         if (entry->is_regular_file(unknown)) fichiers.push_back(entry->path());
@@ -134,11 +153,12 @@ std::vector<InfoFichier> analyserFichiers(const std::vector<std::filesystem::pat
     std::size_t done = 0;
     std::exception_ptr failure;
 
-    const auto work = [&] {
+    const auto work = [&](auto behindEach) {
         try {
             for (std::size_t i = next.fetch_add(1); i < fichiers.size(); i = next.fetch_add(1)) {
                 task.checkCancelled();
                 infos[i] = analyserFichier(fichiers[i], codecs);
+                behindEach();
                 if (!task.report) continue;
                 const std::scoped_lock lock(reporting);
                 ++done;
@@ -150,10 +170,20 @@ std::vector<InfoFichier> analyserFichiers(const std::vector<std::filesystem::pat
             if (!failure) failure = std::current_exception();
         }
     };
-    const std::size_t threads = std::min<std::size_t>(probeThreads, fichiers.size() / filesPerThread);
+    // One thread a core as long as the bytes are in memory: more would only be in each other's way. When the files
+    // prove slow, what is waited for is the disk, which answers several questions at once.
+    const std::size_t most = std::min<std::size_t>(probeThreads, fichiers.size() / filesPerThread);
+    const std::size_t cores = std::max(1U, std::thread::hardware_concurrency());
     std::vector<std::jthread> helpers;
-    for (std::size_t i = 1; i < threads; ++i) helpers.emplace_back(work);
-    work();
+    const auto addHelper = [&] { helpers.emplace_back([&] { work([] {}); }); };
+    while (helpers.size() + 1 < std::min(most, cores))
+        addHelper();
+    const auto begin = std::chrono::steady_clock::now();
+    std::size_t own = 0;
+    work([&] {
+        ++own;
+        if (helpers.size() + 1 < most && std::chrono::steady_clock::now() - begin > own * slowProbe) addHelper();
+    });
     helpers.clear();
     if (failure) std::rethrow_exception(failure);
     return infos;
@@ -162,7 +192,8 @@ std::vector<InfoFichier> analyserFichiers(const std::vector<std::filesystem::pat
 std::vector<GroupeFichiers> construireGroupes(std::vector<InfoFichier> fichiers, bool regrouperFichiersMono) {
     std::vector<GroupeFichiers> groupes;
     groupes.reserve(fichiers.size());
-    const auto monos = std::count_if(fichiers.begin(), fichiers.end(), [](const InfoFichier& f) { return f.channels == 1; });
+    const auto monos =
+        std::count_if(fichiers.begin(), fichiers.end(), [](const InfoFichier& f) { return f.channels == 1; });
 
     std::map<SetKey, std::vector<Member>> sets;
     for (InfoFichier& fichier : fichiers) {
@@ -174,7 +205,8 @@ std::vector<GroupeFichiers> construireGroupes(std::vector<InfoFichier> fichiers,
             Member member;
             member.base = std::string(nom.base);
             member.numero = nom.numero;
-            const SetKey key{folderOf(fichier.url), cleNomBase(nom.base), fichier.sampleRate, famille};
+            const SetKey key{folderOf(fichier.url), cleNomBase(nom.base), fichier.sampleRate,
+                             estModifiable(fichier.url), famille};
             member.fichier = std::move(fichier);
             sets[key].push_back(std::move(member));
         };
@@ -189,7 +221,7 @@ std::vector<GroupeFichiers> construireGroupes(std::vector<InfoFichier> fichiers,
         }
     }
     for (auto& entry : sets) {
-        for (std::vector<Member>& members : partedByStart(std::move(entry.second))) {
+        for (std::vector<Member>& members : partedIntoTakes(std::move(entry.second))) {
             groupes.push_back(members.size() == 1 ? groupOfOne(std::move(members.front().fichier))
                                                   : groupOfSet(std::move(members)));
         }

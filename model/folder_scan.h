@@ -33,7 +33,7 @@ namespace dravik {
                                                          const AudioFileReader& codecs, bool regrouperFichiersMono,
                                                          const TaskContext& task);
 
-/// Files probed at the same time.
+/// Most files probed at the same time.
 inline constexpr unsigned probeThreads = 8;
 
 }  // namespace dravik

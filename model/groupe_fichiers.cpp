@@ -20,24 +20,36 @@ Value shared(GroupeFichiers& groupe, ChampMetadata champ, Value InfoFichier::*me
 
 std::string_view champTexte(ChampMetadata champ) noexcept {
     switch (champ) {
-        case ChampMetadata::project: return "project";
-        case ChampMetadata::scene: return "scene";
-        case ChampMetadata::prise: return "take";
-        case ChampMetadata::tape: return "tape";
-        case ChampMetadata::note: return "note";
-        case ChampMetadata::circled: return "circled";
-        case ChampMetadata::wild: return "wild";
-        case ChampMetadata::timecode: return "timecode";
-        case ChampMetadata::framerate: return "framerate";
+        case ChampMetadata::project:
+            return "project";
+        case ChampMetadata::scene:
+            return "scene";
+        case ChampMetadata::prise:
+            return "take";
+        case ChampMetadata::tape:
+            return "tape";
+        case ChampMetadata::note:
+            return "note";
+        case ChampMetadata::circled:
+            return "circled";
+        case ChampMetadata::wild:
+            return "wild";
+        case ChampMetadata::timecode:
+            return "timecode";
+        case ChampMetadata::framerate:
+            return "framerate";
     }
     return "";
 }
 
 std::string_view recordingDateStatusText(GroupeFichiers::RecordingDateStatus status) noexcept {
     switch (status) {
-        case GroupeFichiers::RecordingDateStatus::consistent: return "consistent";
-        case GroupeFichiers::RecordingDateStatus::none: return "none";
-        case GroupeFichiers::RecordingDateStatus::mixed: return "mixed";
+        case GroupeFichiers::RecordingDateStatus::consistent:
+            return "consistent";
+        case GroupeFichiers::RecordingDateStatus::none:
+            return "none";
+        case GroupeFichiers::RecordingDateStatus::mixed:
+            return "mixed";
     }
     return "";
 }
@@ -88,7 +100,8 @@ std::vector<Piste> pistesDuGroupe(const GroupeFichiers& groupe) {
             fichier.numerosTracks.empty() ? std::nullopt : std::optional(fichier.numerosTracks.begin()->second));
         return pistes;
     }
-    for (int position = 1; position <= std::min(last, 1024); ++position) add(fichier.nomsPistes, position, numero(fichier, position));
+    for (int position = 1; position <= std::min(last, 1024); ++position)
+        add(fichier.nomsPistes, position, numero(fichier, position));
     return pistes;
 }
 

@@ -12,7 +12,8 @@ std::optional<int> trackNumber(std::string_view digits) {
 }
 
 std::size_t digitsEnd(std::string_view nom, std::size_t at) {
-    while (at < nom.size() && isAsciiDigit(nom[at])) ++at;
+    while (at < nom.size() && isAsciiDigit(nom[at]))
+        ++at;
     return at;
 }
 
@@ -44,7 +45,8 @@ std::optional<NomMono> numeroPisteFamille(std::string_view nom) {
         if (rest.starts_with('_')) {
             rest.remove_prefix(1);
             if (rest.empty()) continue;
-            while (!rest.empty() && isAsciiLetter(rest.front())) rest.remove_prefix(1);
+            while (!rest.empty() && isAsciiLetter(rest.front()))
+                rest.remove_prefix(1);
         }
         if (!rest.empty()) continue;
         if (auto found = split(nom, at, trackNumber(nom.substr(at + 3, end - at - 3)))) return found;

@@ -11,9 +11,9 @@ namespace dravik {
 
 /// A name split at its track suffix.
 struct NomMono {
-    std::string_view base;    ///< the text before the suffix; not empty
-    std::string_view suffixe; ///< the suffix as it stands, "_T03", "_04", "_Tr2", "_A"; base + suffixe is the name
-    int numero = 0;           ///< track number
+    std::string_view base;     ///< the text before the suffix; not empty
+    std::string_view suffixe;  ///< the suffix as it stands, "_T03", "_04", "_Tr2", "_A"; base + suffixe is the name
+    int numero = 0;            ///< track number
     friend bool operator==(const NomMono&, const NomMono&) = default;
 };
 

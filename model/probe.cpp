@@ -139,7 +139,8 @@ InfoFichier analyserFichier(const std::filesystem::path& file, const AudioFileRe
 }
 
 std::optional<RecordingDate> lireDateEnregistrement(const std::filesystem::path& file) {
-    return fromFile(file, [](const ByteSource& source, const ChunkTable& table) { return recordingDateIn(source, table); });
+    return fromFile(file,
+                    [](const ByteSource& source, const ChunkTable& table) { return recordingDateIn(source, table); });
 }
 
 std::optional<std::string> lireChunkIXML(const std::filesystem::path& file) {

@@ -13,11 +13,10 @@ dravik_packages() {
         build) # what the program is made of
             printf '%s\n' g++ cmake ninja-build pkg-config ccache mold \
                 libfmt-dev libutf8proc-dev libsndfile1-dev libavformat-dev libavcodec-dev libavutil-dev \
-                qt6-base-dev libcli11-dev nlohmann-json3-dev
+                qt6-base-dev libcli11-dev
             ;;
-        test) # libraries of tests and benchmarks, and tools of the field that judge the files we write
-            printf '%s\n' libgtest-dev libgmock-dev libpcre2-dev libbenchmark-dev \
-                python3 ffmpeg sox sndfile-programs mediainfo attr
+        test) # libraries of tests and benchmarks
+            printf '%s\n' libgtest-dev libgmock-dev libpcre2-dev libbenchmark-dev nlohmann-json3-dev python3
             ;;
         checks) printf '%s\n' clang-format-14 shellcheck codespell ;;
         clang) # clang-tidy and the fuzz targets; Debian 12 has it in its security archive

@@ -188,4 +188,15 @@ Bytes updatedBext(ByteSpan payload, const BextValues& values) {
     return out;
 }
 
+std::optional<std::string_view> descriptionValue(ByteSpan payload, std::string_view key) noexcept {
+    std::optional<std::string_view> value;
+    for (std::string_view text = descriptionText(payload); !text.empty();) {
+        const std::size_t feed = text.find('\n');
+        const std::string_view line = trimmed(text.substr(0, feed));
+        if (const auto prefix = prefixOfLine(line, key)) value = line.substr(prefix->size() + key.size() + 1);
+        text.remove_prefix(feed == std::string_view::npos ? text.size() : feed + 1);
+    }
+    return value;
+}
+
 }  // namespace dravik

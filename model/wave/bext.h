@@ -38,10 +38,13 @@ struct RecordingDate {
 /// The Description text: the first 256 bytes up to the first zero byte.
 [[nodiscard]] std::string_view descriptionText(ByteSpan payload) noexcept;
 
+/// The value of the Description's last line of that key, under any prefix letter: "sCIRCLED=TRUE" for "CIRCLED".
+[[nodiscard]] std::optional<std::string_view> descriptionValue(ByteSpan payload, std::string_view key) noexcept;
+
 /// What a save writes into a bext chunk beside the values themselves.
 struct BextValues {
     ValeursMetadata edited;  ///< absent fields keep their line, whatever it says
-    /// The file's state after the edit, always written; absent where the file had no iXML to tell it: lines stay.
+    /// The file's state after the edit, always written; absent where nothing in the file tells it: lines stay.
     std::optional<bool> circled, wild;
 };
 

@@ -16,20 +16,21 @@ struct LargeSizes {
 
     [[nodiscard]] std::optional<std::uint64_t> of(FourCC id) const {
         if (id == FourCC("data")) return data;
-        const auto found = std::find_if(others.begin(), others.end(), [&](const auto& entry) { return entry.first == id; });
+        const auto found =
+            std::find_if(others.begin(), others.end(), [&](const auto& entry) { return entry.first == id; });
         return found == others.end() ? std::nullopt : std::optional(found->second);
     }
 };
 
 LargeSizes readDs64(const ByteSource& source, const Chunk& chunk) {
     LargeSizes sizes;
-    const Bytes raw = source.read(chunk.payload(), std::min<std::uint64_t>(
-                                                       chunk.size, ds64FixedBytes + maxDs64Entries * ds64EntryBytes));
+    const Bytes raw = source.read(
+        chunk.payload(), std::min<std::uint64_t>(chunk.size, ds64FixedBytes + maxDs64Entries * ds64EntryBytes));
     if (raw.size() < 16) return sizes;
     sizes.data = readLE<std::uint64_t>(raw.data() + 8);
     if (raw.size() < ds64FixedBytes) return sizes;
-    const std::size_t count = std::min<std::size_t>(readLE<std::uint32_t>(raw.data() + 24),
-                                                    (raw.size() - ds64FixedBytes) / ds64EntryBytes);
+    const std::size_t count =
+        std::min<std::size_t>(readLE<std::uint32_t>(raw.data() + 24), (raw.size() - ds64FixedBytes) / ds64EntryBytes);
     for (std::size_t i = 0; i < count; ++i) {
         const std::byte* entry = raw.data() + ds64FixedBytes + i * ds64EntryBytes;
         sizes.others.emplace_back(FourCC::at(entry), readLE<std::uint64_t>(entry + 4));
@@ -102,11 +103,13 @@ std::optional<ChunkTable> walkChunks(const ByteSource& source) {
         chunk.offset = table.end;
         chunk.sizeField = readLE<std::uint32_t>(header.data() + 4);
         chunk.claimedSize = chunk.sizeField;
-        if (large && chunk.sizeField == sizeInDs64) chunk.claimedSize = largeSizes.of(chunk.id).value_or(chunk.sizeField);
+        if (large && chunk.sizeField == sizeInDs64)
+            chunk.claimedSize = largeSizes.of(chunk.id).value_or(chunk.sizeField);
         // By subtraction: the claim may be anything up to 2^64 - 1.
         const std::uint64_t available = table.fileSize - chunk.payload();
         chunk.size = std::min(chunk.claimedSize, available);
-        if (!chunk.truncated() && chunk.size % 2 == 1) chunk.padInFile = hasPadByte(source, chunk.payload() + chunk.size);
+        if (!chunk.truncated() && chunk.size % 2 == 1)
+            chunk.padInFile = hasPadByte(source, chunk.payload() + chunk.size);
         if (large && chunk.id == FourCC("ds64") && !largeSizes.data) largeSizes = readDs64(source, chunk);
         table.end = chunk.end();
         table.chunks.push_back(chunk);

@@ -20,7 +20,8 @@ struct FourCC {
     std::array<char, 4> letters{};
 
     FourCC() = default;
-    constexpr FourCC(const char (&text)[5]) : letters{text[0], text[1], text[2], text[3]} {}  // NOLINT: a literal is one
+    constexpr FourCC(const char (&text)[5])
+        : letters{text[0], text[1], text[2], text[3]} {}  // NOLINT: a literal is one
     [[nodiscard]] static FourCC at(const std::byte* bytes) noexcept;
 
     [[nodiscard]] std::string_view view() const noexcept { return {letters.data(), letters.size()}; }
@@ -53,8 +54,8 @@ struct Chunk {
 
 /// What a walk found.
 struct ChunkTable {
-    FourCC form;                ///< "RIFF", "RF64", "BW64", or whatever the first four bytes are
-    FourCC type;                ///< "WAVE"
+    FourCC form;  ///< "RIFF", "RF64", "BW64", or whatever the first four bytes are
+    FourCC type;  ///< "WAVE"
     std::uint64_t fileSize = 0;
     std::vector<Chunk> chunks;  ///< in file order, without gaps from offset 12 on
     std::uint64_t end = 0;      ///< behind the last chunk; bytes from here to fileSize belong to none

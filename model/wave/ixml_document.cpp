@@ -210,8 +210,20 @@ std::map<int, int> lireNumerosTracks(const std::vector<IxmlTrack>& tracks) {
     return numbers;
 }
 
+namespace {
+
+/// Two bytes a character: read as one each it would be taken for text with holes, and an edit would ruin it.
+bool looksLikeUtf16(std::string_view payload) noexcept {
+    using namespace std::string_view_literals;
+    return payload.starts_with("\xFE\xFF") || payload.starts_with("\xFF\xFE") || payload.starts_with("<\0"sv) ||
+           payload.starts_with("\0<"sv);
+}
+
+}  // namespace
+
 std::optional<std::string> decodeIxml(std::string_view payload) {
     if (payload.empty() || payload.size() > maxIxmlBytes) return std::nullopt;
+    if (looksLikeUtf16(payload)) return std::nullopt;
     return isValidUtf8(payload) ? std::string(payload) : latin1ToUtf8(payload);
 }
 

@@ -52,6 +52,18 @@ std::vector<IxmlTrack> tracksWithin(std::string_view document, const IxmlElement
     return tracks;
 }
 
+/// The track of a mono file, as readers show it: the lowest key among those with a name, else the lowest key; of
+/// several with one key the last.
+std::size_t soleTrack(const std::vector<IxmlTrack>& tracks) {
+    std::size_t best = 0;
+    for (std::size_t i = 1; i < tracks.size(); ++i) {
+        const bool unnamed = !tracks[i].name;
+        const bool bestUnnamed = !tracks[best].name;
+        if (unnamed < bestUnnamed || (unnamed == bestUnnamed && tracks[i].key <= tracks[best].key)) best = i;
+    }
+    return best;
+}
+
 /// The edit that gives a track its name.
 Replacement named(std::string_view document, const IxmlTrack& track, std::string_view name) {
     const std::size_t closing = track.end - closingTagBytes("TRACK");
@@ -113,7 +125,7 @@ void writeTrackNames(std::string& document, const std::map<int, std::string>& na
     }
     if (soleName) {
         if (!tracks.empty()) {
-            nameOfTrack[0] = *soleName;
+            nameOfTrack[soleTrack(tracks)] = *soleName;
         } else {
             created[1] = *soleName;
         }

@@ -133,10 +133,13 @@ std::uint64_t samplesFromTimecode(std::string_view timecode, std::string_view la
     return samples < twoTo64 ? static_cast<std::uint64_t>(samples) : 0;
 }
 
+bool isWritableLabel(std::string_view label) {
+    return framerateLabel(rateFromIxml(ixmlRateText(label)), flagText(label)) == label;
+}
+
 std::optional<std::string> parseTypedTimecode(std::string_view typed, std::string_view label) {
-    // What is displayed can be typed: hours are not wrapped and a high frame rate has three digits of frames.
-    constexpr std::size_t mostHourDigits = 4;
-    constexpr std::size_t mostFrameDigits = 7;
+    constexpr std::size_t mostHourDigits = 2;
+    constexpr std::size_t mostFrameDigits = 3;  // rates above 100
     std::array<std::string_view, 4> parts;
     if (typed.find(':') == std::string_view::npos) {
         if (typed.size() != 8) return std::nullopt;

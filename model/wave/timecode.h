@@ -29,6 +29,10 @@ inline constexpr double rate2997 = 29.97002997002997;    ///< 30000/1001
 [[nodiscard]] std::string speedText(std::string_view label);     ///< MASTER_SPEED: "%07.3f" without locale, "023.976"
 [[nodiscard]] std::string_view flagText(std::string_view label) noexcept;  ///< TIMECODE_FLAG: "DF" or "NDF"
 
+/// Can this label be written so that it reads back as itself? Fractional rates other than the offered ones cannot: the
+/// rate that is written for 59.94 is 59/1, and a timecode counted at the one and read at the other is another time.
+[[nodiscard]] bool isWritableLabel(std::string_view label);
+
 /// Samples since midnight as "HH:MM:SS:FF" at the rate read from the file (rateFromIxml, not a label). Hours are not
 /// wrapped at 24. A sample rate that is not above 0 counts as 48000. Absent when the arithmetic would overflow.
 [[nodiscard]] std::optional<std::string> timecodeFromSamples(std::uint64_t samples, double framesPerSecond,

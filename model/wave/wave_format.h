@@ -9,8 +9,8 @@ namespace dravik {
 
 /// The `fmt ` chunk (WAVEFORMATEX and WAVEFORMATEXTENSIBLE).
 struct WaveFormat {
-    std::uint16_t tag = 0;         ///< as found: 1 PCM, 3 IEEE float, 0xFFFE extensible
-    std::uint16_t encoding = 0;    ///< the tag, or the sub-format's for extensible
+    std::uint16_t tag = 0;       ///< as found: 1 PCM, 3 IEEE float, 0xFFFE extensible
+    std::uint16_t encoding = 0;  ///< the tag, or the sub-format's for extensible
     std::uint16_t channels = 0;
     std::uint32_t sampleRate = 0;  ///< Hz
     std::uint16_t blockAlign = 0;  ///< bytes of one frame (all channels)

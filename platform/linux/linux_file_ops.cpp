@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <linux/fs.h>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
@@ -26,7 +27,8 @@ std::uint64_t LinuxFileOps::copyRange(const FileHandle& from, std::uint64_t from
         // Some special and network file systems report success with nothing copied: the plain copy tells the truth.
         if (copied > 0) return static_cast<std::uint64_t>(copied);
         if (copied < 0 && errno == EINTR) continue;
-        if (copied < 0 && errno != EXDEV && errno != ENOSYS && errno != EOPNOTSUPP && errno != EINVAL && errno != EBADF) {
+        if (copied < 0 && errno != EXDEV && errno != ENOSYS && errno != EOPNOTSUPP && errno != EINVAL &&
+            errno != EBADF) {
             fail("cannot write", toPath);
         }
         return PosixFileOps::copyRange(from, fromOffset, to, toPath, toOffset, length);
@@ -39,6 +41,29 @@ bool LinuxFileOps::shareBlocks(const FileHandle& from, const FileHandle& to) noe
 
 void LinuxFileOps::reserve(const FileHandle& file, std::uint64_t size) noexcept {
     static_cast<void>(::fallocate(file.descriptor(), FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(size)));
+}
+
+void LinuxFileOps::forget(const FileHandle& file, std::uint64_t offset, std::uint64_t length) noexcept {
+    static_cast<void>(::posix_fadvise(file.descriptor(), static_cast<off_t>(offset), static_cast<off_t>(length),
+                                      POSIX_FADV_DONTNEED));
+}
+
+void LinuxFileOps::closeReplaced(FileHandle old) noexcept {
+    // Below this a thread costs more than the wait.
+    constexpr off_t large = 16 * 1024 * 1024;
+    struct stat status {};
+    if (::fstat(old.descriptor(), &status) != 0 || status.st_size < large) return;
+    const std::scoped_lock lock(closing_);
+    try {
+        closer_ = std::jthread([file = std::move(old)] {});  // waits for the one before
+    } catch (const std::system_error&) {
+        return;  // no thread to be had: the file was closed here
+    }
+}
+
+void LinuxFileOps::finishClosing() noexcept {
+    const std::scoped_lock lock(closing_);
+    if (closer_.joinable()) closer_.join();
 }
 
 void LinuxFileOps::startWriteback(const FileHandle& file, std::uint64_t offset, std::uint64_t length) noexcept {

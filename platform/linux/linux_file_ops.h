@@ -2,6 +2,9 @@
 
 #include "platform/posix/posix_file_ops.h"
 
+#include <mutex>
+#include <thread>
+
 namespace dravik {
 
 /// FileOps with what Linux adds: copies inside the kernel (copy_file_range), shared blocks (btrfs, xfs, bcachefs),
@@ -12,6 +15,9 @@ class LinuxFileOps final : public PosixFileOps {
                             const std::filesystem::path& toPath, std::uint64_t toOffset, std::uint64_t length) override;
     bool shareBlocks(const FileHandle& from, const FileHandle& to) noexcept override;
     void reserve(const FileHandle& file, std::uint64_t size) noexcept override;
+    void forget(const FileHandle& file, std::uint64_t offset, std::uint64_t length) noexcept override;
+    void closeReplaced(FileHandle old) noexcept override;
+    void finishClosing() noexcept override;
     void startWriteback(const FileHandle& file, std::uint64_t offset, std::uint64_t length) noexcept override;
     void waitForWriteback(const FileHandle& file, std::uint64_t offset, std::uint64_t length) noexcept override;
     void copyAttributes(const FileHandle& from, const FileHandle& to, const std::filesystem::path& toPath) override;
@@ -20,6 +26,9 @@ class LinuxFileOps final : public PosixFileOps {
   private:
     static void copyExtendedAttributes(const FileHandle& from, const FileHandle& to,
                                        const std::filesystem::path& toPath);
+
+    std::mutex closing_;
+    std::jthread closer_;  ///< of one file at a time
 };
 
 }  // namespace dravik

@@ -36,7 +36,8 @@ class LazyMediaReader final : public AudioFileReader {
 #endif
         // Beside the program in a build, in lib/dravik where it is installed.
         const std::filesystem::path folder = programFolder();
-        for (const std::filesystem::path& place : {folder / moduleName, folder / ".." / "lib" / "dravik" / moduleName}) {
+        for (const std::filesystem::path& place :
+             {folder / moduleName, folder / ".." / "lib" / "dravik" / moduleName}) {
             // Never unloaded: the libraries keep threads and tables of their own.
             void* module = ::dlopen(place.c_str(), RTLD_NOW | RTLD_LOCAL);
             if (module == nullptr) continue;

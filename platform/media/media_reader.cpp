@@ -19,17 +19,24 @@ namespace {
 int bitsOf(int sndfileFormat) noexcept {
     switch (sndfileFormat & SF_FORMAT_SUBMASK) {
         case SF_FORMAT_PCM_S8:
-        case SF_FORMAT_PCM_U8: return 8;
+        case SF_FORMAT_PCM_U8:
+            return 8;
         case SF_FORMAT_PCM_16:
-        case SF_FORMAT_ALAC_16: return 16;
-        case SF_FORMAT_ALAC_20: return 20;
+        case SF_FORMAT_ALAC_16:
+            return 16;
+        case SF_FORMAT_ALAC_20:
+            return 20;
         case SF_FORMAT_PCM_24:
-        case SF_FORMAT_ALAC_24: return 24;
+        case SF_FORMAT_ALAC_24:
+            return 24;
         case SF_FORMAT_PCM_32:
         case SF_FORMAT_FLOAT:
-        case SF_FORMAT_ALAC_32: return 32;
-        case SF_FORMAT_DOUBLE: return 64;
-        default: return 0;
+        case SF_FORMAT_ALAC_32:
+            return 32;
+        case SF_FORMAT_DOUBLE:
+            return 64;
+        default:
+            return 0;
     }
 }
 
@@ -56,8 +63,8 @@ std::optional<AudioFormat> formatFromLibav(const std::filesystem::path& file) no
     if (stream->duration > 0) {
         frames = ::av_rescale_q(stream->duration, stream->time_base, AVRational{1, codec->sample_rate});
     }
-    return AudioFormat{codec->ch_layout.nb_channels, static_cast<double>(codec->sample_rate), codec->bits_per_raw_sample,
-                       frames};
+    return AudioFormat{codec->ch_layout.nb_channels, static_cast<double>(codec->sample_rate),
+                       codec->bits_per_raw_sample, frames};
 }
 
 class MediaReader final : public AudioFileReader {

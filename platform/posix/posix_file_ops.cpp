@@ -43,8 +43,8 @@ FileOps::Lock PosixFileOps::tryLock(const FileHandle& file) noexcept {
 bool PosixFileOps::isSameFile(const FileHandle& file, const std::filesystem::path& path) noexcept {
     struct stat open {};
     struct stat named {};
-    return ::fstat(file.descriptor(), &open) == 0 && ::lstat(path.c_str(), &named) == 0 && open.st_dev == named.st_dev &&
-           open.st_ino == named.st_ino;
+    return ::fstat(file.descriptor(), &open) == 0 && ::lstat(path.c_str(), &named) == 0 &&
+           open.st_dev == named.st_dev && open.st_ino == named.st_ino;
 }
 
 void PosixFileOps::writeAt(const FileHandle& file, const std::filesystem::path& path, std::uint64_t offset,
@@ -88,12 +88,13 @@ void PosixFileOps::copyAttributes(const FileHandle& from, const FileHandle& to, 
     // The owner first: giving a file away clears its special mode bits. Only root may keep a foreign owner; a file
     // that a user may replace but not own becomes theirs, as with every editor.
     if (::fchown(to.descriptor(), status.st_uid, status.st_gid) != 0) {
-        if (::fchown(to.descriptor(), static_cast<uid_t>(-1), status.st_gid) != 0 && errno != EPERM && errno != EINVAL &&
-            errno != ENOTSUP && errno != ENOSYS) {
+        if (::fchown(to.descriptor(), static_cast<uid_t>(-1), status.st_gid) != 0 && errno != EPERM &&
+            errno != EINVAL && errno != ENOTSUP && errno != ENOSYS) {
             fail("cannot set the owner of", toPath);
         }
     }
-    if (::fchmod(to.descriptor(), status.st_mode & 07777U) != 0 && errno != EPERM && errno != ENOTSUP && errno != ENOSYS) {
+    if (::fchmod(to.descriptor(), status.st_mode & 07777U) != 0 && errno != EPERM && errno != ENOTSUP &&
+        errno != ENOSYS) {
         fail("cannot set the permissions of", toPath);
     }
 #ifdef __APPLE__

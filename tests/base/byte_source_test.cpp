@@ -40,9 +40,11 @@ TEST(FileSource, ReadsLittleAroundManySmallLooks) {
     const FileHandle handle = FileHandle::openForReading(folder / "file");
     const FileSource source(handle);
     std::array<std::byte, 8> header{};
-    for (std::uint64_t offset = 12; offset < 8000; offset += 100) source.readAt(offset, header);
+    for (std::uint64_t offset = 12; offset < 8000; offset += 100)
+        source.readAt(offset, header);
     EXPECT_LE(source.bytesRead(), 8192U) << "the header area comes with one read";
-    for (std::uint64_t offset = 1'000'000; offset < 52'000'000; offset += 100'000) source.readAt(offset, header);
+    for (std::uint64_t offset = 1'000'000; offset < 52'000'000; offset += 100'000)
+        source.readAt(offset, header);
     EXPECT_LE(source.bytesRead(), 32U * 1024U) << "what is scattered is not read around";
 }
 

@@ -40,21 +40,22 @@ TEST(TemporaryName, OfAUsersOwnFileIsNotTakenForOurs) {
     std::string wrongCheck = token;
     wrongCheck.back() = wrongCheck.back() == '0' ? '1' : '0';
     std::string upper = token;
-    for (char& c : upper) c = c >= 'a' && c <= 'f' ? static_cast<char>(c - 'a' + 'A') : c;
+    for (char& c : upper)
+        c = c >= 'a' && c <= 'f' ? static_cast<char>(c - 'a' + 'A') : c;
     const std::vector<std::string> names = {
-             ".metadata-1.tmp",
-             ".metadata-6ba7b810-9dad-41d1-80b4-00c04fd430c8.tmp",  // somebody's real UUID
-             ".metadata-" + wrongCheck + ".tmp",
-             upper == token ? std::string("x") : ".metadata-" + upper + ".tmp",
-             ".metadata-" + token,
-             ".metadata-" + token + ".tmp.bak",
-             ".metadata-" + token + "x.tmp",
-             ".cues-.tmp",
-             ".dravik-op-" + token,
-             ".dravik-op-" + token + ".",
-             "metadata-" + token + ".tmp",
-             ".Metadata-" + token + ".tmp",
-             freshRenameName(".wav"),
+        ".metadata-1.tmp",
+        ".metadata-6ba7b810-9dad-41d1-80b4-00c04fd430c8.tmp",  // somebody's real UUID
+        ".metadata-" + wrongCheck + ".tmp",
+        upper == token ? std::string("x") : ".metadata-" + upper + ".tmp",
+        ".metadata-" + token,
+        ".metadata-" + token + ".tmp.bak",
+        ".metadata-" + token + "x.tmp",
+        ".cues-.tmp",
+        ".dravik-op-" + token,
+        ".dravik-op-" + token + ".",
+        "metadata-" + token + ".tmp",
+        ".Metadata-" + token + ".tmp",
+        freshRenameName(".wav"),
     };
     for (const std::string& name : names) {
         EXPECT_FALSE(isTemporaryName(name)) << name;
@@ -63,7 +64,8 @@ TEST(TemporaryName, OfAUsersOwnFileIsNotTakenForOurs) {
 
 TEST(TemporaryName, FitsAFolderAlsoForTheLongestTarget) {
     std::string target;
-    while (target.size() + 6 <= maxFileNameBytes) target += "é";
+    while (target.size() + 6 <= maxFileNameBytes)
+        target += "é";
     target += ".wav";
     const std::string name = freshTemporaryName(TempKind::output, target);
     EXPECT_LE(name.size(), maxFileNameBytes);
@@ -77,12 +79,16 @@ TEST(NormalisedPath, IsEqualForPathsThatDifferInCaseOrInDots) {
         std::filesystem::path a, b;
         bool equal;
     } cases[] = {
-        {"/Takes/A.WAV", "/takes/a.wav", true},       {"/takes/./x/../a.wav", "/takes/a.wav", true},
-        {"a.wav", here / "A.wav", true},              {"/takes/É.wav", "/takes/é.wav", true},
-        {"/takes/a.wav", "/takes/a.bwf", false},      {"/takes/a.wav", "/takes/b/a.wav", false},
+        {"/Takes/A.WAV", "/takes/a.wav", true},
+        {"/takes/./x/../a.wav", "/takes/a.wav", true},
+        {"a.wav", here / "A.wav", true},
+        {"/takes/É.wav", "/takes/é.wav", true},
+        {"/takes/a.wav", "/takes/a.bwf", false},
+        {"/takes/a.wav", "/takes/b/a.wav", false},
         {"/takes/\xFF.wav", "/takes/\xFE.wav", false},  // bytes that are no text stay what they are
     };
-    for (const auto& [a, b, equal] : cases) EXPECT_EQ(normalisedPath(a) == normalisedPath(b), equal) << a << b;
+    for (const auto& [a, b, equal] : cases)
+        EXPECT_EQ(normalisedPath(a) == normalisedPath(b), equal) << a << b;
 }
 
 TEST(PathExists, CountsALinkWhereverItLeads) {

@@ -9,12 +9,13 @@
 #include "tests/support/temp_folder.h"
 #include "tests/support/wav_builder.h"
 
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <vector>
 
-#include <gmock/gmock.h>
 #include <fcntl.h>
+#include <gmock/gmock.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -49,7 +50,7 @@ std::error_code codeOf(const std::function<void()>& work) {
 TEST(FilePlan, JoinsNeighboursAndKnowsWhatKeepsItsPlace) {
     FilePlan plan;
     plan.add(SourceRange{0, 10});
-    plan.add(SourceRange{10, 90});   // neighbours
+    plan.add(SourceRange{10, 90});  // neighbours
     plan.add(Bytes(4));
     plan.add(Bytes(6));              // neighbours
     plan.add(Bytes());               // nothing
@@ -128,7 +129,8 @@ TEST(SafeFile, TakesRangesOfTheSourceWhereThePlanPutsThem) {
         static_cast<void>(file.commit(SafeFile::Existing::replace));
         EXPECT_EQ(readFile(folder / "copy"), expected);
         EXPECT_EQ(reports.back(), plan.size());
-        for (std::size_t i = 1; i < reports.size(); ++i) EXPECT_LE(reports[i] - reports[i - 1], 8U * 1024U * 1024U);
+        for (std::size_t i = 1; i < reports.size(); ++i)
+            EXPECT_LE(reports[i] - reports[i - 1], 8U * 1024U * 1024U);
     }
 }
 
@@ -152,6 +154,37 @@ TEST(SafeFile, CopiesNothingThatKeepsItsPlaceWhereBlocksAreShared) {
     append(expected, ByteSpan(all).subspan(8, 250'000));
     append(expected, "the end");
     EXPECT_EQ(readFile(folder / "a.wav"), expected);
+}
+
+/// Copies nothing, and adds up what a real copy would have left to write out.
+class WritebackMeter final : public PosixFileOps {
+  public:
+    std::uint64_t copyRange(const FileHandle&, std::uint64_t, const FileHandle&, const std::filesystem::path&,
+                            std::uint64_t, std::uint64_t length) override {
+        return length;
+    }
+    void startWriteback(const FileHandle&, std::uint64_t, std::uint64_t length) noexcept override {
+        underWay += length;
+        most = std::max(most, underWay);
+    }
+    void waitForWriteback(const FileHandle&, std::uint64_t, std::uint64_t length) noexcept override {
+        underWay -= length;
+    }
+    std::optional<std::uint64_t> freeBytes(const std::filesystem::path&) noexcept override { return std::nullopt; }
+    std::uint64_t underWay = 0, most = 0;
+};
+
+TEST(SafeFile, LeavesLittleToTheFinalSyncWhichNobodyCanCancel) {
+    const TempFolder folder;
+    writeFile(folder / "a.wav", "x");
+    std::filesystem::resize_file(folder / "a.wav", 1U << 30U);
+    FilePlan plan;
+    plan.add(SourceRange{0, 1U << 30U});
+    WritebackMeter ops;
+    SafeFile(ops, folder / "copy", TempKind::output).write(plan, FileHandle::openForReading(folder / "a.wav"), {});
+    EXPECT_GT(ops.most, 0U);
+    EXPECT_LE(ops.most, 72U * 1024U * 1024U);
+    EXPECT_LE(ops.underWay, 64U * 1024U * 1024U);
 }
 
 TEST(SafeFile, FailsWhenTheSourceEndsBeforeAPlannedRangeDoes) {
@@ -211,6 +244,31 @@ TEST(SafeFile, RefusesWhatTheVolumeHasNoRoomFor) {
     SafeFile file(ops, folder / "a.wav", TempKind::metadata);
     EXPECT_EQ(codeOf([&] { file.write(planOf("ten bytes."), FileHandle(), {}); }), std::errc::no_space_on_device);
     EXPECT_EQ(ops.calls(Call::write), 0);
+}
+
+TEST(SafeFile, CountsTheRoomOfAFileJustReplacedOnceItIsClosed) {
+    const TempFolder folder;
+    FaultyFileOps ops;
+    ops.free = 9;
+    ops.freeOnceClosed = 10;
+    SafeFile(ops, folder / "a", TempKind::output).write(planOf("ten bytes."), FileHandle(), {});
+    ops.free = 9;
+    ensureRoom(ops, folder / "a", 10);
+    EXPECT_THROW(ensureRoom(ops, folder / "a", 11), std::filesystem::filesystem_error);
+}
+
+TEST(NativeFileOps, CloseAReplacedFileAtTheLatestWhenTheyAreAskedTo) {
+    const TempFolder folder;
+    const auto ops = makeNativeFileOps();
+    for (const std::uint64_t size : {0U, 64U * 1024U * 1024U}) {
+        writeFile(folder / "old", "");
+        std::filesystem::resize_file(folder / "old", size);
+        FileHandle handle = FileHandle::openForReading(folder / "old");
+        const int descriptor = handle.descriptor();
+        ops->closeReplaced(std::move(handle));
+        ops->finishClosing();
+        EXPECT_EQ(::fcntl(descriptor, F_GETFD), -1) << size;
+    }
 }
 
 TEST(EnsureRoom, RefusesBeforeTheFirstByteUnlessBlocksCanBeShared) {
@@ -286,7 +344,8 @@ TEST(CopyAttributes, CarriesModeAndExtendedAttributesAlsoOfAReadOnlyFile) {
     const TempFolder folder;
     writeFile(folder / "a", "a");
     writeFile(folder / "b", "b");
-    if (::setxattr((folder / "a").c_str(), "user.reel", "R001", 4, 0) != 0) GTEST_SKIP() << "no extended attributes here";
+    if (::setxattr((folder / "a").c_str(), "user.reel", "R001", 4, 0) != 0)
+        GTEST_SKIP() << "no extended attributes here";
     ASSERT_EQ(::chmod((folder / "a").c_str(), 0444), 0);
     copyAttributesAsUser(folder);
     EXPECT_EQ(attribute(folder / "b", "user.reel"), "R001");

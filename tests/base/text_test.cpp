@@ -14,13 +14,13 @@ using namespace std::string_literals;
 TEST(Text, Utf8IsCheckedStrictly) {
     for (const std::string& good : {""s, "plain"s, "é€𝄞"s, "\0"s, "\xF4\x8F\xBF\xBF"s, "\xEF\xBF\xBF"s}) {
         EXPECT_TRUE(isValidUtf8(good));
-        EXPECT_TRUE(isValidUtf8("eight by" + good + "te steps"));
+        EXPECT_TRUE(isValidUtf8("12345678" + good + "12345678"));
     }
     for (const char* bad : {"\x80", "\xC3", "\xE2\x82", "\xF0\x9D\x84", "\xC0\x80", "\xE0\x80\xAF", "\xED\xA0\x80",
                             "\xF4\x90\x80\x80", "\xFF", "\xE9t\xE9"}) {
         EXPECT_FALSE(isValidUtf8(bad));
-        EXPECT_FALSE(isValidUtf8("eight by"s + bad));
-        EXPECT_FALSE(isValidUtf8(bad + "te steps"s));
+        EXPECT_FALSE(isValidUtf8("12345678"s + bad));
+        EXPECT_FALSE(isValidUtf8(bad + "12345678"s));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "base/paths.h"
 #include "editing/recovery.h"
+#include "platform/native_file_ops.h"
 #include "tests/contract/subjects.h"
 #include "tests/support/child.h"
 #include "tests/support/faulty_file_ops.h"
@@ -7,8 +8,6 @@
 #include "tests/support/samples.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/wav_builder.h"
-
-#include "platform/native_file_ops.h"
 
 #include <set>
 #include <string>
@@ -88,7 +87,8 @@ void forEveryFault(const std::vector<Subject>& subjects, Fail fail) {
 /// A few of the real ones: failures do not depend on which bytes are copied.
 std::vector<Subject> subjectsToFail() {
     std::vector<Subject> subjects = test::builtSubjects();
-    const std::set<std::string> chosen = {"A101_1_1.WAV", "Sr001-2C-01_01.WAV", "ixml_odd_size_without_pad.wav", "umid.wav"};
+    const std::set<std::string> chosen = {"A101_1_1.WAV", "Sr001-2C-01_01.WAV", "ixml_odd_size_without_pad.wav",
+                                          "umid.wav"};
     for (Subject& sample : test::sampleSubjects()) {
         if (chosen.contains(sample.name)) subjects.push_back(std::move(sample));
     }
@@ -97,67 +97,73 @@ std::vector<Subject> subjectsToFail() {
 
 TEST(Failure, OfAnySystemCallLeavesTheFileAsBeforeOrAsAfter) {
     std::set<Call> met;
-    forEveryFault(subjectsToFail(), [&](Attempt& attempt, const Operation& operation, const Outcomes& outcomes, int nth) {
-        Call failed = Call::create;
-        int throwing = 0;
-        attempt.ops.before([&](Call call, int) {
-            if (call != Call::lock && call != Call::share && ++throwing == nth) failed = call;
-        });
-        attempt.ops.failAt({.nth = nth});
-        const Ending ending = attempt.run(operation);
-        attempt.ops.before({});
-        const bool wasMet = attempt.ops.failures() > 0;
-        attempt.ops.failAt({.nth = 0});
-        if (!wasMet) {
-            EXPECT_EQ(ending, outcomes.refused ? Ending::failed : Ending::done);
-            attempt.expectFinished(operation, outcomes);
-            return false;
-        }
-        met.insert(failed);
-        if (failed == Call::remove || failed == Call::syncFolder) {
-            // The file may be done already; a journal that was not removed is left for the next opening of the folder.
-            EXPECT_TRUE(recupererDossier(attempt.ops, attempt.folder.path()).failures.empty());
-            attempt.expectWhole(operation, outcomes);
-            return true;
-        }
-        EXPECT_EQ(ending, Ending::failed);
-        const Bytes content = attempt.expectWhole(operation, outcomes);
-        if (!operation.renames) {
-            EXPECT_TRUE(content == outcomes.contents.front());
-        }
-        return true;
-    });
-    EXPECT_THAT(met, testing::IsSupersetOf({Call::create, Call::write, Call::copy, Call::attributes, Call::sync, Call::rename,
-                                            Call::renameNoReplace, Call::syncFolder, Call::remove}));
+    forEveryFault(subjectsToFail(),
+                  [&](Attempt& attempt, const Operation& operation, const Outcomes& outcomes, int nth) {
+                      Call failed = Call::create;
+                      int throwing = 0;
+                      attempt.ops.before([&](Call call, int) {
+                          if (call != Call::lock && call != Call::share && ++throwing == nth) failed = call;
+                      });
+                      attempt.ops.failAt({.nth = nth});
+                      const Ending ending = attempt.run(operation);
+                      attempt.ops.before({});
+                      const bool wasMet = attempt.ops.failures() > 0;
+                      attempt.ops.failAt({.nth = 0});
+                      if (!wasMet) {
+                          EXPECT_EQ(ending, outcomes.refused ? Ending::failed : Ending::done);
+                          attempt.expectFinished(operation, outcomes);
+                          return false;
+                      }
+                      met.insert(failed);
+                      if (failed == Call::remove || failed == Call::syncFolder) {
+                          // The file may be done already; a journal that was not removed is left for the next opening
+                          // of the folder.
+                          EXPECT_TRUE(recupererDossier(attempt.ops, attempt.folder.path()).failures.empty());
+                          attempt.expectWhole(operation, outcomes);
+                          return true;
+                      }
+                      EXPECT_EQ(ending, Ending::failed);
+                      const Bytes content = attempt.expectWhole(operation, outcomes);
+                      if (!operation.renames) {
+                          EXPECT_TRUE(content == outcomes.contents.front());
+                      }
+                      return true;
+                  });
+    EXPECT_THAT(met, testing::IsSupersetOf({Call::create, Call::write, Call::copy, Call::attributes, Call::sync,
+                                            Call::rename, Call::renameNoReplace, Call::syncFolder, Call::remove}));
 }
 
 TEST(Failure, OfEveryCallFromOneOnStillLeavesTheFileWhole) {
-    // A volume that is pulled out: nothing works any more, not even the clean-up. What is left is put right when it is back.
-    forEveryFault(test::builtSubjects(), [&](Attempt& attempt, const Operation& operation, const Outcomes& outcomes, int nth) {
-        attempt.ops.failAt({.nth = nth, .allLater = true, .errorNumber = ENODEV});
-        static_cast<void>(attempt.run(operation));
-        const bool wasMet = attempt.ops.failures() > 0;
-        attempt.ops.failAt({.nth = 0});
-        if (!wasMet) return false;
-        EXPECT_TRUE(recupererDossier(attempt.ops, attempt.folder.path()).failures.empty());
-        attempt.expectWhole(operation, outcomes);
-        return true;
-    });
+    // A volume that is pulled out: nothing works any more, not even the clean-up. What is left is put right when it is
+    // back.
+    forEveryFault(test::builtSubjects(),
+                  [&](Attempt& attempt, const Operation& operation, const Outcomes& outcomes, int nth) {
+                      attempt.ops.failAt({.nth = nth, .allLater = true, .errorNumber = ENODEV});
+                      static_cast<void>(attempt.run(operation));
+                      const bool wasMet = attempt.ops.failures() > 0;
+                      attempt.ops.failAt({.nth = 0});
+                      if (!wasMet) return false;
+                      EXPECT_TRUE(recupererDossier(attempt.ops, attempt.folder.path()).failures.empty());
+                      attempt.expectWhole(operation, outcomes);
+                      return true;
+                  });
 }
 
 TEST(Failure, OfAFullDiskLeavesTheFileAsItWas) {
-    const std::set<Call> needRoom = {Call::create, Call::write, Call::copy, Call::truncate, Call::attributes, Call::sync};
-    forEveryFault(test::builtSubjects(), [&](Attempt& attempt, const Operation& operation, const Outcomes& outcomes, int nth) {
-        attempt.ops.failAt({.kinds = needRoom, .nth = nth, .allLater = true, .errorNumber = ENOSPC});
-        const Ending ending = attempt.run(operation);
-        if (attempt.ops.failures() == 0) return false;
-        EXPECT_EQ(ending, Ending::failed);
-        const Bytes content = attempt.expectWhole(operation, outcomes);
-        if (!operation.renames) {
-            EXPECT_TRUE(content == outcomes.contents.front());
-        }
-        return true;
-    });
+    const std::set<Call> needRoom = {Call::create,   Call::write,      Call::copy,
+                                     Call::truncate, Call::attributes, Call::sync};
+    forEveryFault(test::builtSubjects(),
+                  [&](Attempt& attempt, const Operation& operation, const Outcomes& outcomes, int nth) {
+                      attempt.ops.failAt({.kinds = needRoom, .nth = nth, .allLater = true, .errorNumber = ENOSPC});
+                      const Ending ending = attempt.run(operation);
+                      if (attempt.ops.failures() == 0) return false;
+                      EXPECT_EQ(ending, Ending::failed);
+                      const Bytes content = attempt.expectWhole(operation, outcomes);
+                      if (!operation.renames) {
+                          EXPECT_TRUE(content == outcomes.contents.front());
+                      }
+                      return true;
+                  });
 }
 
 TEST(Failure, ForWantOfRoomComesBeforeTheFirstByte) {

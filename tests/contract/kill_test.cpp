@@ -43,12 +43,14 @@ class Scene {
         ops.syncing = false;
         for (const bool markers : {false, true}) {
             EXPECT_FALSE(sauvegarder(ops, items(folder.path(), false, markers), {}).failed());
-            for (int i = 0; i < files; ++i) states_[i].push_back(readFile(folder / name(i)));
+            for (int i = 0; i < files; ++i)
+                states_[i].push_back(readFile(folder / name(i)));
         }
     }
 
     void fill(const std::filesystem::path& folder) const {
-        for (const auto& [file, bytes] : originals_) test::writeFile(folder / file, bytes);
+        for (const auto& [file, bytes] : originals_)
+            test::writeFile(folder / file, bytes);
         test::writeFile(folder / ".metadata-mine.tmp", "a file of the user");
     }
     [[nodiscard]] SaveReport save(FileOps& ops, const std::filesystem::path& folder) const {
@@ -64,12 +66,14 @@ class Scene {
             renamed.push_back(newName(i));
         }
         const bool isRenamed = testing::Matches(testing::UnorderedElementsAreArray(renamed))(names);
-        EXPECT_TRUE(isRenamed || testing::Matches(testing::UnorderedElementsAreArray(old))(names)) << testing::PrintToString(names);
+        EXPECT_TRUE(isRenamed || testing::Matches(testing::UnorderedElementsAreArray(old))(names))
+            << testing::PrintToString(names);
         if (testing::Test::HasFailure()) return;
         for (int i = 0; i < files_; ++i) {
             const Bytes content = readFile(folder / (isRenamed ? newName(i) : name(i)));
             const bool asBefore = content == originals_.at(name(i));
-            const bool asAfter = isRenamed && std::find(states_.at(i).begin(), states_.at(i).end(), content) != states_.at(i).end();
+            const bool asAfter =
+                isRenamed && std::find(states_.at(i).begin(), states_.at(i).end(), content) != states_.at(i).end();
             EXPECT_TRUE(asBefore || asAfter) << name(i);
         }
     }
@@ -98,7 +102,8 @@ class Scene {
     std::map<int, std::vector<Bytes>> states_;  ///< a file's contents after each of its writes
 };
 
-/// Does the work in a child that is killed at its n-th system call, after another one failed. False when it ended before.
+/// Does the work in a child that is killed at its n-th system call, after another one failed. False when it ended
+/// before.
 template <typename Work>
 bool killedAtCall(int nth, Work work, int failing = 0) {
     return test::inChild([&] {
@@ -123,7 +128,8 @@ TEST(Kill, AtEverySystemCallOfASaveAndOfItsRecoveryLosesNothing) {
         int recoveryCalls = 0;
         for (bool recoveryKilled = true; recoveryKilled;) {
             ++recoveryCalls;
-            SCOPED_TRACE("killed at call " + std::to_string(calls) + ", the recovery at " + std::to_string(recoveryCalls));
+            SCOPED_TRACE("killed at call " + std::to_string(calls) + ", the recovery at " +
+                         std::to_string(recoveryCalls));
             const TempFolder folder;
             scene.fill(folder.path());
             killed = killedAtCall(calls, [&](FileOps& ops) { static_cast<void>(scene.save(ops, folder.path())); });
@@ -165,7 +171,9 @@ TEST(Kill, AtRandomInstantsLosesNothing) {
     constexpr int rounds = 60;
     const Scene scene(6, 100'000);
     const auto native = makeNativeFileOps();
-    const auto clean = [&](const std::filesystem::path& folder) { return scene.save(*native, folder).failed() ? 1 : 0; };
+    const auto clean = [&](const std::filesystem::path& folder) {
+        return scene.save(*native, folder).failed() ? 1 : 0;
+    };
     using Clock = std::chrono::steady_clock;
     const Clock::time_point begin = Clock::now();
     {
@@ -181,7 +189,8 @@ TEST(Kill, AtRandomInstantsLosesNothing) {
         const TempFolder folder;
         scene.fill(folder.path());
         const pid_t child = test::startChild([&] { return clean(folder.path()); });
-        std::this_thread::sleep_for(std::chrono::microseconds(std::uniform_int_distribution<std::int64_t>(0, length)(random)));
+        std::this_thread::sleep_for(
+            std::chrono::microseconds(std::uniform_int_distribution<std::int64_t>(0, length)(random)));
         ::kill(child, SIGKILL);
         if (test::waitForChild(child) == -SIGKILL) ++killed;
         EXPECT_THAT(recupererDossier(*native, folder.path()).failures, IsEmpty());

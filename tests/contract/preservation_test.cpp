@@ -76,7 +76,8 @@ void holdPreservation(const std::vector<Subject>& subjects, const std::set<std::
         for (const Operation& operation : test::operations()) {
             SCOPED_TRACE(operation.name + ": " + subject.name);
             const Outcomes outcomes = outcomesOf(operation, subject);
-            const bool taken = !refused.contains(subject.name) && !refused.contains(subject.name + ": " + operation.name);
+            const bool taken =
+                !refused.contains(subject.name) && !refused.contains(subject.name + ": " + operation.name);
             ASSERT_EQ(outcomes.refused, !taken);
             if (taken) expectPreserved(subject.bytes, outcomes.contents.back(), operation);
         }
@@ -96,11 +97,11 @@ TEST(Preservation, OfAudioAndOfEveryUntouchedChunkInRealRecordings) {
 
 /// All that the probe reads, but for identity and size.
 bool sameMetadata(const InfoFichier& a, const InfoFichier& b) {
-    return a.project == b.project && a.scene == b.scene && a.tape == b.tape && a.prise == b.prise && a.notes == b.notes &&
-           a.circled == b.circled && a.wild == b.wild && a.channels == b.channels && a.dureeSecondes == b.dureeSecondes &&
-           a.timecode == b.timecode && a.recordingDate == b.recordingDate && a.framerate == b.framerate &&
-           a.sampleRate == b.sampleRate && a.bits == b.bits && a.nomsPistes == b.nomsPistes &&
-           a.numerosTracks == b.numerosTracks && a.familleUID == b.familleUID;
+    return a.project == b.project && a.scene == b.scene && a.tape == b.tape && a.prise == b.prise &&
+           a.notes == b.notes && a.circled == b.circled && a.wild == b.wild && a.channels == b.channels &&
+           a.dureeSecondes == b.dureeSecondes && a.timecode == b.timecode && a.recordingDate == b.recordingDate &&
+           a.framerate == b.framerate && a.sampleRate == b.sampleRate && a.bits == b.bits &&
+           a.nomsPistes == b.nomsPistes && a.numerosTracks == b.numerosTracks && a.familleUID == b.familleUID;
 }
 
 /// The iXML but for white space, which moves around the flags that every save writes anew, and for padding.
@@ -112,7 +113,8 @@ std::string withoutBlanks(const Bytes& file) {
 
 TEST(Preservation, OfEveryValueWhenASaveIsForcedWithoutAnEdit) {
     std::vector<Subject> subjects = test::builtSubjects();
-    for (Subject& sample : test::sampleSubjects()) subjects.push_back(std::move(sample));
+    for (Subject& sample : test::sampleSubjects())
+        subjects.push_back(std::move(sample));
     for (const Subject& subject : subjects) {
         const TempFolder folder;
         const auto path = folder / "take.wav";
@@ -134,7 +136,8 @@ TEST(Preservation, OfEveryValueWhenASaveIsForcedWithoutAnEdit) {
         }
         const std::string once = withoutBlanks(readFile(path));
         save();
-        EXPECT_TRUE(withoutBlanks(readFile(path)) == once) << subject.name << ": a second save has nothing left to change";
+        EXPECT_TRUE(withoutBlanks(readFile(path)) == once)
+            << subject.name << ": a second save has nothing left to change";
     }
 }
 

@@ -51,26 +51,32 @@ std::vector<Subject> builtSubjects() {
     add("iXML behind the audio", WavBuilder().bext().fmt().audio(333).ixml(ixml).chunk("iXTC", "1234"));
     add("no iXML", WavBuilder().bext().fmt().audio(333).chunk("abcd", "12345"));
     add("no bext", WavBuilder().ixml(ixml).fmt({.channels = 2, .bits = 16}).audio(100));
-    add("float, many tracks", WavBuilder().fmt({.channels = 12, .bits = 32, .isFloat = true, .extensible = true}).audio(50));
+    add("float, many tracks",
+        WavBuilder().fmt({.channels = 12, .bits = 32, .isFloat = true, .extensible = true}).audio(50));
     add("odd audio without pad byte at the end", WavBuilder().ixml(ixml).fmt().chunk("data", audio, Pad::missing));
     add("odd iXML without pad byte in the middle",
         WavBuilder().fmt().chunk("iXML", "<BWFXML><SCENE>1</SCENE>\n</BWFXML>", Pad::missing).chunk("data", audio));
-    add("pad byte that is not zero", WavBuilder().ixml(ixml).fmt().chunk("abcd", "123", Pad::notZero).chunk("data", audio));
+    add("pad byte that is not zero",
+        WavBuilder().ixml(ixml).fmt().chunk("abcd", "123", Pad::notZero).chunk("data", audio));
     add("bytes behind the last chunk", WavBuilder().ixml(ixml).fmt().audio(100).raw("tail"));
     add("bytes behind the last chunk, no iXML", WavBuilder().fmt().audio(100).raw("tail"));
     add("wrong form size", WavBuilder().ixml(ixml).fmt().audio(100).riffSize(12345));
-    add("markers with and without names", WavBuilder().ixml(ixml).cues(cues).fmt().audio(100).chunk("LIST", "INFOinfo"));
-    add("label list in lower case", WavBuilder().fmt().audio(100).chunk("cue ", cuePayload(cues)).chunk("list", adtlPayload(cues)));
+    add("markers with and without names",
+        WavBuilder().ixml(ixml).cues(cues).fmt().audio(100).chunk("LIST", "INFOinfo"));
+    add("label list in lower case",
+        WavBuilder().fmt().audio(100).chunk("cue ", cuePayload(cues)).chunk("list", adtlPayload(cues)));
     add("padded iXML", WavBuilder().chunk("iXML", ixmlText(ixml) + std::string(3000, '\0')).fmt().audio(333));
     add("iXML in Latin-1", WavBuilder().ixml({.note = "\xE9t\xE9"}).fmt().audio(100));
     add("iXML twice", WavBuilder().ixml(ixml).fmt().audio(100).ixml({.scene = "other"}));
     add("empty iXML", WavBuilder().chunk("iXML", "").fmt().audio(100));
     add("iXML that is none", WavBuilder().chunk("iXML", audioBytes(301)).fmt().audio(100));
-    add("many chunks of the same name", WavBuilder().fmt().chunk("JUNK", "1").chunk("JUNK", "").chunk("JUNK", "22").audio(9));
+    add("many chunks of the same name",
+        WavBuilder().fmt().chunk("JUNK", "1").chunk("JUNK", "").chunk("JUNK", "22").audio(9));
     add("short bext", WavBuilder().bext({.bytes = 100}).ixml(ixml).fmt().audio(100));
     add("interrupted recording", WavBuilder().bext().ixml(ixml).fmt().chunkClaiming("data", audio, 5'000'000));
     add("interrupted recording without iXML", WavBuilder().fmt().chunkClaiming("data", audio, 5'000'000));
-    add("cut inside the iXML", WavBuilder().fmt().chunk("data", audio).chunkClaiming("iXML", asBytes(ixmlText(ixml)), 90'000));
+    add("cut inside the iXML",
+        WavBuilder().fmt().chunk("data", audio).chunkClaiming("iXML", asBytes(ixmlText(ixml)), 90'000));
     add("header alone", WavBuilder());
     add("RF64", WavBuilder("RF64").ds64(999).ixml(ixml).fmt().chunkClaiming("data", audio, 0xFFFFFFFF));
     all.push_back({"no RIFF file", toBytes("ID3 and much else that is no recording at all")});
@@ -80,14 +86,16 @@ std::vector<Subject> builtSubjects() {
 
 std::vector<Subject> sampleSubjects() {
     std::vector<Subject> all;
-    for (const std::filesystem::path& path : samplesOf(".wav")) all.push_back({path.filename().string(), readFile(path)});
+    for (const std::filesystem::path& path : samplesOf(".wav"))
+        all.push_back({path.filename().string(), readFile(path)});
     return all;
 }
 
 const std::vector<Operation>& operations() {
     static const std::vector<Operation> all = {
         {.name = "metadata",
-         .run = [](FileOps& ops, const auto& folder, const TaskContext& task) { save(ops, folder, task, false, false); },
+         .run = [](FileOps& ops, const auto& folder,
+                   const TaskContext& task) { save(ops, folder, task, false, false); },
          .writesMetadata = true},
         {.name = "markers",
          .run =
@@ -106,7 +114,9 @@ const std::vector<Operation>& operations() {
     return all;
 }
 
-bool Outcomes::allow(const Bytes& bytes) const { return std::find(contents.begin(), contents.end(), bytes) != contents.end(); }
+bool Outcomes::allow(const Bytes& bytes) const {
+    return std::find(contents.begin(), contents.end(), bytes) != contents.end();
+}
 
 Outcomes outcomesOf(const Operation& operation, const Subject& subject) {
     Outcomes outcomes{{subject.bytes}};

@@ -1,12 +1,11 @@
 #include "editing/modifications_en_cours.h"
 
+#include <QSignalSpy>
 #include <functional>
 #include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
-
-#include <QSignalSpy>
 
 namespace dravik {
 namespace {
@@ -22,7 +21,8 @@ AudioMetadata take(const std::string& scene) {
 
 std::vector<Piste> tracks(const std::vector<std::string>& names) {
     std::vector<Piste> pistes;
-    for (const std::string& name : names) pistes.push_back({{}, static_cast<int>(pistes.size()) + 1, name, {}});
+    for (const std::string& name : names)
+        pistes.push_back({{}, static_cast<int>(pistes.size()) + 1, name, {}});
     return pistes;
 }
 

@@ -34,7 +34,8 @@ class Renaming : public testing::Test {
   protected:
     Renaming() { ops.syncing = false; }
     void have(const std::vector<std::string>& names) {
-        for (const std::string& name : names) test::writeFile(folder / name, name);
+        for (const std::string& name : names)
+            test::writeFile(folder / name, name);
     }
     std::vector<MainSaveRenamePlanEntry> planOf(const Names& names) {
         std::vector<RenameRequest> requests;
@@ -88,10 +89,13 @@ TEST_F(RenameTransaction, DoesNotMoveAFileForItsCaseAlone) {
 }
 
 TEST_F(RenameTransaction, StandsAnyNameThatAFileCanHave) {
-    const Names names = {{"line\nbreak %41", "tab\t100%"}, {"\xFF\xFE", "caf\xC3\xA9"}, {std::string(240, 'l'), std::string(251, 'm')}};
-    for (const auto& [from, to] : names) have({from + ".wav"});
+    const Names names = {
+        {"line\nbreak %41", "tab\t100%"}, {"\xFF\xFE", "caf\xC3\xA9"}, {std::string(240, 'l'), std::string(251, 'm')}};
+    for (const auto& [from, to] : names)
+        have({from + ".wav"});
     rename(names);
-    for (const auto& [from, to] : names) EXPECT_EQ(test::readFile(folder / (to + ".wav")), toBytes(from + ".wav"));
+    for (const auto& [from, to] : names)
+        EXPECT_EQ(test::readFile(folder / (to + ".wav")), toBytes(from + ".wav"));
     EXPECT_EQ(namesIn(folder.path()).size(), 3U);
 }
 
@@ -104,7 +108,8 @@ TEST_F(RenameTransaction, MovesTheLinkAndNotWhatItLeadsTo) {
 }
 
 TEST_F(RenameTransaction, TakesFoldersTogetherHoweverTheyAreNamed) {
-    for (const char* name : {"x", "y"}) std::filesystem::create_directory(folder / name);
+    for (const char* name : {"x", "y"})
+        std::filesystem::create_directory(folder / name);
     have({"x/a.wav", "x/b.wav", "y/a.wav"});
     std::filesystem::create_directory_symlink("x", folder / "alias");
     rename({{"x/a", "c"}, {"alias/b", "d"}, {"y/a", "c"}});
@@ -169,11 +174,13 @@ TEST_F(RenameTransaction, KeepsEveryFileWhenTheWayBackFailsAsWell) {
                 ASSERT_TRUE(whereIs.emplace(asText(test::readFile(folder / name)), folder / name).second);
             }
             ASSERT_EQ(whereIs.size(), 3U);
-            for (const auto& [content, path] : whereIs) std::filesystem::rename(path, folder / ("back " + content));
+            for (const auto& [content, path] : whereIs)
+                std::filesystem::rename(path, folder / ("back " + content));
             for (const std::string& name : namesIn(folder.path())) {
                 if (name.starts_with('.')) std::filesystem::remove(folder / name);
             }
-            for (const auto& [content, path] : whereIs) std::filesystem::rename(folder / ("back " + content), folder / content);
+            for (const auto& [content, path] : whereIs)
+                std::filesystem::rename(folder / ("back " + content), folder / content);
         }
     }
     EXPECT_GT(notRestored, 5);
@@ -194,9 +201,10 @@ TEST_F(RenameTransaction, SaysOnceWhereAFileIsThatCouldNotBePutBack) {
     } catch (const MainSaveRenameError& error) {
         EXPECT_EQ(error.cas(), MainSaveRenameError::Cas::rollbackFailed);
         EXPECT_THAT(error.what(), HasSubstr("Original error: x.wav: Input/output error\n"));
-        EXPECT_TRUE(std::string(error.what()).ends_with(
-            "Recovery details:\nCould not restore a.wav: original path already exists. Current file remains at " +
-            plan[0].temp.string() + "."));
+        EXPECT_TRUE(std::string(error.what())
+                        .ends_with("Recovery details:\nCould not restore a.wav: original path already exists. Current "
+                                   "file remains at " +
+                                   plan[0].temp.string() + "."));
     }
     ops.before({});
     // The journal is still there: the next opening of the folder puts the file back once its name is free.
@@ -237,7 +245,8 @@ TEST(RenameJournal, ReadsBackWhatItWroteAndNothingElse) {
     const std::string text = journalText(entries);
     EXPECT_EQ(parseJournal(text), entries);
     EXPECT_EQ(parseJournal(journalText({})), std::vector<JournalEntry>());
-    for (std::size_t cut = 0; cut < text.size(); ++cut) EXPECT_FALSE(parseJournal(text.substr(0, cut))) << cut;
+    for (std::size_t cut = 0; cut < text.size(); ++cut)
+        EXPECT_FALSE(parseJournal(text.substr(0, cut))) << cut;
     for (std::size_t at = 0; at < text.size(); ++at) {
         std::string damaged = text;
         damaged[at] = static_cast<char>(damaged[at] ^ 0x20);
@@ -253,8 +262,9 @@ TEST(RenameJournal, ReadsBackWhatItWroteAndNothingElse) {
     }
     const std::string token = freshToken();
     EXPECT_EQ(parseJournalName(journalName(token, JournalPhase::puttingInPlace))->phase, JournalPhase::puttingInPlace);
-    for (const std::string& name : {".dravik_journal_" + token, ".dravik_journal_" + token + ".4", std::string(".dravik_journal_x.1"),
-                                    "dravik_journal_" + token + ".1", std::string(".dravik_journal_.1")}) {
+    for (const std::string& name :
+         {".dravik_journal_" + token, ".dravik_journal_" + token + ".4", std::string(".dravik_journal_x.1"),
+          "dravik_journal_" + token + ".1", std::string(".dravik_journal_.1")}) {
         EXPECT_FALSE(parseJournalName(name)) << name;
     }
 }
@@ -285,8 +295,10 @@ TEST_F(FolderRecovery, RollsBackOrFinishesARenameThatWasCut) {
         {"all in place", JournalPhase::puttingInPlace, {{"b.wav", "A"}, {"a.wav", "B"}, {"x.wav", "C"}}, renamed, 0},
     };
     for (const auto& [rule, phase, files, expected, sentences] : cases) {
-        for (const std::string& name : namesIn(folder.path())) std::filesystem::remove(folder / name);
-        for (const auto& [name, content] : files) test::writeFile(folder / name, content);
+        for (const std::string& name : namesIn(folder.path()))
+            std::filesystem::remove(folder / name);
+        for (const auto& [name, content] : files)
+            test::writeFile(folder / name, content);
         leaveJournal(phase, swap);
         const Recovery result = recover();
         EXPECT_EQ(picture(), expected) << rule;
@@ -301,10 +313,12 @@ TEST_F(FolderRecovery, NeverReplacesAFileThatTookTheName) {
                  {{"a.wav", ".dravik_rename_1.wav", "b.wav"}, {"b.wav", ".dravik_rename_2.wav", "b.wav"}});
     const Recovery result = recover();
     // The first goes back to its old name; the second has neither, and stays where it is.
-    EXPECT_THAT(picture(), ElementsAre(".dravik_journal", ".dravik_rename", "a.wav=.dravik_rename_1.wav", "b.wav=b.wav"));
+    EXPECT_THAT(picture(),
+                ElementsAre(".dravik_journal", ".dravik_rename", "a.wav=.dravik_rename_1.wav", "b.wav=b.wav"));
     EXPECT_EQ(result.done.size(), 1U);
     ASSERT_EQ(result.failures.size(), 1U);
-    EXPECT_THAT(result.failures.front(), HasSubstr("the name is taken. The file is at " + (folder / ".dravik_rename_2.wav").string()));
+    EXPECT_THAT(result.failures.front(),
+                HasSubstr("the name is taken. The file is at " + (folder / ".dravik_rename_2.wav").string()));
     std::filesystem::rename(folder / "b.wav", folder / "c.wav");
     EXPECT_THAT(recover().failures, IsEmpty()) << "once the name is free the next opening helps";
     EXPECT_EQ(picture().size(), 3U);
@@ -313,13 +327,15 @@ TEST_F(FolderRecovery, NeverReplacesAFileThatTookTheName) {
 TEST_F(FolderRecovery, HelpsTheOthersWhenOneFileCannotBeMoved) {
     have({".dravik_rename_1.wav", ".dravik_rename_2.wav", ".dravik_rename_3.wav", "d.wav"});
     std::vector<JournalEntry> entries;
-    for (const std::string number : {"1", "2", "3"}) entries.push_back({number + ".wav", ".dravik_rename_" + number + ".wav", "x.wav"});
+    for (const std::string number : {"1", "2", "3"})
+        entries.push_back({number + ".wav", ".dravik_rename_" + number + ".wav", "x.wav"});
     entries.push_back({"d.wav", ".dravik_rename_4.wav", "y.wav"});
     leaveJournal(JournalPhase::takingAway, entries);
     ops.failAt({.kinds = {Call::renameNoReplace}, .nth = 2});
     const Recovery result = recover();
     EXPECT_EQ(result.done.size(), 2U);
-    EXPECT_THAT(result.failures, ElementsAre(HasSubstr("2.wav could not be restored after an interrupted rename: Input/output error.")));
+    EXPECT_THAT(result.failures,
+                ElementsAre(HasSubstr("2.wav could not be restored after an interrupted rename: Input/output error.")));
     EXPECT_THAT(recover().failures, IsEmpty());
     EXPECT_EQ(picture(), (std::vector<std::string>{"1.wav=.dravik_rename_1.wav", "2.wav=.dravik_rename_2.wav",
                                                    "3.wav=.dravik_rename_3.wav", "d.wav=d.wav"}));
@@ -337,7 +353,8 @@ TEST_F(FolderRecovery, DropsTheSecondNameOfARenameThatWentByALink) {
 TEST_F(FolderRecovery, RemovesAbandonedTemporaryFilesAndNothingThatLooksLikeThem) {
     const std::string ours[] = {freshTemporaryName(TempKind::metadata, ""), freshTemporaryName(TempKind::cues, ""),
                                 freshTemporaryName(TempKind::output, "x.wav")};
-    for (const std::string& name : ours) have({name});
+    for (const std::string& name : ours)
+        have({name});
     have({".metadata-1.tmp", ".dravik_rename_orphan.wav", ".dravik_journal_x.1", "a.wav"});
     const std::string linked = freshTemporaryName(TempKind::metadata, "");
     std::filesystem::create_symlink("a.wav", folder / linked);
@@ -367,7 +384,8 @@ TEST_F(FolderRecovery, LeavesAloneWhatALivingProcessHolds) {
 
 TEST_F(FolderRecovery, WhereLocksDoNotExistTellsOfAJournalAndTouchesNothing) {
     have({".dravik_rename_1.wav", freshTemporaryName(TempKind::metadata, "")});
-    leaveJournal(JournalPhase::takingAway, {{"a.wav", ".dravik_rename_1.wav", "b.wav"}, {"c.wav", ".dravik_rename_2.wav", "d.wav"}});
+    leaveJournal(JournalPhase::takingAway,
+                 {{"a.wav", ".dravik_rename_1.wav", "b.wav"}, {"c.wav", ".dravik_rename_2.wav", "d.wav"}});
     ops.locking = false;
     const std::vector<std::string> before = namesIn(folder.path());
     EXPECT_THAT(recover().failures, ElementsAre(HasSubstr("may be in use")));

@@ -43,7 +43,8 @@ TEST(NewNames, KeepTheTrackSuffixOfEveryFileOfAMonoSet) {
     };
     for (const auto& [files, expected] : cases) {
         std::vector<std::string> names;
-        for (const RenameRequest& request : renommerGroupe(setOf("SC12_", files), "New")) names.push_back(request.nouveauNom);
+        for (const RenameRequest& request : renommerGroupe(setOf("SC12_", files), "New"))
+            names.push_back(request.nouveauNom);
         EXPECT_EQ(names, expected);
     }
 }
@@ -64,9 +65,9 @@ TEST(NewNames, OfARenamedSetMakeASetAgain) {
 }
 
 TEST(NewNames, AreRefusedWhenNoFileCanHaveThem) {
-    EXPECT_TRUE(estNomValide("Scene 12: \"Böom\"\n?"));
-    for (const std::string& name :
-         {std::string(), std::string("a/b"), std::string("a\0b", 3), std::string(".."), std::string(".x"), std::string(221, 'x')}) {
+    EXPECT_TRUE(estNomValide("Scene 12: \"Böom\" ?"));
+    for (const std::string& name : {std::string(), std::string("a/b"), std::string("a\0b", 3), std::string(".."),
+                                    std::string(".x"), std::string("a\nb"), std::string("  "), std::string(221, 'x')}) {
         EXPECT_FALSE(estNomValide(name)) << name;
     }
 }
@@ -74,7 +75,8 @@ TEST(NewNames, AreRefusedWhenNoFileCanHaveThem) {
 class RenamePlan : public testing::Test {
   protected:
     void have(const std::vector<std::string>& names) {
-        for (const std::string& name : names) test::writeFile(folder / name, name);
+        for (const std::string& name : names)
+            test::writeFile(folder / name, name);
     }
     RenameRequest request(const std::string& from, const std::string& to) {
         InfoFichier info;
@@ -123,8 +125,10 @@ TEST_F(RenamePlan, ChecksEverythingBeforeAFileIsTouched) {
         {{request("a.wav", "b"), request("b.wav", "c"), request("c.wav", "d")}, "planned"},
         {{request("a.wav", "A")}, "planned"},
         {{request("link.wav", "x")}, "planned"},
-        {{request("a.wav", "x"), request("b.wav", "X")}, "Rename would create duplicate files named X.wav." + unchanged},
-        {{request("a.wav", "b"), request("b.wav", "B")}, "Rename would create duplicate files named B.wav." + unchanged},
+        {{request("a.wav", "x"), request("b.wav", "X")},
+         "Rename would create duplicate files named X.wav." + unchanged},
+        {{request("a.wav", "b"), request("b.wav", "B")},
+         "Rename would create duplicate files named B.wav." + unchanged},
         {{request("a.wav", "x"), request("a.bwf", "x")}, "planned"},
         {{request("gone.wav", "x")}, "Source file is missing: " + (folder / "gone.wav").string() + "." + unchanged},
         {{request("a.wav", "taken")}, "A file already exists at " + (folder / "taken.wav").string() + "." + unchanged},
@@ -135,7 +139,8 @@ TEST_F(RenamePlan, ChecksEverythingBeforeAFileIsTouched) {
         {{request("a.wav", "")}, "A file cannot be named \".wav\"." + unchanged},
         {{request("a.wav", longName)}, "A file cannot be named \"" + longName + ".wav\"." + unchanged},
     };
-    for (const auto& [requests, expected] : cases) EXPECT_EQ(outcome(requests), expected);
+    for (const auto& [requests, expected] : cases)
+        EXPECT_EQ(outcome(requests), expected);
 }
 
 TEST(RenameError, SaysInFullWhatHappened) {

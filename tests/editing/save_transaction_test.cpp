@@ -58,7 +58,8 @@ class SaveTransaction : public testing::Test {
     }
     std::vector<Bytes> contents() {
         std::vector<Bytes> all;
-        for (const std::string& name : namesIn(folder.path())) all.push_back(readFile(folder / name));
+        for (const std::string& name : namesIn(folder.path()))
+            all.push_back(readFile(folder / name));
         return all;
     }
 
@@ -148,8 +149,10 @@ TEST_F(SaveTransaction, LetsNoFileThatFailsStopTheOthers) {
     EXPECT_EQ(report.written(), 1U);
     EXPECT_TRUE(report.failed());
     EXPECT_EQ(report.results[0].error, "");
-    EXPECT_TRUE(report.results[1].error.starts_with("SC12_T02.wav has a damaged last chunk")) << report.results[1].error;
-    EXPECT_EQ(report.results[2].error, "SC12_T03.wav was not saved: No space left on device. The file was not changed.");
+    EXPECT_TRUE(report.results[1].error.starts_with("SC12_T02.wav has a damaged last chunk"))
+        << report.results[1].error;
+    EXPECT_EQ(report.results[2].error,
+              "SC12_T03.wav was not saved: No space left on device. The file was not changed.");
     EXPECT_EQ(readFile(folder / "SC12_T02.wav"), truncated);
     try {
         report.throwIfFailed();
@@ -172,7 +175,21 @@ TEST_F(SaveTransaction, KeepsTheNewNamesWhenMetadataFails) {
         FAIL() << "expected an error";
     } catch (const MainSaveRenameError& error) {
         EXPECT_EQ(error.cas(), MainSaveRenameError::Cas::metadataAfterRenameFailed);
-        EXPECT_THAT(error.what(), HasSubstr("SC13_T02.wav was not saved: Permission denied. The file was not changed."));
+        EXPECT_THAT(error.what(),
+                    HasSubstr("SC13_T02.wav was not saved: Permission denied. The file was not changed."));
+    }
+}
+
+TEST_F(SaveTransaction, DoesNotSpeakOfARenameThatChangedOnlyTheCase) {
+    edits.setScene("13");
+    ops.failAt({.kinds = {Call::rename}, .nth = 1});
+    const SaveReport report = save("sc12");
+    EXPECT_EQ(report.results[0].newPath, folder / "SC12_T01.wav");
+    try {
+        report.throwIfFailed();
+        FAIL() << "expected an error";
+    } catch (const Error& error) {
+        EXPECT_STREQ(error.what(), "SC12_T01.wav was not saved: Input/output error. The file was not changed.");
     }
 }
 
@@ -184,7 +201,8 @@ TEST_F(SaveTransaction, TellsMetadataThatWasSavedFromMarkersThatWereNot) {
     all.resize(1);
     ops.failAt({.kinds = {Call::sync}, .nth = 2});
     const SaveReport failed = sauvegarder(ops, all, {});
-    EXPECT_EQ(failed.results[0].error, "The markers of SC12_T01.wav were not saved: Input/output error. Its metadata was.");
+    EXPECT_EQ(failed.results[0].error,
+              "The markers of SC12_T01.wav were not saved: Input/output error. Its metadata was.");
     EXPECT_TRUE(failed.results[0].written);
     all[0].cues = std::vector<CueMarker>(70'000);
     EXPECT_EQ(sauvegarder(ops, all, {}).results[0].error,
@@ -240,7 +258,8 @@ TEST_F(SaveTransaction, SyncsTheFolderOnceAndTellsWhenItCannot) {
     ops.failAt({.kinds = {Call::syncFolder}, .nth = 1});
     const SaveReport report = save();
     EXPECT_EQ(report.written(), 3U);
-    for (const SaveResult& result : report.results) EXPECT_THAT(result.error, HasSubstr("was saved, but"));
+    for (const SaveResult& result : report.results)
+        EXPECT_THAT(result.error, HasSubstr("was saved, but"));
 }
 
 }  // namespace

@@ -30,7 +30,8 @@ struct LoadedTake {
             info.notes = "note " + std::to_string(i);
             info.timecode = "10:00:00:0" + std::to_string(i);
             info.framerate = "25";
-            for (int c = 1; c <= channels; ++c) info.nomsPistes[c] = "Track " + std::to_string(c);
+            for (int c = 1; c <= channels; ++c)
+                info.nomsPistes[c] = "Track " + std::to_string(c);
             groupe.fichiers.push_back(info);
         }
         fusionnerMetadonnees(groupe);
@@ -53,7 +54,8 @@ TEST(SaveValues, HandOverOnlyWhatWasEdited) {
     EXPECT_EQ(values.scene, "13");
     EXPECT_EQ(values.wild, true);
     EXPECT_EQ(values.sampleRate, 96000);
-    EXPECT_FALSE(values.project || values.tape || values.prise || values.note || values.circled || values.nomPisteUnique);
+    EXPECT_FALSE(values.project || values.tape || values.prise || values.note || values.circled ||
+                 values.nomPisteUnique);
     EXPECT_EQ(values.timecode + values.framerate, "") << "the recorder's own count survives";
     EXPECT_THAT(values.nomsPistes, IsEmpty());
 }
@@ -62,7 +64,8 @@ TEST(SaveValues, GiveEveryFileOfADisagreeingTakeTheEditedValue) {
     LoadedTake take(3);
     EXPECT_EQ(take.edites.note, "") << "mixed";
     take.edites.note = "one for all";
-    for (std::size_t i = 0; i < 3; ++i) EXPECT_EQ(take.values(i).note, "one for all");
+    for (std::size_t i = 0; i < 3; ++i)
+        EXPECT_EQ(take.values(i).note, "one for all");
 }
 
 TEST(SaveValues, HandTimecodeAndRateOverTogetherEachFileItsOwnOther) {
@@ -110,8 +113,10 @@ TEST(SaveItems, AreEmptyForFilesWithNothingToDo) {
     const auto items = [&](const std::optional<std::string>& name = {}) {
         return elementsDeSauvegarde(take.groupe, take.edites, take.originaux, name);
     };
-    for (const SaveItem& item : items()) EXPECT_TRUE(item.empty());
-    for (const SaveItem& item : items("SC12")) EXPECT_TRUE(item.empty()) << "the name it has";
+    for (const SaveItem& item : items())
+        EXPECT_TRUE(item.empty());
+    for (const SaveItem& item : items("SC12"))
+        EXPECT_TRUE(item.empty()) << "the name it has";
     EXPECT_EQ(items("SC13").at(2).nouveauNom, "SC13_T03");
     EXPECT_FALSE(items("SC13").at(2).valeurs);
 

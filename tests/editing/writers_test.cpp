@@ -45,11 +45,13 @@ struct Written {
     Bytes bytes;
     std::optional<ChunkTable> table;
 
-    explicit Written(const std::filesystem::path& path) : bytes(readFile(path)), table(walkChunks(MemorySource(bytes))) {}
+    explicit Written(const std::filesystem::path& path)
+        : bytes(readFile(path)), table(walkChunks(MemorySource(bytes))) {}
 
     [[nodiscard]] std::vector<std::string> ids() const {
         std::vector<std::string> out;
-        for (const Chunk& chunk : table->chunks) out.emplace_back(chunk.id.view());
+        for (const Chunk& chunk : table->chunks)
+            out.emplace_back(chunk.id.view());
         return out;
     }
     [[nodiscard]] ByteSpan payload(const char (&id)[5]) const {
@@ -103,7 +105,12 @@ class CueWriter : public Writers {};
 TEST_F(MetadataWriter, PutsTheEditWhereTheIxmlWasAndKeepsTheRest) {
     const auto builder = [](std::string_view middle) {
         WavBuilder file;
-        return file.chunk("JUNK", "odd").bext().ixml({.note = std::string(middle)}).fmt().audio(333).chunk("abcd", "12345");
+        return file.chunk("JUNK", "odd")
+            .bext()
+            .ixml({.note = std::string(middle)})
+            .fmt()
+            .audio(333)
+            .chunk("abcd", "12345");
     };
     const Written after = saved(builder("wind"));
     EXPECT_THAT(after.ids(), ElementsAre("JUNK", "bext", "iXML", "fmt ", "data", "abcd"));
@@ -125,7 +132,10 @@ TEST_F(MetadataWriter, AddsAnIxmlBehindTheLastChunkWhereThereIsNone) {
         std::vector<std::string> ids;
         std::uint64_t behind;
     } cases[] = {
-        {"behind odd audio without pad byte", WavBuilder().fmt().chunk("data", "123", Pad::missing), {"fmt ", "data", "iXML"}, 0},
+        {"behind odd audio without pad byte",
+         WavBuilder().fmt().chunk("data", "123", Pad::missing),
+         {"fmt ", "data", "iXML"},
+         0},
         {"in front of bytes that are no chunk", WavBuilder().fmt().raw("1234567"), {"fmt ", "iXML"}, 7},
         {"into a header without chunks", WavBuilder(), {"iXML"}, 0},
         {"into less than a chunk", WavBuilder().raw("1234567"), {"iXML"}, 7},
@@ -135,7 +145,8 @@ TEST_F(MetadataWriter, AddsAnIxmlBehindTheLastChunkWhereThereIsNone) {
         EXPECT_EQ(after.ids(), ids) << rule;
         EXPECT_EQ(after.table->bytesBehind(), behind) << rule;
         EXPECT_TRUE(after.riffSizeFits()) << rule;
-        EXPECT_TRUE(asText(after.payload("iXML")).starts_with("<BWFXML>\n<PROJECT></PROJECT>\n<SCENE>13</SCENE>")) << rule;
+        EXPECT_TRUE(asText(after.payload("iXML")).starts_with("<BWFXML>\n<PROJECT></PROJECT>\n<SCENE>13</SCENE>"))
+            << rule;
     }
 }
 
@@ -149,6 +160,26 @@ TEST_F(MetadataWriter, UpdatesAFirstIxmlThatHoldsNothingAndEveryFurtherOne) {
     }
 }
 
+TEST_F(MetadataWriter, TakesTheFlagsOfTheDescriptionIntoANewIxml) {
+    const struct {
+        std::string description;
+        std::optional<bool> edited;
+        std::string circled, wild;
+    } cases[] = {
+        {"sCIRCLED=TRUE\r\nsWILD_TRACK=TRUE\r\n", std::nullopt, "TRUE", "TRUE"},
+        {"sCIRCLED=TRUE\r\n", false, "FALSE", "none"},
+        {"sSCENE=1\r\n", std::nullopt, "FALSE", "none"},
+    };
+    for (const auto& [description, circled, expectedCircled, expectedWild] : cases) {
+        ValeursMetadata values = scene("13");
+        values.circled = circled;
+        const Written after = saved(WavBuilder().bext({.description = description}).fmt().audio(1), values);
+        const std::string_view ixml = asText(after.payload("iXML"));
+        EXPECT_EQ(valeurTag("CIRCLED", ixml), expectedCircled) << description;
+        EXPECT_EQ(valeurTag("WILD_TRACK", ixml).value_or("none"), expectedWild) << description;
+    }
+}
+
 TEST_F(MetadataWriter, ReadsLatin1AndWritesUtf8) {
     const Written after = saved(WavBuilder().ixml({.note = "caf\xE9"}));
     EXPECT_THAT(std::string(asText(after.payload("iXML"))), HasSubstr("<NOTE>café</NOTE>"));
@@ -158,7 +189,8 @@ TEST_F(MetadataWriter, TouchesOnlyTheBextThatIsLongEnough) {
     ValeursMetadata values = scene("13");
     values.timecode = "10:00:01:00";
     values.framerate = "25";
-    for (const std::size_t bytes : {std::size_t{100}, std::size_t{255}, std::size_t{256}, std::size_t{345}, std::size_t{346}, std::size_t{602}}) {
+    for (const std::size_t bytes :
+         {std::size_t{100}, std::size_t{255}, std::size_t{256}, std::size_t{345}, std::size_t{346}, std::size_t{602}}) {
         const Bytes before = test::bextPayload({.timeReference = 5, .bytes = bytes});
         const Written after = saved(WavBuilder().chunk("bext", before).fmt().audio(1), values);
         const ByteSpan payload = after.payload("bext");
@@ -194,23 +226,24 @@ TEST_F(MetadataWriter, RefusesWhatItCannotWriteWhole) {
         {"RF64", WavBuilder("RF64").ds64(50).fmt().chunk("data", audio), "is not a RIFF/WAVE file."},
         {"BW64", WavBuilder("BW64").ds64(50).fmt().chunk("data", audio), "is not a RIFF/WAVE file."},
         {"another type", WavBuilder("RIFF", "AVI ").fmt().chunk("data", audio), "is not a RIFF/WAVE file."},
-        {"a new chunk behind a truncated one would be hidden",
-         WavBuilder().fmt().chunkClaiming("data", audio, 500), "has a damaged last chunk"},
+        {"a new chunk behind a truncated one would be hidden", WavBuilder().fmt().chunkClaiming("data", audio, 500),
+         "has a damaged last chunk"},
         {"half an iXML", WavBuilder().fmt().chunkClaiming("iXML", asBytes(ixml), 100'000), "ends inside its metadata"},
         {"half a bext", WavBuilder().ixml().chunkClaiming("bext", longBext, 100'000), "ends inside its metadata"},
-        {"more chunks than are walked", WavBuilder().fmt().raw(Bytes(10'000)), "has a damaged last chunk"},
+        {"more chunks than are walked", WavBuilder().fmt().raw(Bytes(10'000)), "has too many chunks"},
         {"an iXML beyond any size", WavBuilder().chunk("iXML", Bytes(maxIxmlBytes + 2)), "too large"},
     };
     for (const auto& [rule, file, reason] : cases) {
-        const std::string text =
-            refusal<ErreurSauvegarde>(file.bytes(), [&](const std::filesystem::path& path) { save(path, scene("13")); });
+        const std::string text = refusal<ErreurSauvegarde>(
+            file.bytes(), [&](const std::filesystem::path& path) { save(path, scene("13")); });
         EXPECT_THAT(text, HasSubstr(reason)) << rule;
         EXPECT_TRUE(text.starts_with("a.wav ")) << text;
     }
     EXPECT_THAT(refusal<ErreurSauvegarde>(toBytes("RIFF and"), [&](const auto& path) { save(path, scene("13")); }),
                 HasSubstr("is not a RIFF/WAVE file."));
-    EXPECT_THAT(refusal<ErreurSauvegarde>(WavBuilder().ixml().bytes(), [&](const auto& path) { save(path, scene("\xFF")); }),
-                HasSubstr("cannot take these values"));
+    EXPECT_THAT(
+        refusal<ErreurSauvegarde>(WavBuilder().ixml().bytes(), [&](const auto& path) { save(path, scene("\xFF")); }),
+        HasSubstr("cannot take these values"));
 }
 
 TEST_F(MetadataWriter, StillWritesTheIxmlInFrontOfAnInterruptedRecording) {
@@ -287,7 +320,8 @@ TEST_F(MetadataWriter, StopsWhenItIsCancelledAndLeavesTheFileAlone) {
 }
 
 TEST_F(CueWriter, WritesMarkersInOrderOfTheirFramesAndReadsThemBack) {
-    const std::vector<CueMarker> markers = {{{}, 5000, "Böom"}, {{}, 100, std::nullopt}, {{}, -7, "ab"}, {{}, 5000, ""}};
+    const std::vector<CueMarker> markers = {
+        {{}, 5000, "Böom"}, {{}, 100, std::nullopt}, {{}, -7, "ab"}, {{}, 5000, ""}};
     const Written after = savedCues(test::recorderFile(), markers);
     EXPECT_THAT(after.ids(), ElementsAre("bext", "iXML", "fmt ", "data", "LIST", "cue ", "LIST"));
     EXPECT_TRUE(after.riffSizeFits());
@@ -345,18 +379,21 @@ TEST_F(CueWriter, RefusesWhatItCannotWriteWhole) {
         {"room for one chunk, not for two", WavBuilder().raw(Bytes((maxChunks - 1) * 8)), one, CueError::notWritable},
         {"more markers than are read", WavBuilder().fmt(), std::vector<CueMarker>(70'000), CueError::notWritable},
         {"a truncated marker chunk that would have to go",
-         WavBuilder().fmt().chunkClaiming("cue ", test::cuePayload({{1, 2, {}}}), 500), {}, CueError::notWritable},
+         WavBuilder().fmt().chunkClaiming("cue ", test::cuePayload({{1, 2, {}}}), 500),
+         {},
+         CueError::notWritable},
     };
     for (const auto& [rule, file, markers, code] : cases) {
         int found = 0;
-        const std::string text = refusal<CueError>(file.bytes(), [&, &toWrite = markers](const std::filesystem::path& path) {
-            try {
-                saveCues(path, toWrite);
-            } catch (const CueError& error) {
-                found = error.code();
-                throw;
-            }
-        });
+        const std::string text =
+            refusal<CueError>(file.bytes(), [&, &toWrite = markers](const std::filesystem::path& path) {
+                try {
+                    saveCues(path, toWrite);
+                } catch (const CueError& error) {
+                    found = error.code();
+                    throw;
+                }
+            });
         EXPECT_EQ(found, code) << rule;
         EXPECT_TRUE(text.starts_with("a.wav ")) << text;
     }

@@ -48,7 +48,8 @@ std::vector<std::string> picture(const std::vector<GroupeFichiers>& groupes) {
     std::vector<std::string> lines;
     for (const GroupeFichiers& groupe : groupes) {
         std::string line = groupe.nom + (groupe.estPoly ? " (poly):" : ":");
-        for (const InfoFichier& fichier : groupe.fichiers) line += " " + fichier.nom;
+        for (const InfoFichier& fichier : groupe.fichiers)
+            line += " " + fichier.nom;
         lines.push_back(line);
     }
     return lines;
@@ -56,7 +57,8 @@ std::vector<std::string> picture(const std::vector<GroupeFichiers>& groupes) {
 
 std::vector<std::string> grouped(const std::vector<Mono>& monos, bool regrouper = true) {
     std::vector<InfoFichier> infos;
-    for (const Mono& mono : monos) infos.push_back(infoOf(mono));
+    for (const Mono& mono : monos)
+        infos.push_back(infoOf(mono));
     return picture(construireGroupes(std::move(infos), regrouper));
 }
 
@@ -81,16 +83,22 @@ TEST(Grouping, JoinsMonoFilesOfOneTakeInTrackOrder) {
          {{"A_T1", "", "10:00:00:00"}, {"A_T2"}, {"A_T3", "", "11:00:00:00"}},
          {"A: A_T1 A_T2", "A_T3: A_T3"}},
         {"folders do", {{"A_T1"}, {.nom = "A_T2", .folder = "/other"}}, {"A_T1: A_T1", "A_T2: A_T2"}},
-        {"the same number twice stays together", {{"A_T01"}, {"A_T1"}, {"A_T2"}}, {"A: A_T01 A_T1 A_T2"}},
-        {"common endings mean nothing without a family", {{"A101_1"}, {"A101_2"}}, {"A101_1: A101_1", "A101_2: A101_2"}},
+        {"one number is one track: a copy stays out",
+         {{"A_T1_old"}, {"A_T1"}, {"A_T2"}},
+         {"A: A_T1 A_T2", "A_T1_old: A_T1_old"}},
+        {"common endings mean nothing without a family",
+         {{"A101_1"}, {"A101_2"}},
+         {"A101_1: A101_1", "A101_2: A101_2"}},
         {"and a track within one", {{"A101_2", "F"}, {"A101_1", "F"}, {"A101_A", "F"}}, {"A101: A101_1 A101_2 A101_A"}},
         {"not across two", {{"A101_1", "F"}, {"A101_2", "G"}}, {"A101_1: A101_1", "A101_2: A101_2"}},
-        {"the sure endings need none, and win", {{"A_T1", "F"}, {"A_T2", "G"}}, {"A: A_T1 A_T2"}},
+        {"the sure endings need none", {{"A_T1", "F"}, {"A_T2"}}, {"A: A_T1 A_T2"}},
+        {"but never join two families", {{"A_01", "F"}, {"A_02", "G"}}, {"A_01: A_01", "A_02: A_02"}},
         {"takes stand in the order of their numbers",
          {{"Scene 10"}, {"scene 9"}, {"Scene 2_T1"}, {"Scene 2_T2"}},
          {"Scene 2: Scene 2_T1 Scene 2_T2", "scene 9: scene 9", "Scene 10: Scene 10"}},
     };
-    for (const auto& [rule, files, expected] : cases) EXPECT_THAT(grouped(files), ElementsAreArray(expected)) << rule;
+    for (const auto& [rule, files, expected] : cases)
+        EXPECT_THAT(grouped(files), ElementsAreArray(expected)) << rule;
 }
 
 TEST(Grouping, CanBeSwitchedOff) {
@@ -109,7 +117,8 @@ TEST(FolderScan, ListsTheAudioFilesOfTheFolderItself) {
     std::filesystem::create_symlink(folder / "a.aiff", folder / "z link.wav");
     std::filesystem::create_symlink("nowhere", folder / "broken.wav");
     std::vector<std::string> names;
-    for (const auto& file : listerFichiers(folder.path())) names.push_back(fileNameText(file));
+    for (const auto& file : listerFichiers(folder.path()))
+        names.push_back(fileNameText(file));
     EXPECT_THAT(names, ElementsAre("a.aiff", "B9.WAV", "b10.wav", "c.RF64", "d.m4a", "z link.wav"));
     EXPECT_THAT(listerFichiers(folder / "missing"), IsEmpty());
     EXPECT_THAT(listerFichiers(folder / "e.txt"), IsEmpty());
@@ -130,15 +139,18 @@ TEST(FolderScan, ProbesOnSeveralThreadsInTheOrderOfTheList) {
         reports.push_back(progress.doneBytes);  // one report at a time
     };
     const std::vector<InfoFichier> infos = analyserFichiers(files, FakeCodecs(), task);
-    for (std::size_t i = 0; i < infos.size(); ++i) EXPECT_EQ(infos[i].scene, std::to_string(i));
+    for (std::size_t i = 0; i < infos.size(); ++i)
+        EXPECT_EQ(infos[i].scene, std::to_string(i));
     ASSERT_EQ(reports.size(), 300U);
-    for (std::size_t i = 0; i < reports.size(); ++i) EXPECT_EQ(reports[i], i + 1);
+    for (std::size_t i = 0; i < reports.size(); ++i)
+        EXPECT_EQ(reports[i], i + 1);
 }
 
 TEST(FolderScan, StopsWhenItIsCancelled) {
     const TempFolder folder;
     std::vector<std::filesystem::path> files;
-    for (int i = 0; i < 200; ++i) files.push_back(test::recorderFile({}, {}, 10).write(folder / (std::to_string(i) + ".wav")));
+    for (int i = 0; i < 200; ++i)
+        files.push_back(test::recorderFile({}, {}, 10).write(folder / (std::to_string(i) + ".wav")));
     CancellationToken token;
     std::atomic<int> reports{0};
     TaskContext task;

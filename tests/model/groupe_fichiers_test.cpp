@@ -47,7 +47,8 @@ TEST(GroupeFichiers, HasTheValuesThatItsFilesAgreeOnAndNamesTheOthers) {
     EXPECT_THAT(groupe.champsMixtes, ElementsAre(ChampMetadata::note, ChampMetadata::circled, ChampMetadata::timecode));
     EXPECT_FALSE(groupe.forcerSauvegardeMetadata);
 
-    for (InfoFichier& fichier : groupe.fichiers) fichier = mono("13", "wind");
+    for (InfoFichier& fichier : groupe.fichiers)
+        fichier = mono("13", "wind");
     groupe.fichiers[1].forcerSauvegardeMetadata = true;
     fusionnerMetadonnees(groupe);
     EXPECT_THAT(groupe.champsMixtes, IsEmpty());
@@ -70,7 +71,8 @@ TEST(GroupeFichiers, ToldByItsDatesIsConsistentMixedOrWithout) {
     };
     for (const auto& [dates, status] : cases) {
         GroupeFichiers groupe;
-        for (const auto& date : dates) groupe.fichiers.emplace_back().recordingDate = date;
+        for (const auto& date : dates)
+            groupe.fichiers.emplace_back().recordingDate = date;
         EXPECT_EQ(groupe.recordingDateStatus(), status);
         EXPECT_EQ(groupe.recordingDate(), status == Status::consistent ? std::optional(first) : std::nullopt);
     }
@@ -78,7 +80,8 @@ TEST(GroupeFichiers, ToldByItsDatesIsConsistentMixedOrWithout) {
 
 std::vector<std::tuple<int, std::string, int>> tracks(const GroupeFichiers& groupe) {
     std::vector<std::tuple<int, std::string, int>> out;
-    for (const Piste& piste : pistesDuGroupe(groupe)) out.emplace_back(piste.numero, piste.nom, piste.numeroTrack.value_or(0));
+    for (const Piste& piste : pistesDuGroupe(groupe))
+        out.emplace_back(piste.numero, piste.nom, piste.numeroTrack.value_or(0));
     return out;
 }
 
@@ -96,7 +99,8 @@ TEST(GroupeFichiers, CountsTheTracksOfOneFileByItsChannels) {
     poly.channels = 3;
     poly.nomsPistes = {{1, "Boom"}, {3, "Lav"}};
     poly.numerosTracks = {{3, 7}};
-    EXPECT_THAT(tracks(groupOf({poly})), ElementsAre(std::tuple(1, "Boom", 0), std::tuple(2, "", 0), std::tuple(3, "Lav", 7)));
+    EXPECT_THAT(tracks(groupOf({poly})),
+                ElementsAre(std::tuple(1, "Boom", 0), std::tuple(2, "", 0), std::tuple(3, "Lav", 7)));
     InfoFichier single = mono("12", "");
     single.nomsPistes = {{5, "Boom"}};
     EXPECT_THAT(tracks(groupOf({single})), ElementsAre(std::tuple(1, "Boom", 0))) << "its one track, under any number";
@@ -122,16 +126,24 @@ TEST(AudioMetadata, PrintsLengthsRatesAndSizes) {
     EXPECT_EQ(dureeTexte(0.0004), "00:00:00.000");
     EXPECT_EQ(dureeTexte(3599.9996), "01:00:00.000");
     EXPECT_EQ(dureeTexte(360'000), "100:00:00.000");
-    for (const double odd : {-1.0, 1e300, std::numeric_limits<double>::quiet_NaN()}) EXPECT_EQ(dureeTexte(odd), "00:00:00.000");
+    for (const double odd : {-1.0, 1e300, std::numeric_limits<double>::quiet_NaN()})
+        EXPECT_EQ(dureeTexte(odd), "00:00:00.000");
     EXPECT_EQ(sampleRateTexte(44100), "44.1 kHz");
     EXPECT_EQ(sampleRateTexte(0), "");
     const struct {
         std::uint64_t bytes;
         const char* expected;
-    } sizes[] = {{0, "0 B"},           {999, "999 B"},          {1000, "1 KB"},          {731'603, "732 KB"},
-                 {999'600, "1.0 MB"},  {1'447'578, "1.4 MB"},   {999'949'999, "999.9 MB"}, {999'960'000, "1.0 GB"},
+    } sizes[] = {{0, "0 B"},
+                 {999, "999 B"},
+                 {1000, "1 KB"},
+                 {731'603, "732 KB"},
+                 {999'600, "1.0 MB"},
+                 {1'447'578, "1.4 MB"},
+                 {999'949'999, "999.9 MB"},
+                 {999'960'000, "1.0 GB"},
                  {~0ULL, "18446744.1 TB"}};
-    for (const auto& [bytes, expected] : sizes) EXPECT_EQ(tailleTexte(bytes), expected) << bytes;
+    for (const auto& [bytes, expected] : sizes)
+        EXPECT_EQ(tailleTexte(bytes), expected) << bytes;
 }
 
 }  // namespace

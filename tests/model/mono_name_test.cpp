@@ -20,10 +20,10 @@ TEST(MonoName, SplitsAtTheLastTrackSuffix) {
         {"SC12_t3", "SC12|_t3|3"},
         {"SC12_T03_b", "SC12|_T03_b|3"},
         {"SC12_T1_T2", "SC12_T1|_T2|2"},
-        {"SC12_T1_Tail", "SC12|_T1_Tail|1"},   // the last one is no number: an earlier one counts
+        {"SC12_T1_Tail", "SC12|_T1_Tail|1"},  // the last one is no number: an earlier one counts
         {"SC12_T03b", "none"},
         {"SC12_T", "none"},
-        {"_T03", "none"},                       // nothing before it
+        {"_T03", "none"},  // nothing before it
         {"SC12_T99999999999999999999", "none"},
         {"Take7_04", "Take7|_04|4"},
         {"Take7_4", "none"},
@@ -34,7 +34,8 @@ TEST(MonoName, SplitsAtTheLastTrackSuffix) {
         {"", "none"},
         {"T\xC3\xA9l\xC3\xA9_T1", "T\xC3\xA9l\xC3\xA9|_T1|1"},
     };
-    for (const auto& [nom, expected] : cases) EXPECT_EQ(parts(numeroPisteMono(nom)), expected) << nom;
+    for (const auto& [nom, expected] : cases)
+        EXPECT_EQ(parts(numeroPisteMono(nom)), expected) << nom;
 }
 
 TEST(MonoName, ReadsTwoPlainDigitsOnlyAmongSeveralFiles) {
@@ -47,12 +48,21 @@ TEST(MonoName, ReadsWhatOnlyFilesOfOneFamilyMayMean) {
         const char* nom;
         const char* expected;
     } cases[] = {
-        {"S1-T001_Tr1", "S1-T001|_Tr1|1"}, {"S1_tr12_ISO", "S1|_tr12_ISO|12"}, {"S1_Tr1_2", "S1_Tr1|_2|2"},
-        {"S1_Tr1_", "none"},               {"S1_TrL_R", "S1_TrL|_R|27"},       {"A101_1", "A101|_1|1"},
-        {"A101_A", "A101|_A|10"},          {"A101_Z", "A101|_Z|35"},           {"A101_a", "none"},
-        {"A101_12", "none"},               {"_1", "none"},                     {"A101", "none"},
+        {"S1-T001_Tr1", "S1-T001|_Tr1|1"},
+        {"S1_tr12_ISO", "S1|_tr12_ISO|12"},
+        {"S1_Tr1_2", "S1_Tr1|_2|2"},
+        {"S1_Tr1_", "none"},
+        {"S1_TrL_R", "S1_TrL|_R|27"},
+        {"A101_1", "A101|_1|1"},
+        {"A101_A", "A101|_A|10"},
+        {"A101_Z", "A101|_Z|35"},
+        {"A101_a", "none"},
+        {"A101_12", "none"},
+        {"_1", "none"},
+        {"A101", "none"},
     };
-    for (const auto& [nom, expected] : cases) EXPECT_EQ(parts(numeroPisteFamille(nom)), expected) << nom;
+    for (const auto& [nom, expected] : cases)
+        EXPECT_EQ(parts(numeroPisteFamille(nom)), expected) << nom;
 }
 
 TEST(MonoName, ComparesBaseNamesWithoutCaseAndFinalSeparators) {

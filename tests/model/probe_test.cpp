@@ -42,7 +42,10 @@ InfoFichier fromIxml(const std::string& text, double sampleRate = 48000) {
 
 TEST(Probe, FillsTheWholeRecordOfARecordersFile) {
     const TempFolder folder;
-    const Ixml ixml{.note = "wind", .circled = "TRUE", .wild = "1", .familyUid = "F1",
+    const Ixml ixml{.note = "wind",
+                    .circled = "TRUE",
+                    .wild = "1",
+                    .familyUid = "F1",
                     .tracks = {{1, 1, "Boom &amp; Lav"}, {7, 2, "Lav"}}};
     const auto path = test::recorderFile(ixml, {.channels = 2}, 24'000).write(folder / "Sc 12.v2.Wav");
     const InfoFichier info = analyserFichier(path, FakeCodecs());
@@ -92,19 +95,22 @@ TEST(Probe, FindsTheIxmlWhereverTheWalkReaches) {
     EXPECT_EQ(sceneOf(WavBuilder().ixml(other).fmt().chunkClaiming("data", test::audioBytes(9), 0xFFFFFFFF)), "second");
     EXPECT_EQ(sceneOf(WavBuilder("RF64").ds64(9).ixml(other).chunkClaiming("data", test::audioBytes(9), 0xFFFFFFFF)),
               "second");
-    EXPECT_EQ(sceneOf(WavBuilder("RF64").ds64(10).chunkClaiming("data", test::audioBytes(10), 0xFFFFFFFF).ixml()), "none")
+    EXPECT_EQ(sceneOf(WavBuilder("RF64").ds64(10).chunkClaiming("data", test::audioBytes(10), 0xFFFFFFFF).ixml()),
+              "none")
         << "metadata behind audio of a 64-bit size is not looked for";
     EXPECT_EQ(sceneOf(WavBuilder("BW64").ds64(0).ixml()), "none");
     const std::string cut = test::ixmlText(other).substr(0, 200);
     for (const std::uint32_t claim : {100'000U, 0xFFFFFFFFU}) {
-        EXPECT_EQ(sceneOf(WavBuilder().chunkClaiming("iXML", asBytes(cut), claim)), "second") << "what is there is read";
+        EXPECT_EQ(sceneOf(WavBuilder().chunkClaiming("iXML", asBytes(cut), claim)), "second")
+            << "what is there is read";
     }
     const auto latin1 = probe(WavBuilder().ixml({.scene = "caf\xE9"}));
     EXPECT_EQ(latin1.scene, "café");
 }
 
 TEST(Probe, KeepsEmptyTextsButNoEmptyNote) {
-    const InfoFichier info = fromIxml(test::ixmlText({.project = std::nullopt, .scene = "", .take = " 3 ", .note = ""}));
+    const InfoFichier info =
+        fromIxml(test::ixmlText({.project = std::nullopt, .scene = "", .take = " 3 ", .note = ""}));
     EXPECT_FALSE(info.project);
     EXPECT_EQ(info.scene, "");
     EXPECT_EQ(info.prise, " 3 ") << "not trimmed";
@@ -153,7 +159,8 @@ TEST(Probe, AsksTheCodecsOnlyForWhatIsNoLinearWave) {
     Bytes compressed = test::fmtPayload({});
     writeLE(compressed.data(), std::uint16_t{0x55});
     test::writeFile(folder / "b.mp3", "ID3 and so on");
-    for (const auto& path : {folder / "b.mp3", WavBuilder().chunk("fmt ", compressed).audio(9).write(folder / "c.wav")}) {
+    for (const auto& path :
+         {folder / "b.mp3", WavBuilder().chunk("fmt ", compressed).audio(9).write(folder / "c.wav")}) {
         const InfoFichier info = analyserFichier(path, codecs);
         EXPECT_EQ(info.channels, 2) << path;
         EXPECT_DOUBLE_EQ(info.dureeSecondes, 1) << path;
@@ -175,7 +182,8 @@ TEST(Probe, StandsWhatCannotBeRead) {
     EXPECT_EQ(codecs.asked, 0) << "a codec library would wait for a pipe's writer";
     // A header without audio, and audio whose recorder lost power: what is there counts.
     EXPECT_EQ(probe(WavBuilder().fmt()).channels, 0);
-    EXPECT_DOUBLE_EQ(probe(WavBuilder().fmt().chunkClaiming("data", test::audioBytes(144'000), 999'999)).dureeSecondes, 1);
+    EXPECT_DOUBLE_EQ(probe(WavBuilder().fmt().chunkClaiming("data", test::audioBytes(144'000), 999'999)).dureeSecondes,
+                     1);
     EXPECT_DOUBLE_EQ(probe(WavBuilder().fmt({.rate = 0}).audio(10)).dureeSecondes, 0);
 }
 
@@ -220,11 +228,13 @@ TEST(Probe, ReadsAtMost32KiBOfAFileOfAnyLength) {
     test::writeFile(scattered, WavBuilder().bytes());
     for (std::size_t i = 0; i < maxChunks; ++i) {
         const auto at = std::filesystem::file_size(scattered);
-        test::appendToFile(scattered, asText(ByteSpan(WavBuilder().chunkClaiming("abcd", {}, 99'999).bytes()).subspan(12)));
+        test::appendToFile(scattered,
+                           asText(ByteSpan(WavBuilder().chunkClaiming("abcd", {}, 99'999).bytes()).subspan(12)));
         std::filesystem::resize_file(scattered, at + 8 + 100'000);
     }
     EXPECT_LE(reads(scattered), 32U * 1024U);
-    for (const std::filesystem::path& sample : test::samplesOf(".wav")) EXPECT_LE(reads(sample), 32U * 1024U) << sample;
+    for (const std::filesystem::path& sample : test::samplesOf(".wav"))
+        EXPECT_LE(reads(sample), 32U * 1024U) << sample;
 }
 
 TEST(Probe, ReadsTheRealOnes) {
@@ -245,8 +255,8 @@ TEST(Probe, ReadsTheRealOnes) {
         {"recorder_b_mono_set/Sr001-2C-01_02.WAV", 1, 48000, 24, 7, "2C", "01", "-", "25", "-", "Lav Georgie"},
         {"recorder_c_mono_set/Scene_1_2AG-T001_Tr2.WAV", 1, 48000, 24, 11, "Scene_1_2AG", "001", "22:40:10:00", "25",
          "2019-02-13", "MID"},
-        {"quirks/ixml_odd_size_without_pad.wav", 1, 48000, 16, 105077 / 48000.0, "21", "33", "07:07:35:01", "23.976", "-",
-         "Mid"},
+        {"quirks/ixml_odd_size_without_pad.wav", 1, 48000, 16, 105077 / 48000.0, "21", "33", "07:07:35:01", "23.976",
+         "-", "Mid"},
         {"quirks/rf64_small.wav", 2, 96000, 32, 17943 / 96000.0, "-", "-", "-", "-", "-", "-"},
         {"quirks/riff_size_8_too_large.wav", 1, 48000, 24, 45859 / 48000.0, "-", "-", "-", "-", "-", "-"},
         {"quirks/rifx_big_endian.wav", 0, 0, 0, 0, "-", "-", "-", "-", "-", "-"},
@@ -258,7 +268,8 @@ TEST(Probe, ReadsTheRealOnes) {
         {"other_formats/aiff_empty.aif", 2, 8000, 32, 23493 / 8000.0, "-", "-", "-", "-", "-", "-"},
         {"other_formats/caf.caf", 2, 11025, 8, 35662 / 11025.0, "-", "-", "-", "-", "-", "-"},
     };
-    for (const auto& [path, channels, sampleRate, bits, seconds, scene, take, timecode, framerate, date, track] : cases) {
+    for (const auto& [path, channels, sampleRate, bits, seconds, scene, take, timecode, framerate, date, track] :
+         cases) {
         const InfoFichier info = analyserFichier(*test::sampleFolder() / path, *codecs);
         EXPECT_EQ(info.channels, channels) << path;
         EXPECT_EQ(info.sampleRate, sampleRate) << path;

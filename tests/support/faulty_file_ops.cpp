@@ -9,18 +9,30 @@ namespace dravik::test {
 
 std::string_view callText(Call call) noexcept {
     switch (call) {
-        case Call::create: return "create";
-        case Call::lock: return "lock";
-        case Call::write: return "write";
-        case Call::truncate: return "truncate";
-        case Call::copy: return "copy";
-        case Call::share: return "share";
-        case Call::attributes: return "attributes";
-        case Call::sync: return "sync";
-        case Call::rename: return "rename";
-        case Call::renameNoReplace: return "renameNoReplace";
-        case Call::syncFolder: return "syncFolder";
-        case Call::remove: return "remove";
+        case Call::create:
+            return "create";
+        case Call::lock:
+            return "lock";
+        case Call::write:
+            return "write";
+        case Call::truncate:
+            return "truncate";
+        case Call::copy:
+            return "copy";
+        case Call::share:
+            return "share";
+        case Call::attributes:
+            return "attributes";
+        case Call::sync:
+            return "sync";
+        case Call::rename:
+            return "rename";
+        case Call::renameNoReplace:
+            return "renameNoReplace";
+        case Call::syncFolder:
+            return "syncFolder";
+        case Call::remove:
+            return "remove";
     }
     return "";
 }
@@ -100,6 +112,13 @@ bool FaultyFileOps::shareBlocks(const FileHandle& from, const FileHandle& to) no
 }
 
 void FaultyFileOps::reserve(const FileHandle& file, std::uint64_t size) noexcept { native_->reserve(file, size); }
+void FaultyFileOps::forget(const FileHandle& file, std::uint64_t offset, std::uint64_t length) noexcept {
+    native_->forget(file, offset, length);
+}
+void FaultyFileOps::finishClosing() noexcept {
+    native_->finishClosing();
+    if (freeOnceClosed) free = freeOnceClosed;
+}
 void FaultyFileOps::startWriteback(const FileHandle& file, std::uint64_t offset, std::uint64_t length) noexcept {
     native_->startWriteback(file, offset, length);
 }

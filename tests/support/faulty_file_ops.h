@@ -54,10 +54,11 @@ class FaultyFileOps final : public FileOps {
     [[nodiscard]] int calls() const noexcept { return calls_; }
     [[nodiscard]] int calls(Call call) const;
 
-    std::optional<std::uint64_t> free;  ///< said instead of the truth
-    bool sharing = false;               ///< pretends that the file system shares blocks (by copying them)
-    bool syncing = true;                ///< false: a sync succeeds and does nothing, where only logic is tested
-    bool locking = true;                ///< false: a file system without locks
+    std::optional<std::uint64_t> free;            ///< said instead of the truth
+    std::optional<std::uint64_t> freeOnceClosed;  ///< said when the closing of replaced files was waited for
+    bool sharing = false;                         ///< pretends that the file system shares blocks (by copying them)
+    bool syncing = true;  ///< false: a sync succeeds and does nothing, where only logic is tested
+    bool locking = true;  ///< false: a file system without locks
 
     FileHandle createExclusive(const std::filesystem::path& path) override;
     Lock tryLock(const FileHandle& file) noexcept override;
@@ -69,6 +70,8 @@ class FaultyFileOps final : public FileOps {
                             const std::filesystem::path& toPath, std::uint64_t toOffset, std::uint64_t length) override;
     bool shareBlocks(const FileHandle& from, const FileHandle& to) noexcept override;
     void reserve(const FileHandle& file, std::uint64_t size) noexcept override;
+    void forget(const FileHandle& file, std::uint64_t offset, std::uint64_t length) noexcept override;
+    void finishClosing() noexcept override;
     void startWriteback(const FileHandle& file, std::uint64_t offset, std::uint64_t length) noexcept override;
     void waitForWriteback(const FileHandle& file, std::uint64_t offset, std::uint64_t length) noexcept override;
     void copyAttributes(const FileHandle& from, const FileHandle& to, const std::filesystem::path& toPath) override;

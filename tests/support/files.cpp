@@ -26,11 +26,14 @@ Bytes readFile(const std::filesystem::path& path) {
 }
 
 void writeFile(const std::filesystem::path& path, ByteSpan bytes) { write(path, bytes, std::ios::trunc); }
-void appendToFile(const std::filesystem::path& path, std::string_view text) { write(path, asBytes(text), std::ios::app); }
+void appendToFile(const std::filesystem::path& path, std::string_view text) {
+    write(path, asBytes(text), std::ios::app);
+}
 
 std::vector<std::string> namesIn(const std::filesystem::path& folder) {
     std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) names.push_back(entry.path().filename());
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+        names.push_back(entry.path().filename());
     std::sort(names.begin(), names.end());
     return names;
 }

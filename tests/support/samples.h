@@ -18,6 +18,6 @@ namespace dravik::test {
 }  // namespace dravik::test
 
 // NOLINTNEXTLINE: the skip has to return from the test itself
-#define DRAVIK_NEEDS_SAMPLES()                                                                        \
-    if (!dravik::test::sampleFolder())                                                                \
+#define DRAVIK_NEEDS_SAMPLES()         \
+    if (!dravik::test::sampleFolder()) \
     GTEST_SKIP() << "The sample recordings are not here: set DRAVIK_SAMPLES, or put them in ../shared/samples."

@@ -115,7 +115,8 @@ WavBuilder::WavBuilder(std::string_view form, std::string_view type) : form_(for
 
 WavBuilder& WavBuilder::chunk(std::string_view id, ByteSpan payload, Pad pad) {
     chunkClaiming(id, payload, static_cast<std::uint32_t>(payload.size()));
-    if (payload.size() % 2 == 1 && pad != Pad::missing) body_.push_back(pad == Pad::zero ? std::byte{0} : std::byte{'x'});
+    if (payload.size() % 2 == 1 && pad != Pad::missing)
+        body_.push_back(pad == Pad::zero ? std::byte{0} : std::byte{'x'});
     return *this;
 }
 
@@ -155,7 +156,8 @@ WavBuilder& WavBuilder::cues(const std::vector<Cue>& cues) {
     return *this;
 }
 
-WavBuilder& WavBuilder::ds64(std::uint64_t dataBytes, const std::vector<std::pair<std::string, std::uint64_t>>& others) {
+WavBuilder& WavBuilder::ds64(std::uint64_t dataBytes,
+                             const std::vector<std::pair<std::string, std::uint64_t>>& others) {
     Bytes payload;
     appendLE(payload, std::uint64_t{0});  // form size: nobody reads it
     appendLE(payload, dataBytes);

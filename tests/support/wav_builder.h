@@ -12,8 +12,8 @@
 
 namespace dravik::test {
 
-/// The one place where RIFF fixtures are made: byte by byte, with nothing of the code under test, and as wrong as a test
-/// wants them. Everything is deterministic: the same calls give the same bytes.
+/// The one place where RIFF fixtures are made: byte by byte, with nothing of the code under test, and as wrong as a
+/// test wants them. Everything is deterministic: the same calls give the same bytes.
 
 /// What stands in the `fmt ` chunk. Of 16, 24 and 32 bits, integer or float.
 struct Pcm {
@@ -31,7 +31,7 @@ struct Bext {
     std::string description = {};     ///< up to 256 bytes; zeros behind
     std::string date = "2024-03-07";  ///< up to 10 bytes; zeros behind
     std::uint64_t timeReference = 0;
-    std::size_t bytes = 602;          ///< length of the payload; what does not fit is left out
+    std::size_t bytes = 602;  ///< length of the payload; what does not fit is left out
 };
 [[nodiscard]] Bytes bextPayload(const Bext& bext);
 

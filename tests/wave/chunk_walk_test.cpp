@@ -73,8 +73,8 @@ TEST(ChunkWalk, TakesWhatIsThereAndNoMore) {
         {"the pad byte may hold anything", whole().chunk("abcd", "123", Pad::notZero).chunk("data", "12").bytes(),
          "fmt =16 abcd=3 data=2"},
         {"bytes too few for a header belong to nobody", whole().raw("1234567").bytes(), "fmt =16 +7"},
-        {"behind an odd chunk the first of them is its pad", whole().chunk("data", "123", Pad::missing).raw("12345").bytes(),
-         "fmt =16 data=3 +4"},
+        {"behind an odd chunk the first of them is its pad",
+         whole().chunk("data", "123", Pad::missing).raw("12345").bytes(), "fmt =16 data=3 +4"},
         {"a size beyond the end ends the walk", whole().chunkClaiming("data", audioBytes(10), 11).bytes(),
          "fmt =16 data=10!"},
         {"also the largest", whole().chunkClaiming("data", audioBytes(10), 0xFFFFFFFF).bytes(), "fmt =16 data=10!"},
@@ -83,7 +83,8 @@ TEST(ChunkWalk, TakesWhatIsThereAndNoMore) {
         {"nor one that is 8 too large", whole().riffSize(36).bytes(), "fmt =16"},
         {"nor the placeholder of a running recorder", whole().riffSize(0xFFFFFFFF).bytes(), "fmt =16"},
     };
-    for (const auto& [rule, file, expected] : cases) EXPECT_EQ(picture(file), expected) << rule;
+    for (const auto& [rule, file, expected] : cases)
+        EXPECT_EQ(picture(file), expected) << rule;
 }
 
 TEST(ChunkWalk, RecognisesAnOddChunkThatWasWrittenWithoutItsPad) {
@@ -100,11 +101,14 @@ TEST(ChunkWalk, RecognisesAnOddChunkThatWasWrittenWithoutItsPad) {
         {"a common one even when its size does not fit", odd("iXML").chunkClaiming("data", audioBytes(4), 100).bytes(),
          "iXML=5- data=4!"},
         {"the audio of an RF64 file",
-         WavBuilder("RF64").ds64(4).chunk("iXML", "12345", Pad::missing).chunkClaiming("data", audioBytes(4), sizeInDs64).bytes(),
+         WavBuilder("RF64")
+             .ds64(4)
+             .chunk("iXML", "12345", Pad::missing)
+             .chunkClaiming("data", audioBytes(4), sizeInDs64)
+             .bytes(),
          "ds64=28 iXML=5- data=4"},
         {"an unknown one whose size does not fit is none: padded",
-         odd("iXML").chunkClaiming("qrst", asBytes("1234"), 100).bytes(),
-         "iXML=5 rstd=3!"},
+         odd("iXML").chunkClaiming("qrst", asBytes("1234"), 100).bytes(), "iXML=5 rstd=3!"},
         {"a pad byte that could begin a name does not", padded("iXML", Pad::notZero).chunk("data", "12").bytes(),
          "iXML=5 data=2"},
         {"nor before an unknown chunk", padded("iXML", Pad::notZero).chunk("qrst", "12").bytes(), "iXML=5 qrst=2"},
@@ -191,13 +195,15 @@ TEST(ChunkWalk, ReadsTheRealOnes) {
             ++known;
             std::vector<std::string> ids;
             if (table) {
-                for (const Chunk& chunk : table->chunks) ids.emplace_back(chunk.id.view());
+                for (const Chunk& chunk : table->chunks)
+                    ids.emplace_back(chunk.id.view());
             }
             EXPECT_THAT(ids, ElementsAreArray(found->second));
         }
         if (!table) continue;
         EXPECT_EQ(table->bytesBehind(), 0U) << "every byte of these files belongs to a chunk";
-        for (const Chunk& chunk : table->chunks) EXPECT_FALSE(chunk.truncated()) << chunk.id.view();
+        for (const Chunk& chunk : table->chunks)
+            EXPECT_FALSE(chunk.truncated()) << chunk.id.view();
     }
     EXPECT_EQ(known, expected.size());
 }

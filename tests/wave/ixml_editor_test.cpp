@@ -1,6 +1,7 @@
 #include "model/wave/ixml_editor.h"
 
 #include "fuzz/pcre_oracle.h"
+#include "model/wave/ixml_check.h"
 #include "model/wave/ixml_document.h"
 
 #include <random>
@@ -223,14 +224,14 @@ TEST(IxmlEditor, ATrackListIsMadeWhereThereIsNone) {
               "<INTERLEAVE_INDEX>2</INTERLEAVE_INDEX>\n<NAME>Lav</NAME>\n</TRACK></TRACK_LIST>");
 }
 
-TEST(IxmlEditor, TheOnlyNameOfAMonoFileGoesIntoItsFirstTrack) {
+TEST(IxmlEditor, TheOnlyNameOfAMonoFileGoesIntoTheTrackThatIsShown) {
     ValeursMetadata values;
     values.nomPisteUnique = "Boom";
     const std::string edited = mettreAJourIXML(
         "<TRACK_LIST><TRACK><CHANNEL_INDEX>5</CHANNEL_INDEX><NAME>a</NAME></TRACK><TRACK><NAME>b</NAME></TRACK></"
         "TRACK_LIST>",
         values);
-    EXPECT_EQ(lireNomsPistes(IxmlDocument(edited)), (std::map<int, std::string>{{2, "b"}, {5, "Boom"}}));
+    EXPECT_EQ(lireNomsPistes(IxmlDocument(edited)), (std::map<int, std::string>{{2, "Boom"}, {5, "a"}}));
     const std::string created = mettreAJourIXML("<TRACK_LIST></TRACK_LIST>", values);
     EXPECT_EQ(lireNomsPistes(IxmlDocument(created)), (std::map<int, std::string>{{1, "Boom"}}));
 }
@@ -302,13 +303,39 @@ TEST(IxmlEditor, DeclaresTheEncodingThatItWrites) {
         const std::string edited = mettreAJourIXML(std::string(declaration) + "<BWFXML></BWFXML>", values);
         return edited.substr(0, edited.find("<BWFXML>"));
     };
-    EXPECT_EQ(firstLine("<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n"), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
+    EXPECT_EQ(firstLine("<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n"),
+              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
     EXPECT_EQ(firstLine("\xEF\xBB\xBF<?xml encoding='latin1'?>"), "\xEF\xBB\xBF<?xml encoding='UTF-8'?>");
-    for (const char* kept : {"<?xml encoding=\"utf-8\"?>", "<?xml version=\"1.0\"?>", "<?xml encoding=\"latin1?>", ""}) {
+    for (const char* kept :
+         {"<?xml encoding=\"utf-8\"?>", "<?xml version=\"1.0\"?>", "<?xml encoding=\"latin1?>", ""}) {
         EXPECT_EQ(firstLine(kept), kept);
     }
     values.scene = "plain";
     EXPECT_EQ(firstLine("<?xml encoding=\"latin1\"?>"), "<?xml encoding=\"latin1\"?>");
+}
+
+TEST(IxmlCheck, SeesAnEditThatWouldHideOrChangeOtherFields) {
+    const std::string document =
+        "<BWFXML><PROJECT></PROJECT><SCENE>1</SCENE><TAKE>2</TAKE><FILE_UID>F</FILE_UID><CIRCLED>TRUE</CIRCLED>"
+        "<TRACK_LIST><TRACK><NAME>Boom</NAME></TRACK></TRACK_LIST></BWFXML>";
+    const auto clean = [](const std::string& before, auto edit) {
+        ValeursMetadata values;
+        edit(values);
+        return editIsClean(before, mettreAJourIXML(before, values), values);
+    };
+    for (const char* scene : {"12A", "", "a < b & c", "Café", " x "}) {
+        EXPECT_TRUE(clean(document, [&](auto& values) { values.scene = scene; })) << scene;
+    }
+    for (const char* scene : {"<CIRCLED>", "A</SCENE>", "x</TAKE>"}) {
+        EXPECT_FALSE(clean(document, [&](auto& values) { values.scene = scene; })) << scene;
+    }
+    EXPECT_FALSE(clean(document, [](auto& values) { values.project = "<TAKE>"; }));
+    EXPECT_FALSE(clean(document, [](auto& values) { values.nomsPistes = {{1, "a</NAME>b"}}; }));
+    EXPECT_TRUE(clean(document, [](auto& values) {
+        values.circled = false;
+        values.nomsPistes = {{1, "A & B"}, {2, "new"}};
+    }));
+    EXPECT_FALSE(clean("<!-- <CIRCLED> see log -->" + document, [](auto& values) { values.scene = "2"; }));
 }
 
 }  // namespace

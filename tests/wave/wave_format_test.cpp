@@ -9,7 +9,8 @@ namespace {
 
 TEST(WaveFormat, ReadsTheEncodingThroughTheExtensibleForm) {
     for (const bool extensible : {false, true}) {
-        for (const test::Pcm& pcm : {test::Pcm{2, 96000, 16}, test::Pcm{12, 48000, 24}, test::Pcm{1, 44100, 32, true}}) {
+        for (const test::Pcm& pcm :
+             {test::Pcm{2, 96000, 16}, test::Pcm{12, 48000, 24}, test::Pcm{1, 44100, 32, true}}) {
             test::Pcm stored = pcm;
             stored.extensible = extensible;
             const auto format = parseWaveFormat(test::fmtPayload(stored));

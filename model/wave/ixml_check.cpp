@@ -1,0 +1,61 @@
+#include "model/wave/ixml_check.h"
+
+#include "base/text.h"
+#include "model/wave/ixml_document.h"
+
+#include <array>
+#include <utility>
+
+namespace dravik {
+namespace {
+
+bool textIsClean(const IxmlDocument& before, const IxmlDocument& after, std::string_view name,
+                 const std::optional<std::string>& edited) {
+    const auto now = after.literalValue(name);
+    if (!edited) {
+        const auto then = before.literalValue(name);
+        return !then || then == now;
+    }
+    // An element with attributes is not seen by the literal reading; an edit of it still has to arrive.
+    return now ? *now == *edited : after.value(name) == std::optional(trimmed(*edited));
+}
+
+bool tracksAreClean(const IxmlDocument& before, const IxmlDocument& after, const ValeursMetadata& values) {
+    const auto stored = [](std::string_view name) { return replacedAll(trimmed(name), "&", "&amp;"); };
+    std::map<int, std::string> expected = lireNomsPistes(before);
+    const std::map<int, std::string> found = lireNomsPistes(after);
+    for (const auto& [track, name] : values.nomsPistes) {
+        if (track >= 1) expected[track] = stored(name);
+    }
+    if (values.nomPisteUnique) {
+        if (found.empty()) return false;
+        expected[found.begin()->first] = stored(*values.nomPisteUnique);
+    }
+    return expected == found;
+}
+
+}  // namespace
+
+bool editIsClean(std::string_view beforeText, std::string_view afterText, const ValeursMetadata& values) {
+    const IxmlDocument before(beforeText);
+    const IxmlDocument after(afterText);
+    const std::array texts = {
+        std::pair{std::string_view("PROJECT"), &values.project}, std::pair{std::string_view("SCENE"), &values.scene},
+        std::pair{std::string_view("TAPE"), &values.tape}, std::pair{std::string_view("TAKE"), &values.prise},
+        std::pair{std::string_view("NOTE"), &values.note}};
+    for (const auto& [name, edited] : texts) {
+        if (!textIsClean(before, after, name, *edited)) return false;
+    }
+    if (lireCircled(after) != values.circled.value_or(lireCircled(before))) return false;
+    if (lireWild(after) != values.wild.value_or(lireWild(before))) return false;
+    const auto unchanged = [&](std::string_view name) { return before.value(name) == after.value(name); };
+    if (!unchanged("FILE_UID") || !unchanged("FAMILY_UID")) return false;
+    if (values.framerate.empty() && (!unchanged("TIMECODE_RATE") || !unchanged("TIMECODE_FLAG"))) return false;
+    if (values.timecode.empty() &&
+        (!unchanged("TIMESTAMP_SAMPLES_SINCE_MIDNIGHT_LO") || !unchanged("TIMESTAMP_SAMPLES_SINCE_MIDNIGHT_HI"))) {
+        return false;
+    }
+    return tracksAreClean(before, after, values);
+}
+
+}  // namespace dravik
