@@ -142,8 +142,9 @@ void SafeFile::write(const FilePlan& plan, const FileHandle& source, const TaskC
                 rest.length = 0;
             }
             while (rest.length > 0) {
-                const std::uint64_t copied =
-                    ops_.copyRange(source, rest.offset, file_, temporary_, at, std::min(rest.length, copyStepBytes));
+                // Steps end at whole blocks of the new file: one that is being written out is not touched again.
+                const std::uint64_t step = std::min(rest.length, copyStepBytes - at % copyStepBytes);
+                const std::uint64_t copied = ops_.copyRange(source, rest.offset, file_, temporary_, at, step);
                 if (copied == 0) {
                     throw std::filesystem::filesystem_error("the file ended while it was copied", target_,
                                                             std::make_error_code(std::errc::io_error));

@@ -70,7 +70,7 @@ void oneThread(benchmark::State& state) { overAllFiles(state, false, probeOneByO
 BENCHMARK(oneThread)->Name("probe/warm/one_thread")->UseRealTime()->Unit(benchmark::kMillisecond)->Iterations(5);
 
 void asScanned(benchmark::State& state) {
-    overAllFiles(state, false, [] { benchmark::DoNotOptimize(analyserFichiers(files(), codecs, {})); });
+    overAllFiles(state, false, [] { benchmark::DoNotOptimize(probeFiles(files(), codecs, {})); });
 }
 BENCHMARK(asScanned)->Name("probe/warm/as_scanned")->UseRealTime()->Unit(benchmark::kMillisecond)->Iterations(5);
 
@@ -80,7 +80,7 @@ void listed(benchmark::State& state) {
 BENCHMARK(listed)->Name("probe/warm/list")->UseRealTime()->Unit(benchmark::kMillisecond)->Iterations(5);
 
 void grouped(benchmark::State& state) {
-    const std::vector<InfoFichier> infos = analyserFichiers(files(), codecs, {});
+    const std::vector<InfoFichier> infos = probeFiles(files(), codecs, {});
     overAllFiles(state, false, [&] { benchmark::DoNotOptimize(construireGroupes(infos, true)); });
 }
 BENCHMARK(grouped)->Name("probe/warm/group")->UseRealTime()->Unit(benchmark::kMillisecond)->Iterations(5);
@@ -90,7 +90,7 @@ void wholeScan(benchmark::State& state) {
     double peak = 0;
     overAllFiles(state, false, [&] {
         const PeakMemory memory;
-        benchmark::DoNotOptimize(scannerDossier(files().front().parent_path(), codecs, true, {}));
+        benchmark::DoNotOptimize(scanFolder(files().front().parent_path(), codecs, true, {}));
         peak = std::max(peak, memory.mebibytes());
     });
     state.counters["peakMiB"] = peak;
@@ -101,7 +101,7 @@ void coldOneThread(benchmark::State& state) { overAllFiles(state, true, probeOne
 BENCHMARK(coldOneThread)->Name("probe/cold/one_thread")->UseRealTime()->Unit(benchmark::kMillisecond)->Iterations(1);
 
 void coldAsScanned(benchmark::State& state) {
-    overAllFiles(state, true, [] { benchmark::DoNotOptimize(analyserFichiers(files(), codecs, {})); });
+    overAllFiles(state, true, [] { benchmark::DoNotOptimize(probeFiles(files(), codecs, {})); });
 }
 BENCHMARK(coldAsScanned)->Name("probe/cold/as_scanned")->UseRealTime()->Unit(benchmark::kMillisecond)->Iterations(1);
 

@@ -35,8 +35,8 @@ const std::filesystem::path& largeFile() {
     return made;
 }
 
-ValeursMetadata edit() {
-    ValeursMetadata values;
+MetadataValues edit() {
+    MetadataValues values;
     values.scene = "12B";
     values.sampleRate = 48000;
     return values;
@@ -153,7 +153,7 @@ void saveSmall(benchmark::State& state) {
         }
         settle();
         state.ResumeTiming();
-        const SaveReport report = sauvegarder(*ops, items, {});
+        const SaveReport report = runSave(*ops, items, {});
         if (report.failed()) state.SkipWithError("a save failed");
     }
     state.SetItemsProcessed(state.iterations() * fileCount);

@@ -29,7 +29,7 @@ class Changes {
 
 std::optional<std::string> shownName(const InfoFichier& fichier, int track) {
     const auto found = fichier.nomsPistes.find(track);
-    return found == fichier.nomsPistes.end() ? std::nullopt : std::optional(nomAffiche(found->second));
+    return found == fichier.nomsPistes.end() ? std::nullopt : std::optional(displayName(found->second));
 }
 
 }  // namespace
@@ -38,7 +38,7 @@ std::vector<std::string> changesOf(const SaveItem& item) {
     const InfoFichier& fichier = item.fichier;
     Changes changes;
     if (item.valeurs) {
-        const ValeursMetadata& valeurs = *item.valeurs;
+        const MetadataValues& valeurs = *item.valeurs;
         if (valeurs.project) changes.text("project", fichier.project, *valeurs.project);
         if (valeurs.scene) changes.text("scene", fichier.scene, *valeurs.scene);
         if (valeurs.prise) changes.text("take", fichier.prise, *valeurs.prise);
@@ -51,13 +51,13 @@ std::vector<std::string> changesOf(const SaveItem& item) {
         for (const auto& [track, name] : valeurs.nomsPistes) {
             changes.text(fmt::format("track {}", track), shownName(fichier, track), name);
         }
-        if (valeurs.nomPisteUnique) {
+        if (valeurs.soleTrackName) {
             const int key = fichier.nomsPistes.empty() ? 1 : fichier.nomsPistes.begin()->first;
-            changes.text("track name", shownName(fichier, key), *valeurs.nomPisteUnique);
+            changes.text("track name", shownName(fichier, key), *valeurs.soleTrackName);
         }
     }
-    if (item.nouveauNom && *item.nouveauNom != fichier.nom) {
-        changes.line(fmt::format("file name: \"{}\" -> \"{}\"", fichier.nom, *item.nouveauNom));
+    if (item.newName && *item.newName != fichier.nom) {
+        changes.line(fmt::format("file name: \"{}\" -> \"{}\"", fichier.nom, *item.newName));
     }
     return std::move(changes).lines();
 }

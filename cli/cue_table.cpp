@@ -13,7 +13,7 @@ Table cueTable(const std::vector<CueMarker>& cues, double sampleRate) {
     for (const CueMarker& cue : cues) {
         table.add({{fmt::format("{}", ++number)},
                    {fmt::format("{}", cue.frame)},
-                   {sampleRate > 0 ? dureeTexte(static_cast<double>(cue.frame) / sampleRate) : ""},
+                   {sampleRate > 0 ? durationText(static_cast<double>(cue.frame) / sampleRate) : ""},
                    {cue.label.value_or(""), Style::strong}});
     }
     return table;

@@ -95,7 +95,7 @@ class CueEdit {
         SaveReport report;
         try {
             ProgressBar bar(services_.console, "Saving");
-            report = sauvegarder(services_.files, {item}, {&services_.token, bar.sink()});
+            report = runSave(services_.files, {item}, {&services_.token, bar.sink()});
         } catch (const std::exception& error) {
             return fail(exitCodeFor(error), userText(error));
         }

@@ -121,7 +121,7 @@ ExitCode runDemo(const DemoOptions& options, Services& services) {
         return ExitCode::someFailed;
     }
     services.console.print(fmt::format("Wrote {} ({}, {}) to {}\n", counted(day.size(), "take"),
-                                       counted(writer.files(), "file"), tailleTexte(writer.bytes()),
+                                       counted(writer.files(), "file"), sizeText(writer.bytes()),
                                        shown(options.folder)));
     return ExitCode::done;
 }

@@ -95,7 +95,7 @@ std::string fitted(std::string_view text, int cells) {
     return cells > 0 ? out + "…" : out;
 }
 
-std::string dureeCourte(double secondes) {
+std::string shortDuration(double secondes) {
     if (!(secondes > 0) || secondes > 1e9) return "0:00";
     const std::int64_t whole = std::max<std::int64_t>(1, std::llround(secondes));
     if (whole < 3600) return fmt::format("{}:{:02}", whole / 60, whole % 60);

@@ -20,7 +20,7 @@ namespace dravik {
 [[nodiscard]] std::string fitted(std::string_view printableText, int cells);
 
 /// "4:12" or "1:02:33"; what is not nothing is at least a second.
-[[nodiscard]] std::string dureeCourte(double secondes);
+[[nodiscard]] std::string shortDuration(double secondes);
 /// "1 take", "3 takes".
 [[nodiscard]] std::string counted(std::size_t count, std::string_view noun);
 /// A chunk id as text: what is not printable, and the backslash, as "\xNN".

@@ -34,7 +34,7 @@ void fileMembers(JsonWriter& json, const InfoFichier& fichier) {
     json.key("trackNames");
     json.beginObject();
     for (const auto& [track, name] : fichier.nomsPistes)
-        json.member(std::to_string(track), nomAffiche(name));
+        json.member(std::to_string(track), displayName(name));
     json.endObject();
     json.key("trackNumbers");
     json.beginObject();
@@ -45,24 +45,24 @@ void fileMembers(JsonWriter& json, const InfoFichier& fichier) {
 }
 
 void groupObject(JsonWriter& json, const GroupeFichiers& groupe) {
-    const auto flag = [&](ChampMetadata champ, bool value) {
-        return groupe.champsMixtes.contains(champ) ? std::nullopt : std::optional(value);
+    const auto flag = [&](MetadataField field, bool value) {
+        return groupe.mixedFields.contains(field) ? std::nullopt : std::optional(value);
     };
     json.beginObject();
     json.member("name", groupe.nom);
     json.member("poly", groupe.estPoly);
     json.key("mixed");
     json.beginArray();
-    for (const ChampMetadata champ : groupe.champsMixtes)
-        json.value(champTexte(champ));
+    for (const MetadataField field : groupe.mixedFields)
+        json.value(fieldName(field));
     json.endArray();
     json.member("project", groupe.project);
     json.member("scene", groupe.scene);
     json.member("take", groupe.prise);
     json.member("tape", groupe.tape);
     json.member("note", groupe.notes);
-    json.member("circled", flag(ChampMetadata::circled, groupe.circled));
-    json.member("wild", flag(ChampMetadata::wild, groupe.wild));
+    json.member("circled", flag(MetadataField::circled, groupe.circled));
+    json.member("wild", flag(MetadataField::wild, groupe.wild));
     json.member("timecode", groupe.timecode);
     json.member("framerate", groupe.framerate);
     json.member("recordingDate", dateText(groupe.recordingDate()));

@@ -18,7 +18,7 @@ std::string problem(const std::filesystem::path& path, std::string_view what) {
 }  // namespace
 
 bool recoverAndTell(const std::filesystem::path& folder, Services& services) {
-    const Recovery recovery = recupererDossier(services.files, folder);
+    const Recovery recovery = recoverFolder(services.files, folder);
     for (const std::string& sentence : recovery.done)
         services.console.message(sentence);
     for (const std::string& sentence : recovery.failures)
@@ -47,7 +47,7 @@ std::string fileProblem(const std::filesystem::path& path) {
 
 std::vector<GroupeFichiers> readTakes(const std::vector<std::filesystem::path>& files, bool group, Services& services) {
     ProgressBar bar(services.console, "Reading");
-    return construireGroupes(analyserFichiers(files, services.codecs, {&services.token, bar.sink()}), group);
+    return construireGroupes(probeFiles(files, services.codecs, {&services.token, bar.sink()}), group);
 }
 
 std::vector<std::filesystem::path> filesIn(const std::filesystem::path& folder) {

@@ -44,7 +44,7 @@ void ProgressBar::show(const Progress& progress) {
     std::string line = fmt::format("{}  {}  {:3.0f} %", verb_, barOf(share, 24), std::floor(share * 100));
     if (share > shareToEstimateFrom) {
         const double seconds = std::chrono::duration<double>(now - start_).count() * (1 - share) / share;
-        line += fmt::format("  {} left", dureeCourte(seconds));
+        line += fmt::format("  {} left", shortDuration(seconds));
     }
     line.append("  ").append(printable(progress.currentName));
     console_.status(fitted(line, console_.statusWidth().value_or(0) - 1));

@@ -17,7 +17,7 @@ ExitCode runRecover(const RecoverOptions& options, Services& services) {
             failed = true;
             continue;
         }
-        const Recovery recovery = recupererDossier(services.files, folder);
+        const Recovery recovery = recoverFolder(services.files, folder);
         for (const std::string& sentence : recovery.done)
             services.console.print(printable(sentence) + "\n");
         for (const std::string& sentence : recovery.failures)

@@ -37,7 +37,7 @@ std::vector<Section> sectionsOf(const std::vector<std::filesystem::path>& paths,
             continue;
         }
         std::string problem = fileProblem(path);
-        if (problem.empty() && !estListe(path)) problem = shown(path) + ": is not a kind of audio file that is listed.";
+        if (problem.empty() && !isListed(path)) problem = shown(path) + ": is not a kind of audio file that is listed.";
         if (!problem.empty()) {
             services.console.message(problem);
             failed = true;

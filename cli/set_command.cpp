@@ -99,12 +99,12 @@ class SetRun {
     ExitCode rehearse() {
         std::vector<RenameRequest> renames;
         for (const SaveItem& item : items_) {
-            if (item.nouveauNom) renames.push_back({item.fichier, *item.nouveauNom});
+            if (item.newName) renames.push_back({item.fichier, *item.newName});
         }
         std::map<std::filesystem::path, std::filesystem::path> destinations;
         try {
             checkRoom(services_.files, items_);
-            for (const MainSaveRenamePlanEntry& entry : construirePlan(renames)) {
+            for (const MainSaveRenamePlanEntry& entry : planRenames(renames)) {
                 destinations.emplace(entry.source, entry.destination);
             }
         } catch (const std::exception& error) {
@@ -141,7 +141,7 @@ class SetRun {
         SaveReport report;
         try {
             ProgressBar bar(services_.console, "Saving");
-            report = sauvegarder(services_.files, items_, {&services_.token, bar.sink()});
+            report = runSave(services_.files, items_, {&services_.token, bar.sink()});
         } catch (const std::exception& error) {
             return abandon(error);
         }

@@ -28,18 +28,18 @@ void checkText(std::string_view option, const std::optional<std::string>& text) 
 
 /// Fields on which the take's files disagree and for which a value was given: also a value that equals the one an
 /// undecided field shows ("" or no) is an edit of them.
-std::set<ChampMetadata> decidedFields(const SetOptions& options) {
-    std::set<ChampMetadata> fields;
-    const auto add = [&](bool given, ChampMetadata champ) {
-        if (given) fields.insert(champ);
+std::set<MetadataField> decidedFields(const SetOptions& options) {
+    std::set<MetadataField> fields;
+    const auto add = [&](bool given, MetadataField field) {
+        if (given) fields.insert(field);
     };
-    add(options.project.has_value(), ChampMetadata::project);
-    add(options.scene.has_value(), ChampMetadata::scene);
-    add(options.take.has_value(), ChampMetadata::prise);
-    add(options.tape.has_value(), ChampMetadata::tape);
-    add(options.note.has_value(), ChampMetadata::note);
-    add(options.circled.has_value(), ChampMetadata::circled);
-    add(options.wild.has_value(), ChampMetadata::wild);
+    add(options.project.has_value(), MetadataField::project);
+    add(options.scene.has_value(), MetadataField::scene);
+    add(options.take.has_value(), MetadataField::prise);
+    add(options.tape.has_value(), MetadataField::tape);
+    add(options.note.has_value(), MetadataField::note);
+    add(options.circled.has_value(), MetadataField::circled);
+    add(options.wild.has_value(), MetadataField::wild);
     return fields;
 }
 
@@ -64,10 +64,10 @@ SetEdits::SetEdits(const SetOptions& options) : options_(options) {
     for (const auto& track : options.tracks)
         checkText("--track", track.second);
     checkText("--name", options.name);
-    if (options.name && !estNomValide(*options.name)) {
+    if (options.name && !isValidName(*options.name)) {
         throw UsageError(fmt::format("\"{}\" cannot be the name of a file.", *options.name));
     }
-    if (options.name && estListe(*options.name)) {
+    if (options.name && isListed(*options.name)) {
         throw UsageError("--name is given without the extension; every file keeps its own.");
     }
     if (options.framerate) {
@@ -102,9 +102,9 @@ std::string SetEdits::timecodeFor(const GroupeFichiers& groupe) const {
 }
 
 std::vector<SaveItem> SetEdits::itemsFor(const GroupeFichiers& groupe) const {
-    const std::vector<Piste> pistes = pistesDuGroupe(groupe);
+    const std::vector<Piste> pistes = tracksOfGroup(groupe);
     ModificationsEnCours edits;
-    edits.charger(resume(groupe), pistes, groupe.fichiers.front().sampleRate);
+    edits.charger(summary(groupe), pistes, groupe.fichiers.front().sampleRate);
     if (options_.project) edits.setProject(*options_.project);
     if (options_.scene) edits.setScene(*options_.scene);
     if (options_.take) edits.setPrise(*options_.take);
@@ -119,11 +119,11 @@ std::vector<SaveItem> SetEdits::itemsFor(const GroupeFichiers& groupe) const {
             throw UsageError(
                 fmt::format("There is no track {}: {} has {}.", track, groupe.nom, counted(pistes.size(), "track")));
         }
-        edits.setNomPiste(track, name);
+        edits.setTrackName(track, name);
     }
-    std::set<ChampMetadata> decided = decidedFields(options_);
-    std::erase_if(decided, [&](ChampMetadata champ) { return !groupe.champsMixtes.contains(champ); });
-    return elementsDeSauvegarde(groupe, edits.champs(), edits.originaux(), options_.name, decided);
+    std::set<MetadataField> decided = decidedFields(options_);
+    std::erase_if(decided, [&](MetadataField field) { return !groupe.mixedFields.contains(field); });
+    return planSave(groupe, edits.fields(), edits.originals(), options_.name, decided);
 }
 
 }  // namespace dravik

@@ -80,14 +80,14 @@ class Page {
         line("Frame rate", info.framerate.value_or(""));
         if (info.recordingDate) line("Recorded", formatRecordingDate(*info.recordingDate));
         if (info.channels > 0) {
-            line("Length", dureeTexte(info.dureeSecondes));
+            line("Length", durationText(info.dureeSecondes));
             std::string audio =
-                counted(static_cast<std::size_t>(info.channels), "channel") + ", " + sampleRateTexte(info.sampleRate);
+                counted(static_cast<std::size_t>(info.channels), "channel") + ", " + sampleRateText(info.sampleRate);
             if (info.bits > 0) audio += fmt::format(", {} bit", info.bits);
             line("Audio", audio);
         }
         line("Format", info.format);
-        line("Size", fmt::format("{} ({} bytes)", tailleTexte(info.taille), info.taille));
+        line("Size", fmt::format("{} ({} bytes)", sizeText(info.taille), info.taille));
         line("Family", info.familleUID.value_or(""));
     }
     void tracks() {
@@ -97,7 +97,7 @@ class Page {
         alone.fichiers.push_back(file_.info);
         alone.estPoly = file_.info.channels > 1;
         bool worthTelling = false;
-        for (const Piste& piste : pistesDuGroupe(alone)) {
+        for (const Piste& piste : tracksOfGroup(alone)) {
             worthTelling = worthTelling || piste.numeroTrack || !piste.nom.empty();
             table.add({{fmt::format("{}", piste.numero)},
                        {piste.numeroTrack ? fmt::format("{}", *piste.numeroTrack) : ""},

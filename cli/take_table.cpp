@@ -25,15 +25,15 @@ const std::vector<Table::Column>& columns() {
     return all;
 }
 
-bool isMixed(const GroupeFichiers& groupe, ChampMetadata champ) { return groupe.champsMixtes.contains(champ); }
+bool isMixed(const GroupeFichiers& groupe, MetadataField field) { return groupe.mixedFields.contains(field); }
 
-Table::Cell field(const GroupeFichiers& groupe, ChampMetadata champ, const std::optional<std::string>& value) {
-    if (isMixed(groupe, champ)) return {std::string(mixedText), Style::dim};
+Table::Cell field(const GroupeFichiers& groupe, MetadataField field, const std::optional<std::string>& value) {
+    if (isMixed(groupe, field)) return {std::string(mixedText), Style::dim};
     return {value.value_or("")};
 }
 
 Table::Cell marks(const GroupeFichiers& groupe) {
-    if (isMixed(groupe, ChampMetadata::circled) || isMixed(groupe, ChampMetadata::wild)) {
+    if (isMixed(groupe, MetadataField::circled) || isMixed(groupe, MetadataField::wild)) {
         return {std::string(mixedText), Style::dim};
     }
     if (groupe.circled) return {groupe.wild ? "● wild" : "●", Style::good};
@@ -42,7 +42,7 @@ Table::Cell marks(const GroupeFichiers& groupe) {
 
 std::string trackNames(const GroupeFichiers& groupe) {
     std::vector<std::string> names;
-    for (const Piste& piste : pistesDuGroupe(groupe)) {
+    for (const Piste& piste : tracksOfGroup(groupe)) {
         if (!piste.nom.empty()) names.push_back(piste.nom);
     }
     return fmt::format("{}", fmt::join(names, ", "));
@@ -77,20 +77,20 @@ std::string takeTable(const std::vector<GroupeFichiers>& groupes, std::optional<
         const bool readable = premier.channels > 0;
         table.add({
             {groupe.nom, Style::strong},
-            field(groupe, ChampMetadata::scene, groupe.scene),
-            field(groupe, ChampMetadata::prise, groupe.prise),
+            field(groupe, MetadataField::scene, groupe.scene),
+            field(groupe, MetadataField::prise, groupe.prise),
             marks(groupe),
-            field(groupe, ChampMetadata::timecode, groupe.timecode),
-            field(groupe, ChampMetadata::framerate, groupe.framerate),
-            {readable ? dureeCourte(lengthOf(groupe)) : ""},
-            field(groupe, ChampMetadata::tape, groupe.tape),
+            field(groupe, MetadataField::timecode, groupe.timecode),
+            field(groupe, MetadataField::framerate, groupe.framerate),
+            {readable ? shortDuration(lengthOf(groupe)) : ""},
+            field(groupe, MetadataField::tape, groupe.tape),
             audio(premier),
             {groupe.fichiers.size() > 1 ? fmt::format("{} × {}", groupe.fichiers.size(), premier.format)
                                         : premier.format},
-            {tailleTexte(sizeOf(groupe))},
-            {readable ? fmt::format("{}", pistesDuGroupe(groupe).size()) : ""},
+            {sizeText(sizeOf(groupe))},
+            {readable ? fmt::format("{}", tracksOfGroup(groupe).size()) : ""},
             {trackNames(groupe)},
-            field(groupe, ChampMetadata::note, groupe.notes),
+            field(groupe, MetadataField::note, groupe.notes),
         });
     }
     return table.render(width, colour);
@@ -112,7 +112,7 @@ std::string takeSummary(const std::vector<GroupeFichiers>& groupes) {
         }
     }
     std::string out = fmt::format("{}, {}, {}, {}", counted(groupes.size(), "take"), counted(files, "file"),
-                                  dureeCourte(length), tailleTexte(size));
+                                  shortDuration(length), sizeText(size));
     if (!days.empty()) out += ", recorded " + formatRecordingDate(*days.begin());
     if (days.size() > 1) out += " to " + formatRecordingDate(*days.rbegin());
     if (projects.size() == 1) out += fmt::format(", project {}", printable(*projects.begin()));

@@ -69,12 +69,12 @@ std::vector<CueMarker> lireCues(const std::filesystem::path& url) {
     return marqueurs;
 }
 
-void SauvegardeCues::ecrireCues(const std::filesystem::path& url, const std::vector<CueMarker>& marqueurs,
-                                const TaskContext& task, FolderSyncs& folders) {
+void CueWriter::ecrireCues(const std::filesystem::path& url, const std::vector<CueMarker>& marqueurs,
+                           const TaskContext& task, FolderSyncs& folders) {
     const std::scoped_lock lock(cueWrites());
     task.checkCancelled();
     WaveFile file(resolvedTarget(url));
-    if (!estModifiable(url)) throw refused(CueError::notWritable, url, onlyWavAndBwf);
+    if (!isEditable(url)) throw refused(CueError::notWritable, url, onlyWavAndBwf);
     if (!file.isRiffWave()) throw refused(CueError::notRiffWave, url, "is not a RIFF/WAVE file.");
     if (marqueurs.size() > maxCuePoints) throw refused(CueError::notWritable, url, "cannot hold that many markers.");
     const ChunkTable& table = file.table();

@@ -32,9 +32,9 @@ class CueError : public Error {
 
 /// Replaces a file's cue information by the given markers, numbered 1, 2, 3 … in ascending frame order. All other
 /// chunks are copied. All cue writes of the process are serialised. Blocks; not for the main thread.
-class SauvegardeCues {
+class CueWriter {
   public:
-    explicit SauvegardeCues(FileOps& ops) : ops_(ops) {}
+    explicit CueWriter(FileOps& ops) : ops_(ops) {}
 
     /// An empty list removes the cue information; where there is none already, the file is left alone.
     /// Throws CueError, std::filesystem::filesystem_error or Cancelled; then the file is untouched.

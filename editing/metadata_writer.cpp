@@ -44,7 +44,7 @@ std::string documentIn(const WaveFile& file, const Chunk& chunk) {
     return *text;
 }
 
-std::string updatedDocument(const WaveFile& file, const std::string& document, const ValeursMetadata& valeurs) {
+std::string updatedDocument(const WaveFile& file, const std::string& document, const MetadataValues& valeurs) {
     std::string edited;
     try {
         edited = mettreAJourIXML(document, valeurs);
@@ -61,21 +61,21 @@ std::string updatedDocument(const WaveFile& file, const std::string& document, c
 }  // namespace
 
 ErreurSauvegarde ErreurSauvegarde::xmlInvalide(const std::filesystem::path& file, std::string_view why) {
-    return {Cas::xmlInvalide, message(file, why)};
+    return {Reason::xmlInvalide, message(file, why)};
 }
 ErreurSauvegarde ErreurSauvegarde::chunkIXMLIntrouvable(const std::filesystem::path& file) {
-    return {Cas::chunkIXMLIntrouvable, message(file, "has no iXML chunk.")};
+    return {Reason::chunkIXMLIntrouvable, message(file, "has no iXML chunk.")};
 }
 ErreurSauvegarde ErreurSauvegarde::erreurEcriture(const std::filesystem::path& file, std::string_view why) {
-    return {Cas::erreurEcriture, message(file, why)};
+    return {Reason::erreurEcriture, message(file, why)};
 }
 
-void SauvegardeMetadata::ecrire(const std::filesystem::path& url, const ValeursMetadata& valeurs,
+void SauvegardeMetadata::ecrire(const std::filesystem::path& url, const MetadataValues& valeurs,
                                 const TaskContext& task, FolderSyncs& folders) {
     const std::scoped_lock lock(metadataWrites());
     task.checkCancelled();
     WaveFile file(resolvedTarget(url));
-    if (!estModifiable(url)) throw ErreurSauvegarde::erreurEcriture(url, onlyWavAndBwf);
+    if (!isEditable(url)) throw ErreurSauvegarde::erreurEcriture(url, onlyWavAndBwf);
     if (!file.isRiffWave()) throw ErreurSauvegarde::erreurEcriture(url, "is not a RIFF/WAVE file.");
     const ChunkTable& table = file.table();
 
@@ -84,20 +84,20 @@ void SauvegardeMetadata::ecrire(const std::filesystem::path& url, const ValeursM
         throw ErreurSauvegarde::erreurEcriture(url, problem);
     }
     const std::string document = ixml != nullptr ? documentIn(file, *ixml) : std::string(emptyIxmlDocument);
-    ValeursMetadata aEcrire = valeurs;
+    MetadataValues toWrite = valeurs;
     if (ixml != nullptr) {
         // The file's own state, which its two texts then agree on.
         const IxmlDocument before(document);
-        if (!aEcrire.circled) aEcrire.circled = lireCircled(before);
+        if (!toWrite.circled) toWrite.circled = lireCircled(before);
     } else if (const Chunk* description = table.first("bext"); description != nullptr && isUpdatedBext(*description)) {
         // A new iXML document says what the recorder's description said.
         const Bytes payload = file.payload(*description);
         const auto circled = descriptionValue(payload, "CIRCLED");
         const auto wild = descriptionValue(payload, "WILD_TRACK");
-        if (!aEcrire.circled && circled) aEcrire.circled = estVrai(*circled);
-        if (!aEcrire.wild && wild) aEcrire.wild = estVrai(*wild);
+        if (!toWrite.circled && circled) toWrite.circled = estVrai(*circled);
+        if (!toWrite.wild && wild) toWrite.wild = estVrai(*wild);
     }
-    BextValues bextValues{aEcrire, aEcrire.circled, aEcrire.wild};
+    BextValues bextValues{toWrite, toWrite.circled, toWrite.wild};
     if (ixml != nullptr && !bextValues.wild) bextValues.wild = lireWild(IxmlDocument(document));
 
     WaveRewrite rewrite(file);
@@ -108,14 +108,14 @@ void SauvegardeMetadata::ecrire(const std::filesystem::path& url, const ValeursM
         }
         if (chunk.id == FourCC("iXML")) {
             rewrite.put(chunk.id,
-                        asBytes(updatedDocument(file, &chunk == ixml ? document : documentIn(file, chunk), aEcrire)));
+                        asBytes(updatedDocument(file, &chunk == ixml ? document : documentIn(file, chunk), toWrite)));
         } else if (isUpdatedBext(chunk)) {
             rewrite.put(chunk.id, updatedBext(file.payload(chunk), bextValues));
         } else {
             rewrite.keep(chunk);
         }
     }
-    if (ixml == nullptr) rewrite.put("iXML", asBytes(updatedDocument(file, document, aEcrire)));
+    if (ixml == nullptr) rewrite.put("iXML", asBytes(updatedDocument(file, document, toWrite)));
 
     const std::optional<FilePlan> plan = rewrite.plan();
     if (!plan) throw ErreurSauvegarde::erreurEcriture(url, tooLarge);

@@ -14,7 +14,7 @@ namespace dravik {
 /// Why a file's metadata could not be written. The file is as it was.
 class ErreurSauvegarde : public Error {
   public:
-    enum class Cas {
+    enum class Reason {
         xmlInvalide,           ///< the iXML text cannot be read or encoded
         chunkIXMLIntrouvable,  ///< an iXML chunk that an edit needs is not found
         erreurEcriture,        ///< not a RIFF/WAVE file, or not writable as one
@@ -23,11 +23,11 @@ class ErreurSauvegarde : public Error {
     [[nodiscard]] static ErreurSauvegarde chunkIXMLIntrouvable(const std::filesystem::path& file);
     [[nodiscard]] static ErreurSauvegarde erreurEcriture(const std::filesystem::path& file, std::string_view why);
 
-    [[nodiscard]] Cas cas() const noexcept { return cas_; }
+    [[nodiscard]] Reason reason() const noexcept { return reason_; }
 
   private:
-    ErreurSauvegarde(Cas cas, std::string message) : Error(std::move(message)), cas_(cas) {}
-    Cas cas_;
+    ErreurSauvegarde(Reason reason, std::string message) : Error(std::move(message)), reason_(reason) {}
+    Reason reason_;
 };
 
 /// Writes one file's metadata: the iXML chunk and the bext chunk are made anew, every other byte is copied, and the new
@@ -40,7 +40,7 @@ class SauvegardeMetadata {
 
     /// Throws ErreurSauvegarde, std::filesystem::filesystem_error or Cancelled; then the file is untouched. The folder
     /// still has to be synced through `folders`.
-    void ecrire(const std::filesystem::path& url, const ValeursMetadata& valeurs, const TaskContext& task,
+    void ecrire(const std::filesystem::path& url, const MetadataValues& valeurs, const TaskContext& task,
                 FolderSyncs& folders);
 
   private:

@@ -11,13 +11,13 @@
 namespace dravik {
 
 /// The fields of a take that can be edited, as texts: an absent value is the empty text. A value.
-struct ChampsEdites {
+struct EditedFields {
     std::string project, scene, tape, prise, note;
     bool circled = false, wild = false;
     std::map<int, std::string> nomsPistes;  ///< track of the take (from 1) -> name as shown
     std::string timecode;                   ///< "HH:MM:SS:FF", empty for none
     std::string framerate;                  ///< label, empty for none
-    friend bool operator==(const ChampsEdites&, const ChampsEdites&) = default;
+    friend bool operator==(const EditedFields&, const EditedFields&) = default;
 };
 
 /// The unsaved edits of the selected take beside the values it had when it was loaded. It does not touch files and
@@ -49,20 +49,20 @@ class ModificationsEnCours : public QObject {
     /// After a successful save: what was edited is what is on disk.
     void valider();
 
-    [[nodiscard]] const ChampsEdites& champs() const noexcept { return edites_; }
-    [[nodiscard]] const ChampsEdites& originaux() const noexcept { return originaux_; }
+    [[nodiscard]] const EditedFields& fields() const noexcept { return edited_; }
+    [[nodiscard]] const EditedFields& originals() const noexcept { return originals_; }
     [[nodiscard]] double sampleRate() const noexcept { return sampleRate_; }
 
-    [[nodiscard]] const std::string& project() const noexcept { return edites_.project; }
-    [[nodiscard]] const std::string& scene() const noexcept { return edites_.scene; }
-    [[nodiscard]] const std::string& tape() const noexcept { return edites_.tape; }
-    [[nodiscard]] const std::string& prise() const noexcept { return edites_.prise; }
-    [[nodiscard]] const std::string& note() const noexcept { return edites_.note; }
-    [[nodiscard]] bool circled() const noexcept { return edites_.circled; }
-    [[nodiscard]] bool wild() const noexcept { return edites_.wild; }
-    [[nodiscard]] const std::map<int, std::string>& nomsPistes() const noexcept { return edites_.nomsPistes; }
-    [[nodiscard]] const std::string& timecode() const noexcept { return edites_.timecode; }
-    [[nodiscard]] const std::string& framerate() const noexcept { return edites_.framerate; }
+    [[nodiscard]] const std::string& project() const noexcept { return edited_.project; }
+    [[nodiscard]] const std::string& scene() const noexcept { return edited_.scene; }
+    [[nodiscard]] const std::string& tape() const noexcept { return edited_.tape; }
+    [[nodiscard]] const std::string& prise() const noexcept { return edited_.prise; }
+    [[nodiscard]] const std::string& note() const noexcept { return edited_.note; }
+    [[nodiscard]] bool circled() const noexcept { return edited_.circled; }
+    [[nodiscard]] bool wild() const noexcept { return edited_.wild; }
+    [[nodiscard]] const std::map<int, std::string>& nomsPistes() const noexcept { return edited_.nomsPistes; }
+    [[nodiscard]] const std::string& timecode() const noexcept { return edited_.timecode; }
+    [[nodiscard]] const std::string& framerate() const noexcept { return edited_.framerate; }
     [[nodiscard]] bool modifTableau() const noexcept { return modifTableau_; }
     [[nodiscard]] bool modifCues() const noexcept { return modifCues_; }
     [[nodiscard]] bool aDesModifications() const noexcept { return aDesModifications_; }
@@ -74,7 +74,7 @@ class ModificationsEnCours : public QObject {
     void setNote(const std::string& texte);
     void setCircled(bool valeur);
     void setWild(bool valeur);
-    void setNomPiste(int piste, const std::string& nom);
+    void setTrackName(int piste, const std::string& nom);
     void setTimecode(const std::string& texte);
     void setFramerate(const std::string& label);
     void setModifTableau(bool valeur);
@@ -97,11 +97,11 @@ class ModificationsEnCours : public QObject {
 
   private:
     template <typename Value>
-    void set(Value& champ, const Value& valeur, void (ModificationsEnCours::*changed)());
-    void remplacer(ChampsEdites champs);  // nothing is unsaved then
+    void set(Value& field, const Value& valeur, void (ModificationsEnCours::*changed)());
+    void remplacer(EditedFields fields);  // nothing is unsaved then
 
-    ChampsEdites edites_;
-    ChampsEdites originaux_;
+    EditedFields edited_;
+    EditedFields originals_;
     double sampleRate_ = 0;
     bool modifTableau_ = false;
     bool modifCues_ = false;

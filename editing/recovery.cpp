@@ -178,7 +178,7 @@ class FolderRecovery {
 
 }  // namespace
 
-Recovery recupererDossier(FileOps& ops, const std::filesystem::path& dossier) {
+Recovery recoverFolder(FileOps& ops, const std::filesystem::path& dossier) {
     try {
         return FolderRecovery(ops, dossier).run();
     } catch (const std::exception& error) {

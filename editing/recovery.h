@@ -18,6 +18,6 @@ struct Recovery {
 /// Rolls unfinished renames back (or finishes them, when every file already had its hidden name) and removes temporary
 /// files of dead processes. Files of a process that still runs are left alone, and so is every file that only looks
 /// like one of ours. Changes nothing in a folder that holds nothing of ours. Never throws; blocks.
-[[nodiscard]] Recovery recupererDossier(FileOps& ops, const std::filesystem::path& dossier);
+[[nodiscard]] Recovery recoverFolder(FileOps& ops, const std::filesystem::path& dossier);
 
 }  // namespace dravik

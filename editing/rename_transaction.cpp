@@ -79,8 +79,8 @@ std::vector<FileHandle> lockedSources(FileOps& ops, const std::vector<MainSaveRe
 
 }  // namespace
 
-std::map<std::filesystem::path, std::filesystem::path> executerPlan(FileOps& ops,
-                                                                    const std::vector<MainSaveRenamePlanEntry>& plan) {
+std::map<std::filesystem::path, std::filesystem::path> runRenames(FileOps& ops,
+                                                                  const std::vector<MainSaveRenamePlanEntry>& plan) {
     std::map<std::filesystem::path, std::filesystem::path> mapping;
     for (const MainSaveRenamePlanEntry& entry : plan) {
         mapping[entry.source] = entry.moves() ? entry.destination : entry.source;

@@ -49,73 +49,74 @@ class FolderContents {
 bool MainSaveRenamePlanEntry::moves() const { return normalisedPath(source) != normalisedPath(destination); }
 
 MainSaveRenameError MainSaveRenameError::duplicateDestination(std::string_view name) {
-    return {Cas::duplicateDestination,
+    return {Reason::duplicateDestination,
             fmt::format("Rename would create duplicate files named {}. No files were changed.", name)};
 }
 MainSaveRenameError MainSaveRenameError::destinationExists(const std::filesystem::path& path) {
-    return {Cas::destinationExists, fmt::format("A file already exists at {}. No files were changed.", pathText(path))};
+    return {Reason::destinationExists,
+            fmt::format("A file already exists at {}. No files were changed.", pathText(path))};
 }
 MainSaveRenameError MainSaveRenameError::sourceMissing(const std::filesystem::path& path) {
-    return {Cas::sourceMissing, fmt::format("Source file is missing: {}. No files were changed.", pathText(path))};
+    return {Reason::sourceMissing, fmt::format("Source file is missing: {}. No files were changed.", pathText(path))};
 }
 MainSaveRenameError MainSaveRenameError::temporaryNameUnavailable(std::string_view name) {
-    return {Cas::temporaryNameUnavailable,
+    return {Reason::temporaryNameUnavailable,
             fmt::format("Unable to create a safe temporary rename name for {}. No files were changed.", name)};
 }
 MainSaveRenameError MainSaveRenameError::rollbackFailed(std::string_view original,
                                                         const std::vector<std::string>& failures) {
-    return {Cas::rollbackFailed,
+    return {Reason::rollbackFailed,
             fmt::format("Rename failed and Dravik could not fully restore every file.\n\nOriginal error: {}\n\n"
                         "Recovery details:\n{}",
                         original, fmt::join(failures, "\n"))};
 }
 MainSaveRenameError MainSaveRenameError::metadataAfterRenameFailed(std::string_view message) {
-    return {Cas::metadataAfterRenameFailed,
+    return {Reason::metadataAfterRenameFailed,
             fmt::format("Files were renamed, but metadata could not be saved on every file.\n\n{}", message)};
 }
 
-bool estNomValide(std::string_view nom) noexcept {
+bool isValidName(std::string_view nom) noexcept {
     // Nobody types a line end into a name; one that comes with a paste would be in every list from then on.
     const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
     return holdsOnlyNameBytes(nom) && !trimmed(nom).empty() && std::none_of(nom.begin(), nom.end(), isControl) &&
            nom.size() <= maxBaseNameBytes;
 }
 
-std::string nouveauNomDeBase(const GroupeFichiers& groupe, std::size_t position, std::string_view nouveauNom) {
-    std::string nom(nouveauNom);
-    if (!groupe.estEnsembleMono()) return nom;
+std::string newBaseName(const GroupeFichiers& groupe, std::size_t position, std::string_view newName) {
+    std::string nom(newName);
+    if (!groupe.isMonoSet()) return nom;
     const std::string& ancien = groupe.fichiers.at(position).nom;
     if (const auto found = numeroPisteMono(ancien)) return nom.append(found->suffixe);
-    if (const auto found = numeroPisteFamille(ancien)) return nom.append(found->suffixe);
+    if (const auto found = familyTrackNumber(ancien)) return nom.append(found->suffixe);
     if (position >= 1) return nom + fmt::format("_{:02d}", position);
-    const std::string_view commun = sansSeparateurFinal(groupe.nom);
+    const std::string_view commun = withoutTrailingSeparators(groupe.nom);
     if (equalsIgnoringAsciiCase(std::string_view(ancien).substr(0, commun.size()), commun)) {
         nom.append(ancien.substr(commun.size()));
     }
     return nom;
 }
 
-std::vector<RenameRequest> renommerGroupe(const GroupeFichiers& groupe, std::string_view nouveauNom) {
-    std::vector<RenameRequest> demandes;
+std::vector<RenameRequest> renommerGroupe(const GroupeFichiers& groupe, std::string_view newName) {
+    std::vector<RenameRequest> requests;
     for (std::size_t position = 0; position < groupe.fichiers.size(); ++position) {
-        demandes.push_back({groupe.fichiers[position], nouveauNomDeBase(groupe, position, nouveauNom)});
+        requests.push_back({groupe.fichiers[position], newBaseName(groupe, position, newName)});
     }
-    return demandes;
+    return requests;
 }
 
-std::vector<MainSaveRenamePlanEntry> construirePlan(const std::vector<RenameRequest>& demandes) {
+std::vector<MainSaveRenamePlanEntry> planRenames(const std::vector<RenameRequest>& requests) {
     std::vector<MainSaveRenamePlanEntry> plan;
     std::set<std::string> destinations;
     std::set<std::string> sources;
-    for (const RenameRequest& demande : demandes) {
+    for (const RenameRequest& request : requests) {
         MainSaveRenamePlanEntry entry;
-        entry.source = demande.fichier.url;
-        const std::string name = demande.nouveauNom + entry.source.extension().native();
+        entry.source = request.fichier.url;
+        const std::string name = request.newName + entry.source.extension().native();
         if (!holdsOnlyNameBytes(name) || name.size() > maxFileNameBytes) {
             throw Error(fmt::format("A file cannot be named \"{}\". No files were changed.", name));
         }
         entry.destination = folderOf(entry.source) / name;
-        entry.fichier = demande.fichier;
+        entry.fichier = request.fichier;
         if (!destinations.insert(normalisedPath(entry.destination)).second) {
             throw MainSaveRenameError::duplicateDestination(fileNameText(entry.destination));
         }

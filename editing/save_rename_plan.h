@@ -23,7 +23,7 @@ struct MainSaveRenamePlanEntry {
 /// Why files were not renamed, or not all saved. `what()` is the text for the user.
 class MainSaveRenameError : public Error {
   public:
-    enum class Cas {
+    enum class Reason {
         duplicateDestination,
         destinationExists,
         sourceMissing,
@@ -39,33 +39,32 @@ class MainSaveRenameError : public Error {
                                                             const std::vector<std::string>& failures);
     [[nodiscard]] static MainSaveRenameError metadataAfterRenameFailed(std::string_view message);
 
-    [[nodiscard]] Cas cas() const noexcept { return cas_; }
+    [[nodiscard]] Reason reason() const noexcept { return reason_; }
     /// Raised before any file was touched?
-    [[nodiscard]] bool nothingChanged() const noexcept { return cas_ <= Cas::temporaryNameUnavailable; }
+    [[nodiscard]] bool nothingChanged() const noexcept { return reason_ <= Reason::temporaryNameUnavailable; }
 
   private:
-    MainSaveRenameError(Cas cas, std::string message) : Error(std::move(message)), cas_(cas) {}
-    Cas cas_;
+    MainSaveRenameError(Reason reason, std::string message) : Error(std::move(message)), reason_(reason) {}
+    Reason reason_;
 };
 
 /// A file and the base name (no extension) it is to get.
 struct RenameRequest {
     InfoFichier fichier;
-    std::string nouveauNom;
+    std::string newName;
 };
 
 /// Can this text be a file's base name: not empty, no "/" or zero byte, not hidden, not too long for a folder?
-[[nodiscard]] bool estNomValide(std::string_view nom) noexcept;
+[[nodiscard]] bool isValidName(std::string_view nom) noexcept;
 
-/// New base name of the group's file at `position` when the group is renamed to `nouveauNom`: in a mono set the file
+/// New base name of the group's file at `position` when the group is renamed to `newName`: in a mono set the file
 /// keeps its own track suffix. Pure.
-[[nodiscard]] std::string nouveauNomDeBase(const GroupeFichiers& groupe, std::size_t position,
-                                           std::string_view nouveauNom);
+[[nodiscard]] std::string newBaseName(const GroupeFichiers& groupe, std::size_t position, std::string_view newName);
 /// Requests for all files of the group.
-[[nodiscard]] std::vector<RenameRequest> renommerGroupe(const GroupeFichiers& groupe, std::string_view nouveauNom);
+[[nodiscard]] std::vector<RenameRequest> renommerGroupe(const GroupeFichiers& groupe, std::string_view newName);
 
 /// Checks everything that can be checked before a file is touched, and chooses the hidden names. Looks at the folders,
 /// changes nothing. Throws MainSaveRenameError (the first four cases), or an Error for what cannot be a file's name.
-[[nodiscard]] std::vector<MainSaveRenamePlanEntry> construirePlan(const std::vector<RenameRequest>& demandes);
+[[nodiscard]] std::vector<MainSaveRenamePlanEntry> planRenames(const std::vector<RenameRequest>& requests);
 
 }  // namespace dravik

@@ -17,12 +17,12 @@ namespace {
 constexpr std::uint64_t growthAllowance = 1024U * 1024U;
 
 std::map<std::filesystem::path, std::filesystem::path> rename(FileOps& ops, const std::vector<SaveItem>& items) {
-    std::vector<RenameRequest> demandes;
+    std::vector<RenameRequest> requests;
     for (const SaveItem& item : items) {
-        if (item.nouveauNom) demandes.push_back({item.fichier, *item.nouveauNom});
+        if (item.newName) requests.push_back({item.fichier, *item.newName});
     }
-    if (demandes.empty()) return {};
-    return executerPlan(ops, construirePlan(demandes));
+    if (requests.empty()) return {};
+    return runRenames(ops, planRenames(requests));
 }
 
 /// Adds up the progress of the single writes into one of the whole save.
@@ -85,20 +85,19 @@ void SaveReport::throwIfFailed() const {
     throw Error(messages);
 }
 
-std::vector<SaveItem> elementsDeSauvegarde(const GroupeFichiers& groupe, const ChampsEdites& edites,
-                                           const ChampsEdites& originaux, const std::optional<std::string>& nouveauNom,
-                                           const std::set<ChampMetadata>& decided) {
+std::vector<SaveItem> planSave(const GroupeFichiers& groupe, const EditedFields& edited, const EditedFields& originals,
+                               const std::optional<std::string>& newName, const std::set<MetadataField>& decided) {
     std::vector<SaveItem> items;
     for (std::size_t position = 0; position < groupe.fichiers.size(); ++position) {
         SaveItem item;
         item.fichier = groupe.fichiers[position];
-        if (nouveauNom) {
+        if (newName) {
             // Names that differ only in letter case are one name on the volumes that recorders write: nothing to move.
-            std::string nom = nouveauNomDeBase(groupe, position, *nouveauNom);
-            if (foldedCase(nom) != foldedCase(item.fichier.nom)) item.nouveauNom = std::move(nom);
+            std::string nom = newBaseName(groupe, position, *newName);
+            if (foldedCase(nom) != foldedCase(item.fichier.nom)) item.newName = std::move(nom);
         }
-        ValeursMetadata valeurs = valeursPourFichier(edites, originaux, groupe, position, decided);
-        if (contientUneEdition(valeurs) || groupe.forcerSauvegardeMetadata || item.fichier.forcerSauvegardeMetadata) {
+        MetadataValues valeurs = valuesForFile(edited, originals, groupe, position, decided);
+        if (hasEdit(valeurs) || groupe.forcerSauvegardeMetadata || item.fichier.forcerSauvegardeMetadata) {
             item.valeurs = std::move(valeurs);
         }
         items.push_back(std::move(item));
@@ -118,14 +117,14 @@ void checkRoom(FileOps& ops, const std::vector<SaveItem>& items) {
     }
 }
 
-SaveReport sauvegarder(FileOps& ops, const std::vector<SaveItem>& items, const TaskContext& task) {
+SaveReport runSave(FileOps& ops, const std::vector<SaveItem>& items, const TaskContext& task) {
     task.checkCancelled();
     checkRoom(ops, items);
     SaveReport report;
     report.moved = rename(ops, items);
 
     SauvegardeMetadata metadata(ops);
-    SauvegardeCues cues(ops);
+    CueWriter cues(ops);
     FolderSyncs folders;
     SaveProgress progress(items, task);
     for (const SaveItem& item : items) {

@@ -18,12 +18,12 @@ namespace dravik {
 /// Everything a save does to one file.
 struct SaveItem {
     InfoFichier fichier;
-    std::optional<std::string> nouveauNom;       ///< base name, no extension
-    std::optional<ValeursMetadata> valeurs;      ///< absent: the metadata is not written
+    std::optional<std::string> newName;          ///< base name, no extension
+    std::optional<MetadataValues> valeurs;       ///< absent: the metadata is not written
     std::optional<std::vector<CueMarker>> cues;  ///< absent: the markers are not written
 
     /// Is there anything to do?
-    [[nodiscard]] bool empty() const noexcept { return !nouveauNom && !valeurs && !cues; }
+    [[nodiscard]] bool empty() const noexcept { return !newName && !valeurs && !cues; }
 };
 
 /// What became of one file.
@@ -49,11 +49,10 @@ struct SaveReport {
 };
 
 /// The items for a take: what differs between the edited and the original fields, and the new name. Files for which
-/// nothing is to be done get an empty item. A forced save writes every file. `decided` as for valeursPourFichier.
-[[nodiscard]] std::vector<SaveItem> elementsDeSauvegarde(const GroupeFichiers& groupe, const ChampsEdites& edites,
-                                                         const ChampsEdites& originaux,
-                                                         const std::optional<std::string>& nouveauNom,
-                                                         const std::set<ChampMetadata>& decided = {});
+/// nothing is to be done get an empty item. A forced save writes every file. `decided` as for valuesForFile.
+[[nodiscard]] std::vector<SaveItem> planSave(const GroupeFichiers& groupe, const EditedFields& edited,
+                                             const EditedFields& originals, const std::optional<std::string>& newName,
+                                             const std::set<MetadataField>& decided = {});
 
 /// Refuses, before the first byte, a save for whose largest file a folder has no room: throws
 /// std::filesystem::filesystem_error ("No space left on device"). A save asks it by itself.
@@ -65,6 +64,6 @@ void checkRoom(FileOps& ops, const std::vector<SaveItem>& items);
 /// Throws MainSaveRenameError or std::filesystem::filesystem_error when nothing was written (a check failed, there is
 /// no room, the renames were undone), Cancelled when it was stopped before the first change. Blocks; one save at a
 /// time; not for the main thread. Progress runs over the bytes of all files to be written.
-[[nodiscard]] SaveReport sauvegarder(FileOps& ops, const std::vector<SaveItem>& items, const TaskContext& task);
+[[nodiscard]] SaveReport runSave(FileOps& ops, const std::vector<SaveItem>& items, const TaskContext& task);
 
 }  // namespace dravik

@@ -2,23 +2,22 @@
 
 namespace dravik {
 
-ValeursMetadata valeursPourFichier(const ChampsEdites& edites, const ChampsEdites& originaux,
-                                   const GroupeFichiers& groupe, std::size_t position,
-                                   const std::set<ChampMetadata>& decided) {
-    const auto ifEdited = [&](auto ChampsEdites::*member, ChampMetadata champ) {
-        const auto& edite = edites.*member;
-        return edite == originaux.*member && !decided.contains(champ) ? std::nullopt : std::optional(edite);
+MetadataValues valuesForFile(const EditedFields& edited, const EditedFields& originals, const GroupeFichiers& groupe,
+                             std::size_t position, const std::set<MetadataField>& decided) {
+    const auto ifEdited = [&](auto EditedFields::*member, MetadataField field) {
+        const auto& value = edited.*member;
+        return value == originals.*member && !decided.contains(field) ? std::nullopt : std::optional(value);
     };
     constexpr double assumedSampleRate = 48000;
     const InfoFichier& fichier = groupe.fichiers.at(position);
-    ValeursMetadata valeurs;
-    valeurs.project = ifEdited(&ChampsEdites::project, ChampMetadata::project);
-    valeurs.scene = ifEdited(&ChampsEdites::scene, ChampMetadata::scene);
-    valeurs.tape = ifEdited(&ChampsEdites::tape, ChampMetadata::tape);
-    valeurs.prise = ifEdited(&ChampsEdites::prise, ChampMetadata::prise);
-    valeurs.note = ifEdited(&ChampsEdites::note, ChampMetadata::note);
-    valeurs.circled = ifEdited(&ChampsEdites::circled, ChampMetadata::circled);
-    valeurs.wild = ifEdited(&ChampsEdites::wild, ChampMetadata::wild);
+    MetadataValues valeurs;
+    valeurs.project = ifEdited(&EditedFields::project, MetadataField::project);
+    valeurs.scene = ifEdited(&EditedFields::scene, MetadataField::scene);
+    valeurs.tape = ifEdited(&EditedFields::tape, MetadataField::tape);
+    valeurs.prise = ifEdited(&EditedFields::prise, MetadataField::prise);
+    valeurs.note = ifEdited(&EditedFields::note, MetadataField::note);
+    valeurs.circled = ifEdited(&EditedFields::circled, MetadataField::circled);
+    valeurs.wild = ifEdited(&EditedFields::wild, MetadataField::wild);
     // A file that has the value already is not written for it.
     const auto dropOwn = [](std::optional<std::string>& valeur, const std::optional<std::string>& own) {
         if (valeur && *valeur == own.value_or("")) valeur.reset();
@@ -32,34 +31,34 @@ ValeursMetadata valeursPourFichier(const ChampsEdites& edites, const ChampsEdite
     if (valeurs.wild == fichier.wild) valeurs.wild.reset();
     valeurs.sampleRate = fichier.sampleRate > 0 ? fichier.sampleRate : assumedSampleRate;
 
-    const bool timecodeEdited = edites.timecode != originaux.timecode;
-    const bool framerateEdited = edites.framerate != originaux.framerate;
+    const bool timecodeEdited = edited.timecode != originals.timecode;
+    const bool framerateEdited = edited.framerate != originals.framerate;
     if (timecodeEdited || framerateEdited) {
-        valeurs.timecode = timecodeEdited ? edites.timecode : fichier.timecode.value_or("");
-        valeurs.framerate = framerateEdited ? edites.framerate : fichier.framerate.value_or("");
+        valeurs.timecode = timecodeEdited ? edited.timecode : fichier.timecode.value_or("");
+        valeurs.framerate = framerateEdited ? edited.framerate : fichier.framerate.value_or("");
     }
 
     const auto wasEdited = [&](int piste, const std::string& nom) {
-        const auto original = originaux.nomsPistes.find(piste);
-        return original == originaux.nomsPistes.end() || original->second != nom;
+        const auto original = originals.nomsPistes.find(piste);
+        return original == originals.nomsPistes.end() || original->second != nom;
     };
     // A file with one channel has one track, whatever number its recorder gave it; unless it lists several.
-    const bool oneTrack = groupe.estEnsembleMono() || (fichier.channels == 1 && fichier.nomsPistes.size() <= 1);
-    const int own = groupe.estEnsembleMono() ? static_cast<int>(position) + 1 : 1;
-    for (const auto& [piste, nom] : edites.nomsPistes) {
+    const bool oneTrack = groupe.isMonoSet() || (fichier.channels == 1 && fichier.nomsPistes.size() <= 1);
+    const int own = groupe.isMonoSet() ? static_cast<int>(position) + 1 : 1;
+    for (const auto& [piste, nom] : edited.nomsPistes) {
         if (!wasEdited(piste, nom)) continue;
         if (!oneTrack) {
             valeurs.nomsPistes[piste] = nom;
         } else if (piste == own) {
-            valeurs.nomPisteUnique = nom;
+            valeurs.soleTrackName = nom;
         }
     }
     return valeurs;
 }
 
-bool contientUneEdition(const ValeursMetadata& valeurs) noexcept {
+bool hasEdit(const MetadataValues& valeurs) noexcept {
     return valeurs.project || valeurs.scene || valeurs.tape || valeurs.prise || valeurs.note || valeurs.circled ||
-           valeurs.wild || !valeurs.nomsPistes.empty() || valeurs.nomPisteUnique || !valeurs.timecode.empty() ||
+           valeurs.wild || !valeurs.nomsPistes.empty() || valeurs.soleTrackName || !valeurs.timecode.empty() ||
            !valeurs.framerate.empty();
 }
 

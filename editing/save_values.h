@@ -16,11 +16,11 @@ namespace dravik {
 /// rarely lies on a frame, is not recomputed from the text for any other edit. In a mono set track k of the take is the
 /// one track of the k-th file. `decided` names texts and flags that the user settled although the files disagree on
 /// them: they are written even where the value equals the default that an undecided field is loaded with.
-[[nodiscard]] ValeursMetadata valeursPourFichier(const ChampsEdites& edites, const ChampsEdites& originaux,
-                                                 const GroupeFichiers& groupe, std::size_t position,
-                                                 const std::set<ChampMetadata>& decided = {});
+[[nodiscard]] MetadataValues valuesForFile(const EditedFields& edited, const EditedFields& originals,
+                                           const GroupeFichiers& groupe, std::size_t position,
+                                           const std::set<MetadataField>& decided = {});
 
 /// Is there anything in the values that a file must be written for?
-[[nodiscard]] bool contientUneEdition(const ValeursMetadata& valeurs) noexcept;
+[[nodiscard]] bool hasEdit(const MetadataValues& valeurs) noexcept;
 
 }  // namespace dravik

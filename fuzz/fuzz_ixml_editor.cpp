@@ -44,7 +44,7 @@ bool hasTidyTrackList(std::string_view text) {
 }
 
 void checkTrackNames(std::string_view text, int track) {
-    const std::string named = definirNomPiste(text, track, "Boom & Lav");
+    const std::string named = setTrackName(text, track, "Boom & Lav");
     if (!hasTidyTrackList(text)) return;
     require(hasTidyTrackList(named));
     auto expected = oracle::readTracks(text).first;
@@ -61,13 +61,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     checkPrimitives(text);
     checkTrackNames(text, static_cast<int>(choice % 5) + 1);
 
-    ValeursMetadata values;
+    MetadataValues values;
     if ((choice & 1U) != 0) values.project = "Film";
     if ((choice & 2U) != 0) values.note = "wind & rain";
     if ((choice & 4U) != 0) values.circled = (choice & 8U) != 0;
     if ((choice & 16U) != 0) values.wild = (choice & 8U) != 0;
     if ((choice & 32U) != 0) values.nomsPistes = {{0, "none"}, {1, "Boom"}, {3, "Lav"}};
-    if ((choice & 64U) != 0) values.nomPisteUnique = "Only";
+    if ((choice & 64U) != 0) values.soleTrackName = "Only";
     if ((choice & 128U) != 0) {
         values.framerate = "29.97 DF";
         values.timecode = "10:00:00:00";

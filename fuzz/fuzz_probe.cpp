@@ -51,7 +51,7 @@ InfoFichier probed(const ByteSource& source, const ChunkTable& table) {
     const std::optional<std::string> ixml = ixmlTextIn(source, table);
     if (!ixml) return info;
     require(!ixml->empty() && isValidUtf8(*ixml));
-    remplirDepuisIXML(info, *ixml);
+    fillFromIxml(info, *ixml);
     for (const auto& text :
          {info.project, info.scene, info.tape, info.prise, info.notes, info.timecode, info.framerate}) {
         requireText(text);
@@ -66,7 +66,7 @@ InfoFichier probed(const ByteSource& source, const ChunkTable& table) {
     return info;
 }
 
-void checkSplit(std::string_view nom, const std::optional<NomMono>& split) {
+void checkSplit(std::string_view nom, const std::optional<MonoName>& split) {
     if (!split) return;
     require(!split->base.empty() && split->base.data() == nom.data() && split->numero >= 0);
     require(split->suffixe.data() == nom.data() + split->base.size());
@@ -139,8 +139,8 @@ void checkGroups(const std::vector<InfoFichier>& files, bool regrouped) {
             require(file.channels == 1 && file.sampleRate == first.sampleRate);
             require(!file.timecode || !first.timecode || *file.timecode == *first.timecode);
         }
-        require(resume(group).nom == group.nom);
-        if (group.estEnsembleMono()) require(pistesDuGroupe(group).size() == group.fichiers.size());
+        require(summary(group).nom == group.nom);
+        if (group.isMonoSet()) require(tracksOfGroup(group).size() == group.fichiers.size());
     }
     require(left.empty());
 }
@@ -157,8 +157,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const std::string& name : names) {
         checkSplit(name, numeroPisteMono(name, true));
         checkSplit(name, numeroPisteMono(name, false));
-        checkSplit(name, numeroPisteFamille(name));
-        require(sansSeparateurFinal(name).size() <= name.size());
+        checkSplit(name, familyTrackNumber(name));
+        require(withoutTrailingSeparators(name).size() <= name.size());
     }
     checkOrder(names);
     const std::vector<InfoFichier> files = filesOf(info, names);

@@ -7,16 +7,16 @@
 
 namespace dravik {
 
-std::string dureeTexte(double secondes) {
+std::string durationText(double secondes) {
     if (!(secondes > 0) || secondes > 1e9) secondes = 0;
     const auto millis = static_cast<std::int64_t>(std::llround(secondes * 1000));
     return fmt::format("{:02}:{:02}:{:02}.{:03}", millis / 3'600'000, millis / 60'000 % 60, millis / 1000 % 60,
                        millis % 1000);
 }
 
-std::string sampleRateTexte(double hertz) { return hertz > 0 ? fmt::format("{:g} kHz", hertz / 1000) : std::string(); }
+std::string sampleRateText(double hertz) { return hertz > 0 ? fmt::format("{:g} kHz", hertz / 1000) : std::string(); }
 
-std::string tailleTexte(std::uint64_t octets) {
+std::string sizeText(std::uint64_t octets) {
     static constexpr std::array units = {"KB", "MB", "GB", "TB"};
     if (octets < 1000) return fmt::format("{} B", octets);
     double value = static_cast<double>(octets) / 1000;
@@ -29,16 +29,16 @@ std::string tailleTexte(std::uint64_t octets) {
     return unit == 0 ? fmt::format("{:.0f} {}", value, units[unit]) : fmt::format("{:.1f} {}", value, units[unit]);
 }
 
-AudioMetadata resume(const GroupeFichiers& groupe) {
+AudioMetadata summary(const GroupeFichiers& groupe) {
     const InfoFichier& premier = groupe.fichiers.front();
     AudioMetadata metadata;
     metadata.nom = groupe.nom;
     metadata.format = premier.format;
     metadata.dureeExacte = premier.dureeSecondes;
-    metadata.duree = dureeTexte(premier.dureeSecondes);
-    metadata.sampleRate = sampleRateTexte(premier.sampleRate);
+    metadata.duree = durationText(premier.dureeSecondes);
+    metadata.sampleRate = sampleRateText(premier.sampleRate);
     if (premier.bits > 0) metadata.bitDepth = fmt::format("{} bit", premier.bits);
-    metadata.nbPistes = fmt::format("{}", pistesDuGroupe(groupe).size());
+    metadata.nbPistes = fmt::format("{}", tracksOfGroup(groupe).size());
     metadata.project = groupe.project;
     metadata.scene = groupe.scene;
     metadata.tape = groupe.tape;

@@ -21,13 +21,13 @@ struct AudioMetadata {
     std::optional<std::string> timecode, framerate;
 };
 
-[[nodiscard]] AudioMetadata resume(const GroupeFichiers& groupe);
+[[nodiscard]] AudioMetadata summary(const GroupeFichiers& groupe);
 
 /// "HH:MM:SS.mmm" of a length in seconds; not negative.
-[[nodiscard]] std::string dureeTexte(double secondes);
+[[nodiscard]] std::string durationText(double secondes);
 /// "48 kHz", "44.1 kHz"; empty for 0.
-[[nodiscard]] std::string sampleRateTexte(double hertz);
+[[nodiscard]] std::string sampleRateText(double hertz);
 /// Decimal units with one digit: "731 KB", "1.4 MB", "2.3 GB".
-[[nodiscard]] std::string tailleTexte(std::uint64_t octets);
+[[nodiscard]] std::string sizeText(std::uint64_t octets);
 
 }  // namespace dravik

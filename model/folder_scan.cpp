@@ -99,7 +99,7 @@ GroupeFichiers groupOf(std::vector<InfoFichier> fichiers, std::string nom) {
     groupe.nom = std::move(nom);
     groupe.fichiers = std::move(fichiers);
     groupe.estPoly = groupe.fichiers.size() == 1 && groupe.fichiers.front().channels > 1;
-    fusionnerMetadonnees(groupe);
+    mergeMetadata(groupe);
     return groupe;
 }
 
@@ -125,7 +125,7 @@ GroupeFichiers groupOfSet(std::vector<Member> members) {
 
 }  // namespace
 
-bool estListe(const std::filesystem::path& file) {
+bool isListed(const std::filesystem::path& file) {
     static constexpr std::array listed = {".wav", ".aif", ".aiff", ".bwf", ".rf64", ".mp3", ".m4a", ".flac", ".caf"};
     const std::string extension = lowerAscii(file.extension().native());
     return std::find(listed.begin(), listed.end(), extension) != listed.end();
@@ -137,7 +137,7 @@ std::vector<std::filesystem::path> listerFichiers(const std::filesystem::path& d
     for (std::filesystem::directory_iterator entry(dossier, error), end; !error && entry != end;
          entry.increment(error)) {
         std::error_code unknown;
-        if (entry->path().filename().native().starts_with('.') || !estListe(entry->path())) continue;
+        if (entry->path().filename().native().starts_with('.') || !isListed(entry->path())) continue;
         if (entry->is_regular_file(unknown)) fichiers.push_back(entry->path());
     }
     return sortedNaturally(
@@ -145,8 +145,8 @@ std::vector<std::filesystem::path> listerFichiers(const std::filesystem::path& d
         [](const std::filesystem::path& a, const std::filesystem::path& b) { return a.native() < b.native(); });
 }
 
-std::vector<InfoFichier> analyserFichiers(const std::vector<std::filesystem::path>& fichiers,
-                                          const AudioFileReader& codecs, const TaskContext& task) {
+std::vector<InfoFichier> probeFiles(const std::vector<std::filesystem::path>& fichiers, const AudioFileReader& codecs,
+                                    const TaskContext& task) {
     std::vector<InfoFichier> infos(fichiers.size());
     std::atomic<std::size_t> next{0};
     std::mutex reporting;
@@ -201,12 +201,12 @@ std::vector<GroupeFichiers> construireGroupes(std::vector<InfoFichier> fichiers,
             groupes.push_back(groupOfOne(std::move(fichier)));
             continue;
         }
-        const auto join = [&](const NomMono& nom, const std::string& famille) {
+        const auto join = [&](const MonoName& nom, const std::string& famille) {
             Member member;
             member.base = std::string(nom.base);
             member.numero = nom.numero;
-            const SetKey key{folderOf(fichier.url), cleNomBase(nom.base), fichier.sampleRate,
-                             estModifiable(fichier.url), famille};
+            const SetKey key{folderOf(fichier.url), baseNameKey(nom.base), fichier.sampleRate, isEditable(fichier.url),
+                             famille};
             member.fichier = std::move(fichier);
             sets[key].push_back(std::move(member));
         };
@@ -214,7 +214,7 @@ std::vector<GroupeFichiers> construireGroupes(std::vector<InfoFichier> fichiers,
         const std::string nom = fichier.nom;
         if (const auto found = numeroPisteMono(nom, monos > 1)) {
             join(*found, {});
-        } else if (const auto family = numeroPisteFamille(nom); family && fichier.familleUID) {
+        } else if (const auto family = familyTrackNumber(nom); family && fichier.familleUID) {
             join(*family, *fichier.familleUID);
         } else {
             groupes.push_back(groupOfOne(std::move(fichier)));
@@ -234,9 +234,9 @@ std::vector<GroupeFichiers> construireGroupes(std::vector<InfoFichier> fichiers,
         });
 }
 
-std::vector<GroupeFichiers> scannerDossier(const std::filesystem::path& dossier, const AudioFileReader& codecs,
-                                           bool regrouperFichiersMono, const TaskContext& task) {
-    return construireGroupes(analyserFichiers(listerFichiers(dossier), codecs, task), regrouperFichiersMono);
+std::vector<GroupeFichiers> scanFolder(const std::filesystem::path& dossier, const AudioFileReader& codecs,
+                                       bool regrouperFichiersMono, const TaskContext& task) {
+    return construireGroupes(probeFiles(listerFichiers(dossier), codecs, task), regrouperFichiersMono);
 }
 
 }  // namespace dravik

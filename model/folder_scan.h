@@ -12,7 +12,7 @@ namespace dravik {
 /// A folder as takes. Three steps, each usable alone: list, probe, group. Keeps no state.
 
 /// Does the extension (any case) name one of the listed formats: wav, aif, aiff, bwf, rf64, mp3, m4a, flac, caf?
-[[nodiscard]] bool estListe(const std::filesystem::path& file);
+[[nodiscard]] bool isListed(const std::filesystem::path& file);
 
 /// The folder's audio files, in natural order of their names: direct children, hidden ones left out. An unreadable
 /// folder gives an empty list.
@@ -20,8 +20,8 @@ namespace dravik {
 
 /// Probes the files on several threads (a cold disk answers several questions at once); the result keeps the order.
 /// Progress counts files, not bytes. Throws Cancelled.
-[[nodiscard]] std::vector<InfoFichier> analyserFichiers(const std::vector<std::filesystem::path>& fichiers,
-                                                        const AudioFileReader& codecs, const TaskContext& task);
+[[nodiscard]] std::vector<InfoFichier> probeFiles(const std::vector<std::filesystem::path>& fichiers,
+                                                  const AudioFileReader& codecs, const TaskContext& task);
 
 /// The takes, in natural order of their names. With `regrouperFichiersMono` mono files whose names carry a track number
 /// and the same base name are one take when they agree in sample rate, and in start timecode where both have one.
@@ -29,9 +29,9 @@ namespace dravik {
                                                             bool regrouperFichiersMono);
 
 /// All three.
-[[nodiscard]] std::vector<GroupeFichiers> scannerDossier(const std::filesystem::path& dossier,
-                                                         const AudioFileReader& codecs, bool regrouperFichiersMono,
-                                                         const TaskContext& task);
+[[nodiscard]] std::vector<GroupeFichiers> scanFolder(const std::filesystem::path& dossier,
+                                                     const AudioFileReader& codecs, bool regrouperFichiersMono,
+                                                     const TaskContext& task);
 
 /// Most files probed at the same time.
 inline constexpr unsigned probeThreads = 8;

@@ -7,36 +7,36 @@ namespace {
 
 /// The value all files share; where they differ the default, and the field is marked.
 template <typename Value>
-Value shared(GroupeFichiers& groupe, ChampMetadata champ, Value InfoFichier::*member) {
+Value shared(GroupeFichiers& groupe, MetadataField field, Value InfoFichier::*member) {
     const Value& first = groupe.fichiers.front().*member;
     const bool agree = std::all_of(groupe.fichiers.begin(), groupe.fichiers.end(),
                                    [&](const InfoFichier& fichier) { return fichier.*member == first; });
     if (agree) return first;
-    groupe.champsMixtes.insert(champ);
+    groupe.mixedFields.insert(field);
     return Value{};
 }
 
 }  // namespace
 
-std::string_view champTexte(ChampMetadata champ) noexcept {
-    switch (champ) {
-        case ChampMetadata::project:
+std::string_view fieldName(MetadataField field) noexcept {
+    switch (field) {
+        case MetadataField::project:
             return "project";
-        case ChampMetadata::scene:
+        case MetadataField::scene:
             return "scene";
-        case ChampMetadata::prise:
+        case MetadataField::prise:
             return "take";
-        case ChampMetadata::tape:
+        case MetadataField::tape:
             return "tape";
-        case ChampMetadata::note:
+        case MetadataField::note:
             return "note";
-        case ChampMetadata::circled:
+        case MetadataField::circled:
             return "circled";
-        case ChampMetadata::wild:
+        case MetadataField::wild:
             return "wild";
-        case ChampMetadata::timecode:
+        case MetadataField::timecode:
             return "timecode";
-        case ChampMetadata::framerate:
+        case MetadataField::framerate:
             return "framerate";
     }
     return "";
@@ -72,18 +72,18 @@ std::optional<RecordingDate> GroupeFichiers::recordingDate() const noexcept {
     return std::nullopt;
 }
 
-std::vector<Piste> pistesDuGroupe(const GroupeFichiers& groupe) {
+std::vector<Piste> tracksOfGroup(const GroupeFichiers& groupe) {
     std::vector<Piste> pistes;
     const auto add = [&](const std::map<int, std::string>& noms, int cle, std::optional<int> numeroTrack) {
         const auto nom = noms.find(cle);
         pistes.push_back({Uuid::random(), static_cast<int>(pistes.size()) + 1,
-                          nom == noms.end() ? std::string() : nomAffiche(nom->second), numeroTrack});
+                          nom == noms.end() ? std::string() : displayName(nom->second), numeroTrack});
     };
     const auto numero = [](const InfoFichier& fichier, int position) -> std::optional<int> {
         const auto found = fichier.numerosTracks.find(position);
         return found == fichier.numerosTracks.end() ? std::nullopt : std::optional(found->second);
     };
-    if (groupe.estEnsembleMono()) {
+    if (groupe.isMonoSet()) {
         // The one track of each file, under whatever number its recorder filed it.
         for (const InfoFichier& fichier : groupe.fichiers) {
             const int cle = fichier.nomsPistes.empty() ? 1 : fichier.nomsPistes.begin()->first;
@@ -105,17 +105,17 @@ std::vector<Piste> pistesDuGroupe(const GroupeFichiers& groupe) {
     return pistes;
 }
 
-void fusionnerMetadonnees(GroupeFichiers& groupe) {
-    groupe.champsMixtes.clear();
-    groupe.project = shared(groupe, ChampMetadata::project, &InfoFichier::project);
-    groupe.scene = shared(groupe, ChampMetadata::scene, &InfoFichier::scene);
-    groupe.prise = shared(groupe, ChampMetadata::prise, &InfoFichier::prise);
-    groupe.tape = shared(groupe, ChampMetadata::tape, &InfoFichier::tape);
-    groupe.notes = shared(groupe, ChampMetadata::note, &InfoFichier::notes);
-    groupe.circled = shared(groupe, ChampMetadata::circled, &InfoFichier::circled);
-    groupe.wild = shared(groupe, ChampMetadata::wild, &InfoFichier::wild);
-    groupe.timecode = shared(groupe, ChampMetadata::timecode, &InfoFichier::timecode);
-    groupe.framerate = shared(groupe, ChampMetadata::framerate, &InfoFichier::framerate);
+void mergeMetadata(GroupeFichiers& groupe) {
+    groupe.mixedFields.clear();
+    groupe.project = shared(groupe, MetadataField::project, &InfoFichier::project);
+    groupe.scene = shared(groupe, MetadataField::scene, &InfoFichier::scene);
+    groupe.prise = shared(groupe, MetadataField::prise, &InfoFichier::prise);
+    groupe.tape = shared(groupe, MetadataField::tape, &InfoFichier::tape);
+    groupe.notes = shared(groupe, MetadataField::note, &InfoFichier::notes);
+    groupe.circled = shared(groupe, MetadataField::circled, &InfoFichier::circled);
+    groupe.wild = shared(groupe, MetadataField::wild, &InfoFichier::wild);
+    groupe.timecode = shared(groupe, MetadataField::timecode, &InfoFichier::timecode);
+    groupe.framerate = shared(groupe, MetadataField::framerate, &InfoFichier::framerate);
     groupe.forcerSauvegardeMetadata = std::any_of(groupe.fichiers.begin(), groupe.fichiers.end(),
                                                   [](const InfoFichier& f) { return f.forcerSauvegardeMetadata; });
 }

@@ -12,9 +12,9 @@
 namespace dravik {
 
 /// The metadata fields that files of one take may disagree on.
-enum class ChampMetadata { project, scene, prise, tape, note, circled, wild, timecode, framerate };
+enum class MetadataField { project, scene, prise, tape, note, circled, wild, timecode, framerate };
 /// The field's English key, as in the JSON output.
-[[nodiscard]] std::string_view champTexte(ChampMetadata champ) noexcept;
+[[nodiscard]] std::string_view fieldName(MetadataField field) noexcept;
 
 /// One row of the file list: a poly file, or the mono files of one take in track order. A value, built by
 /// construireGroupes; `fichiers` is never empty.
@@ -27,26 +27,26 @@ struct GroupeFichiers {
     std::vector<InfoFichier> fichiers;
     bool estPoly = false;
     bool estDeplie = false;  ///< expanded in the file list
-    /// The files' value where they agree; absent or false, and named in `champsMixtes`, where they do not.
+    /// The files' value where they agree; absent or false, and named in `mixedFields`, where they do not.
     std::optional<std::string> project, scene, tape, prise, notes;
     bool circled = false, wild = false;
     std::optional<std::string> timecode, framerate;
     bool forcerSauvegardeMetadata = false;
-    std::set<ChampMetadata> champsMixtes;
+    std::set<MetadataField> mixedFields;
 
-    [[nodiscard]] bool estEnsembleMono() const noexcept { return !estPoly && fichiers.size() > 1; }
+    [[nodiscard]] bool isMonoSet() const noexcept { return !estPoly && fichiers.size() > 1; }
     [[nodiscard]] RecordingDateStatus recordingDateStatus() const noexcept;
     /// The one date, when the status is consistent.
     [[nodiscard]] std::optional<RecordingDate> recordingDate() const noexcept;
 };
 
 /// The tracks of a take as shown: of one file its channels, of a mono set the one track of each file.
-[[nodiscard]] std::vector<Piste> pistesDuGroupe(const GroupeFichiers& groupe);
+[[nodiscard]] std::vector<Piste> tracksOfGroup(const GroupeFichiers& groupe);
 
 /// "consistent", "none" or "mixed".
 [[nodiscard]] std::string_view recordingDateStatusText(GroupeFichiers::RecordingDateStatus status) noexcept;
 
 /// Fills the merged fields from the files.
-void fusionnerMetadonnees(GroupeFichiers& groupe);
+void mergeMetadata(GroupeFichiers& groupe);
 
 }  // namespace dravik

@@ -38,9 +38,9 @@ struct InfoFichier {
 };
 
 /// Can this file be written by the metadata and cue writers ("wav" and "bwf" only)?
-[[nodiscard]] bool estModifiable(const std::filesystem::path& file);
+[[nodiscard]] bool isEditable(const std::filesystem::path& file);
 
 /// "&amp;" as "&": how names are shown and edited. (The writer escapes them again.)
-[[nodiscard]] std::string nomAffiche(std::string_view stored);
+[[nodiscard]] std::string displayName(std::string_view stored);
 
 }  // namespace dravik

@@ -17,14 +17,14 @@ std::size_t digitsEnd(std::string_view nom, std::size_t at) {
     return at;
 }
 
-std::optional<NomMono> split(std::string_view nom, std::size_t at, std::optional<int> numero) {
+std::optional<MonoName> split(std::string_view nom, std::size_t at, std::optional<int> numero) {
     if (!numero || at == 0) return std::nullopt;
-    return NomMono{nom.substr(0, at), nom.substr(at), *numero};
+    return MonoName{nom.substr(0, at), nom.substr(at), *numero};
 }
 
 }  // namespace
 
-std::optional<NomMono> numeroPisteMono(std::string_view nom, bool plusieursCandidats) {
+std::optional<MonoName> numeroPisteMono(std::string_view nom, bool plusieursCandidats) {
     for (std::size_t at = nom.size(); at-- > 0;) {
         if (nom[at] != '_' || at + 1 >= nom.size() || toLowerAscii(nom[at + 1]) != 't') continue;
         const std::size_t end = digitsEnd(nom, at + 2);
@@ -37,7 +37,7 @@ std::optional<NomMono> numeroPisteMono(std::string_view nom, bool plusieursCandi
     return split(nom, at, trackNumber(nom.substr(at + 1)));
 }
 
-std::optional<NomMono> numeroPisteFamille(std::string_view nom) {
+std::optional<MonoName> familyTrackNumber(std::string_view nom) {
     for (std::size_t at = nom.size(); at-- > 0;) {
         if (nom[at] != '_' || !equalsIgnoringAsciiCase(nom.substr(at + 1, 2), "tr")) continue;
         const std::size_t end = digitsEnd(nom, at + 3);
@@ -58,11 +58,11 @@ std::optional<NomMono> numeroPisteFamille(std::string_view nom) {
     return std::nullopt;
 }
 
-std::string_view sansSeparateurFinal(std::string_view base) noexcept {
+std::string_view withoutTrailingSeparators(std::string_view base) noexcept {
     const std::size_t last = base.find_last_not_of("_-. ");
     return base.substr(0, last == std::string_view::npos ? 0 : last + 1);
 }
 
-std::string cleNomBase(std::string_view base) { return foldedCase(sansSeparateurFinal(base)); }
+std::string baseNameKey(std::string_view base) { return foldedCase(withoutTrailingSeparators(base)); }
 
 }  // namespace dravik

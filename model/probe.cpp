@@ -36,12 +36,12 @@ auto fromFile(const std::filesystem::path& file, Read read) -> decltype(read(Mem
 
 }  // namespace
 
-bool estModifiable(const std::filesystem::path& file) {
+bool isEditable(const std::filesystem::path& file) {
     const std::string extension = lowerAscii(file.extension().native());
     return extension == ".wav" || extension == ".bwf";
 }
 
-std::string nomAffiche(std::string_view stored) { return replacedAll(stored, "&amp;", "&"); }
+std::string displayName(std::string_view stored) { return replacedAll(stored, "&amp;", "&"); }
 
 std::optional<RecordingDate> recordingDateIn(const ByteSource& source, const ChunkTable& table) {
     for (const Chunk& chunk : metadataChunks(table)) {
@@ -72,7 +72,7 @@ std::optional<AudioFormat> linearFormatIn(const ByteSource& source, const ChunkT
                        static_cast<std::int64_t>(data->size / format->blockAlign)};
 }
 
-void remplirDepuisIXML(InfoFichier& info, std::string_view ixml) {
+void fillFromIxml(InfoFichier& info, std::string_view ixml) {
     const IxmlDocument document(ixml);
     info.project = owned(document.literalValue("PROJECT"));
     info.scene = owned(document.literalValue("SCENE"));
@@ -133,7 +133,7 @@ InfoFichier analyserFichier(const std::filesystem::path& file, const AudioFileRe
         if (audio->sampleRate > 0) info.dureeSecondes = static_cast<double>(audio->frames) / audio->sampleRate;
     }
     if (table) {
-        if (const std::optional<std::string> ixml = ixmlTextIn(source, *table)) remplirDepuisIXML(info, *ixml);
+        if (const std::optional<std::string> ixml = ixmlTextIn(source, *table)) fillFromIxml(info, *ixml);
     }
     return info;
 }

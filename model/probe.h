@@ -27,6 +27,6 @@ namespace dravik {
 /// Format and length of linear audio, out of `fmt ` and `data`; absent for anything else.
 [[nodiscard]] std::optional<AudioFormat> linearFormatIn(const ByteSource& source, const ChunkTable& table);
 /// Fills the record's production metadata from an iXML text; `info.sampleRate` must be set.
-void remplirDepuisIXML(InfoFichier& info, std::string_view ixml);
+void fillFromIxml(InfoFichier& info, std::string_view ixml);
 
 }  // namespace dravik

@@ -108,7 +108,7 @@ std::string_view flagValue(bool flag) noexcept { return flag ? "TRUE" : "FALSE";
 /// The Description after the edit. The order of the calls is that of added lines; what the format's users look for
 /// first comes first, since the last ones are given up where there is no room.
 std::string updatedDescription(std::string_view description, const BextValues& values) {
-    const ValeursMetadata& edited = values.edited;
+    const MetadataValues& edited = values.edited;
     DescriptionLines lines(description);
     if (edited.project) lines.set("PROJECT", *edited.project);
     if (edited.scene) lines.set("SCENE", *edited.scene);

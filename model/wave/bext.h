@@ -43,7 +43,7 @@ struct RecordingDate {
 
 /// What a save writes into a bext chunk beside the values themselves.
 struct BextValues {
-    ValeursMetadata edited;  ///< absent fields keep their line, whatever it says
+    MetadataValues edited;  ///< absent fields keep their line, whatever it says
     /// The file's state after the edit, always written; absent where nothing in the file tells it: lines stay.
     std::optional<bool> circled, wild;
 };

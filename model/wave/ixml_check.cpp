@@ -20,23 +20,23 @@ bool textIsClean(const IxmlDocument& before, const IxmlDocument& after, std::str
     return now ? *now == *edited : after.value(name) == std::optional(trimmed(*edited));
 }
 
-bool tracksAreClean(const IxmlDocument& before, const IxmlDocument& after, const ValeursMetadata& values) {
+bool tracksAreClean(const IxmlDocument& before, const IxmlDocument& after, const MetadataValues& values) {
     const auto stored = [](std::string_view name) { return replacedAll(trimmed(name), "&", "&amp;"); };
     std::map<int, std::string> expected = lireNomsPistes(before);
     const std::map<int, std::string> found = lireNomsPistes(after);
     for (const auto& [track, name] : values.nomsPistes) {
         if (track >= 1) expected[track] = stored(name);
     }
-    if (values.nomPisteUnique) {
+    if (values.soleTrackName) {
         if (found.empty()) return false;
-        expected[found.begin()->first] = stored(*values.nomPisteUnique);
+        expected[found.begin()->first] = stored(*values.soleTrackName);
     }
     return expected == found;
 }
 
 }  // namespace
 
-bool editIsClean(std::string_view beforeText, std::string_view afterText, const ValeursMetadata& values) {
+bool editIsClean(std::string_view beforeText, std::string_view afterText, const MetadataValues& values) {
     const IxmlDocument before(beforeText);
     const IxmlDocument after(afterText);
     const std::array texts = {

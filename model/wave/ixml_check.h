@@ -11,6 +11,6 @@ namespace dravik {
 
 /// Does `after` give each edited field as asked, and every other field that Dravik knows (texts, flags, identities,
 /// time stamps, track names) as `before` gave it? Pure, linear in the documents.
-[[nodiscard]] bool editIsClean(std::string_view before, std::string_view after, const ValeursMetadata& values);
+[[nodiscard]] bool editIsClean(std::string_view before, std::string_view after, const MetadataValues& values);
 
 }  // namespace dravik

@@ -184,7 +184,7 @@ void expandEmptyTags(std::string& document, std::string_view name) {
     document = std::move(out);
 }
 
-void expandEmptyTags(std::string& document, const ValeursMetadata& values, bool wildWritten) {
+void expandEmptyTags(std::string& document, const MetadataValues& values, bool wildWritten) {
     const auto expand = [&](bool written, std::initializer_list<std::string_view> names) {
         if (!written) return;
         for (const std::string_view name : names)
@@ -200,7 +200,7 @@ void expandEmptyTags(std::string& document, const ValeursMetadata& values, bool 
     expand(!values.framerate.empty() || !values.timecode.empty(),
            {"SPEED", "MASTER_SPEED", "CURRENT_SPEED", "TIMECODE_RATE", "TIMECODE_FLAG",
             "TIMESTAMP_SAMPLES_SINCE_MIDNIGHT_LO", "TIMESTAMP_SAMPLES_SINCE_MIDNIGHT_HI"});
-    expand(!values.nomsPistes.empty() || values.nomPisteUnique.has_value(),
+    expand(!values.nomsPistes.empty() || values.soleTrackName.has_value(),
            {"TRACK_LIST", "TRACK_COUNT", "TRACK", "INTERLEAVE_INDEX", "CHANNEL_INDEX", "NAME"});
 }
 
@@ -257,13 +257,13 @@ std::string definirSousTag(std::string_view document, std::string_view parent, s
     return edited;
 }
 
-std::string definirNomPiste(std::string_view document, int track, std::string_view name) {
+std::string setTrackName(std::string_view document, int track, std::string_view name) {
     std::string edited(document);
     writeTrackNames(edited, {{track, std::string(name)}}, std::nullopt);
     return edited;
 }
 
-std::string mettreAJourIXML(std::string_view document, const ValeursMetadata& values) {
+std::string mettreAJourIXML(std::string_view document, const MetadataValues& values) {
     refuseLarge(document);
     const IxmlDocument before(document);
     const bool circled = values.circled ? *values.circled : lireCircled(before);
@@ -284,7 +284,7 @@ std::string mettreAJourIXML(std::string_view document, const ValeursMetadata& va
     if (!values.timecode.empty()) {
         setStart(edited, samplesFromTimecode(values.timecode, values.framerate, values.sampleRate));
     }
-    writeTrackNames(edited, values.nomsPistes, values.nomPisteUnique);
+    writeTrackNames(edited, values.nomsPistes, values.soleTrackName);
 
     declareUtf8(edited);
 

@@ -22,14 +22,14 @@ inline constexpr std::string_view emptyIxmlDocument =
 /// element it does not have is not added. CIRCLED alone is always written anew, from the file's own value; and where a
 /// TAKE_TYPE, which that removes, was all that said "wild", a WILD_TRACK takes over. A timecode is counted at
 /// `framerate`: whoever gives one gives both.
-struct ValeursMetadata {
+struct MetadataValues {
     std::optional<std::string> project, scene, tape, prise, note;
     std::optional<bool> circled, wild;
     std::map<int, std::string>
         nomsPistes;  ///< track number -> name, only those to write; plain text ("&", not "&amp;")
     /// Name for the only track of a mono file: goes into the file's first TRACK, whatever its numbers; a file without
     /// one gets track 1.
-    std::optional<std::string> nomPisteUnique;
+    std::optional<std::string> soleTrackName;
     std::string timecode;   ///< "HH:MM:SS:FF"; empty: leave the file's time stamp alone
     std::string framerate;  ///< label; empty: leave the file's rate alone
     double sampleRate = 0;  ///< of the file, Hz
@@ -59,13 +59,13 @@ class IxmlError : public Error {
 /// Writes one track's name (escaped: "&" only) into TRACK_LIST and brings TRACK_COUNT up to date, which is put first
 /// into a TRACK_LIST that has none. The track is the one with that key (IxmlTrack), of several the last, which readers
 /// show; a new one when there is none. A number below 1 changes nothing.
-[[nodiscard]] std::string definirNomPiste(std::string_view document, int track, std::string_view name);
+[[nodiscard]] std::string setTrackName(std::string_view document, int track, std::string_view name);
 
 /// Applies all the values in their fixed order. The note is written where it is read (IxmlDocument::literalValue): tags
 /// inside the first SPEED element are passed over. An empty tag ("<NOTE/>") of an element that is written is first
 /// spelled out as an opening and a closing one. The result is UTF-8. Throws IxmlError when the document or the result
 /// is above maxIxmlBytes or the result is not UTF-8.
-[[nodiscard]] std::string mettreAJourIXML(std::string_view document, const ValeursMetadata& values);
+[[nodiscard]] std::string mettreAJourIXML(std::string_view document, const MetadataValues& values);
 
 /// The edited document at the byte length of the original where the original ended in padding (at least 16 NUL bytes or
 /// spaces) that can give or take the difference and keep a byte, so that the chunks behind it need not move; else as it

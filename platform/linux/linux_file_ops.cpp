@@ -72,9 +72,8 @@ void LinuxFileOps::startWriteback(const FileHandle& file, std::uint64_t offset, 
 }
 
 void LinuxFileOps::waitForWriteback(const FileHandle& file, std::uint64_t offset, std::uint64_t length) noexcept {
-    static_cast<void>(
-        ::sync_file_range(file.descriptor(), static_cast<off64_t>(offset), static_cast<off64_t>(length),
-                          SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER));
+    static_cast<void>(::sync_file_range(file.descriptor(), static_cast<off64_t>(offset), static_cast<off64_t>(length),
+                                        SYNC_FILE_RANGE_WAIT_BEFORE));
 }
 
 void LinuxFileOps::copyAttributes(const FileHandle& from, const FileHandle& to, const std::filesystem::path& toPath) {

@@ -118,7 +118,7 @@ TEST(Failure, OfAnySystemCallLeavesTheFileAsBeforeOrAsAfter) {
                       if (failed == Call::remove || failed == Call::syncFolder) {
                           // The file may be done already; a journal that was not removed is left for the next opening
                           // of the folder.
-                          EXPECT_TRUE(recupererDossier(attempt.ops, attempt.folder.path()).failures.empty());
+                          EXPECT_TRUE(recoverFolder(attempt.ops, attempt.folder.path()).failures.empty());
                           attempt.expectWhole(operation, outcomes);
                           return true;
                       }
@@ -143,7 +143,7 @@ TEST(Failure, OfEveryCallFromOneOnStillLeavesTheFileWhole) {
                       const bool wasMet = attempt.ops.failures() > 0;
                       attempt.ops.failAt({.nth = 0});
                       if (!wasMet) return false;
-                      EXPECT_TRUE(recupererDossier(attempt.ops, attempt.folder.path()).failures.empty());
+                      EXPECT_TRUE(recoverFolder(attempt.ops, attempt.folder.path()).failures.empty());
                       attempt.expectWhole(operation, outcomes);
                       return true;
                   });

@@ -42,7 +42,7 @@ class Scene {
         FaultyFileOps ops;
         ops.syncing = false;
         for (const bool markers : {false, true}) {
-            EXPECT_FALSE(sauvegarder(ops, items(folder.path(), false, markers), {}).failed());
+            EXPECT_FALSE(runSave(ops, items(folder.path(), false, markers), {}).failed());
             for (int i = 0; i < files; ++i)
                 states_[i].push_back(readFile(folder / name(i)));
         }
@@ -54,7 +54,7 @@ class Scene {
         test::writeFile(folder / ".metadata-mine.tmp", "a file of the user");
     }
     [[nodiscard]] SaveReport save(FileOps& ops, const std::filesystem::path& folder) const {
-        return sauvegarder(ops, items(folder, true, true), {});
+        return runSave(ops, items(folder, true, true), {});
     }
     /// Every recording once, whole, all under their old names or all under their new ones; nothing else.
     void expectWhole(const std::filesystem::path& folder) const {
@@ -91,7 +91,7 @@ class Scene {
             item.fichier.taille = originals_.at(name(i)).size();
             item.valeurs.emplace().scene = "Scene " + std::to_string(i);
             if (markers) item.cues = {{{}, 100, "slate"}};
-            if (rename) item.nouveauNom = std::filesystem::path(newName(i)).stem();
+            if (rename) item.newName = std::filesystem::path(newName(i)).stem();
             all.push_back(item);
         }
         return all;
@@ -133,12 +133,12 @@ TEST(Kill, AtEverySystemCallOfASaveAndOfItsRecoveryLosesNothing) {
             const TempFolder folder;
             scene.fill(folder.path());
             killed = killedAtCall(calls, [&](FileOps& ops) { static_cast<void>(scene.save(ops, folder.path())); });
-            recoveryKilled = killedAtCall(
-                recoveryCalls, [&](FileOps& ops) { static_cast<void>(recupererDossier(ops, folder.path())); });
-            const Recovery recovery = recupererDossier(*native, folder.path());
+            recoveryKilled = killedAtCall(recoveryCalls,
+                                          [&](FileOps& ops) { static_cast<void>(recoverFolder(ops, folder.path())); });
+            const Recovery recovery = recoverFolder(*native, folder.path());
             EXPECT_THAT(recovery.failures, IsEmpty());
             scene.expectWhole(folder.path());
-            EXPECT_TRUE(recupererDossier(*native, folder.path()).empty()) << "there is nothing left to put right";
+            EXPECT_TRUE(recoverFolder(*native, folder.path()).empty()) << "there is nothing left to put right";
             if (HasFailure()) return;
         }
     }
@@ -159,7 +159,7 @@ TEST(Kill, AtEverySystemCallOnTheWayBackFromAFailedRenameLosesNothing) {
             const auto save = [&](FileOps& ops) { static_cast<void>(scene.save(ops, folder.path())); };
             killed = killedAtCall(calls, save, failing);
             kills += killed ? 1 : 0;
-            EXPECT_THAT(recupererDossier(*native, folder.path()).failures, IsEmpty());
+            EXPECT_THAT(recoverFolder(*native, folder.path()).failures, IsEmpty());
             scene.expectWhole(folder.path());
             if (HasFailure()) return;
         }
@@ -193,7 +193,7 @@ TEST(Kill, AtRandomInstantsLosesNothing) {
             std::chrono::microseconds(std::uniform_int_distribution<std::int64_t>(0, length)(random)));
         ::kill(child, SIGKILL);
         if (test::waitForChild(child) == -SIGKILL) ++killed;
-        EXPECT_THAT(recupererDossier(*native, folder.path()).failures, IsEmpty());
+        EXPECT_THAT(recoverFolder(*native, folder.path()).failures, IsEmpty());
         scene.expectWhole(folder.path());
         if (HasFailure()) return;
     }

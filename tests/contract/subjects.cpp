@@ -16,8 +16,8 @@ namespace {
 
 using Pad = WavBuilder::Pad;
 
-ValeursMetadata edited() {
-    ValeursMetadata values;
+MetadataValues edited() {
+    MetadataValues values;
     values.scene = "Contract 7";
     values.note = "new note";
     values.circled = true;
@@ -32,9 +32,9 @@ void save(FileOps& ops, const std::filesystem::path& folder, const TaskContext& 
     item.fichier.url = folder / "take.wav";
     item.fichier.taille = std::filesystem::file_size(item.fichier.url);
     item.valeurs = edited();
-    if (rename) item.nouveauNom = "new";
+    if (rename) item.newName = "new";
     if (cues) item.cues = markers();
-    const SaveReport report = sauvegarder(ops, {item}, task);
+    const SaveReport report = runSave(ops, {item}, task);
     if (report.cancelled) throw Cancelled();
     report.throwIfFailed();
 }
@@ -101,7 +101,7 @@ const std::vector<Operation>& operations() {
          .run =
              [](FileOps& ops, const auto& folder, const TaskContext& task) {
                  FolderSyncs folders;
-                 SauvegardeCues(ops).ecrireCues(folder / "take.wav", markers(), task, folders);
+                 CueWriter(ops).ecrireCues(folder / "take.wav", markers(), task, folders);
                  folders.syncAll(ops);
              },
          .writesCues = true},
@@ -132,7 +132,7 @@ Outcomes outcomesOf(const Operation& operation, const Subject& subject) {
             outcomes.contents.push_back(readFile(path));
         }
         if (operation.writesCues) {
-            SauvegardeCues(ops).ecrireCues(path, markers(), {}, folders);
+            CueWriter(ops).ecrireCues(path, markers(), {}, folders);
             outcomes.contents.push_back(readFile(path));
         }
     } catch (const Error&) {

@@ -37,7 +37,7 @@ TEST(ModificationsEnCours, LoadsATakeWithNothingUnsaved) {
     EXPECT_FALSE(edits.aDesModifications());
     EXPECT_FALSE(edits.modifCues());
     EXPECT_FALSE(edits.modifTableau());
-    EXPECT_EQ(edits.champs(), edits.originaux());
+    EXPECT_EQ(edits.fields(), edits.originals());
     EXPECT_EQ(edits.project(), "") << "absent is empty";
     EXPECT_EQ(edits.note(), "");
     EXPECT_TRUE(edits.circled());
@@ -59,7 +59,7 @@ TEST(ModificationsEnCours, TellsOfEveryEditAndKnowsWhenItIsTakenBack) {
         {&M::noteChanged, [&] { edits.setNote(" "); }, [&] { edits.setNote(""); }},
         {&M::circledChanged, [&] { edits.setCircled(false); }, [&] { edits.setCircled(true); }},
         {&M::wildChanged, [&] { edits.setWild(true); }, [&] { edits.setWild(false); }},
-        {&M::nomsPistesChanged, [&] { edits.setNomPiste(1, "Lav"); }, [&] { edits.setNomPiste(1, "Boom"); }},
+        {&M::nomsPistesChanged, [&] { edits.setTrackName(1, "Lav"); }, [&] { edits.setTrackName(1, "Boom"); }},
         {&M::timecodeChanged, [&] { edits.setTimecode(""); }, [&] { edits.setTimecode("10:00:00:00"); }},
         {&M::framerateChanged, [&] { edits.setFramerate("24"); }, [&] { edits.setFramerate("25"); }},
         {&M::modifTableauChanged, [&] { edits.setModifTableau(true); }, [&] { edits.setModifTableau(false); }},
@@ -99,7 +99,7 @@ TEST(ModificationsEnCours, DiscardsOrKeepsTheEdits) {
     edits.charger(take("12A"), tracks({"Boom"}), 48000);
     const auto edit = [&] {
         edits.setScene("13");
-        edits.setNomPiste(1, "Lav");
+        edits.setTrackName(1, "Lav");
         edits.setModifCues(true);
     };
     edit();
@@ -109,7 +109,7 @@ TEST(ModificationsEnCours, DiscardsOrKeepsTheEdits) {
     EXPECT_FALSE(edits.aDesModifications());
     edit();
     edits.valider();
-    EXPECT_EQ(edits.originaux().scene, "13");
+    EXPECT_EQ(edits.originals().scene, "13");
     EXPECT_FALSE(edits.aDesModifications());
     EXPECT_FALSE(edits.modifCues());
     edits.setScene("12A");

@@ -45,9 +45,9 @@ class Renaming : public testing::Test {
             info.nom = from;
             requests.push_back({info, to});
         }
-        return construirePlan(requests);
+        return planRenames(requests);
     }
-    auto rename(const Names& names) { return executerPlan(ops, planOf(names)); }
+    auto rename(const Names& names) { return runRenames(ops, planOf(names)); }
     /// "name=content", hidden files without content.
     std::vector<std::string> picture(const std::filesystem::path& where = {}) {
         std::vector<std::string> lines;
@@ -63,7 +63,7 @@ class Renaming : public testing::Test {
     void leaveJournal(JournalPhase phase, const std::vector<JournalEntry>& entries) {
         test::writeFile(folder / journalName(freshToken(), phase), journalText(entries));
     }
-    Recovery recover() { return recupererDossier(ops, folder.path()); }
+    Recovery recover() { return recoverFolder(ops, folder.path()); }
 
     TempFolder folder;
     FaultyFileOps ops;
@@ -127,7 +127,7 @@ TEST_F(RenameTransaction, PutsEverythingBackWhereverItFails) {
         const auto plan = planOf(names);
         ops.failAt({.nth = nth, .errorNumber = EACCES});
         try {
-            static_cast<void>(executerPlan(ops, plan));
+            static_cast<void>(runRenames(ops, plan));
             // What fails once all is done can only be the removal of the journal.
             EXPECT_THAT(picture(), testing::IsSupersetOf({"a.wav=b.wav", "b.wav=a.wav", "x.wav=c.wav"}));
             if (ops.failures() == 0) succeededAt = nth;
@@ -155,9 +155,9 @@ TEST_F(RenameTransaction, KeepsEveryFileWhenTheWayBackFailsAsWell) {
             ops.failAt({.nth = first, .andNth = second});
             bool saidToBeRestored = false;
             try {
-                static_cast<void>(executerPlan(ops, plan));
+                static_cast<void>(runRenames(ops, plan));
             } catch (const MainSaveRenameError& error) {
-                EXPECT_EQ(error.cas(), MainSaveRenameError::Cas::rollbackFailed);
+                EXPECT_EQ(error.reason(), MainSaveRenameError::Reason::rollbackFailed);
                 ++notRestored;
             } catch (const std::filesystem::filesystem_error&) {
                 saidToBeRestored = true;
@@ -196,10 +196,10 @@ TEST_F(RenameTransaction, SaysOnceWhereAFileIsThatCouldNotBePutBack) {
     ops.failAt({.kinds = {Call::renameNoReplace}, .nth = 5});  // journal, a, b, the journal's phase, a
     const auto plan = planOf({{"a", "x"}, {"b", "y"}});
     try {
-        static_cast<void>(executerPlan(ops, plan));
+        static_cast<void>(runRenames(ops, plan));
         FAIL() << "expected an error";
     } catch (const MainSaveRenameError& error) {
-        EXPECT_EQ(error.cas(), MainSaveRenameError::Cas::rollbackFailed);
+        EXPECT_EQ(error.reason(), MainSaveRenameError::Reason::rollbackFailed);
         EXPECT_THAT(error.what(), HasSubstr("Original error: x.wav: Input/output error\n"));
         EXPECT_TRUE(std::string(error.what())
                         .ends_with("Recovery details:\nCould not restore a.wav: original path already exists. Current "
@@ -219,7 +219,7 @@ TEST_F(RenameTransaction, SaysWhereEveryFileIsWhenNothingCanBeMovedAnyMore) {
     ops.failAt({.kinds = {Call::renameNoReplace}, .nth = 6, .allLater = true});
     const auto plan = planOf({{"a", "x"}, {"b", "y"}});
     try {
-        static_cast<void>(executerPlan(ops, plan));
+        static_cast<void>(runRenames(ops, plan));
         FAIL() << "expected an error";
     } catch (const MainSaveRenameError& error) {
         const std::string text = error.what();
@@ -375,9 +375,9 @@ TEST_F(FolderRecovery, LeavesAloneWhatALivingProcessHolds) {
     const auto other = makeNativeFileOps();
     ops.before([&](Call call, int) {
         if (call != Call::renameNoReplace && call != Call::syncFolder) return;
-        EXPECT_TRUE(recupererDossier(*other, folder.path()).empty());
+        EXPECT_TRUE(recoverFolder(*other, folder.path()).empty());
     });
-    static_cast<void>(executerPlan(ops, plan));
+    static_cast<void>(runRenames(ops, plan));
     EXPECT_THAT(picture(), testing::IsSupersetOf({"x.wav=a.wav", "y.wav=b.wav"}));
     EXPECT_EQ(namesIn(folder.path()).size(), 3U) << "and the temporary file in use";
 }
@@ -403,8 +403,8 @@ TEST_F(FolderRecovery, TellsOfADamagedJournalAndLeavesIt) {
 TEST_F(FolderRecovery, ChangesNothingWhereThereIsNothingOfOurs) {
     have({"a.wav", ".hidden", "b.txt"});
     EXPECT_TRUE(recover().empty());
-    EXPECT_TRUE(recupererDossier(ops, folder / "missing").empty());
-    EXPECT_TRUE(recupererDossier(ops, folder / "a.wav").empty());
+    EXPECT_TRUE(recoverFolder(ops, folder / "missing").empty());
+    EXPECT_TRUE(recoverFolder(ops, folder / "a.wav").empty());
     EXPECT_EQ(ops.calls(), 0);
 }
 

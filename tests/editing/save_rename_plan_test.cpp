@@ -44,7 +44,7 @@ TEST(NewNames, KeepTheTrackSuffixOfEveryFileOfAMonoSet) {
     for (const auto& [files, expected] : cases) {
         std::vector<std::string> names;
         for (const RenameRequest& request : renommerGroupe(setOf("SC12_", files), "New"))
-            names.push_back(request.nouveauNom);
+            names.push_back(request.newName);
         EXPECT_EQ(names, expected);
     }
 }
@@ -54,7 +54,7 @@ TEST(NewNames, OfARenamedSetMakeASetAgain) {
     std::vector<InfoFichier> infos;
     for (const RenameRequest& request : renommerGroupe(groupe, "Sc 7_T9")) {
         InfoFichier info;
-        info.nom = request.nouveauNom;
+        info.nom = request.newName;
         info.url = "/takes/" + info.nom + ".wav";
         info.channels = 1;
         infos.push_back(info);
@@ -65,10 +65,10 @@ TEST(NewNames, OfARenamedSetMakeASetAgain) {
 }
 
 TEST(NewNames, AreRefusedWhenNoFileCanHaveThem) {
-    EXPECT_TRUE(estNomValide("Scene 12: \"Böom\" ?"));
+    EXPECT_TRUE(isValidName("Scene 12: \"Böom\" ?"));
     for (const std::string& name : {std::string(), std::string("a/b"), std::string("a\0b", 3), std::string(".."),
                                     std::string(".x"), std::string("a\nb"), std::string("  "), std::string(221, 'x')}) {
-        EXPECT_FALSE(estNomValide(name)) << name;
+        EXPECT_FALSE(isValidName(name)) << name;
     }
 }
 
@@ -87,7 +87,7 @@ class RenamePlan : public testing::Test {
     /// The error's text, or "planned".
     std::string outcome(const std::vector<RenameRequest>& requests) {
         try {
-            static_cast<void>(construirePlan(requests));
+            static_cast<void>(planRenames(requests));
             return "planned";
         } catch (const MainSaveRenameError& error) {
             EXPECT_TRUE(error.nothingChanged());
@@ -101,7 +101,7 @@ class RenamePlan : public testing::Test {
 
 TEST_F(RenamePlan, KeepsFolderAndExtensionAndHidesEveryFileUnderItsOwnName) {
     have({"a.WAV", "b.v2.bwf"});
-    const auto plan = construirePlan({request("a.WAV", "x.1"), request("b.v2.bwf", "y")});
+    const auto plan = planRenames({request("a.WAV", "x.1"), request("b.v2.bwf", "y")});
     ASSERT_EQ(plan.size(), 2U);
     EXPECT_EQ(plan[0].destination, folder / "x.1.WAV");
     EXPECT_EQ(plan[1].destination, folder / "y.bwf");

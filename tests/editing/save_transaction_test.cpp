@@ -45,16 +45,16 @@ class SaveTransaction : public testing::Test {
         load();
     }
     void load() {
-        const auto groupes = scannerDossier(folder.path(), test::FakeCodecs(), true, {});
+        const auto groupes = scanFolder(folder.path(), test::FakeCodecs(), true, {});
         ASSERT_EQ(groupes.size(), 1U);
         groupe = groupes.front();
-        edits.charger(resume(groupe), pistesDuGroupe(groupe), 48000);
+        edits.charger(summary(groupe), tracksOfGroup(groupe), 48000);
     }
     std::vector<SaveItem> items(const std::optional<std::string>& name = {}) {
-        return elementsDeSauvegarde(groupe, edits.champs(), edits.originaux(), name);
+        return planSave(groupe, edits.fields(), edits.originals(), name);
     }
     SaveReport save(const std::optional<std::string>& name = {}, const TaskContext& task = {}) {
-        return sauvegarder(ops, items(name), task);
+        return runSave(ops, items(name), task);
     }
     std::vector<Bytes> contents() {
         std::vector<Bytes> all;
@@ -71,7 +71,7 @@ class SaveTransaction : public testing::Test {
 
 TEST_F(SaveTransaction, RenamesTheSetAndWritesEveryFileOfItAtItsNewPlace) {
     edits.setScene("13 & 14");
-    edits.setNomPiste(2, "Lav & Boom");
+    edits.setTrackName(2, "Lav & Boom");
     const SaveReport report = save("SC13");
     EXPECT_NO_THROW(report.throwIfFailed());
     EXPECT_EQ(report.written(), 3U);
@@ -108,7 +108,7 @@ TEST_F(SaveTransaction, TouchesNoFileWithoutAnEdit) {
     EXPECT_EQ(report.results.size(), 3U);
     EXPECT_EQ(stampsOf(), before);
     EXPECT_EQ(ops.calls(), 0);
-    edits.setNomPiste(3, "Lav");
+    edits.setTrackName(3, "Lav");
     EXPECT_EQ(save().written(), 1U) << "one name is in one file";
     EXPECT_EQ(stampsOf()[0], before[0]);
     EXPECT_NE(stampsOf()[2].first, before[2].first);
@@ -174,7 +174,7 @@ TEST_F(SaveTransaction, KeepsTheNewNamesWhenMetadataFails) {
         report.throwIfFailed();
         FAIL() << "expected an error";
     } catch (const MainSaveRenameError& error) {
-        EXPECT_EQ(error.cas(), MainSaveRenameError::Cas::metadataAfterRenameFailed);
+        EXPECT_EQ(error.reason(), MainSaveRenameError::Reason::metadataAfterRenameFailed);
         EXPECT_THAT(error.what(),
                     HasSubstr("SC13_T02.wav was not saved: Permission denied. The file was not changed."));
     }
@@ -195,20 +195,20 @@ TEST_F(SaveTransaction, DoesNotSpeakOfARenameThatChangedOnlyTheCase) {
 
 TEST_F(SaveTransaction, TellsMetadataThatWasSavedFromMarkersThatWereNot) {
     std::vector<SaveItem> all = items();
-    all[0].valeurs = ValeursMetadata{};
+    all[0].valeurs = MetadataValues{};
     all[0].valeurs->scene = "13";
     all[0].cues = {{{}, 5, "x"}};
     all.resize(1);
     ops.failAt({.kinds = {Call::sync}, .nth = 2});
-    const SaveReport failed = sauvegarder(ops, all, {});
+    const SaveReport failed = runSave(ops, all, {});
     EXPECT_EQ(failed.results[0].error,
               "The markers of SC12_T01.wav were not saved: Input/output error. Its metadata was.");
     EXPECT_TRUE(failed.results[0].written);
     all[0].cues = std::vector<CueMarker>(70'000);
-    EXPECT_EQ(sauvegarder(ops, all, {}).results[0].error,
+    EXPECT_EQ(runSave(ops, all, {}).results[0].error,
               "SC12_T01.wav cannot hold that many markers. Its markers were not changed.");
     all[0].cues = {{{}, 5, "x"}};
-    EXPECT_FALSE(sauvegarder(ops, all, {}).failed());
+    EXPECT_FALSE(runSave(ops, all, {}).failed());
     EXPECT_EQ(lireCues(folder / "SC12_T01.wav").size(), 1U);
 }
 

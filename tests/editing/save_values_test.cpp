@@ -15,7 +15,7 @@ using testing::Pair;
 /// A mono set of three, which disagree in note and timecode; as edited right after it was loaded.
 struct LoadedTake {
     GroupeFichiers groupe;
-    ChampsEdites originaux, edites;
+    EditedFields originals, edited;
 
     explicit LoadedTake(int files, int channels = 1) {
         groupe.nom = "SC12";
@@ -34,48 +34,48 @@ struct LoadedTake {
                 info.nomsPistes[c] = "Track " + std::to_string(c);
             groupe.fichiers.push_back(info);
         }
-        fusionnerMetadonnees(groupe);
+        mergeMetadata(groupe);
         ModificationsEnCours loaded;
-        loaded.charger(resume(groupe), pistesDuGroupe(groupe), 96000);
-        originaux = edites = loaded.champs();
+        loaded.charger(summary(groupe), tracksOfGroup(groupe), 96000);
+        originals = edited = loaded.fields();
     }
-    [[nodiscard]] ValeursMetadata values(std::size_t position) const {
-        return valeursPourFichier(edites, originaux, groupe, position);
+    [[nodiscard]] MetadataValues values(std::size_t position) const {
+        return valuesForFile(edited, originals, groupe, position);
     }
 };
 
 TEST(SaveValues, HandOverOnlyWhatWasEdited) {
     LoadedTake take(3);
-    EXPECT_FALSE(contientUneEdition(take.values(0)));
-    take.edites.scene = "13";
-    take.edites.wild = true;
-    const ValeursMetadata values = take.values(1);
-    EXPECT_TRUE(contientUneEdition(values));
+    EXPECT_FALSE(hasEdit(take.values(0)));
+    take.edited.scene = "13";
+    take.edited.wild = true;
+    const MetadataValues values = take.values(1);
+    EXPECT_TRUE(hasEdit(values));
     EXPECT_EQ(values.scene, "13");
     EXPECT_EQ(values.wild, true);
     EXPECT_EQ(values.sampleRate, 96000);
     EXPECT_FALSE(values.project || values.tape || values.prise || values.note || values.circled ||
-                 values.nomPisteUnique);
+                 values.soleTrackName);
     EXPECT_EQ(values.timecode + values.framerate, "") << "the recorder's own count survives";
     EXPECT_THAT(values.nomsPistes, IsEmpty());
 }
 
 TEST(SaveValues, GiveEveryFileOfADisagreeingTakeTheEditedValue) {
     LoadedTake take(3);
-    EXPECT_EQ(take.edites.note, "") << "mixed";
-    take.edites.note = "one for all";
+    EXPECT_EQ(take.edited.note, "") << "mixed";
+    take.edited.note = "one for all";
     for (std::size_t i = 0; i < 3; ++i)
         EXPECT_EQ(take.values(i).note, "one for all");
 }
 
 TEST(SaveValues, HandTimecodeAndRateOverTogetherEachFileItsOwnOther) {
     LoadedTake rate(2);
-    rate.edites.framerate = "24";
+    rate.edited.framerate = "24";
     EXPECT_EQ(rate.values(0).framerate, "24");
     EXPECT_EQ(rate.values(0).timecode, "10:00:00:00");
     EXPECT_EQ(rate.values(1).timecode, "10:00:00:01");
     LoadedTake start(2);
-    start.edites.timecode = "11:00:00:00";
+    start.edited.timecode = "11:00:00:00";
     start.groupe.fichiers[1].framerate = "29.97 DF";
     EXPECT_EQ(start.values(0).framerate, "25");
     EXPECT_EQ(start.values(1).framerate, "29.97 DF");
@@ -84,43 +84,43 @@ TEST(SaveValues, HandTimecodeAndRateOverTogetherEachFileItsOwnOther) {
 
 TEST(SaveValues, PutTheNameOfATrackIntoItsOwnFileOnly) {
     LoadedTake set(3);
-    set.edites.nomsPistes[2] = "Lav & Boom";
-    EXPECT_FALSE(contientUneEdition(set.values(0)));
-    EXPECT_EQ(set.values(1).nomPisteUnique, "Lav & Boom");
+    set.edited.nomsPistes[2] = "Lav & Boom";
+    EXPECT_FALSE(hasEdit(set.values(0)));
+    EXPECT_EQ(set.values(1).soleTrackName, "Lav & Boom");
     EXPECT_THAT(set.values(1).nomsPistes, IsEmpty());
-    EXPECT_FALSE(contientUneEdition(set.values(2)));
+    EXPECT_FALSE(hasEdit(set.values(2)));
 
     LoadedTake poly(1, 3);
-    poly.edites.nomsPistes[3] = "Lav";
+    poly.edited.nomsPistes[3] = "Lav";
     EXPECT_THAT(poly.values(0).nomsPistes, ElementsAre(Pair(3, "Lav")));
-    EXPECT_FALSE(poly.values(0).nomPisteUnique);
+    EXPECT_FALSE(poly.values(0).soleTrackName);
 
     LoadedTake mono(1);
-    mono.edites.nomsPistes[1] = "Lav";
-    EXPECT_EQ(mono.values(0).nomPisteUnique, "Lav");
+    mono.edited.nomsPistes[1] = "Lav";
+    EXPECT_EQ(mono.values(0).soleTrackName, "Lav");
 }
 
 TEST(SaveValues, LoseNoNameOfAMonoFileThatListsSeveralTracks) {
     LoadedTake mono(1);
     mono.groupe.fichiers[0].nomsPistes = {{1, "Boom"}, {2, "Lav"}};
-    mono.edites.nomsPistes[2] = mono.originaux.nomsPistes[2] = "Lav";
-    mono.edites.nomsPistes[2] = "Lav 2";
+    mono.edited.nomsPistes[2] = mono.originals.nomsPistes[2] = "Lav";
+    mono.edited.nomsPistes[2] = "Lav 2";
     EXPECT_THAT(mono.values(0).nomsPistes, ElementsAre(Pair(2, "Lav 2")));
 }
 
 TEST(SaveItems, AreEmptyForFilesWithNothingToDo) {
     LoadedTake take(3);
     const auto items = [&](const std::optional<std::string>& name = {}) {
-        return elementsDeSauvegarde(take.groupe, take.edites, take.originaux, name);
+        return planSave(take.groupe, take.edited, take.originals, name);
     };
     for (const SaveItem& item : items())
         EXPECT_TRUE(item.empty());
     for (const SaveItem& item : items("SC12"))
         EXPECT_TRUE(item.empty()) << "the name it has";
-    EXPECT_EQ(items("SC13").at(2).nouveauNom, "SC13_T03");
+    EXPECT_EQ(items("SC13").at(2).newName, "SC13_T03");
     EXPECT_FALSE(items("SC13").at(2).valeurs);
 
-    take.edites.nomsPistes[1] = "Lav";
+    take.edited.nomsPistes[1] = "Lav";
     EXPECT_TRUE(items().at(0).valeurs);
     EXPECT_TRUE(items().at(1).empty());
 

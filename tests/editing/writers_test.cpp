@@ -31,10 +31,10 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 
 using Pad = WavBuilder::Pad;
-using Cas = ErreurSauvegarde::Cas;
+using Reason = ErreurSauvegarde::Reason;
 
-ValeursMetadata scene(const std::string& text) {
-    ValeursMetadata values;
+MetadataValues scene(const std::string& text) {
+    MetadataValues values;
     values.scene = text;
     values.sampleRate = 48000;
     return values;
@@ -63,13 +63,13 @@ struct Written {
 
 class Writers : public testing::Test {
   protected:
-    void save(const std::filesystem::path& path, const ValeursMetadata& values) {
+    void save(const std::filesystem::path& path, const MetadataValues& values) {
         SauvegardeMetadata(ops).ecrire(path, values, {}, folders);
     }
     void saveCues(const std::filesystem::path& path, const std::vector<CueMarker>& cues) {
-        SauvegardeCues(ops).ecrireCues(path, cues, {}, folders);
+        CueWriter(ops).ecrireCues(path, cues, {}, folders);
     }
-    Written saved(const WavBuilder& builder, const ValeursMetadata& values = scene("13")) {
+    Written saved(const WavBuilder& builder, const MetadataValues& values = scene("13")) {
         const auto path = builder.write(folder / "a.wav");
         save(path, values);
         return Written(path);
@@ -100,7 +100,7 @@ class Writers : public testing::Test {
 };
 
 class MetadataWriter : public Writers {};
-class CueWriter : public Writers {};
+class CueWriting : public Writers {};
 
 TEST_F(MetadataWriter, PutsTheEditWhereTheIxmlWasAndKeepsTheRest) {
     const auto builder = [](std::string_view middle) {
@@ -171,7 +171,7 @@ TEST_F(MetadataWriter, TakesTheFlagsOfTheDescriptionIntoANewIxml) {
         {"sSCENE=1\r\n", std::nullopt, "FALSE", "none"},
     };
     for (const auto& [description, circled, expectedCircled, expectedWild] : cases) {
-        ValeursMetadata values = scene("13");
+        MetadataValues values = scene("13");
         values.circled = circled;
         const Written after = saved(WavBuilder().bext({.description = description}).fmt().audio(1), values);
         const std::string_view ixml = asText(after.payload("iXML"));
@@ -186,7 +186,7 @@ TEST_F(MetadataWriter, ReadsLatin1AndWritesUtf8) {
 }
 
 TEST_F(MetadataWriter, TouchesOnlyTheBextThatIsLongEnough) {
-    ValeursMetadata values = scene("13");
+    MetadataValues values = scene("13");
     values.timecode = "10:00:01:00";
     values.framerate = "25";
     for (const std::size_t bytes :
@@ -319,7 +319,7 @@ TEST_F(MetadataWriter, StopsWhenItIsCancelledAndLeavesTheFileAlone) {
     }
 }
 
-TEST_F(CueWriter, WritesMarkersInOrderOfTheirFramesAndReadsThemBack) {
+TEST_F(CueWriting, WritesMarkersInOrderOfTheirFramesAndReadsThemBack) {
     const std::vector<CueMarker> markers = {
         {{}, 5000, "Böom"}, {{}, 100, std::nullopt}, {{}, -7, "ab"}, {{}, 5000, ""}};
     const Written after = savedCues(test::recorderFile(), markers);
@@ -340,7 +340,7 @@ TEST_F(CueWriter, WritesMarkersInOrderOfTheirFramesAndReadsThemBack) {
     EXPECT_FALSE(read[3].label);
 }
 
-TEST_F(CueWriter, ReplacesWhatThereWasAndKeepsOtherLists) {
+TEST_F(CueWriting, ReplacesWhatThereWasAndKeepsOtherLists) {
     WavBuilder file;
     file.cues({{7, 10, "old"}}).fmt().audio(100).chunk("list", test::adtlPayload({{7, 0, "older"}}));
     file.chunk("LIST", "INFOinfo").chunk("cue ", test::cuePayload({}));
@@ -352,7 +352,7 @@ TEST_F(CueWriter, ReplacesWhatThereWasAndKeepsOtherLists) {
     EXPECT_TRUE(cleared.riffSizeFits());
 }
 
-TEST_F(CueWriter, LeavesAFileWithoutMarkersAloneWhenThereAreNoneToWrite) {
+TEST_F(CueWriting, LeavesAFileWithoutMarkersAloneWhenThereAreNoneToWrite) {
     const auto path = test::recorderFile().write(folder / "a.wav");
     struct stat before {};
     ASSERT_EQ(::stat(path.c_str(), &before), 0);
@@ -363,7 +363,7 @@ TEST_F(CueWriter, LeavesAFileWithoutMarkersAloneWhenThereAreNoneToWrite) {
     EXPECT_EQ(ops.calls(Call::create), 0);
 }
 
-TEST_F(CueWriter, RefusesWhatItCannotWriteWhole) {
+TEST_F(CueWriting, RefusesWhatItCannotWriteWhole) {
     const Bytes audio = test::audioBytes(50);
     const std::vector<CueMarker> one = {{{}, 1, "x"}};
     const struct {

@@ -138,7 +138,7 @@ TEST(FolderScan, ProbesOnSeveralThreadsInTheOrderOfTheList) {
         EXPECT_EQ(progress.allBytes, 300U);
         reports.push_back(progress.doneBytes);  // one report at a time
     };
-    const std::vector<InfoFichier> infos = analyserFichiers(files, FakeCodecs(), task);
+    const std::vector<InfoFichier> infos = probeFiles(files, FakeCodecs(), task);
     for (std::size_t i = 0; i < infos.size(); ++i)
         EXPECT_EQ(infos[i].scene, std::to_string(i));
     ASSERT_EQ(reports.size(), 300U);
@@ -158,7 +158,7 @@ TEST(FolderScan, StopsWhenItIsCancelled) {
     task.report = [&](const Progress&) {
         if (++reports == 20) token.cancel();
     };
-    EXPECT_THROW(static_cast<void>(analyserFichiers(files, FakeCodecs(), task)), Cancelled);
+    EXPECT_THROW(static_cast<void>(probeFiles(files, FakeCodecs(), task)), Cancelled);
     EXPECT_LT(reports, 40);
 }
 
@@ -166,7 +166,7 @@ TEST(FolderScan, GroupsTheRealOnes) {
     DRAVIK_NEEDS_SAMPLES();
     const auto codecs = makeLazyMediaReader({});
     const auto scan = [&](const char* folder) {
-        return picture(scannerDossier(*test::sampleFolder() / folder, *codecs, true, {}));
+        return picture(scanFolder(*test::sampleFolder() / folder, *codecs, true, {}));
     };
     EXPECT_THAT(scan("recorder_a_poly_mono"),
                 ElementsAre("A101_1 (poly): A101_1", "A101_1: A101_1_1 A101_1_2", "A101_3 (poly): A101_3"));

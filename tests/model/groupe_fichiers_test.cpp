@@ -30,7 +30,7 @@ GroupeFichiers groupOf(std::vector<InfoFichier> fichiers) {
     GroupeFichiers groupe;
     groupe.nom = "SC12";
     groupe.fichiers = std::move(fichiers);
-    fusionnerMetadonnees(groupe);
+    mergeMetadata(groupe);
     return groupe;
 }
 
@@ -44,14 +44,14 @@ TEST(GroupeFichiers, HasTheValuesThatItsFilesAgreeOnAndNamesTheOthers) {
     EXPECT_FALSE(groupe.notes);
     EXPECT_FALSE(groupe.circled);
     EXPECT_FALSE(groupe.timecode) << "a value beside none is a disagreement";
-    EXPECT_THAT(groupe.champsMixtes, ElementsAre(ChampMetadata::note, ChampMetadata::circled, ChampMetadata::timecode));
+    EXPECT_THAT(groupe.mixedFields, ElementsAre(MetadataField::note, MetadataField::circled, MetadataField::timecode));
     EXPECT_FALSE(groupe.forcerSauvegardeMetadata);
 
     for (InfoFichier& fichier : groupe.fichiers)
         fichier = mono("13", "wind");
     groupe.fichiers[1].forcerSauvegardeMetadata = true;
-    fusionnerMetadonnees(groupe);
-    EXPECT_THAT(groupe.champsMixtes, IsEmpty());
+    mergeMetadata(groupe);
+    EXPECT_THAT(groupe.mixedFields, IsEmpty());
     EXPECT_EQ(groupe.notes, "wind");
     EXPECT_TRUE(groupe.forcerSauvegardeMetadata);
 }
@@ -80,7 +80,7 @@ TEST(GroupeFichiers, ToldByItsDatesIsConsistentMixedOrWithout) {
 
 std::vector<std::tuple<int, std::string, int>> tracks(const GroupeFichiers& groupe) {
     std::vector<std::tuple<int, std::string, int>> out;
-    for (const Piste& piste : pistesDuGroupe(groupe))
+    for (const Piste& piste : tracksOfGroup(groupe))
         out.emplace_back(piste.numero, piste.nom, piste.numeroTrack.value_or(0));
     return out;
 }
@@ -105,14 +105,14 @@ TEST(GroupeFichiers, CountsTheTracksOfOneFileByItsChannels) {
     single.nomsPistes = {{5, "Boom"}};
     EXPECT_THAT(tracks(groupOf({single})), ElementsAre(std::tuple(1, "Boom", 0))) << "its one track, under any number";
     poly.nomsPistes = {{2'000'000'000, "damage"}};
-    EXPECT_LE(pistesDuGroupe(groupOf({poly})).size(), 1024U);
+    EXPECT_LE(tracksOfGroup(groupOf({poly})).size(), 1024U);
 }
 
 TEST(AudioMetadata, SumsUpTheTakeInTexts) {
     GroupeFichiers groupe = groupOf({mono("12", "wind"), mono("12", "rain")});
     groupe.fichiers.front().dureeSecondes = 61.5;
     groupe.fichiers.front().format = "WAV";
-    const AudioMetadata metadata = resume(groupe);
+    const AudioMetadata metadata = summary(groupe);
     EXPECT_EQ(metadata.nom, "SC12");
     EXPECT_EQ(metadata.duree, "00:01:01.500");
     EXPECT_EQ(metadata.sampleRate, "48 kHz");
@@ -123,13 +123,13 @@ TEST(AudioMetadata, SumsUpTheTakeInTexts) {
 }
 
 TEST(AudioMetadata, PrintsLengthsRatesAndSizes) {
-    EXPECT_EQ(dureeTexte(0.0004), "00:00:00.000");
-    EXPECT_EQ(dureeTexte(3599.9996), "01:00:00.000");
-    EXPECT_EQ(dureeTexte(360'000), "100:00:00.000");
+    EXPECT_EQ(durationText(0.0004), "00:00:00.000");
+    EXPECT_EQ(durationText(3599.9996), "01:00:00.000");
+    EXPECT_EQ(durationText(360'000), "100:00:00.000");
     for (const double odd : {-1.0, 1e300, std::numeric_limits<double>::quiet_NaN()})
-        EXPECT_EQ(dureeTexte(odd), "00:00:00.000");
-    EXPECT_EQ(sampleRateTexte(44100), "44.1 kHz");
-    EXPECT_EQ(sampleRateTexte(0), "");
+        EXPECT_EQ(durationText(odd), "00:00:00.000");
+    EXPECT_EQ(sampleRateText(44100), "44.1 kHz");
+    EXPECT_EQ(sampleRateText(0), "");
     const struct {
         std::uint64_t bytes;
         const char* expected;
@@ -143,7 +143,7 @@ TEST(AudioMetadata, PrintsLengthsRatesAndSizes) {
                  {999'960'000, "1.0 GB"},
                  {~0ULL, "18446744.1 TB"}};
     for (const auto& [bytes, expected] : sizes)
-        EXPECT_EQ(tailleTexte(bytes), expected) << bytes;
+        EXPECT_EQ(sizeText(bytes), expected) << bytes;
 }
 
 }  // namespace

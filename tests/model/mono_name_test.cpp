@@ -7,7 +7,7 @@
 namespace dravik {
 namespace {
 
-std::string parts(const std::optional<NomMono>& nom) {
+std::string parts(const std::optional<MonoName>& nom) {
     return nom ? std::string(nom->base) + "|" + std::string(nom->suffixe) + "|" + std::to_string(nom->numero) : "none";
 }
 
@@ -62,14 +62,14 @@ TEST(MonoName, ReadsWhatOnlyFilesOfOneFamilyMayMean) {
         {"A101", "none"},
     };
     for (const auto& [nom, expected] : cases)
-        EXPECT_EQ(parts(numeroPisteFamille(nom)), expected) << nom;
+        EXPECT_EQ(parts(familyTrackNumber(nom)), expected) << nom;
 }
 
 TEST(MonoName, ComparesBaseNamesWithoutCaseAndFinalSeparators) {
-    EXPECT_EQ(cleNomBase("Scène 12_-. "), cleNomBase("SCÈNE 12"));
-    EXPECT_NE(cleNomBase("Scene_1"), cleNomBase("Scene-1"));
-    EXPECT_EQ(cleNomBase("_-. "), "");
-    EXPECT_EQ(sansSeparateurFinal("Sc12_."), "Sc12");
+    EXPECT_EQ(baseNameKey("Scène 12_-. "), baseNameKey("SCÈNE 12"));
+    EXPECT_NE(baseNameKey("Scene_1"), baseNameKey("Scene-1"));
+    EXPECT_EQ(baseNameKey("_-. "), "");
+    EXPECT_EQ(withoutTrailingSeparators("Sc12_."), "Sc12");
 }
 
 }  // namespace

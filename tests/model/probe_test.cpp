@@ -36,7 +36,7 @@ InfoFichier probe(const WavBuilder& builder) {
 InfoFichier fromIxml(const std::string& text, double sampleRate = 48000) {
     InfoFichier info;
     info.sampleRate = sampleRate;
-    remplirDepuisIXML(info, text);
+    fillFromIxml(info, text);
     return info;
 }
 
@@ -70,7 +70,7 @@ TEST(Probe, FillsTheWholeRecordOfARecordersFile) {
     EXPECT_EQ(info.familleUID, "F1");
     EXPECT_THAT(info.nomsPistes, ElementsAre(Pair(1, "Boom &amp; Lav"), Pair(2, "Lav")));
     EXPECT_THAT(info.numerosTracks, ElementsAre(Pair(1, 1), Pair(2, 7)));
-    EXPECT_EQ(nomAffiche(info.nomsPistes.at(1)), "Boom & Lav");
+    EXPECT_EQ(displayName(info.nomsPistes.at(1)), "Boom & Lav");
     EXPECT_NE(info.id, analyserFichier(path, FakeCodecs()).id);
 }
 

@@ -102,13 +102,13 @@ TEST(IxmlEditor, UneditedValuesLeaveTheDocumentAlone) {
 TEST(IxmlEditor, AWildTakeStaysWildWithoutItsTakeType) {
     EXPECT_EQ(mettreAJourIXML("<TAKE></TAKE><TAKE_TYPE>WILD</TAKE_TYPE>", {}),
               "<TAKE></TAKE>\n<WILD_TRACK>TRUE</WILD_TRACK>"s + notCircled);
-    ValeursMetadata values;
+    MetadataValues values;
     values.wild = false;
     EXPECT_EQ(mettreAJourIXML("<TAKE></TAKE><TAKE_TYPE>WILD</TAKE_TYPE>", values), "<TAKE></TAKE>"s + notCircled);
 }
 
 TEST(IxmlEditor, AnEditedFlagReplacesEveryCopyOfTheOldOne) {
-    ValeursMetadata values;
+    MetadataValues values;
     values.circled = true;
     values.wild = true;
     const std::string copies =
@@ -120,7 +120,7 @@ TEST(IxmlEditor, AnEditedFlagReplacesEveryCopyOfTheOldOne) {
 }
 
 TEST(IxmlEditor, WritesTheFiveTextsIntoTheEmptyDocument) {
-    ValeursMetadata values;
+    MetadataValues values;
     values.project = "P & <Q>";
     values.scene = "12A";
     values.tape = "";
@@ -140,7 +140,7 @@ TEST(IxmlEditor, TheNoteIsWrittenWhereItIsRead) {
           Case{"<NOTE>old</NOTE><SPEED><NOTE>fast</NOTE></SPEED>", "<NOTE>new</NOTE><SPEED><NOTE>fast</NOTE></SPEED>"},
           Case{"<SPEED><NOTE>fast</NOTE></SPEED>", "<SPEED><NOTE>fast</NOTE></SPEED>\n<NOTE>new</NOTE>"},
           Case{"<NOTE>a<SPEED></NOTE></SPEED>b</NOTE>", "<NOTE>new</NOTE>"}}) {
-        ValeursMetadata values;
+        MetadataValues values;
         values.note = "new";
         const std::string edited = mettreAJourIXML(c.document, values);
         EXPECT_EQ(edited, std::string(c.result) + notCircled);
@@ -152,7 +152,7 @@ TEST(IxmlEditor, AnEmptyTagDoesNotSwallowWhatStandsBehindIt) {
     const std::string document =
         "<BWFXML><PROJECT/><CIRCLED "
         "/><WILD_TRACK/><SCENE>1</SCENE><TAKE>2</TAKE><TRACK_LIST><TRACK><NAME/></TRACK></TRACK_LIST></BWFXML>";
-    ValeursMetadata values;
+    MetadataValues values;
     values.project = "Film";
     values.wild = true;
     values.nomsPistes = {{1, "Boom"}};
@@ -169,7 +169,7 @@ TEST(IxmlEditor, AnEmptyTagDoesNotSwallowWhatStandsBehindIt) {
 }
 
 TEST(IxmlEditor, TheRateIsWrittenInsideAndOutsideOfSpeed) {
-    ValeursMetadata values;
+    MetadataValues values;
     values.framerate = "29.97 DF";
     EXPECT_EQ(mettreAJourIXML("<TAKE></TAKE>", values),
               "<TAKE></TAKE>\n<SPEED>\n<MASTER_SPEED>029.970</MASTER_SPEED>\n\n<CURRENT_SPEED>029.970</CURRENT_SPEED>"
@@ -182,7 +182,7 @@ TEST(IxmlEditor, TheRateIsWrittenInsideAndOutsideOfSpeed) {
 }
 
 TEST(IxmlEditor, TheStartIsWrittenInTwoHalves) {
-    ValeursMetadata values;
+    MetadataValues values;
     values.timecode = "25:00:00:00";
     values.framerate = "25";
     values.sampleRate = 48000;
@@ -202,7 +202,7 @@ TEST(IxmlEditor, TrackNamesGoToTheTrackThatReadersShow) {
         "<TRACK><INTERLEAVE_INDEX>4</INTERLEAVE_INDEX></TRACK>"
         "<TRACK><NAME>by place</NAME></TRACK>"
         "<TRACK><INTERLEAVE_INDEX>1</INTERLEAVE_INDEX><NAME>again 1</NAME></TRACK></TRACK_LIST>";
-    const auto edited = [&](int track) { return definirNomPiste(list, track, "Boom & <Lav>"); };
+    const auto edited = [&](int track) { return setTrackName(list, track, "Boom & <Lav>"); };
     const auto expected = [&](std::string_view from, std::string_view to, std::string_view count) {
         std::string out = list;
         out.replace(out.find(from), from.size(), to);
@@ -219,14 +219,14 @@ TEST(IxmlEditor, TrackNamesGoToTheTrackThatReadersShow) {
 }
 
 TEST(IxmlEditor, ATrackListIsMadeWhereThereIsNone) {
-    EXPECT_EQ(definirNomPiste("<TAKE></TAKE>", 2, "Lav"),
+    EXPECT_EQ(setTrackName("<TAKE></TAKE>", 2, "Lav"),
               "<TAKE></TAKE>\n<TRACK_LIST>\n<TRACK_COUNT>1</TRACK_COUNT>\n<TRACK>\n<CHANNEL_INDEX>2</CHANNEL_INDEX>\n"
               "<INTERLEAVE_INDEX>2</INTERLEAVE_INDEX>\n<NAME>Lav</NAME>\n</TRACK></TRACK_LIST>");
 }
 
 TEST(IxmlEditor, TheOnlyNameOfAMonoFileGoesIntoTheTrackThatIsShown) {
-    ValeursMetadata values;
-    values.nomPisteUnique = "Boom";
+    MetadataValues values;
+    values.soleTrackName = "Boom";
     const std::string edited = mettreAJourIXML(
         "<TRACK_LIST><TRACK><CHANNEL_INDEX>5</CHANNEL_INDEX><NAME>a</NAME></TRACK><TRACK><NAME>b</NAME></TRACK></"
         "TRACK_LIST>",
@@ -237,7 +237,7 @@ TEST(IxmlEditor, TheOnlyNameOfAMonoFileGoesIntoTheTrackThatIsShown) {
 }
 
 TEST(IxmlEditor, SeveralNamesAreWrittenAtOnceAndReadBack) {
-    ValeursMetadata values;
+    MetadataValues values;
     values.nomsPistes = {{1, "one"}, {2, "two"}, {12, "<INTERLEAVE_INDEX>1</INTERLEAVE_INDEX>"}};
     const std::string edited = mettreAJourIXML(
         "<TRACK_LIST>\n<TRACK><NAME>a</NAME></TRACK>\n<TRACK></TRACK>\n<TRACK><NAME>c</NAME></TRACK></TRACK_LIST>",
@@ -250,7 +250,7 @@ TEST(IxmlEditor, SeveralNamesAreWrittenAtOnceAndReadBack) {
 }
 
 TEST(IxmlEditor, RefusesWhatNoChunkCanHold) {
-    ValeursMetadata values;
+    MetadataValues values;
     values.scene = "\xFF";
     EXPECT_THROW((void)mettreAJourIXML(emptyIxmlDocument, values), IxmlError);
     EXPECT_THROW((void)mettreAJourIXML(std::string(maxIxmlBytes + 1, ' '), {}), IxmlError);
@@ -259,7 +259,7 @@ TEST(IxmlEditor, RefusesWhatNoChunkCanHold) {
 
 // Anything that is not linear takes hours here.
 TEST(IxmlEditor, EditsMegabytesOfDamageInAFewPasses) {
-    ValeursMetadata values;
+    MetadataValues values;
     values.project = "p";
     values.note = "n";
     values.circled = true;
@@ -297,7 +297,7 @@ TEST(IxmlEditor, PaddingGivesAndTakesSoThatTheLengthStays) {
 }
 
 TEST(IxmlEditor, DeclaresTheEncodingThatItWrites) {
-    ValeursMetadata values;
+    MetadataValues values;
     values.scene = "Café";
     const auto firstLine = [&](std::string_view declaration) {
         const std::string edited = mettreAJourIXML(std::string(declaration) + "<BWFXML></BWFXML>", values);
@@ -319,7 +319,7 @@ TEST(IxmlCheck, SeesAnEditThatWouldHideOrChangeOtherFields) {
         "<BWFXML><PROJECT></PROJECT><SCENE>1</SCENE><TAKE>2</TAKE><FILE_UID>F</FILE_UID><CIRCLED>TRUE</CIRCLED>"
         "<TRACK_LIST><TRACK><NAME>Boom</NAME></TRACK></TRACK_LIST></BWFXML>";
     const auto clean = [](const std::string& before, auto edit) {
-        ValeursMetadata values;
+        MetadataValues values;
         edit(values);
         return editIsClean(before, mettreAJourIXML(before, values), values);
     };
