@@ -9,6 +9,14 @@
 
 namespace dravik {
 
+/// Which file it is and in what state: any program's write to it, and another file under its name, give another stamp.
+/// To compare; the numbers mean nothing by themselves.
+struct FileStamp {
+    std::uint64_t device = 0, inode = 0, size = 0;
+    std::int64_t modifiedSeconds = 0, modifiedNanoseconds = 0;
+    friend bool operator==(const FileStamp&, const FileStamp&) = default;
+};
+
 /// The system calls by which an output comes into being, as an interface: the platform implements it with what its
 /// kernel does best, tests make the Nth call fail. Everything throws std::filesystem::filesystem_error with the path
 /// given, unless said otherwise. Calls on different handles may run on different threads.
@@ -27,6 +35,10 @@ class FileOps {
     [[nodiscard]] virtual Lock tryLock(const FileHandle& file) noexcept = 0;
     /// Does the name still lead to this open file?
     [[nodiscard]] virtual bool isSameFile(const FileHandle& file, const std::filesystem::path& path) noexcept = 0;
+    /// The stamp of the open file.
+    [[nodiscard]] virtual FileStamp stampOf(const FileHandle& file, const std::filesystem::path& path) = 0;
+    /// The stamp of the file that the name leads to now, behind links; absent when there is none.
+    [[nodiscard]] virtual std::optional<FileStamp> stampAt(const std::filesystem::path& path) noexcept = 0;
 
     virtual void writeAt(const FileHandle& file, const std::filesystem::path& path, std::uint64_t offset,
                          ByteSpan bytes) = 0;

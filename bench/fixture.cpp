@@ -1,6 +1,6 @@
 #include "bench/fixture.h"
 
-#include "model/wave/chunk_walk.h"
+#include "model/wave/chunk_bytes.h"
 
 #include <array>
 #include <cerrno>
@@ -54,12 +54,6 @@ class Output {
     std::filesystem::path path_;
     int descriptor_;
 };
-
-void appendChunk(Bytes& out, FourCC id, ByteSpan payload) {
-    append(out, id.view());
-    appendLE(out, static_cast<std::uint32_t>(payload.size()));
-    append(out, payload);
-}
 
 Bytes bextPayload(int number) {
     std::string text = fmt::format(
@@ -193,14 +187,13 @@ Layout layoutOf(Kind kind, std::uint64_t audioBytes) noexcept {
 
 Frame frameOf(Kind kind, int number, std::uint64_t audioBytes) {
     Frame frame;
-    append(frame.before, std::string_view("RIFF\0\0\0\0WAVE", riffHeaderBytes));
+    appendFormHeader(frame.before, "RIFF", "WAVE", 0);  // the size is known at the end
     appendChunk(frame.before, "bext", bextPayload(number));
     Bytes& ixmlSide = kind == Kind::poly ? frame.before : frame.behind;
     appendChunk(ixmlSide, "iXML", ixmlPayload(kind, number));
     if (kind == Kind::mono) appendChunk(frame.behind, "iXTC", Bytes(ixtcBytes));
     appendChunk(frame.before, "fmt ", fmtPayload(kind));
-    append(frame.before, FourCC("data").view());
-    appendLE(frame.before, static_cast<std::uint32_t>(audioBytes));
+    appendChunkHeader(frame.before, "data", audioBytes);
     const std::uint64_t length = frame.before.size() + audioBytes + frame.behind.size();
     writeLE(frame.before.data() + 4, static_cast<std::uint32_t>(length - chunkHeaderBytes));
     return frame;
@@ -236,14 +229,13 @@ std::filesystem::path manyChunksRecording(std::string_view fileName, std::uint64
     Output out(file);
     const std::uint64_t apart = bytes / maxChunks / 2 * 2;
     Bytes header;
-    append(header, std::string_view("RIFF\0\0\0\0WAVE", riffHeaderBytes));
+    appendFormHeader(header, "RIFF", "WAVE", 0);  // readers go by the length of the file
     appendChunk(header, "fmt ", fmtPayload(Kind::mono));
     out.write(0, header);
     std::uint64_t at = header.size();
     for (std::size_t i = 2; i < maxChunks; ++i) {
         Bytes chunk;
-        append(chunk, std::string_view(i == 2 ? "data" : "xtra"));
-        appendLE(chunk, static_cast<std::uint32_t>(apart - chunkHeaderBytes));
+        appendChunkHeader(chunk, i == 2 ? FourCC("data") : FourCC("xtra"), apart - chunkHeaderBytes);
         out.write(at, chunk);
         at += apart;
     }

@@ -2,7 +2,7 @@
 
 #include "base/text.h"
 #include "cli/demo_random.h"
-#include "model/wave/chunk_walk.h"
+#include "model/wave/chunk_bytes.h"
 #include "model/wave/timecode.h"
 
 #include <algorithm>
@@ -22,13 +22,6 @@ void appendText(Bytes& out, std::string_view text, std::size_t fieldBytes) {
     text = truncatedUtf8(text, fieldBytes);
     append(out, text);
     out.resize(out.size() + fieldBytes - text.size());
-}
-
-void appendChunk(Bytes& out, FourCC id, ByteSpan payload) {
-    append(out, id.view());
-    appendLE(out, static_cast<std::uint32_t>(payload.size()));
-    append(out, payload);
-    if (payload.size() % 2 != 0) out.push_back(std::byte{0});
 }
 
 /// Which tracks of the take a file holds.
@@ -219,7 +212,7 @@ Bytes demoFile(const DemoTake& take, std::size_t position, const std::vector<std
 
     Bytes out;
     out.reserve(audio.size() + 16 * 1024);
-    append(out, std::string_view("RIFF\0\0\0\0WAVE", 12));
+    appendFormHeader(out, "RIFF", "WAVE", 0);  // the size is known at the end
     if (poly) {
         // Room to edit in without moving the audio.
         constexpr std::size_t paddedTo = 4096;

@@ -3,7 +3,6 @@
 #include "base/paths.h"
 #include "editing/wave_rewrite.h"
 #include "model/info_fichier.h"
-#include "model/wave/cue_bytes.h"
 
 #include <algorithm>
 #include <mutex>
@@ -13,8 +12,10 @@
 namespace dravik {
 namespace {
 
-/// No list of names is larger; a damaged size must not fill the memory.
-constexpr std::uint64_t maxListBytes = 16U * 1024U * 1024U;
+/// The points and names of one file are never more; a damaged size must not fill the memory.
+constexpr std::uint64_t maxCueBytes = 16U * 1024U * 1024U;
+
+constexpr std::string_view tooMany = "cannot hold that many markers.";
 
 std::mutex& cueWrites() {
     static std::mutex lock;
@@ -36,13 +37,31 @@ bool isCueChunk(const ByteSource& source, const Chunk& chunk) {
     return chunk.id == FourCC("cue ") || isLabelChunk(source, chunk);
 }
 
+/// What all the chunks of points and all the lists of names say, in the order in which they stand.
+CueContent cueContent(const ByteSource& source, const ChunkTable& table) {
+    std::vector<Bytes> cues, lists;
+    std::uint64_t room = maxCueBytes;
+    bool whole = true;
+    for (const Chunk& chunk : table.chunks) {
+        if (!isCueChunk(source, chunk)) continue;
+        Bytes payload = source.read(chunk.payload(), std::min(chunk.size, room));
+        whole = whole && chunk.size <= room;
+        room -= payload.size();
+        (chunk.id == FourCC("cue ") ? cues : lists).push_back(std::move(payload));
+    }
+    CueContent content = readCues({cues.begin(), cues.end()}, {lists.begin(), lists.end()});
+    content.complete = content.complete && whole;
+    return content;
+}
+
 std::vector<CuePoint> numbered(std::vector<CueMarker> marqueurs) {
     std::stable_sort(marqueurs.begin(), marqueurs.end(),
                      [](const CueMarker& a, const CueMarker& b) { return a.frame < b.frame; });
     std::vector<CuePoint> points;
     points.reserve(marqueurs.size());
     for (CueMarker& marqueur : marqueurs) {
-        points.push_back({static_cast<std::uint32_t>(points.size()) + 1, marqueur.frame, std::move(marqueur.label)});
+        points.push_back({static_cast<std::uint32_t>(points.size()) + 1, marqueur.frame, std::move(marqueur.label),
+                          std::move(marqueur.entries)});
     }
     return points;
 }
@@ -54,17 +73,10 @@ std::vector<CueMarker> lireCues(const std::filesystem::path& url) {
     if (!handle.isOpen()) return {};
     const FileSource source(handle);
     const std::optional<ChunkTable> table = walkChunks(source);
-    const Chunk* cue = table ? table->first("cue ") : nullptr;
-    if (cue == nullptr) return {};
-    const Bytes cuePayload = source.read(cue->payload(), std::min(cue->size, maxListBytes));
-    std::vector<Bytes> lists;
-    for (const Chunk& chunk : table->chunks) {
-        if (isLabelChunk(source, chunk))
-            lists.push_back(source.read(chunk.payload(), std::min(chunk.size, maxListBytes)));
-    }
+    if (!table) return {};
     std::vector<CueMarker> marqueurs;
-    for (CuePoint& point : readCuePoints(cuePayload, std::vector<ByteSpan>(lists.begin(), lists.end()))) {
-        marqueurs.push_back({Uuid::random(), point.frame, std::move(point.label)});
+    for (CuePoint& point : cueContent(source, *table).points) {
+        marqueurs.push_back({Uuid::random(), point.frame, std::move(point.label), std::move(point.entries)});
     }
     return marqueurs;
 }
@@ -73,14 +85,15 @@ void CueWriter::ecrireCues(const std::filesystem::path& url, const std::vector<C
                            const TaskContext& task, FolderSyncs& folders) {
     const std::scoped_lock lock(cueWrites());
     task.checkCancelled();
-    WaveFile file(resolvedTarget(url));
+    WaveFile file(ops_, resolvedTarget(url));
     if (!isEditable(url)) throw refused(CueError::notWritable, url, onlyWavAndBwf);
     if (!file.isRiffWave()) throw refused(CueError::notRiffWave, url, "is not a RIFF/WAVE file.");
-    if (marqueurs.size() > maxCuePoints) throw refused(CueError::notWritable, url, "cannot hold that many markers.");
+    if (marqueurs.size() > maxCuePoints) throw refused(CueError::notWritable, url, tooMany);
     const ChunkTable& table = file.table();
 
     WaveRewrite rewrite(file);
     bool hadCues = false;
+    CueContent before;
     {
         const FileSource source(file.handle());
         for (const Chunk& chunk : table.chunks) {
@@ -91,16 +104,22 @@ void CueWriter::ecrireCues(const std::filesystem::path& url, const std::vector<C
                 rewrite.keep(chunk);
             }
         }
+        before = cueContent(source, table);
         if (source.error()) throw std::filesystem::filesystem_error("cannot read", url, source.error());
     }
+    // What was never read was never shown either: nobody asked for it to go.
+    if (!before.complete) throw refused(CueError::notWritable, url, "holds more markers than can be edited.");
     if (marqueurs.empty() && !hadCues) return;
     if (!marqueurs.empty()) {
         if (const std::string_view problem = appendProblem(table); !problem.empty()) {
             throw refused(CueError::notWritable, url, problem);
         }
         const std::vector<CuePoint> points = numbered(marqueurs);
-        rewrite.put("cue ", cueChunkPayload(points));
-        if (const Bytes labels = labelListPayload(points); !labels.empty()) rewrite.put("LIST", labels);
+        const Bytes cue = cueChunkPayload(points);
+        const Bytes labels = labelListPayload(points, before.loose);
+        if (cue.size() + labels.size() > maxCueBytes) throw refused(CueError::notWritable, url, tooMany);
+        rewrite.put("cue ", cue);
+        if (!labels.empty()) rewrite.put("LIST", labels);
     }
     const std::optional<FilePlan> plan = rewrite.plan();
     if (!plan) throw refused(CueError::notWritable, url, tooLarge);

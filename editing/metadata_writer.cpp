@@ -74,7 +74,7 @@ void SauvegardeMetadata::ecrire(const std::filesystem::path& url, const Metadata
                                 const TaskContext& task, FolderSyncs& folders) {
     const std::scoped_lock lock(metadataWrites());
     task.checkCancelled();
-    WaveFile file(resolvedTarget(url));
+    WaveFile file(ops_, resolvedTarget(url));
     if (!isEditable(url)) throw ErreurSauvegarde::erreurEcriture(url, onlyWavAndBwf);
     if (!file.isRiffWave()) throw ErreurSauvegarde::erreurEcriture(url, "is not a RIFF/WAVE file.");
     const ChunkTable& table = file.table();

@@ -1,41 +1,32 @@
 #include "editing/wave_rewrite.h"
 
+#include "model/wave/chunk_bytes.h"
+
 #include <algorithm>
-#include <array>
-#include <cerrno>
 #include <limits>
 
 namespace dravik {
 
 WaveFile::WaveFile(const std::filesystem::path& path) : path_(path), handle_(FileHandle::openForReading(path)) {
-    struct stat status {};
-    if (::fstat(handle_.descriptor(), &status) != 0) {
-        throw std::filesystem::filesystem_error("cannot read", path_, std::error_code(errno, std::generic_category()));
-    }
-    stamp_ = stampOf(status);
+    walk();
+}
+
+WaveFile::WaveFile(FileOps& ops, const std::filesystem::path& path)
+    : path_(path), handle_(FileHandle::openForReading(path)), stamp_(ops.stampOf(handle_, path)) {
+    walk();
+}
+
+void WaveFile::walk() {
     const FileSource source(handle_);
     table_ = walkChunks(source);
     if (source.error()) throw std::filesystem::filesystem_error("cannot read", path_, source.error());
-}
-
-WaveFile::Stamp WaveFile::stampOf(const struct stat& status) noexcept {
-#ifdef __APPLE__
-    const timespec changed = status.st_mtimespec;
-#else
-    const timespec changed = status.st_mtim;
-#endif
-    return Stamp{static_cast<std::uint64_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino),
-                 static_cast<std::uint64_t>(status.st_size), changed.tv_sec, changed.tv_nsec};
 }
 
 bool WaveFile::isRiffWave() const noexcept {
     return table_ && table_->form == FourCC("RIFF") && table_->type == FourCC("WAVE");
 }
 
-bool WaveFile::isUnchanged() const noexcept {
-    struct stat status {};
-    return ::stat(path_.c_str(), &status) == 0 && stampOf(status) == stamp_;
-}
+bool WaveFile::isUnchanged(FileOps& ops) const noexcept { return stamp_ && ops.stampAt(path_) == stamp_; }
 
 Bytes WaveFile::payload(const Chunk& chunk) const {
     const FileSource source(handle_);
@@ -56,10 +47,7 @@ void WaveRewrite::keep(const Chunk& chunk) {
 void WaveRewrite::put(FourCC id, ByteSpan payload) {
     Bytes bytes;
     bytes.reserve(static_cast<std::size_t>(chunkHeaderBytes) + payload.size() + 1);
-    append(bytes, id.view());
-    appendLE(bytes, static_cast<std::uint32_t>(payload.size()));
-    append(bytes, payload);
-    if (payload.size() % 2 == 1) bytes.push_back(std::byte{0});
+    appendChunk(bytes, id, payload);
     chunks_.add(std::move(bytes));
     expected_.push_back({id, payload.size()});
 }
@@ -70,9 +58,7 @@ std::optional<FilePlan> WaveRewrite::plan() const {
     if (length - chunkHeaderBytes > std::numeric_limits<std::uint32_t>::max()) return std::nullopt;
     FilePlan plan;
     Bytes header;
-    append(header, table.form.view());
-    appendLE(header, static_cast<std::uint32_t>(length - chunkHeaderBytes));
-    append(header, table.type.view());
+    appendFormHeader(header, table.form, table.type, length - riffHeaderBytes);
     plan.add(std::move(header));
     for (const FilePlan::Piece& piece : chunks_.pieces()) {
         std::visit([&](const auto& content) { plan.add(content); }, piece);
@@ -113,7 +99,7 @@ RewriteOutcome replaceWith(FileOps& ops, WaveFile& source, const WaveRewrite& re
                            TempKind kind, const TaskContext& task, FolderSyncs& folders) {
     // Two saves of one file at the same time would each replace what the other has just written. The lock is on the
     // file as it was opened: whoever comes second finds another file under the name.
-    if (ops.tryLock(source.handle()) == FileOps::Lock::heldByAnother || !source.isUnchanged()) {
+    if (ops.tryLock(source.handle()) == FileOps::Lock::heldByAnother || !source.isUnchanged(ops)) {
         return RewriteOutcome::sourceChanged;
     }
     SafeFile output(ops, source.path(), kind);
@@ -132,7 +118,7 @@ RewriteOutcome replaceWith(FileOps& ops, WaveFile& source, const WaveRewrite& re
     }
     output.copyAttributesFrom(source.handle());
     output.sync();
-    if (!source.isUnchanged()) return RewriteOutcome::sourceChanged;
+    if (!source.isUnchanged(ops)) return RewriteOutcome::sourceChanged;
     folders.add(output.commit(SafeFile::Existing::replace));
     ops.closeReplaced(source.takeHandle());
     return RewriteOutcome::done;

@@ -11,8 +11,6 @@
 #include <string_view>
 #include <vector>
 
-#include <sys/stat.h>
-
 namespace dravik {
 
 /// What the metadata writer and the cue writer share: a RIFF/WAVE file that comes into being anew, chunk by chunk, out
@@ -21,8 +19,10 @@ namespace dravik {
 /// An open RIFF/WAVE file and its chunks.
 class WaveFile {
   public:
-    /// Opens and walks. Throws std::filesystem::filesystem_error when the file cannot be opened or read.
+    /// Opens and walks, to look. Throws std::filesystem::filesystem_error when the file cannot be opened or read.
     explicit WaveFile(const std::filesystem::path& path);
+    /// The same for a file that will be replaced: remembers what it was when it was opened.
+    WaveFile(FileOps& ops, const std::filesystem::path& path);
 
     [[nodiscard]] const std::filesystem::path& path() const noexcept { return path_; }
     /// At least 12 bytes, "RIFF" and "WAVE": the only form that is ever written.
@@ -34,20 +34,15 @@ class WaveFile {
     /// Payload of one of the table's chunks. Throws std::filesystem::filesystem_error when it cannot be read whole.
     [[nodiscard]] Bytes payload(const Chunk& chunk) const;
     /// Does the path still lead to the file that was opened, in its size and modification time of then? False when
-    /// another program wrote to it or put another file in its place since.
-    [[nodiscard]] bool isUnchanged() const noexcept;
+    /// another program wrote to it or put another file in its place since, and for a file opened only to look.
+    [[nodiscard]] bool isUnchanged(FileOps& ops) const noexcept;
 
   private:
-    struct Stamp {
-        std::uint64_t device = 0, inode = 0, size = 0;
-        std::int64_t seconds = 0, nanoseconds = 0;
-        friend bool operator==(const Stamp&, const Stamp&) = default;
-    };
-    [[nodiscard]] static Stamp stampOf(const struct stat& status) noexcept;
+    void walk();
 
     std::filesystem::path path_;
     FileHandle handle_;
-    Stamp stamp_;
+    std::optional<FileStamp> stamp_;  ///< taken before the first byte is read
     std::optional<ChunkTable> table_;
 };
 

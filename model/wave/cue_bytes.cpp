@@ -1,13 +1,16 @@
 #include "model/wave/cue_bytes.h"
 
 #include "base/text.h"
+#include "model/wave/chunk_bytes.h"
 
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <map>
 #include <string_view>
 #include <tuple>
 #include <unordered_map>
+#include <utility>
 
 namespace dravik {
 namespace {
@@ -33,40 +36,79 @@ bool startsSubChunk(ByteSpan payload, std::size_t at) noexcept {
     return std::find(known.begin(), known.end(), asText(payload.subspan(at, 4))) != known.end();
 }
 
-/// The labels of one cue number in the order in which they stand. Numbers should be unique; where several points share
-/// one, its labels are dealt out in order, so that all the labels read are never more than the bytes of their list.
-struct LabelQueue {
-    std::vector<std::string_view> texts;
-    std::size_t next = 0;
-};
-using Labels = std::unordered_map<std::uint32_t, LabelQueue>;
+/// Do the entries of this kind begin with the number of their point, as far as we know?
+bool namesItsPoint(const CueEntry& entry) noexcept {
+    return entry.content.size() >= cueNumberBytes &&
+           (entry.id == FourCC("note") || entry.id == FourCC("ltxt") || entry.id == FourCC("file"));
+}
 
-/// Adds the labels of one list, as found. Sub-chunks of damaged size end with their list.
-void collectLabels(ByteSpan list, Labels& labels) {
-    std::size_t at = listTypeBytes;
-    std::size_t count = 0;
-    while (count < maxCuePoints && at < list.size() && list.size() - at >= subChunkHeaderBytes) {
-        const std::size_t begin = at + subChunkHeaderBytes;
-        const std::size_t claimed = readLE<std::uint32_t>(list.data() + at + 4);
-        const std::size_t size = std::min(claimed, list.size() - begin);
-        if (asText(list.subspan(at, 4)) == "labl" && size >= cueNumberBytes) {
-            std::string_view text = asText(list.subspan(begin + cueNumberBytes, size - cueNumberBytes));
-            text = text.substr(0, text.find('\0'));
-            labels[readLE<std::uint32_t>(list.data() + begin)].texts.push_back(text);
-            ++count;
-        }
-        at = begin + size;
-        // Odd sub-chunks are padded, but some programs forget it.
-        if (size % 2 != 0 && (startsSubChunk(list, at + 1) || !startsSubChunk(list, at))) ++at;
+/// Appends the points of one chunk, as far as the limit goes; false when there are more.
+bool collectPoints(ByteSpan payload, std::vector<CuePoint>& points) {
+    if (payload.size() < countBytes) return true;
+    const std::size_t claimed = readLE<std::uint32_t>(payload.data());
+    const std::size_t there = std::min(claimed, (payload.size() - countBytes) / pointBytes);
+    const std::size_t count = std::min(there, maxCuePoints - points.size());
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::byte* at = payload.data() + countBytes + i * pointBytes;
+        CuePoint& point = points.emplace_back();
+        point.number = readLE<std::uint32_t>(at);
+        point.frame = readLE<std::uint32_t>(at + sampleOffsetInPoint);
     }
+    return count == there;
 }
 
-/// The next label for that number, empty when there is none left.
-std::string_view nextLabel(Labels& labels, std::uint32_t number) {
-    const auto found = labels.find(number);
-    if (found == labels.end() || found->second.next == found->second.texts.size()) return {};
-    return found->second.texts[found->second.next++];
-}
+/// Deals the entries of the lists out to the points.
+class EntryDealer {
+  public:
+    explicit EntryDealer(CueContent& content) : content_(content) {
+        for (std::size_t i = 0; i < content.points.size(); ++i)
+            pointsOf_[content.points[i].number].push_back(i);
+    }
+
+    /// The entries of one list. Those of damaged size end with their list.
+    void deal(ByteSpan list) {
+        std::size_t at = listTypeBytes;
+        while (at < list.size() && list.size() - at >= subChunkHeaderBytes) {
+            if (++entries_ > maxListEntries) {
+                content_.complete = false;
+                return;
+            }
+            const std::size_t begin = at + subChunkHeaderBytes;
+            const std::size_t claimed = readLE<std::uint32_t>(list.data() + at + 4);
+            const std::size_t size = std::min(claimed, list.size() - begin);
+            dealOne(FourCC::at(list.data() + at), list.subspan(begin, size));
+            at = begin + size;
+            // Odd sub-chunks are padded, but some programs forget it.
+            if (size % 2 != 0 && (startsSubChunk(list, at + 1) || !startsSubChunk(list, at))) ++at;
+        }
+    }
+
+  private:
+    void dealOne(FourCC id, ByteSpan content) {
+        const bool isLabel = id == FourCC("labl");
+        const auto sharing =
+            content.size() < cueNumberBytes ? pointsOf_.end() : pointsOf_.find(readLE<std::uint32_t>(content.data()));
+        if (sharing == pointsOf_.end()) {
+            if (!isLabel) content_.loose.push_back({id, {content.begin(), content.end()}});
+            return;
+        }
+        const ByteSpan rest = content.subspan(cueNumberBytes);
+        const std::size_t place = dealt_[{sharing->first, id.letters}]++;
+        const std::vector<std::size_t>& points = sharing->second;
+        CuePoint& point = content_.points[points[std::min(place, points.size() - 1)]];
+        if (!isLabel) {
+            point.entries.push_back({id, {rest.begin(), rest.end()}});
+        } else if (place < points.size()) {
+            const std::string_view label = asText(rest).substr(0, asText(rest).find('\0'));
+            if (!label.empty()) point.label = isValidUtf8(label) ? std::string(label) : latin1ToUtf8(label);
+        }
+    }
+
+    CueContent& content_;
+    std::unordered_map<std::uint32_t, std::vector<std::size_t>> pointsOf_;  ///< places in the list, by number
+    std::map<std::pair<std::uint32_t, std::array<char, 4>>, std::size_t> dealt_;
+    std::size_t entries_ = 0;
+};
 
 }  // namespace
 
@@ -86,20 +128,32 @@ Bytes cueChunkPayload(const std::vector<CuePoint>& points) {
     return out;
 }
 
-Bytes labelListPayload(const std::vector<CuePoint>& points) {
-    Bytes out;
+Bytes labelListPayload(const std::vector<CuePoint>& points, const std::vector<CueEntry>& loose) {
+    Bytes out = toBytes("adtl");
+    Bytes content;
     for (const CuePoint& point : points) {
         const std::string_view label = storedLabel(point);
         if (label.empty()) continue;
-        if (out.empty()) append(out, "adtl");
-        const std::size_t size = cueNumberBytes + label.size() + 1;
-        append(out, "labl");
-        appendLE(out, static_cast<std::uint32_t>(size));
-        appendLE(out, point.number);
-        append(out, label);
-        out.push_back(std::byte{0});
-        if (size % 2 != 0) out.push_back(std::byte{0});
+        content.clear();
+        appendLE(content, point.number);
+        append(content, label);
+        content.push_back(std::byte{0});
+        appendChunk(out, "labl", content);
     }
+    for (const CuePoint& point : points) {
+        for (const CueEntry& entry : point.entries) {
+            content.clear();
+            appendLE(content, point.number);
+            append(content, ByteSpan(entry.content));
+            appendChunk(out, entry.id, content);
+        }
+    }
+    for (const CueEntry& entry : loose) {
+        content = entry.content;
+        if (namesItsPoint(entry)) writeLE(content.data(), std::uint32_t{0});
+        appendChunk(out, entry.id, content);
+    }
+    if (out.size() == listTypeBytes) out.clear();
     return out;
 }
 
@@ -107,28 +161,19 @@ bool isLabelList(ByteSpan listPayload) noexcept {
     return listPayload.size() >= listTypeBytes && asText(listPayload.first(listTypeBytes)) == "adtl";
 }
 
-std::vector<CuePoint> readCuePoints(ByteSpan cuePayload, const std::vector<ByteSpan>& labelLists) {
-    if (cuePayload.size() < countBytes) return {};
-    Labels labels;
+CueContent readCues(const std::vector<ByteSpan>& cuePayloads, const std::vector<ByteSpan>& labelLists) {
+    CueContent content;
+    for (const ByteSpan payload : cuePayloads) {
+        if (!collectPoints(payload, content.points)) content.complete = false;
+    }
+    EntryDealer dealer(content);
     for (const ByteSpan list : labelLists) {
-        if (isLabelList(list)) collectLabels(list, labels);
+        if (isLabelList(list)) dealer.deal(list);
     }
-
-    const std::size_t claimed = readLE<std::uint32_t>(cuePayload.data());
-    const std::size_t count = std::min({claimed, (cuePayload.size() - countBytes) / pointBytes, maxCuePoints});
-    std::vector<CuePoint> points(count);
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::byte* at = cuePayload.data() + countBytes + i * pointBytes;
-        CuePoint& point = points[i];
-        point.number = readLE<std::uint32_t>(at);
-        point.frame = readLE<std::uint32_t>(at + sampleOffsetInPoint);
-        const std::string_view label = nextLabel(labels, point.number);
-        if (!label.empty()) point.label = isValidUtf8(label) ? std::string(label) : latin1ToUtf8(label);
-    }
-    std::sort(points.begin(), points.end(), [](const CuePoint& a, const CuePoint& b) {
+    std::sort(content.points.begin(), content.points.end(), [](const CuePoint& a, const CuePoint& b) {
         return std::tie(a.frame, a.number, a.label) < std::tie(b.frame, b.number, b.label);
     });
-    return points;
+    return content;
 }
 
 }  // namespace dravik

@@ -22,6 +22,16 @@ constexpr std::size_t copyBufferBytes = 1024U * 1024U;
 
 std::error_code codeOf(int code) { return {code, std::generic_category()}; }
 
+FileStamp stampFrom(const struct stat& status) noexcept {
+#ifdef __APPLE__
+    const timespec modified = status.st_mtimespec;
+#else
+    const timespec modified = status.st_mtim;
+#endif
+    return {static_cast<std::uint64_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino),
+            static_cast<std::uint64_t>(status.st_size), modified.tv_sec, modified.tv_nsec};
+}
+
 }  // namespace
 
 void PosixFileOps::fail(const char* what, const std::filesystem::path& path, int code) {
@@ -45,6 +55,18 @@ bool PosixFileOps::isSameFile(const FileHandle& file, const std::filesystem::pat
     struct stat named {};
     return ::fstat(file.descriptor(), &open) == 0 && ::lstat(path.c_str(), &named) == 0 &&
            open.st_dev == named.st_dev && open.st_ino == named.st_ino;
+}
+
+FileStamp PosixFileOps::stampOf(const FileHandle& file, const std::filesystem::path& path) {
+    struct stat status {};
+    if (::fstat(file.descriptor(), &status) != 0) fail("cannot read", path);
+    return stampFrom(status);
+}
+
+std::optional<FileStamp> PosixFileOps::stampAt(const std::filesystem::path& path) noexcept {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0) return std::nullopt;
+    return stampFrom(status);
 }
 
 void PosixFileOps::writeAt(const FileHandle& file, const std::filesystem::path& path, std::uint64_t offset,

@@ -84,6 +84,14 @@ bool FaultyFileOps::isSameFile(const FileHandle& file, const std::filesystem::pa
     return native_->isSameFile(file, path);
 }
 
+FileStamp FaultyFileOps::stampOf(const FileHandle& file, const std::filesystem::path& path) {
+    return native_->stampOf(file, path);
+}
+
+std::optional<FileStamp> FaultyFileOps::stampAt(const std::filesystem::path& path) noexcept {
+    return native_->stampAt(path);
+}
+
 void FaultyFileOps::writeAt(const FileHandle& file, const std::filesystem::path& path, std::uint64_t offset,
                             ByteSpan bytes) {
     enter(Call::write, path);

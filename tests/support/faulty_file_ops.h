@@ -63,6 +63,8 @@ class FaultyFileOps final : public FileOps {
     FileHandle createExclusive(const std::filesystem::path& path) override;
     Lock tryLock(const FileHandle& file) noexcept override;
     bool isSameFile(const FileHandle& file, const std::filesystem::path& path) noexcept override;
+    FileStamp stampOf(const FileHandle& file, const std::filesystem::path& path) override;
+    std::optional<FileStamp> stampAt(const std::filesystem::path& path) noexcept override;
     void writeAt(const FileHandle& file, const std::filesystem::path& path, std::uint64_t offset,
                  ByteSpan bytes) override;
     void truncate(const FileHandle& file, const std::filesystem::path& path, std::uint64_t size) override;

@@ -10,87 +10,101 @@ namespace {
 using namespace std::string_literals;
 using Points = std::vector<CuePoint>;
 
-/// "adtl" and these bytes.
-Bytes list(std::string_view subChunks) { return toBytes("adtl" + std::string(subChunks)); }
-
-Bytes cues(const Points& points) { return cueChunkPayload(points); }
-
-std::string label(std::uint32_t number, std::string_view text, std::uint32_t size) {
-    Bytes out = toBytes("labl");
-    appendLE(out, size);
-    appendLE(out, number);
-    append(out, text);
+std::string le32(std::size_t value) {
+    Bytes out;
+    appendLE(out, static_cast<std::uint32_t>(value));
     return std::string(asText(out));
 }
 
-std::string label(std::uint32_t number, std::string_view text) {
-    return label(number, text, static_cast<std::uint32_t>(text.size() + 4));
+/// An entry of the list, without a pad byte.
+std::string entry(std::string_view id, std::uint32_t number, std::string_view text) {
+    return std::string(id) + le32(text.size() + 4) + le32(number) + std::string(text);
+}
+std::string label(std::uint32_t number, std::string_view text) { return entry("labl", number, text); }
+
+Points read(const Points& points, std::string_view subChunks) {
+    const Bytes list = toBytes("adtl" + std::string(subChunks));
+    const Bytes cues = cueChunkPayload(points);
+    return readCues({cues}, {list}).points;
 }
 
 TEST(CueBytes, PointsAndLabelsAreLaidOutAsTheFormatSays) {
-    const Points points = {{1, 48000, "Slate"}, {2, 0x01020304, std::nullopt}, {3, 7, "ab"}};
+    const Points points = {{1, -48000, "Slate"}, {2, 0x01020304, "\0hidden"s}, {3, std::int64_t{1} << 40, "ab"}};
     EXPECT_EQ(asText(cueChunkPayload(points)),
               "\3\0\0\0"
-              "\1\0\0\0\0\0\0\0data\0\0\0\0\0\0\0\0\x80\xBB\0\0"
+              "\1\0\0\0\0\0\0\0data\0\0\0\0\0\0\0\0\0\0\0\0"
               "\2\0\0\0\0\0\0\0data\0\0\0\0\0\0\0\0\4\3\2\1"
-              "\3\0\0\0\0\0\0\0data\0\0\0\0\0\0\0\0\7\0\0\0"s);
+              "\3\0\0\0\0\0\0\0data\0\0\0\0\0\0\0\0\xFF\xFF\xFF\xFF"s);
     EXPECT_EQ(asText(labelListPayload(points)), "adtllabl\x0A\0\0\0\1\0\0\0Slate\0labl\7\0\0\0\3\0\0\0ab\0\0"s);
-}
-
-TEST(CueBytes, FramesAreClampedTo32Bits) {
-    const Points read = readCuePoints(cues({{1, -5, {}}, {2, std::numeric_limits<std::int64_t>::max(), {}}}), {});
-    EXPECT_EQ(read, (Points{{1, 0, {}}, {2, 4294967295, {}}}));
-}
-
-TEST(CueBytes, NoLabelNoList) {
-    EXPECT_TRUE(labelListPayload({{1, 0, std::nullopt}, {2, 0, ""}, {3, 0, "\0hidden"s}}).empty());
-}
-
-TEST(CueBytes, PointsComeBackInFrameOrderWithTheLabelsOfTheirNumbers) {
-    const Bytes labels = list(label(1, "one\0"s) + label(3, "\xE9t\xE9\0"s) + "note\2\0\0\0xx" + label(2, ""));
-    EXPECT_EQ(readCuePoints(cues({{3, 900, {}}, {2, 50, {}}, {1, 50, {}}}), {ByteSpan(labels)}),
-              (Points{{1, 50, "one"}, {2, 50, {}}, {3, 900, "été"}}));
+    EXPECT_TRUE(labelListPayload({{1, 0, std::nullopt}, {2, 0, ""}}).empty());
 }
 
 TEST(CueBytes, DamagedLabelsCostOnlyThemselves) {
-    struct Case {
+    const struct {
         const char* what;
-        Bytes labels;
+        std::string labels;
         std::optional<std::string> first, second;
+    } cases[] = {
+        {"no terminator, Latin-1", label(1, "\xE9t") + label(2, "cd"), "ét", "cd"},
+        {"too small for a number", "labl\2\0\0\0xx"s + label(2, "cd"), {}, "cd"},
+        {"larger than its list", label(2, "cd") + "labl\xFF\xFF\xFF\xFF\1\0\0\0ab"s, "ab", "cd"},
+        {"cut header", label(1, "ab") + "lab", "ab", {}},
+        {"odd with its pad byte", label(1, "a") + "\0"s + label(2, "cd"), "a", "cd"},
+        {"odd without its pad byte", label(1, "a") + label(2, "cd"), "a", "cd"},
+        {"text behind its zero", label(1, "ab\0junk"s) + label(2, ""), "ab", {}},
+        {"two labels of one number", label(1, "ab") + label(1, "cd"), "ab", {}},
     };
-    const Case cases[] = {
-        {"no terminator", list(label(1, "ab") + label(2, "cd")), "ab", "cd"},
-        {"too small for a number", list("labl\2\0\0\0xx"s + label(2, "cd")), {}, "cd"},
-        {"larger than its list", list(label(2, "cd") + label(1, "ab", 0xFFFFFFFF)), "ab", "cd"},
-        {"cut header", list(label(1, "ab") + "lab"), "ab", {}},
-        {"odd with its pad byte", list(label(1, "a") + "\0"s + label(2, "cd")), "a", "cd"},
-        {"odd without its pad byte", list(label(1, "a") + label(2, "cd")), "a", "cd"},
-        {"odd and last", list(label(1, "a")), "a", {}},
-        {"text behind its zero", list(label(1, "ab\0junk"s)), "ab", {}},
-        {"two labels of one number", list(label(1, "ab") + label(1, "cd")), "ab", {}},
-        {"another list", toBytes("INFO" + label(1, "ab")), {}, {}},
-        {"empty", {}, {}, {}},
-    };
-    for (const Case& c : cases) {
-        const Points expected = {{1, 0, c.first}, {2, 1, c.second}};
-        EXPECT_EQ(readCuePoints(cues({{1, 0, {}}, {2, 1, {}}}), {ByteSpan(c.labels)}), expected) << c.what;
+    for (const auto& [what, labels, first, second] : cases) {
+        EXPECT_EQ(read({{1, 1}, {2, 0}}, labels), (Points{{2, 0, second}, {1, 1, first}})) << what;
     }
 }
 
-TEST(CueBytes, PointsThatShareANumberShareOutItsLabels) {
-    const Bytes labels = list(label(7, "a ") + label(7, "b "));
-    EXPECT_EQ(readCuePoints(cues({{7, 1, {}}, {7, 2, {}}, {7, 3, {}}}), {ByteSpan(labels)}),
-              (Points{{7, 1, "a "}, {7, 2, "b "}, {7, 3, {}}}));
+TEST(CueBytes, EntriesThatAreNoLabelsGoWithTheirPointUnderItsNewNumber) {
+    const Bytes cues = cueChunkPayload({{7, 1}, {9, 2}, {9, 3}});
+    const Bytes list =
+        toBytes("adtl" + entry("ltxt", 7, "odd") + "\0"s + label(7, "a ") + entry("note", 9, "n1") +
+                entry("note", 9, "n2") + entry("note", 9, "n3") + entry("ltxt", 9, "") + entry("mine", 7, "") +
+                entry("note", 2, "of nobody ") + "mine\2\0\0\0ab"s + entry("mine", 50, "kept") + label(50, "gone"));
+    CueContent content = readCues({cues}, {list});
+    for (std::size_t i = 0; i < content.points.size(); ++i)
+        content.points[i].number = static_cast<std::uint32_t>(i) + 1;
+    content.points.erase(content.points.begin() + 1);
+    EXPECT_EQ(asText(labelListPayload(content.points, content.loose)),
+              "adtl" + label(1, "a \0"s) + "\0"s + entry("ltxt", 1, "odd") + "\0"s + entry("mine", 1, "") +
+                  entry("note", 3, "n2") + entry("note", 3, "n3") + entry("note", 0, "of nobody ") + "mine\2\0\0\0ab"s +
+                  entry("mine", 50, "kept"));
+}
+
+TEST(CueBytes, AllChunksOfAFileAreReadAndPointsOfOneNumberShareItsLabels) {
+    const Bytes first = cueChunkPayload({{1, 500}, {2, 100}});
+    const Bytes second = cueChunkPayload({{1, 300}, {1, 400}});
+    const Bytes labels = toBytes("adtl" + label(1, "a ") + label(2, "b "));
+    const Bytes more = toBytes("adtl" + label(1, "c "));
+    const Bytes other = toBytes("INFO" + label(1, "x "));
+    const CueContent content = readCues({first, second}, {other, labels, more});
+    EXPECT_EQ(content.points, (Points{{2, 100, "b "}, {1, 300, "c "}, {1, 400}, {1, 500, "a "}}));
+    EXPECT_TRUE(content.complete);
 }
 
 TEST(CueBytes, AHostileCountReadsAsManyPointsAsThereAre) {
-    Bytes payload = cues({{1, 5, {}}, {2, 6, {}}});
-    payload.resize(payload.size() - 1);
+    Bytes payload = cueChunkPayload({{1, 5}, {2, 6}});
+    payload.pop_back();
     writeLE<std::uint32_t>(payload.data(), 0xFFFFFFFF);
-    EXPECT_EQ(readCuePoints(payload, {}), (Points{{1, 5, {}}}));
-    EXPECT_TRUE(readCuePoints(ByteSpan(payload).first(3), {}).empty());
-    EXPECT_TRUE(readCuePoints({}, {}).empty());
-    EXPECT_EQ(readCuePoints(cues(Points(maxCuePoints + 1)), {}).size(), maxCuePoints);
+    EXPECT_EQ(readCues({payload}, {}).points, (Points{{1, 5}}));
+    EXPECT_EQ(readCues({ByteSpan(payload).first(3), {}}, {}), CueContent());
+}
+
+TEST(CueBytes, WhatIsMoreThanTheLimitsIsSaidToBeThere) {
+    const Bytes most = cueChunkPayload(Points(maxCuePoints));
+    const Bytes one = cueChunkPayload(Points(1));
+    EXPECT_TRUE(readCues({most}, {}).complete);
+    const CueContent content = readCues({most, one}, {});
+    EXPECT_EQ(content.points.size(), maxCuePoints);
+    EXPECT_FALSE(content.complete);
+    Bytes list = toBytes("adtl");
+    list.resize(list.size() + maxListEntries * 8);
+    EXPECT_TRUE(readCues({}, {list}).complete);
+    EXPECT_FALSE(readCues({}, {list, toBytes("adtl" + label(1, ""))}).complete);
 }
 
 }  // namespace
