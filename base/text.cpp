@@ -12,15 +12,6 @@
 namespace dravik {
 namespace {
 
-/// Length of the UTF-8 character that starts at `at`, 0 when the bytes there are not one.
-std::size_t utf8Length(std::string_view text, std::size_t at) noexcept {
-    utf8proc_int32_t codepoint = 0;
-    const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data() + at);
-    const auto rest = static_cast<utf8proc_ssize_t>(std::min<std::size_t>(text.size() - at, 4));
-    const utf8proc_ssize_t length = utf8proc_iterate(bytes, rest, &codepoint);
-    return length > 0 ? static_cast<std::size_t>(length) : 0;
-}
-
 std::string_view digitRun(std::string_view text, std::size_t at) noexcept {
     std::size_t end = at;
     while (end < text.size() && isAsciiDigit(text[end]))
@@ -34,6 +25,15 @@ std::string_view withoutLeadingZeros(std::string_view digits) noexcept {
 }
 
 }  // namespace
+
+Utf8Character firstCharacter(std::string_view text) noexcept {
+    Utf8Character character;
+    const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
+    const auto most = static_cast<utf8proc_ssize_t>(std::min<std::size_t>(text.size(), 4));
+    const utf8proc_ssize_t length = utf8proc_iterate(bytes, most, &character.codepoint);
+    if (length > 0) character.bytes = static_cast<std::size_t>(length);
+    return character;
+}
 
 std::string_view trimmed(std::string_view text) noexcept {
     while (!text.empty() && isAsciiSpace(text.front()))
@@ -86,9 +86,9 @@ bool isValidUtf8(std::string_view text) noexcept {
             ++at;
             continue;
         }
-        const std::size_t length = utf8Length(text, at);
-        if (length == 0) return false;
-        at += length;
+        const Utf8Character character = firstCharacter(text.substr(at));
+        if (!character.isValid()) return false;
+        at += character.bytes;
     }
     return true;
 }
@@ -108,31 +108,43 @@ std::string latin1ToUtf8(std::string_view latin1) {
     return out;
 }
 
+std::string utf8OrLatin1(std::string_view bytes) {
+    if (isValidUtf8(bytes)) return std::string(bytes);
+    std::string mended;
+    mended.reserve(bytes.size() + bytes.size() / 8);
+    std::size_t characters = 0;
+    std::size_t strays = 0;
+    for (std::string_view rest = bytes; !rest.empty();) {
+        const Utf8Character next = firstCharacter(rest);
+        const std::string_view taken = rest.substr(0, next.bytes);
+        if (next.isValid()) {
+            if (next.bytes > 1) ++characters;
+            mended += taken;
+        } else {
+            ++strays;
+            mended += latin1ToUtf8(taken);
+        }
+        rest.remove_prefix(next.bytes);
+    }
+    return characters >= strays ? mended : latin1ToUtf8(bytes);
+}
+
 std::string_view truncatedUtf8(std::string_view text, std::size_t maxBytes) noexcept {
     if (text.size() <= maxBytes) return text;
     // The character that the border may fall into begins at most three bytes ahead of it.
     const std::size_t earliest = maxBytes < 3 ? 0 : maxBytes - 3;
     for (std::size_t at = maxBytes; at-- > earliest;) {
-        if (at + utf8Length(text, at) > maxBytes) return text.substr(0, at);
+        if (at + firstCharacter(text.substr(at)).bytes > maxBytes) return text.substr(0, at);
     }
     return text.substr(0, maxBytes);
 }
 
 int displayWidth(std::string_view text) noexcept {
     int width = 0;
-    std::size_t at = 0;
-    while (at < text.size()) {
-        utf8proc_int32_t codepoint = 0;
-        const utf8proc_ssize_t length =
-            utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data() + at),
-                             static_cast<utf8proc_ssize_t>(std::min<std::size_t>(text.size() - at, 4)), &codepoint);
-        if (length <= 0) {
-            ++width;
-            ++at;
-            continue;
-        }
-        width += utf8proc_charwidth(codepoint);
-        at += static_cast<std::size_t>(length);
+    while (!text.empty()) {
+        const Utf8Character character = firstCharacter(text);
+        width += character.isValid() ? utf8proc_charwidth(character.codepoint) : 1;
+        text.remove_prefix(character.bytes);
     }
     return width;
 }
@@ -140,24 +152,21 @@ int displayWidth(std::string_view text) noexcept {
 std::string foldedCase(std::string_view text) {
     std::string out;
     out.reserve(text.size());
-    std::size_t at = 0;
-    while (at < text.size()) {
-        if (static_cast<unsigned char>(text[at]) < 0x80) {
-            out.push_back(toLowerAscii(text[at++]));
+    while (!text.empty()) {
+        if (static_cast<unsigned char>(text.front()) < 0x80) {
+            out.push_back(toLowerAscii(text.front()));
+            text.remove_prefix(1);
             continue;
         }
-        utf8proc_int32_t codepoint = 0;
-        const utf8proc_ssize_t length =
-            utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data() + at),
-                             static_cast<utf8proc_ssize_t>(std::min<std::size_t>(text.size() - at, 4)), &codepoint);
-        if (length <= 0) {
-            out.push_back(text[at++]);
-            continue;
+        const Utf8Character character = firstCharacter(text);
+        if (character.isValid()) {
+            std::array<utf8proc_uint8_t, 4> encoded{};
+            const utf8proc_ssize_t length = utf8proc_encode_char(utf8proc_tolower(character.codepoint), encoded.data());
+            out.append(reinterpret_cast<const char*>(encoded.data()), static_cast<std::size_t>(length));
+        } else {
+            out.push_back(text.front());
         }
-        utf8proc_uint8_t encoded[4];
-        const utf8proc_ssize_t encodedLength = utf8proc_encode_char(utf8proc_tolower(codepoint), encoded);
-        out.append(reinterpret_cast<const char*>(encoded), static_cast<std::size_t>(encodedLength));
-        at += static_cast<std::size_t>(length);
+        text.remove_prefix(character.bytes);
     }
     return out;
 }

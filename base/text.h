@@ -29,6 +29,21 @@ namespace dravik {
 [[nodiscard]] bool isValidUtf8(std::string_view text) noexcept;
 /// ISO Latin-1 bytes as UTF-8. Every byte sequence is valid Latin-1, so this cannot fail.
 [[nodiscard]] std::string latin1ToUtf8(std::string_view latin1);
+/// Text of unknown encoding as UTF-8: bytes that are UTF-8 stay as they are, others are read as ISO Latin-1. Where
+/// UTF-8 characters are at least as many as bytes that are none, only those bytes are: a stray byte in one value must
+/// not garble every accent of the document. (In Latin-1 text, letters that happen to read as UTF-8 are the rare
+/// exception.)
+[[nodiscard]] std::string utf8OrLatin1(std::string_view bytes);
+
+/// One step through text.
+struct Utf8Character {
+    std::size_t bytes = 1;        ///< its length; 1 for a byte that is not UTF-8
+    std::int32_t codepoint = -1;  ///< negative for such a byte
+
+    [[nodiscard]] bool isValid() const noexcept { return codepoint >= 0; }
+};
+/// What the text, which is not empty, begins with.
+[[nodiscard]] Utf8Character firstCharacter(std::string_view text) noexcept;
 /// The longest start of `text` that is at most `maxBytes` long and does not end inside a UTF-8 character.
 [[nodiscard]] std::string_view truncatedUtf8(std::string_view text, std::size_t maxBytes) noexcept;
 /// Number of terminal cells the text takes (wide East Asian characters count two, combining marks none).

@@ -14,13 +14,6 @@ namespace {
 
 constexpr std::string_view replacement = "\uFFFD";
 
-/// Bytes of the character that the first byte of well-formed text begins; for other bytes 1.
-std::size_t characterLength(std::string_view text) {
-    const auto first = static_cast<unsigned char>(text.front());
-    const std::size_t length = first < 0xC0 ? 1 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
-    return std::min(length, text.size());
-}
-
 bool isControl(std::string_view character) {
     const auto first = static_cast<unsigned char>(character[0]);
     if (character.size() == 1) return first < 0x20 || first == 0x7F;
@@ -52,10 +45,9 @@ std::string validUtf8(std::string_view text) {
     std::string out;
     out.reserve(text.size());
     while (!text.empty()) {
-        const std::string_view character = text.substr(0, characterLength(text));
-        const bool valid = isValidUtf8(character);
-        out += valid ? character : replacement;
-        text.remove_prefix(valid ? character.size() : 1);
+        const Utf8Character next = firstCharacter(text);
+        out += next.isValid() ? text.substr(0, next.bytes) : replacement;
+        text.remove_prefix(next.bytes);
     }
     return out;
 }
@@ -65,7 +57,7 @@ std::string printable(std::string_view text) {
     out.reserve(text.size());
     const std::string valid = validUtf8(text);
     for (std::string_view rest = valid; !rest.empty();) {
-        const std::string_view character = rest.substr(0, characterLength(rest));
+        const std::string_view character = rest.substr(0, firstCharacter(rest).bytes);
         // A line end is one blank, however many bytes it has.
         const bool half = rest.starts_with("\r\n");
         if (isAsciiSpace(character[0])) {
@@ -85,7 +77,7 @@ std::string fitted(std::string_view text, int cells) {
     std::string out;
     int used = 0;
     while (!text.empty()) {
-        const std::string_view character = text.substr(0, characterLength(text));
+        const std::string_view character = text.substr(0, firstCharacter(text).bytes);
         const int width = displayWidth(character);
         if (used + width > cells - 1) break;
         out += character;

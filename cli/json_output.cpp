@@ -11,6 +11,42 @@ std::optional<std::string> dateText(const std::optional<RecordingDate>& date) {
     return date ? std::optional(formatRecordingDate(*date)) : std::nullopt;
 }
 
+std::string_view fieldName(MetadataField field) noexcept {
+    switch (field) {
+        case MetadataField::project:
+            return "project";
+        case MetadataField::scene:
+            return "scene";
+        case MetadataField::prise:
+            return "take";
+        case MetadataField::tape:
+            return "tape";
+        case MetadataField::note:
+            return "note";
+        case MetadataField::circled:
+            return "circled";
+        case MetadataField::wild:
+            return "wild";
+        case MetadataField::timecode:
+            return "timecode";
+        case MetadataField::framerate:
+            return "framerate";
+    }
+    return "";
+}
+
+std::string_view recordingDateStatusText(GroupeFichiers::RecordingDateStatus status) noexcept {
+    switch (status) {
+        case GroupeFichiers::RecordingDateStatus::consistent:
+            return "consistent";
+        case GroupeFichiers::RecordingDateStatus::none:
+            return "none";
+        case GroupeFichiers::RecordingDateStatus::mixed:
+            return "mixed";
+    }
+    return "";
+}
+
 /// The members of a file's record, in an object that is open.
 void fileMembers(JsonWriter& json, const InfoFichier& fichier) {
     json.member("path", pathText(fichier.url));

@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <iterator>
+#include <map>
+#include <string_view>
 
 #include <fmt/format.h>
 
@@ -55,11 +57,19 @@ std::vector<Section> sectionsOf(const std::vector<std::filesystem::path>& paths,
 }
 
 bool tellUnreadable(const std::vector<GroupeFichiers>& groupes, Services& services) {
+    std::map<std::filesystem::path, std::string_view> lackedBy;
+    for (const GroupeFichiers& groupe : groupes) {
+        for (const std::filesystem::path& file : groupe.pistesIllisibles)
+            lackedBy.emplace(file, groupe.nom);
+    }
     bool any = false;
     for (const GroupeFichiers& groupe : groupes) {
         for (const InfoFichier& fichier : groupe.fichiers) {
             if (fichier.channels > 0) continue;
-            services.console.message(shown(fichier.url) + ": cannot be read as audio.");
+            std::string message = shown(fichier.url) + ": cannot be read as audio.";
+            if (const auto take = lackedBy.find(fichier.url); take != lackedBy.end())
+                message += fmt::format(" The take {} is shown without this track.", printable(take->second));
+            services.console.message(message);
             any = true;
         }
     }

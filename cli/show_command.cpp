@@ -8,6 +8,7 @@
 #include "editing/cue_writer.h"
 #include "model/audio_metadata.h"
 #include "model/probe.h"
+#include "model/wave/walked_file.h"
 
 #include <algorithm>
 
@@ -27,10 +28,8 @@ struct ShownFile {
 };
 
 std::vector<Chunk> chunksOf(const std::filesystem::path& file) {
-    const FileHandle handle = FileHandle::tryOpenForReading(file);
-    if (!handle.isOpen()) return {};
-    std::optional<ChunkTable> table = walkChunks(FileSource(handle));
-    return table ? std::move(table->chunks) : std::vector<Chunk>();
+    const WalkedFile opened(FileHandle::tryOpenForReading(file));
+    return opened.table() ? opened.table()->chunks : std::vector<Chunk>();
 }
 
 class Page {
@@ -125,10 +124,9 @@ class Page {
 };
 
 ExitCode printIxml(const std::filesystem::path& file, Services& services) {
-    const FileHandle handle = FileHandle::openForReading(file);
-    const FileSource source(handle);
-    const std::optional<ChunkTable> table = walkChunks(source);
-    const Chunk* ixml = table ? table->first("iXML") : nullptr;
+    const WalkedFile opened(FileHandle::openForReading(file));
+    const FileSource& source = opened.source();
+    const Chunk* ixml = opened.table() ? opened.table()->first("iXML") : nullptr;
     if (ixml == nullptr) {
         services.console.message(shown(file) + ": has no iXML chunk.");
         return ExitCode::someFailed;

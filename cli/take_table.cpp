@@ -54,6 +54,16 @@ Table::Cell audio(const InfoFichier& fichier) {
     return {fichier.bits > 0 ? fmt::format("{}/{}", rate, fichier.bits) : rate};
 }
 
+/// "WAV", "4 × WAV"; "3 of 4 × WAV" when a file of the take cannot be read.
+Table::Cell format(const GroupeFichiers& groupe) {
+    const std::size_t files = groupe.fichiers.size();
+    const std::string& kind = groupe.fichiers.front().format;
+    if (const std::size_t lost = groupe.pistesIllisibles.size(); lost > 0) {
+        return {fmt::format("{} of {} × {}", files, files + lost, kind), Style::bad};
+    }
+    return {files > 1 ? fmt::format("{} × {}", files, kind) : kind};
+}
+
 double lengthOf(const GroupeFichiers& groupe) {
     double longest = 0;
     for (const InfoFichier& fichier : groupe.fichiers)
@@ -85,8 +95,7 @@ std::string takeTable(const std::vector<GroupeFichiers>& groupes, std::optional<
             {readable ? shortDuration(lengthOf(groupe)) : ""},
             field(groupe, MetadataField::tape, groupe.tape),
             audio(premier),
-            {groupe.fichiers.size() > 1 ? fmt::format("{} × {}", groupe.fichiers.size(), premier.format)
-                                        : premier.format},
+            format(groupe),
             {sizeText(sizeOf(groupe))},
             {readable ? fmt::format("{}", tracksOfGroup(groupe).size()) : ""},
             {trackNames(groupe)},

@@ -85,8 +85,9 @@ bool isValidName(std::string_view nom) noexcept {
 std::string newBaseName(const GroupeFichiers& groupe, std::size_t position, std::string_view newName) {
     std::string nom(newName);
     if (!groupe.isMonoSet()) return nom;
-    const std::string& ancien = groupe.fichiers.at(position).nom;
-    if (const auto found = numeroPisteMono(ancien)) return nom.append(found->suffixe);
+    const InfoFichier& fichier = groupe.fichiers.at(position);
+    const std::string& ancien = fichier.nom;
+    if (const auto found = trackSuffix(ancien, fichier.familleUID.has_value())) return nom.append(found->nom.suffixe);
     if (const auto found = familyTrackNumber(ancien)) return nom.append(found->suffixe);
     if (position >= 1) return nom + fmt::format("_{:02d}", position);
     const std::string_view commun = withoutTrailingSeparators(groupe.nom);

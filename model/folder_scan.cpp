@@ -10,18 +10,23 @@
 #include <atomic>
 #include <chrono>
 #include <compare>
+#include <cstdint>
 #include <map>
 #include <mutex>
 #include <string>
+#include <system_error>
 #include <thread>
 
 namespace dravik {
 namespace {
 
-/// Below this a second thread costs more than it saves.
+/// With fewer files in memory a further thread costs more than it saves.
 constexpr std::size_t filesPerThread = 16;
 /// A file whose bytes are in memory takes some ten microseconds, one that comes from a disk a hundred and more.
 constexpr std::chrono::microseconds slowProbe{50};
+/// Work ahead that is worth a further thread: where other programs keep the cores busy it takes some milliseconds until
+/// a new thread runs, and its end is waited for.
+constexpr std::chrono::milliseconds worthAThread{4};
 
 /// What two mono files must share to be of one take, but for their timecodes.
 struct SetKey {
@@ -37,6 +42,49 @@ struct Member {
     InfoFichier fichier;
     std::string base;
     int numero = 0;
+};
+
+/// Files that cannot be read as audio but are named like tracks.
+class LostTracks {
+  public:
+    void add(const InfoFichier& fichier, bool plusieursCandidats) {
+        // Its FAMILY_UID is as unreadable as the rest; whether there is a family to belong to is seen later.
+        const std::optional<TrackSuffix> suffix = trackSuffix(fichier.nom, true, plusieursCandidats);
+        if (!suffix) return;
+        const Place place{folderOf(fichier.url), baseNameKey(suffix->nom.base), isEditable(fichier.url)};
+        lost_[place].push_back({fichier.url, suffix->nom.numero, suffix->deFamille});
+    }
+
+    /// Those that a set of that key lacks. Each belongs to one set only.
+    std::vector<std::filesystem::path> takenBy(const SetKey& key, const std::vector<Member>& members) {
+        std::vector<std::filesystem::path> found;
+        const auto here = lost_.find(Place{key.folder, key.base, key.modifiable});
+        if (here == lost_.end()) return found;
+        std::erase_if(here->second, [&](const Lost& lost) {
+            // Endings that mean a track only within a family mean nothing beside a single file.
+            const bool fits = !lost.deFamille || (!key.famille.empty() && members.size() > 1);
+            const bool isThere = std::any_of(members.begin(), members.end(),
+                                             [&](const Member& member) { return member.numero == lost.numero; });
+            if (!fits || isThere) return false;
+            found.push_back(lost.url);
+            return true;
+        });
+        return found;
+    }
+
+  private:
+    struct Place {
+        std::filesystem::path folder;
+        std::string base;
+        bool modifiable = false;
+        friend auto operator<=>(const Place&, const Place&) = default;
+    };
+    struct Lost {
+        std::filesystem::path url;
+        int numero = 0;
+        bool deFamille = false;
+    };
+    std::map<Place, std::vector<Lost>> lost_;
 };
 
 /// Can two files of one base name be two tracks of one take? Not with one number (a backup, a proxy, a link), nor when
@@ -170,19 +218,31 @@ std::vector<InfoFichier> probeFiles(const std::vector<std::filesystem::path>& fi
             if (!failure) failure = std::current_exception();
         }
     };
-    // One thread a core as long as the bytes are in memory: more would only be in each other's way. When the files
-    // prove slow, what is waited for is the disk, which answers several questions at once.
-    const std::size_t most = std::min<std::size_t>(probeThreads, fichiers.size() / filesPerThread);
-    const std::size_t cores = std::max(1U, std::thread::hardware_concurrency());
+    std::size_t most = probeThreads;
     std::vector<std::jthread> helpers;
-    const auto addHelper = [&] { helpers.emplace_back([&] { work([] {}); }); };
-    while (helpers.size() + 1 < std::min(most, cores))
-        addHelper();
+    const auto runOn = [&](std::size_t threads) {
+        try {
+            while (helpers.size() + 1 < std::min(threads, most))
+                helpers.emplace_back([&] { work([] {}); });
+        } catch (const std::system_error&) {
+            most = helpers.size() + 1;  // the system gives no more threads: those that there are do the work
+        }
+    };
+    // One thread a core as long as the bytes are in memory: more would only be in each other's way. When the files
+    // prove slow, what is waited for is the disk, which answers several questions at once; a folder of few files, too,
+    // gets its threads right behind the first.
+    helpers.reserve(most);
+    runOn(std::min<std::size_t>(fichiers.size() / filesPerThread, std::max(1U, std::thread::hardware_concurrency())));
     const auto begin = std::chrono::steady_clock::now();
-    std::size_t own = 0;
+    std::int64_t own = 0;
     work([&] {
         ++own;
-        if (helpers.size() + 1 < most && std::chrono::steady_clock::now() - begin > own * slowProbe) addHelper();
+        if (helpers.size() + 1 >= most) return;
+        const std::chrono::nanoseconds each = (std::chrono::steady_clock::now() - begin) / own;
+        if (each < slowProbe) return;
+        const std::size_t left = fichiers.size() - std::min(next.load(), fichiers.size());
+        const auto ahead = each * static_cast<std::int64_t>(left);
+        runOn(std::min(left, 1 + static_cast<std::size_t>(ahead / worthAThread)));
     });
     helpers.clear();
     if (failure) std::rethrow_exception(failure);
@@ -192,38 +252,37 @@ std::vector<InfoFichier> probeFiles(const std::vector<std::filesystem::path>& fi
 std::vector<GroupeFichiers> construireGroupes(std::vector<InfoFichier> fichiers, bool regrouperFichiersMono) {
     std::vector<GroupeFichiers> groupes;
     groupes.reserve(fichiers.size());
-    const auto monos =
-        std::count_if(fichiers.begin(), fichiers.end(), [](const InfoFichier& f) { return f.channels == 1; });
+    const auto candidates =
+        std::count_if(fichiers.begin(), fichiers.end(), [](const InfoFichier& f) { return f.channels <= 1; });
 
     std::map<SetKey, std::vector<Member>> sets;
+    LostTracks lost;
     for (InfoFichier& fichier : fichiers) {
         if (!regrouperFichiersMono || fichier.channels != 1) {
+            if (regrouperFichiersMono && fichier.channels == 0) lost.add(fichier, candidates > 1);
             groupes.push_back(groupOfOne(std::move(fichier)));
             continue;
         }
-        const auto join = [&](const MonoName& nom, const std::string& famille) {
-            Member member;
-            member.base = std::string(nom.base);
-            member.numero = nom.numero;
-            const SetKey key{folderOf(fichier.url), baseNameKey(nom.base), fichier.sampleRate, isEditable(fichier.url),
-                             famille};
-            member.fichier = std::move(fichier);
-            sets[key].push_back(std::move(member));
-        };
-        // The views point into a copy: the record itself moves.
-        const std::string nom = fichier.nom;
-        if (const auto found = numeroPisteMono(nom, monos > 1)) {
-            join(*found, {});
-        } else if (const auto family = familyTrackNumber(nom); family && fichier.familleUID) {
-            join(*family, *fichier.familleUID);
-        } else {
+        const std::optional<TrackSuffix> suffix =
+            trackSuffix(fichier.nom, fichier.familleUID.has_value(), candidates > 1);
+        if (!suffix) {
             groupes.push_back(groupOfOne(std::move(fichier)));
+            continue;
         }
+        const SetKey key{folderOf(fichier.url), baseNameKey(suffix->nom.base), fichier.sampleRate,
+                         isEditable(fichier.url), suffix->deFamille ? *fichier.familleUID : std::string()};
+        Member member;
+        member.base = std::string(suffix->nom.base);
+        member.numero = suffix->nom.numero;
+        member.fichier = std::move(fichier);
+        sets[key].push_back(std::move(member));
     }
-    for (auto& entry : sets) {
-        for (std::vector<Member>& members : partedIntoTakes(std::move(entry.second))) {
+    for (auto& [key, all] : sets) {
+        for (std::vector<Member>& members : partedIntoTakes(std::move(all))) {
+            std::vector<std::filesystem::path> illisibles = lost.takenBy(key, members);
             groupes.push_back(members.size() == 1 ? groupOfOne(std::move(members.front().fichier))
                                                   : groupOfSet(std::move(members)));
+            groupes.back().pistesIllisibles = std::move(illisibles);
         }
     }
     return sortedNaturally(

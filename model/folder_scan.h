@@ -18,13 +18,14 @@ namespace dravik {
 /// folder gives an empty list.
 [[nodiscard]] std::vector<std::filesystem::path> listerFichiers(const std::filesystem::path& dossier);
 
-/// Probes the files on several threads (a cold disk answers several questions at once); the result keeps the order.
-/// Progress counts files, not bytes. Throws Cancelled.
+/// Probes the files on several threads (a cold disk answers several questions at once), or as many of them as the
+/// system gives; the result keeps the order. Progress counts files, not bytes. Throws Cancelled.
 [[nodiscard]] std::vector<InfoFichier> probeFiles(const std::vector<std::filesystem::path>& fichiers,
                                                   const AudioFileReader& codecs, const TaskContext& task);
 
 /// The takes, in natural order of their names. With `regrouperFichiersMono` mono files whose names carry a track number
-/// and the same base name are one take when they agree in sample rate, and in start timecode where both have one.
+/// and the same base name are one take when they agree in sample rate, and in start timecode where both have one. A
+/// file that cannot be read is a take of its own, and named in the one that lacks it.
 [[nodiscard]] std::vector<GroupeFichiers> construireGroupes(std::vector<InfoFichier> fichiers,
                                                             bool regrouperFichiersMono);
 

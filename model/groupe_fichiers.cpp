@@ -5,6 +5,9 @@
 namespace dravik {
 namespace {
 
+/// Tracks shown of one file: more than any recorder has, and few enough to list when a damaged number claims millions.
+constexpr int maxTracksShown = 1024;
+
 /// The value all files share; where they differ the default, and the field is marked.
 template <typename Value>
 Value shared(GroupeFichiers& groupe, MetadataField field, Value InfoFichier::*member) {
@@ -17,42 +20,6 @@ Value shared(GroupeFichiers& groupe, MetadataField field, Value InfoFichier::*me
 }
 
 }  // namespace
-
-std::string_view fieldName(MetadataField field) noexcept {
-    switch (field) {
-        case MetadataField::project:
-            return "project";
-        case MetadataField::scene:
-            return "scene";
-        case MetadataField::prise:
-            return "take";
-        case MetadataField::tape:
-            return "tape";
-        case MetadataField::note:
-            return "note";
-        case MetadataField::circled:
-            return "circled";
-        case MetadataField::wild:
-            return "wild";
-        case MetadataField::timecode:
-            return "timecode";
-        case MetadataField::framerate:
-            return "framerate";
-    }
-    return "";
-}
-
-std::string_view recordingDateStatusText(GroupeFichiers::RecordingDateStatus status) noexcept {
-    switch (status) {
-        case GroupeFichiers::RecordingDateStatus::consistent:
-            return "consistent";
-        case GroupeFichiers::RecordingDateStatus::none:
-            return "none";
-        case GroupeFichiers::RecordingDateStatus::mixed:
-            return "mixed";
-    }
-    return "";
-}
 
 GroupeFichiers::RecordingDateStatus GroupeFichiers::recordingDateStatus() const noexcept {
     std::optional<RecordingDate> found;
@@ -100,7 +67,7 @@ std::vector<Piste> tracksOfGroup(const GroupeFichiers& groupe) {
             fichier.numerosTracks.empty() ? std::nullopt : std::optional(fichier.numerosTracks.begin()->second));
         return pistes;
     }
-    for (int position = 1; position <= std::min(last, 1024); ++position)
+    for (int position = 1; position <= std::min(last, maxTracksShown); ++position)
         add(fichier.nomsPistes, position, numero(fichier, position));
     return pistes;
 }

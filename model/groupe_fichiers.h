@@ -3,18 +3,16 @@
 #include "model/info_fichier.h"
 #include "model/piste.h"
 
+#include <filesystem>
 #include <optional>
 #include <set>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace dravik {
 
 /// The metadata fields that files of one take may disagree on.
 enum class MetadataField { project, scene, prise, tape, note, circled, wild, timecode, framerate };
-/// The field's English key, as in the JSON output.
-[[nodiscard]] std::string_view fieldName(MetadataField field) noexcept;
 
 /// One row of the file list: a poly file, or the mono files of one take in track order. A value, built by
 /// construireGroupes; `fichiers` is never empty.
@@ -33,6 +31,9 @@ struct GroupeFichiers {
     std::optional<std::string> timecode, framerate;
     bool forcerSauvegardeMetadata = false;
     std::set<MetadataField> mixedFields;
+    /// Files that cannot be read as audio but bear the name of one more track of this take: the take is not whole. They
+    /// are groups of their own, and no edit of this one reaches them.
+    std::vector<std::filesystem::path> pistesIllisibles;
 
     [[nodiscard]] bool isMonoSet() const noexcept { return !estPoly && fichiers.size() > 1; }
     [[nodiscard]] RecordingDateStatus recordingDateStatus() const noexcept;
@@ -42,9 +43,6 @@ struct GroupeFichiers {
 
 /// The tracks of a take as shown: of one file its channels, of a mono set the one track of each file.
 [[nodiscard]] std::vector<Piste> tracksOfGroup(const GroupeFichiers& groupe);
-
-/// "consistent", "none" or "mixed".
-[[nodiscard]] std::string_view recordingDateStatusText(GroupeFichiers::RecordingDateStatus status) noexcept;
 
 /// Fills the merged fields from the files.
 void mergeMetadata(GroupeFichiers& groupe);

@@ -5,9 +5,12 @@
 namespace dravik {
 namespace {
 
+/// No recorder counts so many tracks: what is larger is a date or a serial number, and might not fit an int.
+constexpr std::int64_t maxTrackNumber = 1'000'000;
+
 std::optional<int> trackNumber(std::string_view digits) {
     const std::optional<std::int64_t> value = parseInteger(digits);
-    if (digits.empty() || !value || *value > 1'000'000) return std::nullopt;
+    if (digits.empty() || !value || *value > maxTrackNumber) return std::nullopt;
     return static_cast<int>(*value);
 }
 
@@ -21,6 +24,9 @@ std::optional<MonoName> split(std::string_view nom, std::size_t at, std::optiona
     if (!numero || at == 0) return std::nullopt;
     return MonoName{nom.substr(0, at), nom.substr(at), *numero};
 }
+
+/// Ends the name in "_Tr" + digits, rather than in a single character that might be anything?
+bool saysTrack(const MonoName& nom) noexcept { return equalsIgnoringAsciiCase(nom.suffixe.substr(0, 3), "_tr"); }
 
 }  // namespace
 
@@ -56,6 +62,15 @@ std::optional<MonoName> familyTrackNumber(std::string_view nom) {
     if (isAsciiDigit(last)) return split(nom, nom.size() - 2, last - '0');
     if (last >= 'A' && last <= 'Z') return split(nom, nom.size() - 2, last - 'A' + 10);
     return std::nullopt;
+}
+
+std::optional<TrackSuffix> trackSuffix(std::string_view nom, bool aFamille, bool plusieursCandidats) {
+    const std::optional<MonoName> sure = numeroPisteMono(nom, plusieursCandidats);
+    const std::optional<MonoName> family = aFamille ? familyTrackNumber(nom) : std::nullopt;
+    if (family && (!sure || (saysTrack(*family) && family->base.size() > sure->base.size()))) {
+        return TrackSuffix{*family, true};
+    }
+    return sure ? std::optional(TrackSuffix{*sure, false}) : std::nullopt;
 }
 
 std::string_view withoutTrailingSeparators(std::string_view base) noexcept {

@@ -25,6 +25,16 @@ struct MonoName {
 /// one digit, "_" + one capital letter (A counts as 10). Only files of one FAMILY_UID are joined by them.
 [[nodiscard]] std::optional<MonoName> familyTrackNumber(std::string_view nom);
 
+/// The suffix by which a file is a track of a set.
+struct TrackSuffix {
+    MonoName nom;
+    bool deFamille = false;  ///< only files of one FAMILY_UID are joined by it
+};
+/// numeroPisteMono, else, for a file that has a FAMILY_UID, familyTrackNumber. Where a take's number stands ahead of an
+/// explicit track ("12A_T001_Tr1") the family's reading wins: the other would give all tracks of the take number 1.
+[[nodiscard]] std::optional<TrackSuffix> trackSuffix(std::string_view nom, bool aFamille,
+                                                     bool plusieursCandidats = true);
+
 /// The name in which two base names are compared: lower-cased, without trailing "_", "-", "." and blanks.
 [[nodiscard]] std::string baseNameKey(std::string_view base);
 /// Without those trailing characters, case kept.

@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "model/wave/ixml_document.h"
 #include "model/wave/timecode.h"
+#include "model/wave/walked_file.h"
 #include "model/wave/wave_format.h"
 
 #include <algorithm>
@@ -22,16 +23,6 @@ std::span<const Chunk> metadataChunks(const ChunkTable& table) {
 
 std::optional<std::string> owned(std::optional<std::string_view> text) {
     return text ? std::optional<std::string>(std::in_place, *text) : std::nullopt;
-}
-
-template <typename Read>
-auto fromFile(const std::filesystem::path& file, Read read) -> decltype(read(MemorySource({}), ChunkTable{})) {
-    const FileHandle handle = FileHandle::tryOpenForReading(file);
-    if (!handle.isOpen()) return std::nullopt;
-    const FileSource source(handle);
-    const std::optional<ChunkTable> table = walkChunks(source);
-    if (!table) return std::nullopt;
-    return read(source, *table);
 }
 
 }  // namespace
@@ -108,17 +99,17 @@ InfoFichier analyserFichier(const std::filesystem::path& file, const AudioFileRe
         std::transform(info.format.begin(), info.format.end(), info.format.begin(),
                        [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
     }
-    const FileHandle handle = FileHandle::tryOpenForReading(file);
-    if (!handle.isOpen()) {
+    const WalkedFile opened(FileHandle::tryOpenForReading(file));
+    if (!opened.isOpen()) {
         std::error_code unknown;
         const std::uintmax_t size = std::filesystem::file_size(file, unknown);
         if (!unknown) info.taille = size;
         return info;
     }
-    const FileSource source(handle);
+    const FileSource& source = opened.source();
     info.taille = source.size();
 
-    const std::optional<ChunkTable> table = walkChunks(source);
+    const std::optional<ChunkTable>& table = opened.table();
     std::optional<AudioFormat> audio;
     if (table) {
         info.recordingDate = recordingDateIn(source, *table);
@@ -139,12 +130,13 @@ InfoFichier analyserFichier(const std::filesystem::path& file, const AudioFileRe
 }
 
 std::optional<RecordingDate> lireDateEnregistrement(const std::filesystem::path& file) {
-    return fromFile(file,
-                    [](const ByteSource& source, const ChunkTable& table) { return recordingDateIn(source, table); });
+    const WalkedFile opened(FileHandle::tryOpenForReading(file));
+    return opened.table() ? recordingDateIn(opened.source(), *opened.table()) : std::nullopt;
 }
 
 std::optional<std::string> lireChunkIXML(const std::filesystem::path& file) {
-    return fromFile(file, [](const ByteSource& source, const ChunkTable& table) { return ixmlTextIn(source, table); });
+    const WalkedFile opened(FileHandle::tryOpenForReading(file));
+    return opened.table() ? ixmlTextIn(opened.source(), *opened.table()) : std::nullopt;
 }
 
 }  // namespace dravik

@@ -12,7 +12,7 @@ dravik_packages() {
     case "$1" in
         build) # what the program is made of
             printf '%s\n' g++ cmake ninja-build pkg-config ccache mold \
-                libfmt-dev libutf8proc-dev libsndfile1-dev libavformat-dev libavcodec-dev libavutil-dev \
+                libfmt-dev libutf8proc-dev libsndfile1-dev libmpg123-dev libavformat-dev libavcodec-dev libavutil-dev \
                 qt6-base-dev libcli11-dev
             ;;
         test) # libraries of tests and benchmarks

@@ -224,7 +224,7 @@ bool looksLikeUtf16(std::string_view payload) noexcept {
 std::optional<std::string> decodeIxml(std::string_view payload) {
     if (payload.empty() || payload.size() > maxIxmlBytes) return std::nullopt;
     if (looksLikeUtf16(payload)) return std::nullopt;
-    return isValidUtf8(payload) ? std::string(payload) : latin1ToUtf8(payload);
+    return utf8OrLatin1(payload);
 }
 
 }  // namespace dravik

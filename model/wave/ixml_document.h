@@ -92,9 +92,8 @@ class IxmlDocument {
 [[nodiscard]] std::map<int, std::string> lireNomsPistes(const std::vector<IxmlTrack>& tracks);
 [[nodiscard]] std::map<int, int> lireNumerosTracks(const std::vector<IxmlTrack>& tracks);
 
-/// Bytes of an iXML chunk as text: UTF-8, else read as ISO Latin-1. Absent when empty, above
-/// maxIxmlBytes, or in UTF-16.
-/// Trailing padding (NUL bytes, spaces) stays in the text.
+/// Bytes of an iXML chunk as text: UTF-8, what is not UTF-8 read as ISO Latin-1. Absent when empty, above
+/// maxIxmlBytes, or in UTF-16. Trailing padding (NUL bytes, spaces) stays in the text.
 [[nodiscard]] std::optional<std::string> decodeIxml(std::string_view payload);
 
 }  // namespace dravik

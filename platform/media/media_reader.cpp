@@ -6,6 +6,7 @@
 #include <mutex>
 #include <string>
 
+#include <mpg123.h>
 #include <sndfile.h>
 extern "C" {
 #include <libavformat/avformat.h>
@@ -47,6 +48,24 @@ std::optional<AudioFormat> formatFromSndfile(const std::filesystem::path& file) 
     return AudioFormat{info.channels, static_cast<double>(info.samplerate), bitsOf(info.format), info.frames};
 }
 
+/// The MPEG decoder that libsndfile uses, asked by ourselves: libsndfile lets it print its warnings about odd frames
+/// and truncated files on our stderr.
+std::optional<AudioFormat> formatFromMpg123(const std::filesystem::path& file) noexcept {
+    const std::unique_ptr<mpg123_handle, void (*)(mpg123_handle*)> decoder(::mpg123_new(nullptr, nullptr),
+                                                                           ::mpg123_delete);
+    if (!decoder || ::mpg123_param(decoder.get(), MPG123_ADD_FLAGS, MPG123_QUIET, 0) != MPG123_OK) return std::nullopt;
+    long rate = 0;
+    int channels = 0;
+    int encoding = 0;
+    if (::mpg123_open(decoder.get(), file.c_str()) != MPG123_OK ||
+        ::mpg123_getformat(decoder.get(), &rate, &channels, &encoding) != MPG123_OK) {
+        return std::nullopt;
+    }
+    const off_t frames = ::mpg123_length(decoder.get());
+    if (channels <= 0 || rate <= 0 || frames < 0) return std::nullopt;
+    return AudioFormat{channels, static_cast<double>(rate), 0, frames};
+}
+
 std::optional<AudioFormat> formatFromLibav(const std::filesystem::path& file) noexcept {
     AVFormatContext* raw = nullptr;
     if (::avformat_open_input(&raw, file.c_str(), nullptr, nullptr) != 0) return std::nullopt;
@@ -72,11 +91,14 @@ class MediaReader final : public AudioFileReader {
     MediaReader() { ::av_log_set_level(AV_LOG_QUIET); }
 
     [[nodiscard]] std::optional<AudioFormat> format(const std::filesystem::path& file) const noexcept override {
-        // The reference reader first; it does not know M4A.
-        if (!equalsIgnoringAsciiCase(file.extension().native(), ".m4a")) {
-            if (std::optional<AudioFormat> found = formatFromSndfile(file)) return found;
+        const std::string extension = file.extension().native();
+        std::optional<AudioFormat> found;
+        if (equalsIgnoringAsciiCase(extension, ".mp3")) {
+            found = formatFromMpg123(file);
+        } else if (!equalsIgnoringAsciiCase(extension, ".m4a")) {
+            found = formatFromSndfile(file);  // the reference reader; it does not know M4A
         }
-        return formatFromLibav(file);
+        return found ? found : formatFromLibav(file);
     }
 };
 

@@ -2,6 +2,7 @@
 
 #include "base/paths.h"
 #include "platform/media/lazy_media_reader.h"
+#include "tests/support/child.h"
 #include "tests/support/fake_codecs.h"
 #include "tests/support/files.h"
 #include "tests/support/samples.h"
@@ -9,10 +10,15 @@
 #include "tests/support/wav_builder.h"
 
 #include <atomic>
+#include <chrono>
+#include <latch>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gmock/gmock.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
 
 namespace dravik {
 namespace {
@@ -50,6 +56,8 @@ std::vector<std::string> picture(const std::vector<GroupeFichiers>& groupes) {
         std::string line = groupe.nom + (groupe.estPoly ? " (poly):" : ":");
         for (const InfoFichier& fichier : groupe.fichiers)
             line += " " + fichier.nom;
+        for (const std::filesystem::path& file : groupe.pistesIllisibles)
+            line += " lacks " + fileNameText(file);
         lines.push_back(line);
     }
     return lines;
@@ -70,6 +78,18 @@ TEST(Grouping, JoinsMonoFilesOfOneTakeInTrackOrder) {
     } cases[] = {
         {"a set and a poly file", {{"A_T2"}, {"B", "", "", 48000, 2}, {"A_T1"}}, {"A: A_T1 A_T2", "B (poly): B"}},
         {"numbers count, not their digits", {{"A_T10"}, {"A_T2"}, {"A_T01"}}, {"A: A_T01 A_T2 A_T10"}},
+        {"what cannot be read stands alone, and the take it is missing from says so",
+         {{"A_T1"}, {"A_T2", "", "", 0, 0}, {"A_T3"}},
+         {"A: A_T1 A_T3 lacks A_T2.wav", "A_T2: A_T2"}},
+        {"also where one file is left of it",
+         {{"A_T1"}, {"A_T2", "", "", 0, 0}},
+         {"A_T1: A_T1 lacks A_T2.wav", "A_T2: A_T2"}},
+        {"but not where it would be a second one of a number, or of another take",
+         {{"A_T1"}, {"A_T1_old", "", "", 0, 0}, {"B_T2", "", "", 0, 0}},
+         {"A_T1: A_T1", "A_T1_old: A_T1_old", "B_T2: B_T2"}},
+        {"an ending that is common needs a family of several",
+         {{"A101_1", "F"}, {"A101_2", "F"}, {"A101_3", "", "", 0, 0}, {"B_1", "F"}, {"B_2", "", "", 0, 0}},
+         {"A101: A101_1 A101_2 lacks A101_3.wav", "A101_3: A101_3", "B_1: B_1", "B_2: B_2"}},
         {"two digits, among several", {{"Take7_04"}, {"Take7_02"}}, {"Take7: Take7_02 Take7_04"}},
         {"alone with its name it is a take of its own", {{"A_T1"}, {"B_T1"}}, {"A_T1: A_T1", "B_T1: B_T1"}},
         {"a poly file never joins", {{"A_T1", "", "", 48000, 2}, {"A_T2"}}, {"A_T1 (poly): A_T1", "A_T2: A_T2"}},
@@ -91,6 +111,9 @@ TEST(Grouping, JoinsMonoFilesOfOneTakeInTrackOrder) {
          {"A101_1: A101_1", "A101_2: A101_2"}},
         {"and a track within one", {{"A101_2", "F"}, {"A101_1", "F"}, {"A101_A", "F"}}, {"A101: A101_1 A101_2 A101_A"}},
         {"not across two", {{"A101_1", "F"}, {"A101_2", "G"}}, {"A101_1: A101_1", "A101_2: A101_2"}},
+        {"a take's number ahead of the track's is none",
+         {{"12A_T001_Tr1", "F"}, {"12A_T001_Tr2", "F"}, {"12A_T002_Tr1", "G"}, {"12A_T002_Tr2", "G"}},
+         {"12A_T001: 12A_T001_Tr1 12A_T001_Tr2", "12A_T002: 12A_T002_Tr1 12A_T002_Tr2"}},
         {"the sure endings need none", {{"A_T1", "F"}, {"A_T2"}}, {"A: A_T1 A_T2"}},
         {"but never join two families", {{"A_01", "F"}, {"A_02", "G"}}, {"A_01: A_01", "A_02: A_02"}},
         {"takes stand in the order of their numbers",
@@ -124,14 +147,19 @@ TEST(FolderScan, ListsTheAudioFilesOfTheFolderItself) {
     EXPECT_THAT(listerFichiers(folder / "e.txt"), IsEmpty());
 }
 
+/// "0.wav" and so on, the number as their scene.
+std::vector<std::filesystem::path> numberedFiles(const TempFolder& folder, int count) {
+    std::vector<std::filesystem::path> files;
+    for (int i = 0; i < count; ++i) {
+        const std::string number = std::to_string(i);
+        files.push_back(test::recorderFile({.scene = number}, {}, 10).write(folder / (number + ".wav")));
+    }
+    return files;
+}
+
 TEST(FolderScan, ProbesOnSeveralThreadsInTheOrderOfTheList) {
     const TempFolder folder;
-    std::vector<std::filesystem::path> files;
-    for (int i = 0; i < 300; ++i) {
-        test::Ixml ixml;
-        ixml.scene = std::to_string(i);
-        files.push_back(test::recorderFile(ixml, {}, 10).write(folder / (std::to_string(i) + ".wav")));
-    }
+    const std::vector<std::filesystem::path> files = numberedFiles(folder, 300);
     std::vector<std::uint64_t> reports;
     TaskContext task;
     task.report = [&](const Progress& progress) {
@@ -146,11 +174,52 @@ TEST(FolderScan, ProbesOnSeveralThreadsInTheOrderOfTheList) {
         EXPECT_EQ(reports[i], i + 1);
 }
 
+/// As slow as a disk with the first file; every other one waits for the last.
+class SlowCodecs final : public AudioFileReader {
+  public:
+    [[nodiscard]] std::optional<AudioFormat> format(const std::filesystem::path&) const noexcept override {
+        if (first_.exchange(false)) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            return std::nullopt;
+        }
+        others_.count_down();
+        for (int tries = 0; tries < 10'000 && !others_.try_wait(); ++tries)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        if (others_.try_wait()) ++met;
+        return std::nullopt;
+    }
+    mutable std::atomic<int> met{0};
+
+  private:
+    mutable std::atomic<bool> first_{true};
+    mutable std::latch others_{2};
+};
+
+TEST(FolderScan, ProbesFewFilesAtTheSameTimeWhenTheyProveSlow) {
+    const TempFolder folder;
+    for (const char* name : {"a.flac", "b.flac", "c.flac"})
+        test::writeFile(folder / name, "x");
+    const SlowCodecs codecs;
+    EXPECT_EQ(probeFiles(listerFichiers(folder.path()), codecs, {}).size(), 3U);
+    EXPECT_EQ(codecs.met, 2);
+}
+
+TEST(FolderScan, ProbesWithTheThreadsThatTheSystemGives) {
+    const TempFolder folder;
+    const std::vector<std::filesystem::path> files = numberedFiles(folder, 64);
+    ASSERT_EQ(::chmod(folder.path().c_str(), 0755), 0);
+    EXPECT_EQ(test::inChildWithoutRights([&] {
+                  constexpr rlimit noMore{0, 0};
+                  if (::setrlimit(RLIMIT_NPROC, &noMore) != 0) return 1;
+                  const std::vector<InfoFichier> infos = probeFiles(files, FakeCodecs(), {});
+                  return infos.back().scene == "63" ? 0 : 2;
+              }),
+              0);
+}
+
 TEST(FolderScan, StopsWhenItIsCancelled) {
     const TempFolder folder;
-    std::vector<std::filesystem::path> files;
-    for (int i = 0; i < 200; ++i)
-        files.push_back(test::recorderFile({}, {}, 10).write(folder / (std::to_string(i) + ".wav")));
+    const std::vector<std::filesystem::path> files = numberedFiles(folder, 200);
     CancellationToken token;
     std::atomic<int> reports{0};
     TaskContext task;
