@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <system_error>
 
 namespace dravik {
 
@@ -80,6 +81,9 @@ class FileOps {
     virtual void syncFolder(const std::filesystem::path& folder) = 0;
     virtual void remove(const std::filesystem::path& path) = 0;
 
+    /// Why this user cannot make a file in the folder, as far as the system tells without a try; no error when they
+    /// can.
+    [[nodiscard]] virtual std::error_code creationError(const std::filesystem::path& folder) noexcept = 0;
     /// Bytes that this user may still write in the folder; absent when the system does not tell.
     [[nodiscard]] virtual std::optional<std::uint64_t> freeBytes(const std::filesystem::path& folder) noexcept = 0;
 };

@@ -1,5 +1,6 @@
 #include "base/paths.h"
 
+#include "base/file_error.h"
 #include "base/text.h"
 
 #include <fmt/format.h>
@@ -36,6 +37,7 @@ std::string userText(const std::exception& error) {
 }
 
 std::string systemText(const std::exception& error) {
+    if (const auto* own = dynamic_cast<const FileError*>(&error)) return own->reason();
     const auto* systemError = dynamic_cast<const std::system_error*>(&error);
     return systemError != nullptr ? systemError->code().message() : error.what();
 }

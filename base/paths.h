@@ -22,8 +22,8 @@ namespace dravik {
 /// Does anything stand at this path? A link counts, wherever it leads. What cannot be asked does not exist.
 [[nodiscard]] bool pathExists(const std::filesystem::path& path) noexcept;
 
-/// One sentence for the user out of any exception: our own errors as they are, errors of the system as
-/// "<file name>: <what the system says>".
+/// One sentence for the user out of any exception: our own errors as they are, file errors as "<file name>: <what the
+/// system says>", or the reason where we know better than the system (FileError).
 [[nodiscard]] std::string userText(const std::exception& error);
 /// The same without the file's name, for sentences that name the file themselves: "No space left on device".
 [[nodiscard]] std::string systemText(const std::exception& error);

@@ -1,5 +1,6 @@
 #include "base/safe_file.h"
 
+#include "base/file_error.h"
 #include "base/paths.h"
 
 #include <algorithm>
@@ -48,6 +49,12 @@ bool hasRoom(FileOps& ops, const std::filesystem::path& folder, std::uint64_t by
     return fits();
 }
 
+FileError noRoomFor(const std::filesystem::path& file) {
+    constexpr std::errc code = std::errc::no_space_on_device;
+    // The system's words stay: they are what people look for.
+    return {"no room for the new file (" + std::make_error_code(code).message() + ")", file, code};
+}
+
 }  // namespace
 
 void FolderSyncs::syncAll(FileOps& ops) {
@@ -63,17 +70,17 @@ void FolderSyncs::syncAll(FileOps& ops) {
 }
 
 void ensureRoom(FileOps& ops, const std::filesystem::path& target, std::uint64_t bytes) {
+    if (reportsRoom(ops, target, bytes)) return;
     const std::filesystem::path file = resolvedTarget(target);
-    if (hasRoom(ops, folderOf(file), bytes)) return;
     if (const FileHandle source = FileHandle::tryOpenForReading(file); source.isOpen()) {
-        const std::filesystem::path trial = folderOf(file) / freshTemporaryName(TempKind::output, fileNameText(file));
-        const FileHandle copy = ops.createExclusive(trial);
-        const bool shared = ops.shareBlocks(source, copy);
-        ops.remove(trial);
-        if (shared) return;
+        const SafeFile trial(ops, file, TempKind::output);
+        if (ops.shareBlocks(source, trial.file())) return;
     }
-    throw std::filesystem::filesystem_error("no room for the new file", file,
-                                            std::make_error_code(std::errc::no_space_on_device));
+    throw noRoomFor(file);
+}
+
+bool reportsRoom(FileOps& ops, const std::filesystem::path& target, std::uint64_t bytes) {
+    return hasRoom(ops, folderOf(resolvedTarget(target)), bytes);
 }
 
 std::filesystem::path resolvedTarget(const std::filesystem::path& path) {
@@ -94,8 +101,8 @@ SafeFile::SafeFile(FileOps& ops, std::filesystem::path target, TempKind kind) : 
         if (ops_.tryLock(file_) != FileOps::Lock::heldByAnother && ops_.isSameFile(file_, temporary_)) return;
         discard();
         if (attempt == createAttempts) {
-            throw std::filesystem::filesystem_error("cannot lock", temporary_,
-                                                    std::make_error_code(std::errc::resource_unavailable_try_again));
+            throw FileError("another program keeps taking its temporary file", target_,
+                            std::errc::resource_unavailable_try_again);
         }
     }
 }
@@ -124,8 +131,7 @@ void SafeFile::write(const FilePlan& plan, const FileHandle& source, const TaskC
     // Sharing is worth it when most of the file stays where it is; what differs is then written over the shared copy.
     const bool shared = plan.unmovedBytes() > plan.size() / 2 && ops_.shareBlocks(source, file_);
     if (!shared && !hasRoom(ops_, folderOf(target_), plan.size())) {
-        throw std::filesystem::filesystem_error("no room for the new file", target_,
-                                                std::make_error_code(std::errc::no_space_on_device));
+        throw noRoomFor(target_);
     }
     const bool large = plan.size() > copyStepBytes;
     if (!shared && large) ops_.reserve(file_, plan.size());
@@ -146,8 +152,7 @@ void SafeFile::write(const FilePlan& plan, const FileHandle& source, const TaskC
                 const std::uint64_t step = std::min(rest.length, copyStepBytes - at % copyStepBytes);
                 const std::uint64_t copied = ops_.copyRange(source, rest.offset, file_, temporary_, at, step);
                 if (copied == 0) {
-                    throw std::filesystem::filesystem_error("the file ended while it was copied", target_,
-                                                            std::make_error_code(std::errc::io_error));
+                    throw FileError("it ended while it was copied", target_, std::errc::io_error);
                 }
                 if (large && afterwards == Source::replaced) ops_.forget(source, rest.offset, copied);
                 if (large) writeback.wrote(at, copied);

@@ -79,9 +79,13 @@ class SafeFile {
 };
 
 /// Refuses, with "No space left on device", a new file of `bytes` beside `target` that the volume has no room for.
-/// Where the volume can share blocks the copy takes next to none, and nothing is refused. Throws
-/// std::filesystem::filesystem_error; nothing is left behind.
+/// Where the volume can share blocks the copy takes next to none, and nothing is refused: that is found out by a trial
+/// with a temporary file. Throws std::filesystem::filesystem_error; nothing is left behind.
 void ensureRoom(FileOps& ops, const std::filesystem::path& target, std::uint64_t bytes);
+
+/// The same question to be answered without writing: does the volume report the room? Where it does not, whether it can
+/// share blocks, and so whether `ensureRoom` would refuse, is not known.
+[[nodiscard]] bool reportsRoom(FileOps& ops, const std::filesystem::path& target, std::uint64_t bytes);
 
 /// Where a write to `path` must land: the file behind any symbolic links.
 [[nodiscard]] std::filesystem::path resolvedTarget(const std::filesystem::path& path);

@@ -24,6 +24,17 @@ std::string_view withoutLeadingZeros(std::string_view digits) noexcept {
     return first == std::string_view::npos ? std::string_view{} : digits.substr(first);
 }
 
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
+/// An encoding of one byte a character whose letters are those of ISO Latin-1.
+bool isLatin1Name(std::string_view encoding) {
+    static constexpr std::array<std::string_view, 5> names = {"iso88591", "latin1", "iso885915", "windows1252",
+                                                              "cp1252"};
+    std::string plain = lowerAscii(trimmed(encoding));
+    std::erase_if(plain, [](char c) { return c == '-' || c == '_' || c == ' '; });
+    return std::find(names.begin(), names.end(), plain) != names.end();
+}
+
 }  // namespace
 
 Utf8Character firstCharacter(std::string_view text) noexcept {
@@ -108,25 +119,35 @@ std::string latin1ToUtf8(std::string_view latin1) {
     return out;
 }
 
+std::string_view declaredEncoding(std::string_view text) noexcept {
+    constexpr std::string_view key = "encoding";
+    const std::size_t start = text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0;
+    if (!text.substr(start).starts_with("<?xml")) return {};
+    const std::string_view line = text.substr(0, text.find("?>", start));
+    const std::size_t at = line.find(key, start);
+    if (line.size() == text.size() || at == std::string_view::npos) return {};
+    const std::size_t open = line.find_first_of("\"'", at + key.size());
+    const std::size_t close = open == std::string_view::npos ? open : line.find(line[open], open + 1);
+    if (close == std::string_view::npos) return {};
+    return line.substr(open + 1, close - open - 1);
+}
+
 std::string utf8OrLatin1(std::string_view bytes) {
     if (isValidUtf8(bytes)) return std::string(bytes);
+    if (!bytes.starts_with(byteOrderMark) && isLatin1Name(declaredEncoding(bytes))) return latin1ToUtf8(bytes);
     std::string mended;
     mended.reserve(bytes.size() + bytes.size() / 8);
-    std::size_t characters = 0;
-    std::size_t strays = 0;
     for (std::string_view rest = bytes; !rest.empty();) {
         const Utf8Character next = firstCharacter(rest);
         const std::string_view taken = rest.substr(0, next.bytes);
         if (next.isValid()) {
-            if (next.bytes > 1) ++characters;
             mended += taken;
         } else {
-            ++strays;
             mended += latin1ToUtf8(taken);
         }
         rest.remove_prefix(next.bytes);
     }
-    return characters >= strays ? mended : latin1ToUtf8(bytes);
+    return mended;
 }
 
 std::string_view truncatedUtf8(std::string_view text, std::size_t maxBytes) noexcept {

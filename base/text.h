@@ -29,10 +29,13 @@ namespace dravik {
 [[nodiscard]] bool isValidUtf8(std::string_view text) noexcept;
 /// ISO Latin-1 bytes as UTF-8. Every byte sequence is valid Latin-1, so this cannot fail.
 [[nodiscard]] std::string latin1ToUtf8(std::string_view latin1);
-/// Text of unknown encoding as UTF-8: bytes that are UTF-8 stay as they are, others are read as ISO Latin-1. Where
-/// UTF-8 characters are at least as many as bytes that are none, only those bytes are: a stray byte in one value must
-/// not garble every accent of the document. (In Latin-1 text, letters that happen to read as UTF-8 are the rare
-/// exception.)
+/// The name of the encoding that an XML declaration at the start of the text gives, a view into the text; empty when
+/// there is none. A byte order mark may stand in front.
+[[nodiscard]] std::string_view declaredEncoding(std::string_view text) noexcept;
+/// Text of unknown encoding as UTF-8: characters that are UTF-8 stay as they are, every other byte is read as ISO
+/// Latin-1, so that stray bytes in one value garble no accent elsewhere. Text that is not UTF-8 throughout and declares
+/// Latin-1 (or a relative of it) is read as Latin-1 throughout. In Latin-1 text that declares nothing, two or three
+/// letters that happen to read as UTF-8 ("\xC3\xA9") are taken for that: no one writes them in a row.
 [[nodiscard]] std::string utf8OrLatin1(std::string_view bytes);
 
 /// One step through text.

@@ -7,7 +7,8 @@
 
 namespace dravik::bench {
 
-/// Most memory that the process held at once since `start`, as the kernel counts it (Linux).
+/// Most memory that the process held at once since this was made, what it held then included, as the kernel counts it
+/// (Linux). One at a time: a new one starts the count of all of them anew.
 class PeakMemory {
   public:
     PeakMemory();

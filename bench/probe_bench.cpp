@@ -6,6 +6,7 @@
 #include "bench/measure.h"
 #include "model/folder_scan.h"
 #include "model/probe.h"
+#include "tests/support/fake_codecs.h"
 
 #include <algorithm>
 
@@ -20,12 +21,8 @@ using bench::ReadBytes;
 constexpr int fileCount = 2000;
 constexpr std::uint64_t gibibyte = 1024U * 1024U * 1024U;
 
-/// The fixture is all linear WAV: nothing may ask the codec libraries.
-class NoCodecs final : public AudioFileReader {
-  public:
-    [[nodiscard]] std::optional<AudioFormat> format(const std::filesystem::path&) const noexcept override { return {}; }
-};
-const NoCodecs codecs;
+/// The fixture is all linear WAV, for which no codec library is asked.
+const test::FakeCodecs codecs;
 
 const std::vector<std::filesystem::path>& files() {
     static const auto made = bench::smallRecordings("small", fileCount);

@@ -19,6 +19,8 @@ namespace {
 constexpr int assumedWidth = 80;
 /// Less than this no table can be read in; a smaller COLUMNS is a mistake.
 constexpr int leastWidth = 20;
+/// No screen is wider, and a row padded to more than this only fills the memory.
+constexpr int mostWidth = 10'000;
 
 std::string_view environment(const char* name) {
     const char* value = std::getenv(name);
@@ -27,7 +29,7 @@ std::string_view environment(const char* name) {
 
 std::optional<int> columnsVariable() {
     const std::optional<std::int64_t> columns = parseInteger(environment("COLUMNS"));
-    if (!columns || *columns < leastWidth || *columns > 10'000) return std::nullopt;
+    if (!columns || *columns < leastWidth || *columns > mostWidth) return std::nullopt;
     return static_cast<int>(*columns);
 }
 

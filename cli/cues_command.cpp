@@ -79,19 +79,25 @@ class CueEdit {
             return fail(ExitCode::refused, problem + " No files were changed.");
         }
         if (sameMarkers(cues_, after)) return tell(ExitCode::done, "Nothing to write.");
-        if (options_.dryRun) {
-            cues_ = std::move(after);
-            return tell(ExitCode::done,
-                        fmt::format("Would save {}. Nothing was written.", counted(cues_.size(), "marker")));
-        }
-        return save(std::move(after));
+        SaveItem item;
+        item.fichier = info_;
+        item.cues = std::move(after);
+        return options_.dryRun ? rehearse(item) : save(item);
     }
 
   private:
-    ExitCode save(std::vector<CueMarker> after) {
-        SaveItem item;
-        item.fichier = info_;
-        item.cues = after;
+    ExitCode rehearse(const SaveItem& item) {
+        try {
+            static_cast<void>(checkSave(services_.files, {item}, {&services_.token, {}}));
+        } catch (const std::exception& error) {
+            return fail(exitCodeFor(error), userText(error));
+        }
+        cues_ = *item.cues;
+        return tell(ExitCode::done,
+                    fmt::format("Would save {}. Nothing was written.", counted(cues_.size(), "marker")));
+    }
+
+    ExitCode save(const SaveItem& item) {
         SaveReport report;
         try {
             ProgressBar bar(services_.console, "Saving");
@@ -101,7 +107,7 @@ class CueEdit {
         }
         const std::string& error = report.results.front().error;
         if (!error.empty()) return fail(report.cancelled ? ExitCode::interrupted : ExitCode::someFailed, error);
-        cues_ = std::move(after);
+        cues_ = *item.cues;
         return tell(ExitCode::done, "Saved");
     }
 

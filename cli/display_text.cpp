@@ -2,6 +2,7 @@
 
 #include "base/paths.h"
 #include "base/text.h"
+#include "model/audio_metadata.h"
 
 #include <algorithm>
 #include <cmath>
@@ -88,7 +89,7 @@ std::string fitted(std::string_view text, int cells) {
 }
 
 std::string shortDuration(double secondes) {
-    if (!(secondes > 0) || secondes > 1e9) return "0:00";
+    if (!(secondes > 0) || secondes > longestDuration) return "0:00";
     const std::int64_t whole = std::max<std::int64_t>(1, std::llround(secondes));
     if (whole < 3600) return fmt::format("{}:{:02}", whole / 60, whole % 60);
     return fmt::format("{}:{:02}:{:02}", whole / 3600, whole / 60 % 60, whole % 60);

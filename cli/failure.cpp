@@ -1,6 +1,7 @@
 #include "cli/failure.h"
 
 #include "cli/console.h"
+#include "editing/save_check.h"
 #include "editing/save_rename_plan.h"
 
 #include <system_error>
@@ -10,6 +11,7 @@ namespace dravik {
 ExitCode exitCodeFor(const std::exception& error) {
     if (dynamic_cast<const UsageError*>(&error) != nullptr) return ExitCode::usage;
     if (dynamic_cast<const Cancelled*>(&error) != nullptr) return ExitCode::interrupted;
+    if (dynamic_cast<const SaveRefused*>(&error) != nullptr) return ExitCode::refused;
     if (const auto* rename = dynamic_cast<const MainSaveRenameError*>(&error)) {
         return rename->nothingChanged() ? ExitCode::refused : ExitCode::someFailed;
     }

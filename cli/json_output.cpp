@@ -4,6 +4,8 @@
 #include "cli/display_text.h"
 #include "cli/json_writer.h"
 
+#include <set>
+
 namespace dravik {
 namespace {
 
@@ -103,6 +105,15 @@ void groupObject(JsonWriter& json, const GroupeFichiers& groupe) {
     json.member("framerate", groupe.framerate);
     json.member("recordingDate", dateText(groupe.recordingDate()));
     json.member("recordingDateStatus", recordingDateStatusText(groupe.recordingDateStatus()));
+    // Two unreadable files may claim one number.
+    std::set<int> missing;
+    for (const UnreadableTrack& track : groupe.unreadableTracks)
+        missing.insert(track.numero);
+    json.key("missing");
+    json.beginArray();
+    for (const int numero : missing)
+        json.value(numero);
+    json.endArray();
     json.key("files");
     json.beginArray();
     for (const InfoFichier& fichier : groupe.fichiers) {

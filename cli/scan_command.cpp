@@ -59,8 +59,8 @@ std::vector<Section> sectionsOf(const std::vector<std::filesystem::path>& paths,
 bool tellUnreadable(const std::vector<GroupeFichiers>& groupes, Services& services) {
     std::map<std::filesystem::path, std::string_view> lackedBy;
     for (const GroupeFichiers& groupe : groupes) {
-        for (const std::filesystem::path& file : groupe.pistesIllisibles)
-            lackedBy.emplace(file, groupe.nom);
+        for (const UnreadableTrack& track : groupe.unreadableTracks)
+            lackedBy.emplace(track.url, groupe.nom);
     }
     bool any = false;
     for (const GroupeFichiers& groupe : groupes) {

@@ -45,15 +45,47 @@ class SetRun {
             }
         }
         if (!selection.problems.empty() || !readOnly.empty()) return refuse(selection.problems, readOnly);
+        results_.clear();
         for (const GroupeFichiers& groupe : selection.groupes) {
-            for (SaveItem& item : edits_.itemsFor(groupe))
+            for (SaveItem& item : edits_.itemsFor(groupe)) {
+                results_.push_back({item.fichier.url, item.fichier.url, true, "Unchanged"});
                 items_.push_back(std::move(item));
+            }
         }
+        tellUntouched(selection.groupes);
+        tellSameNames(selection.groupes);
         const ExitCode code = options_.dryRun ? rehearse() : save();
         return code == ExitCode::done && !selection.recovered ? ExitCode::someFailed : code;
     }
 
   private:
+    /// A take that is not whole keeps old values in the files that are missing from it.
+    void tellUntouched(const std::vector<GroupeFichiers>& groupes) {
+        for (const GroupeFichiers& groupe : groupes) {
+            for (const UnreadableTrack& track : groupe.unreadableTracks) {
+                const auto item = std::find_if(items_.begin(), items_.end(),
+                                               [&](const SaveItem& one) { return one.fichier.url == track.url; });
+                if (item != items_.end() && item->groupe != groupe.id) continue;  // selected by itself
+                services_.console.message(
+                    fmt::format("{}: cannot be read as audio. It is {} with the take {}.", shown(track.url),
+                                item == items_.end() ? "not touched" : "renamed, but no more,", printable(groupe.nom)));
+            }
+        }
+    }
+
+    void tellSameNames(const std::vector<GroupeFichiers>& groupes) {
+        if (!options_.name) return;
+        for (const GroupeFichiers& groupe : groupes) {
+            for (std::size_t i = 0; i < groupe.fichiers.size() && !keepsItsName_; ++i) {
+                const std::string wanted = newBaseName(groupe, i, *options_.name);
+                keepsItsName_ = wanted != groupe.fichiers[i].nom && isSameName(wanted, groupe.fichiers[i].nom);
+            }
+            if (!keepsItsName_) continue;
+            services_.console.message(fmt::format(
+                "{} keeps its name: names that differ only in letter case are one name.", printable(groupe.nom)));
+        }
+    }
+
     ExitCode refuse(const std::vector<PathProblem>& problems,
                     const std::map<std::filesystem::path, std::string>& readOnly) {
         for (SetResult& result : results_) {
@@ -74,12 +106,21 @@ class SetRun {
     ExitCode abandon(const std::exception& error) {
         const std::string text = userText(error);
         services_.console.message(text);
+        const auto* refused = dynamic_cast<const SaveRefused*>(&error);
         for (SetResult& result : results_) {
             result.ok = false;
-            result.message = text;
+            result.message = refused == nullptr ? text : reasonFor(result.path, *refused);
         }
         if (options_.json) services_.console.print(setJson(0, results_));
         return exitCodeFor(error);
+    }
+
+    /// The problem of the file or of its folder; the others are as they were because of it.
+    static std::string reasonFor(const std::filesystem::path& file, const SaveRefused& refused) {
+        for (const SaveProblem& problem : refused.problems()) {
+            if (problem.path == file || problem.path == folderOf(file)) return problem.sentence;
+        }
+        return std::string(nothingChanged);
     }
 
     [[nodiscard]] bool nothingToDo() const {
@@ -91,24 +132,26 @@ class SetRun {
             services_.console.print(setJson(0, results_));
         } else {
             services_.console.print(results_.empty() ? "No audio files here.\n"
+                                    : keepsItsName_  ? "Nothing to write.\n"
                                                      : "Nothing to write: the files have these values already.\n");
         }
         return ExitCode::done;
     }
 
     ExitCode rehearse() {
-        std::vector<RenameRequest> renames;
-        for (const SaveItem& item : items_) {
-            if (item.newName) renames.push_back({item.fichier, *item.newName});
-        }
         std::map<std::filesystem::path, std::filesystem::path> destinations;
         try {
-            checkRoom(services_.files, items_);
-            for (const MainSaveRenamePlanEntry& entry : planRenames(renames)) {
+            for (const MainSaveRenamePlanEntry& entry : checkSave(services_.files, items_, {&services_.token, {}})) {
                 destinations.emplace(entry.source, entry.destination);
             }
         } catch (const std::exception& error) {
             return abandon(error);
+        }
+        for (const std::filesystem::path& folder : foldersShortOfRoom(services_.files, items_)) {
+            services_.console.message(fmt::format(
+                "{}: the volume says that there is no room for a new file. Unless it can share blocks between "
+                "files, which is not tried in a dry run, the save will be refused.",
+                shown(folder)));
         }
         std::string text;
         std::size_t touched = 0;
@@ -199,6 +242,7 @@ class SetRun {
     SetEdits edits_;
     std::vector<SaveItem> items_;
     std::vector<SetResult> results_;  ///< one for each item, in their order
+    bool keepsItsName_ = false;       ///< the take, as the new one differs only in letter case
 };
 
 }  // namespace

@@ -23,7 +23,9 @@ constexpr double greatestFramerate = 240;
 std::string withoutBlanks(std::string_view text) { return replacedAll(lowerAscii(text), " ", ""); }
 
 void checkText(std::string_view option, const std::optional<std::string>& text) {
-    if (text && !isValidUtf8(*text)) throw UsageError(fmt::format("{}: the value is not UTF-8 text.", option));
+    if (!text) return;
+    if (!isValidUtf8(*text)) throw UsageError(fmt::format("{}: the value is not UTF-8 text.", option));
+    if (!isPlainText(*text)) throw UsageError(fmt::format("{}: the value holds a control character.", option));
 }
 
 /// Fields on which the take's files disagree and for which a value was given: also a value that equals the one an

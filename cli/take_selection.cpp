@@ -2,9 +2,10 @@
 
 #include "cli/opened_folder.h"
 
-#include <algorithm>
 #include <map>
 #include <set>
+#include <string>
+#include <unordered_map>
 
 namespace dravik {
 namespace {
@@ -15,6 +16,13 @@ std::filesystem::path identity(const std::filesystem::path& path) {
     std::filesystem::path whole = std::filesystem::absolute(path, none).lexically_normal();
     return whole.has_filename() ? whole : whole.parent_path();
 }
+
+/// The takes of a folder, and by the name of a file which of them it belongs to: a command may name every file of a
+/// long day.
+struct FolderTakes {
+    std::vector<GroupeFichiers> takes;
+    std::unordered_map<std::string, std::size_t> takeOfFile;
+};
 
 class Selector {
   public:
@@ -27,7 +35,7 @@ class Selector {
         if (std::string problem = isFolder ? folderProblem(path) : fileProblem(path); !problem.empty()) {
             selection_.problems.push_back({path, std::move(problem)});
         } else if (isFolder) {
-            for (const GroupeFichiers& groupe : takesOf(path))
+            for (const GroupeFichiers& groupe : takesOf(path).takes)
                 take(groupe);
         } else if (!takeSetOf(path)) {
             for (const GroupeFichiers& groupe : readTakes({path}, false, services_))
@@ -44,23 +52,25 @@ class Selector {
         if (!recoverAndTell(place, services_)) selection_.recovered = false;
     }
 
-    const std::vector<GroupeFichiers>& takesOf(const std::filesystem::path& folder) {
+    const FolderTakes& takesOf(const std::filesystem::path& folder) {
         const auto [entry, isNew] = folders_.try_emplace(identity(folder.empty() ? "." : folder));
-        if (isNew) entry->second = readTakes(filesIn(folder), group_, services_);
-        return entry->second;
+        FolderTakes& found = entry->second;
+        if (!isNew) return found;
+        found.takes = readTakes(filesIn(folder), group_, services_);
+        for (std::size_t i = 0; i < found.takes.size(); ++i) {
+            for (const InfoFichier& fichier : found.takes[i].fichiers)
+                found.takeOfFile.try_emplace(fichier.url.filename().native(), i);
+        }
+        return found;
     }
 
     bool takeSetOf(const std::filesystem::path& file) {
         if (!group_) return false;
-        for (const GroupeFichiers& groupe : takesOf(file.parent_path())) {
-            const bool holds =
-                std::any_of(groupe.fichiers.begin(), groupe.fichiers.end(),
-                            [&](const InfoFichier& fichier) { return fichier.url.filename() == file.filename(); });
-            if (!holds) continue;
-            take(groupe);
-            return true;
-        }
-        return false;
+        const FolderTakes& folder = takesOf(file.parent_path());
+        const auto place = folder.takeOfFile.find(file.filename().native());
+        if (place == folder.takeOfFile.end()) return false;
+        take(folder.takes[place->second]);
+        return true;
     }
 
     void take(const GroupeFichiers& groupe) {
@@ -70,7 +80,7 @@ class Selector {
     bool group_;
     bool recover_;
     Services& services_;
-    std::map<std::filesystem::path, std::vector<GroupeFichiers>> folders_;
+    std::map<std::filesystem::path, FolderTakes> folders_;
     std::set<std::filesystem::path> recoveredFolders_;
     std::set<std::filesystem::path> taken_;
     TakeSelection selection_;

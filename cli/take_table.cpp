@@ -58,7 +58,7 @@ Table::Cell audio(const InfoFichier& fichier) {
 Table::Cell format(const GroupeFichiers& groupe) {
     const std::size_t files = groupe.fichiers.size();
     const std::string& kind = groupe.fichiers.front().format;
-    if (const std::size_t lost = groupe.pistesIllisibles.size(); lost > 0) {
+    if (const std::size_t lost = groupe.unreadableTracks.size(); lost > 0) {
         return {fmt::format("{} of {} × {}", files, files + lost, kind), Style::bad};
     }
     return {files > 1 ? fmt::format("{} × {}", files, kind) : kind};

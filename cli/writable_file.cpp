@@ -11,8 +11,7 @@
 namespace dravik {
 
 std::string writeProblem(const std::filesystem::path& file) {
-    constexpr std::string_view onlyWav = "is read-only: only WAV and BWF files can be edited.";
-    if (!isEditable(file)) return fmt::format("{} {}", shown(file), onlyWav);
+    if (!isEditable(file)) return fmt::format("{} {}", shown(file), onlyWavAndBwf);
     try {
         // A recording that somebody locked against writing is not replaced behind their back.
         if (::access(file.c_str(), W_OK) != 0) {

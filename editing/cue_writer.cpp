@@ -1,7 +1,6 @@
 #include "editing/cue_writer.h"
 
 #include "base/paths.h"
-#include "editing/wave_rewrite.h"
 #include "model/info_fichier.h"
 
 #include <algorithm>
@@ -81,35 +80,28 @@ std::vector<CueMarker> lireCues(const std::filesystem::path& url) {
     return marqueurs;
 }
 
-void CueWriter::ecrireCues(const std::filesystem::path& url, const std::vector<CueMarker>& marqueurs,
-                           const TaskContext& task, FolderSyncs& folders) {
-    const std::scoped_lock lock(cueWrites());
-    task.checkCancelled();
-    WaveFile file(ops_, resolvedTarget(url));
+std::optional<PlannedRewrite> planCues(const WaveView& file, const std::vector<CueMarker>& marqueurs) {
+    const std::filesystem::path& url = file.url;
     if (!isEditable(url)) throw refused(CueError::notWritable, url, onlyWavAndBwf);
     if (!file.isRiffWave()) throw refused(CueError::notRiffWave, url, "is not a RIFF/WAVE file.");
     if (marqueurs.size() > maxCuePoints) throw refused(CueError::notWritable, url, tooMany);
-    const ChunkTable& table = file.table();
+    const ChunkTable& table = *file.table;
 
-    WaveRewrite rewrite(file);
+    WaveRewrite rewrite(table);
     bool hadCues = false;
-    CueContent before;
-    {
-        const FileSource source(file.handle());
-        for (const Chunk& chunk : table.chunks) {
-            if (isCueChunk(source, chunk)) {
-                if (chunk.truncated()) throw refused(CueError::notWritable, url, "ends inside its markers.");
-                hadCues = true;
-            } else {
-                rewrite.keep(chunk);
-            }
+    for (const Chunk& chunk : table.chunks) {
+        if (isCueChunk(file.source, chunk)) {
+            if (chunk.truncated()) throw refused(CueError::notWritable, url, "ends inside its markers.");
+            hadCues = true;
+        } else {
+            rewrite.keep(chunk);
         }
-        before = cueContent(source, table);
-        if (source.error()) throw std::filesystem::filesystem_error("cannot read", url, source.error());
     }
+    const CueContent before = cueContent(file.source, table);
+    if (file.source.error()) throw std::filesystem::filesystem_error("cannot read", url, file.source.error());
     // What was never read was never shown either: nobody asked for it to go.
     if (!before.complete) throw refused(CueError::notWritable, url, "holds more markers than can be edited.");
-    if (marqueurs.empty() && !hadCues) return;
+    if (marqueurs.empty() && !hadCues) return std::nullopt;
     if (!marqueurs.empty()) {
         if (const std::string_view problem = appendProblem(table); !problem.empty()) {
             throw refused(CueError::notWritable, url, problem);
@@ -121,10 +113,21 @@ void CueWriter::ecrireCues(const std::filesystem::path& url, const std::vector<C
         rewrite.put("cue ", cue);
         if (!labels.empty()) rewrite.put("LIST", labels);
     }
-    const std::optional<FilePlan> plan = rewrite.plan();
-    if (!plan) throw refused(CueError::notWritable, url, tooLarge);
-    const std::string_view problem =
-        outcomeProblem(replaceWith(ops_, file, rewrite, *plan, TempKind::cues, task, folders));
+    std::optional<PlannedRewrite> planned = rewrite.plan();
+    if (const std::string_view problem = planProblem(file.source, planned); !problem.empty()) {
+        throw refused(CueError::notWritable, url, problem);
+    }
+    return planned;
+}
+
+void CueWriter::ecrireCues(const std::filesystem::path& url, const std::vector<CueMarker>& marqueurs,
+                           const TaskContext& task, FolderSyncs& folders) {
+    const std::scoped_lock lock(cueWrites());
+    task.checkCancelled();
+    WaveFile file(ops_, resolvedTarget(url));
+    const std::optional<PlannedRewrite> planned = planCues(file.viewAs(url), marqueurs);
+    if (!planned) return;
+    const std::string_view problem = outcomeProblem(replaceWith(ops_, file, *planned, TempKind::cues, task, folders));
     if (!problem.empty()) throw refused(CueError::notWritable, url, problem);
 }
 

@@ -5,8 +5,10 @@
 #include "base/progress.h"
 #include "base/safe_file.h"
 #include "editing/cue_marker.h"
+#include "editing/wave_rewrite.h"
 
 #include <filesystem>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -30,6 +32,10 @@ class CueError : public Error {
 /// The markers of a file in ascending frame order, with their labels and the other entries of their list, out of all
 /// chunks that hold some. Empty when there are none or the file cannot be read; never throws. Any thread.
 [[nodiscard]] std::vector<CueMarker> lireCues(const std::filesystem::path& url);
+
+/// What a save of these markers makes of the file, with everything checked that can be before it is written; absent
+/// when there is nothing to write. Throws CueError or std::filesystem::filesystem_error. Any thread.
+[[nodiscard]] std::optional<PlannedRewrite> planCues(const WaveView& file, const std::vector<CueMarker>& marqueurs);
 
 /// Replaces a file's cue information by the given markers, numbered 1, 2, 3 … in ascending frame order, in one chunk of
 /// points and one list. The list keeps the entries that each marker brings along, and those in the file that belong to

@@ -2,11 +2,12 @@
 
 #include "base/paths.h"
 #include "base/text.h"
-#include "editing/wave_rewrite.h"
+#include "editing/save_values.h"
 #include "model/info_fichier.h"
 #include "model/wave/bext.h"
 #include "model/wave/ixml_check.h"
 #include "model/wave/ixml_document.h"
+#include "model/wave/ixml_editor.h"
 
 #include <algorithm>
 #include <mutex>
@@ -33,27 +34,31 @@ bool holdsText(std::string_view payload) {
 }
 
 /// The document in a chunk as UTF-8 text; the empty document where it holds none.
-std::string documentIn(const WaveFile& file, const Chunk& chunk) {
+std::string documentIn(const WaveView& file, const Chunk& chunk) {
     if (chunk.size > maxIxmlBytes) {
-        throw ErreurSauvegarde::xmlInvalide(file.path(), "holds an iXML chunk that is too large to be one.");
+        throw ErreurSauvegarde::xmlInvalide(file.url, "holds an iXML chunk that is too large to be one.");
     }
     const Bytes payload = file.payload(chunk);
     if (!holdsText(asText(payload))) return std::string(emptyIxmlDocument);
     const std::optional<std::string> text = decodeIxml(asText(payload));
-    if (!text) throw ErreurSauvegarde::xmlInvalide(file.path(), "holds an iXML text that cannot be read.");
+    if (!text) throw ErreurSauvegarde::xmlInvalide(file.url, "holds an iXML text that cannot be read.");
     return *text;
 }
 
-std::string updatedDocument(const WaveFile& file, const std::string& document, const MetadataValues& valeurs) {
+std::string updatedDocument(const WaveView& file, const std::string& document, const MetadataValues& valeurs) {
+    if (!holdsOnlyText(valeurs)) {
+        throw ErreurSauvegarde::xmlInvalide(
+            file.url, "cannot take these values: one of them holds a control character, which no iXML reader takes.");
+    }
     std::string edited;
     try {
         edited = mettreAJourIXML(document, valeurs);
     } catch (const IxmlError& error) {
-        throw ErreurSauvegarde::xmlInvalide(file.path(), fmt::format("cannot take these values: {}", error.what()));
+        throw ErreurSauvegarde::xmlInvalide(file.url, fmt::format("cannot take these values: {}", error.what()));
     }
     if (!editIsClean(document, edited, valeurs)) {
         throw ErreurSauvegarde::xmlInvalide(
-            file.path(), "cannot take these values: a tag in one of them, or in its iXML, would hide other fields.");
+            file.url, "cannot take these values: a tag in one of them, or in its iXML, would hide other fields.");
     }
     return withPaddingKept(document, std::move(edited));
 }
@@ -70,14 +75,11 @@ ErreurSauvegarde ErreurSauvegarde::erreurEcriture(const std::filesystem::path& f
     return {Reason::erreurEcriture, message(file, why)};
 }
 
-void SauvegardeMetadata::ecrire(const std::filesystem::path& url, const MetadataValues& valeurs,
-                                const TaskContext& task, FolderSyncs& folders) {
-    const std::scoped_lock lock(metadataWrites());
-    task.checkCancelled();
-    WaveFile file(ops_, resolvedTarget(url));
+PlannedRewrite planMetadata(const WaveView& file, const MetadataValues& valeurs) {
+    const std::filesystem::path& url = file.url;
     if (!isEditable(url)) throw ErreurSauvegarde::erreurEcriture(url, onlyWavAndBwf);
     if (!file.isRiffWave()) throw ErreurSauvegarde::erreurEcriture(url, "is not a RIFF/WAVE file.");
-    const ChunkTable& table = file.table();
+    const ChunkTable& table = *file.table;
 
     const Chunk* ixml = table.first("iXML");
     if (const std::string_view problem = appendProblem(table); ixml == nullptr && !problem.empty()) {
@@ -91,16 +93,14 @@ void SauvegardeMetadata::ecrire(const std::filesystem::path& url, const Metadata
         if (!toWrite.circled) toWrite.circled = lireCircled(before);
     } else if (const Chunk* description = table.first("bext"); description != nullptr && isUpdatedBext(*description)) {
         // A new iXML document says what the recorder's description said.
-        const Bytes payload = file.payload(*description);
-        const auto circled = descriptionValue(payload, "CIRCLED");
-        const auto wild = descriptionValue(payload, "WILD_TRACK");
-        if (!toWrite.circled && circled) toWrite.circled = estVrai(*circled);
-        if (!toWrite.wild && wild) toWrite.wild = estVrai(*wild);
+        const DescriptionFlags flags = descriptionFlags(file.payload(*description));
+        if (!toWrite.circled) toWrite.circled = flags.circled;
+        if (!toWrite.wild) toWrite.wild = flags.wild;
     }
     BextValues bextValues{toWrite, toWrite.circled, toWrite.wild};
     if (ixml != nullptr && !bextValues.wild) bextValues.wild = lireWild(IxmlDocument(document));
 
-    WaveRewrite rewrite(file);
+    WaveRewrite rewrite(table);
     for (const Chunk& chunk : table.chunks) {
         const bool rewritten = chunk.id == FourCC("iXML") || isUpdatedBext(chunk);
         if (rewritten && chunk.truncated()) {
@@ -117,10 +117,21 @@ void SauvegardeMetadata::ecrire(const std::filesystem::path& url, const Metadata
     }
     if (ixml == nullptr) rewrite.put("iXML", asBytes(updatedDocument(file, document, toWrite)));
 
-    const std::optional<FilePlan> plan = rewrite.plan();
-    if (!plan) throw ErreurSauvegarde::erreurEcriture(url, tooLarge);
+    std::optional<PlannedRewrite> planned = rewrite.plan();
+    if (const std::string_view problem = planProblem(file.source, planned); !problem.empty()) {
+        throw ErreurSauvegarde::erreurEcriture(url, problem);
+    }
+    return std::move(*planned);
+}
+
+void SauvegardeMetadata::ecrire(const std::filesystem::path& url, const MetadataValues& valeurs,
+                                const TaskContext& task, FolderSyncs& folders) {
+    const std::scoped_lock lock(metadataWrites());
+    task.checkCancelled();
+    WaveFile file(ops_, resolvedTarget(url));
+    const PlannedRewrite planned = planMetadata(file.viewAs(url), valeurs);
     const std::string_view problem =
-        outcomeProblem(replaceWith(ops_, file, rewrite, *plan, TempKind::metadata, task, folders));
+        outcomeProblem(replaceWith(ops_, file, planned, TempKind::metadata, task, folders));
     if (!problem.empty()) throw ErreurSauvegarde::erreurEcriture(url, problem);
 }
 

@@ -4,7 +4,8 @@
 #include "base/file_ops.h"
 #include "base/progress.h"
 #include "base/safe_file.h"
-#include "model/wave/ixml_editor.h"
+#include "editing/wave_rewrite.h"
+#include "model/wave/metadata_values.h"
 
 #include <filesystem>
 #include <string>
@@ -29,6 +30,10 @@ class ErreurSauvegarde : public Error {
     ErreurSauvegarde(Reason reason, std::string message) : Error(std::move(message)), reason_(reason) {}
     Reason reason_;
 };
+
+/// What a save of these values makes of the file, with everything checked that can be before it is written. Throws
+/// ErreurSauvegarde or std::filesystem::filesystem_error. Any thread.
+[[nodiscard]] PlannedRewrite planMetadata(const WaveView& file, const MetadataValues& valeurs);
 
 /// Writes one file's metadata: the iXML chunk and the bext chunk are made anew, every other byte is copied, and the new
 /// file takes the old one's place when it is whole. Never edits in place.

@@ -37,9 +37,8 @@ class FolderRecovery {
         for (const Journal& journal : journals) {
             guarded(journal.file, [&] { recoverJournal(journal.file, journal.name); });
         }
-        // With a journal there, its recovery has said what there is to say.
         for (const std::string& name : hidden_) {
-            if (!journals.empty() || !pathExists(folder_ / name)) continue;
+            if (unreadJournals_ > 0 || spokenFor_.contains(name) || !pathExists(folder_ / name)) continue;
             result_.failures.push_back(fmt::format(
                 "A recording is hidden under the name {}: its rename was interrupted and nothing tells its old name.",
                 pathText(folder_ / name)));
@@ -114,6 +113,7 @@ class FolderRecovery {
     }
 
     void recoverJournal(std::filesystem::path journal, const JournalName& name) {
+        ++unreadJournals_;
         if (!pathExists(journal)) return;
         const FileHandle handle = FileHandle::openForReading(journal);
         const FileOps::Lock lock = ops_.tryLock(handle);
@@ -134,6 +134,9 @@ class FolderRecovery {
                             pathText(journal), renamePrefix));
             return;
         }
+        --unreadJournals_;
+        for (const JournalEntry& entry : *entries)
+            spokenFor_.insert(entry.temp);
         const auto isHidden = [&](const JournalEntry& entry) { return pathExists(folder_ / entry.temp); };
         const bool finish =
             name.phase == JournalPhase::puttingInPlace ||
@@ -172,7 +175,11 @@ class FolderRecovery {
 
     FileOps& ops_;
     std::filesystem::path folder_;
-    std::set<std::string> hidden_;  ///< recordings under a rename's hidden name that no journal speaks for
+    std::set<std::string> hidden_;     ///< recordings under a rename's hidden name
+    std::set<std::string> spokenFor_;  ///< those that a journal names: its recovery says what becomes of them
+    /// Journals that were left to the process that holds them, or cannot be read: any of the hidden files may be
+    /// theirs.
+    int unreadJournals_ = 0;
     Recovery result_;
 };
 

@@ -117,8 +117,10 @@ RenameJournal::RenameJournal(FileOps& ops, const std::vector<MainSaveRenamePlanE
         byFolder[realFolder(folderOf(entry.source))].push_back(
             {fileNameText(entry.source), fileNameText(entry.temp), fileNameText(entry.destination)});
     }
+    std::filesystem::path at;
     try {
         for (const auto& [folder, entries] : byFolder) {
+            at = folder;
             FilePlan content;
             content.add(toBytes(journalText(entries)));
             Place place{folder, nullptr};
@@ -128,7 +130,7 @@ RenameJournal::RenameJournal(FileOps& ops, const std::vector<MainSaveRenamePlanE
             places_.push_back(std::move(place));
             ops_.syncFolder(written.folder);
         }
-    } catch (...) {
+    } catch (const std::exception& error) {
         for (const Place& place : places_) {
             try {
                 ops_.remove(pathOf(place));
@@ -136,7 +138,7 @@ RenameJournal::RenameJournal(FileOps& ops, const std::vector<MainSaveRenamePlanE
                 continue;  // without moves an orphaned journal asks for nothing; the next opening drops it
             }
         }
-        throw;
+        throw MainSaveRenameError::journalNotWritten(at, systemText(error));
     }
 }
 
@@ -152,7 +154,12 @@ void RenameJournal::syncFolders() {
 void RenameJournal::enter(JournalPhase phase) {
     syncFolders();
     for (Place& place : places_) {
-        ops_.renameNoReplace(pathOf(place), place.folder / journalName(token_, phase));
+        try {
+            ops_.renameNoReplace(pathOf(place), place.folder / journalName(token_, phase));
+        } catch (const std::filesystem::filesystem_error& error) {
+            // Nobody knows the journal by its name.
+            throw std::filesystem::filesystem_error("cannot rename in", place.folder, error.code());
+        }
         place.phase = phase;
     }
     syncFolders();

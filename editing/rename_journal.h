@@ -45,7 +45,7 @@ struct JournalName {
 /// The journals of one rename, one in every folder concerned, held (and locked) by the process that renames.
 class RenameJournal {
   public:
-    /// Writes them and syncs the folders. Throws std::filesystem::filesystem_error; then none is left.
+    /// Writes them and syncs the folders. Throws MainSaveRenameError::journalNotWritten; then none is left.
     RenameJournal(FileOps& ops, const std::vector<MainSaveRenamePlanEntry>& plan);
     RenameJournal(const RenameJournal&) = delete;
     RenameJournal& operator=(const RenameJournal&) = delete;

@@ -54,6 +54,16 @@ class Undo {
     std::vector<std::string> failures_;
 };
 
+/// An error names the file as the user knows it, whichever of the two the system names.
+void moveKnownAs(const std::filesystem::path& name, FileOps& ops, const std::filesystem::path& from,
+                 const std::filesystem::path& to) {
+    try {
+        ops.renameNoReplace(from, to);
+    } catch (const std::filesystem::filesystem_error& error) {
+        throw std::filesystem::filesystem_error("cannot rename", name, error.code());
+    }
+}
+
 void enterIfPossible(RenameJournal& journal, JournalPhase phase) noexcept {
     try {
         journal.enter(phase);
@@ -69,8 +79,7 @@ std::vector<FileHandle> lockedSources(FileOps& ops, const std::vector<MainSaveRe
         if (!entry.moves()) continue;
         FileHandle handle = FileHandle::tryOpenForReading(entry.source);
         if (handle.isOpen() && ops.tryLock(handle) == FileOps::Lock::heldByAnother) {
-            throw std::filesystem::filesystem_error("is being saved by another program", entry.source,
-                                                    std::make_error_code(std::errc::device_or_resource_busy));
+            throw MainSaveRenameError::sourceInUse(fileNameText(entry.source));
         }
         handles.push_back(std::move(handle));
     }
@@ -96,13 +105,13 @@ std::map<std::filesystem::path, std::filesystem::path> runRenames(FileOps& ops,
     try {
         for (const MainSaveRenamePlanEntry& entry : plan) {
             if (!entry.moves()) continue;
-            ops.renameNoReplace(entry.source, entry.temp);
+            moveKnownAs(entry.source, ops, entry.source, entry.temp);
             taken.push_back({entry.source, entry.temp});
         }
         journal.enter(JournalPhase::puttingInPlace);
         for (const MainSaveRenamePlanEntry& entry : plan) {
             if (!entry.moves()) continue;
-            ops.renameNoReplace(entry.temp, entry.destination);
+            moveKnownAs(entry.destination, ops, entry.temp, entry.destination);
             placed.push_back({entry.temp, entry.destination});
         }
         journal.syncFolders();

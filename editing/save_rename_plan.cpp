@@ -75,6 +75,29 @@ MainSaveRenameError MainSaveRenameError::metadataAfterRenameFailed(std::string_v
             fmt::format("Files were renamed, but metadata could not be saved on every file.\n\n{}", message)};
 }
 
+MainSaveRenameError MainSaveRenameError::impossibleName(std::string_view name) {
+    return {Reason::impossibleName, fmt::format("A file cannot be named \"{}\". No files were changed.", name)};
+}
+MainSaveRenameError MainSaveRenameError::sourceInUse(std::string_view name) {
+    return {Reason::sourceInUse, fmt::format("{} is being saved by another program. No files were changed.", name)};
+}
+
+MainSaveRenameError MainSaveRenameError::takeWouldBreak(std::string_view take) {
+    return {Reason::takeWouldBreak,
+            fmt::format("Under the new names the files of {} would no longer be one take with the same track numbers. "
+                        "No files were changed.",
+                        take)};
+}
+MainSaveRenameError MainSaveRenameError::takesWouldMerge(std::string_view take) {
+    return {
+        Reason::takesWouldMerge,
+        fmt::format("Under the new names files would become a part of another take, {}. No files were changed.", take)};
+}
+MainSaveRenameError MainSaveRenameError::journalNotWritten(const std::filesystem::path& folder, std::string_view why) {
+    return {Reason::journalNotWritten,
+            fmt::format("Files in {} cannot be renamed: {}. No files were changed.", pathText(folder), why)};
+}
+
 bool isValidName(std::string_view nom) noexcept {
     // Nobody types a line end into a name; one that comes with a paste would be in every list from then on.
     const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
@@ -97,6 +120,17 @@ std::string newBaseName(const GroupeFichiers& groupe, std::size_t position, std:
     return nom;
 }
 
+std::optional<std::string> newUnreadableName(const GroupeFichiers& groupe, const UnreadableTrack& track,
+                                             std::string_view newName) {
+    if (!groupe.isMonoSet()) return std::nullopt;
+    const std::string ancien = baseNameText(track.url);
+    const auto found = trackSuffix(ancien, true);
+    if (!found || baseNameKey(found->nom.base) != baseNameKey(groupe.nom)) return std::nullopt;
+    return std::string(newName).append(found->nom.suffixe);
+}
+
+bool isSameName(std::string_view a, std::string_view b) { return foldedCase(a) == foldedCase(b); }
+
 std::vector<RenameRequest> renommerGroupe(const GroupeFichiers& groupe, std::string_view newName) {
     std::vector<RenameRequest> requests;
     for (std::size_t position = 0; position < groupe.fichiers.size(); ++position) {
@@ -114,7 +148,7 @@ std::vector<MainSaveRenamePlanEntry> planRenames(const std::vector<RenameRequest
         entry.source = request.fichier.url;
         const std::string name = request.newName + entry.source.extension().native();
         if (!holdsOnlyNameBytes(name) || name.size() > maxFileNameBytes) {
-            throw Error(fmt::format("A file cannot be named \"{}\". No files were changed.", name));
+            throw MainSaveRenameError::impossibleName(name);
         }
         entry.destination = folderOf(entry.source) / name;
         entry.fichier = request.fichier;

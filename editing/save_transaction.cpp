@@ -1,7 +1,7 @@
 #include "editing/save_transaction.h"
 
+#include "base/file_error.h"
 #include "base/paths.h"
-#include "base/text.h"
 #include "editing/cue_writer.h"
 #include "editing/metadata_writer.h"
 #include "editing/rename_transaction.h"
@@ -16,13 +16,15 @@ namespace {
 /// Metadata is a few kilobytes; what a new file may need beyond the old one's size.
 constexpr std::uint64_t growthAllowance = 1024U * 1024U;
 
-std::map<std::filesystem::path, std::filesystem::path> rename(FileOps& ops, const std::vector<SaveItem>& items) {
-    std::vector<RenameRequest> requests;
+/// The largest file to be written in each folder: only one is ever written at a time.
+std::map<std::filesystem::path, const InfoFichier*> largestOfFolders(const std::vector<SaveItem>& items) {
+    std::map<std::filesystem::path, const InfoFichier*> largest;
     for (const SaveItem& item : items) {
-        if (item.newName) requests.push_back({item.fichier, *item.newName});
+        if (!item.valeurs && !item.cues) continue;
+        const InfoFichier*& entry = largest[folderOf(item.fichier.url)];
+        if (entry == nullptr || item.fichier.taille > entry->taille) entry = &item.fichier;
     }
-    if (requests.empty()) return {};
-    return runRenames(ops, planRenames(requests));
+    return largest;
 }
 
 /// Adds up the progress of the single writes into one of the whole save.
@@ -91,10 +93,10 @@ std::vector<SaveItem> planSave(const GroupeFichiers& groupe, const EditedFields&
     for (std::size_t position = 0; position < groupe.fichiers.size(); ++position) {
         SaveItem item;
         item.fichier = groupe.fichiers[position];
+        item.groupe = groupe.id;
         if (newName) {
-            // Names that differ only in letter case are one name on the volumes that recorders write: nothing to move.
             std::string nom = newBaseName(groupe, position, *newName);
-            if (foldedCase(nom) != foldedCase(item.fichier.nom)) item.newName = std::move(nom);
+            if (!isSameName(nom, item.fichier.nom)) item.newName = std::move(nom);
         }
         MetadataValues valeurs = valuesForFile(edited, originals, groupe, position, decided);
         if (hasEdit(valeurs) || groupe.forcerSauvegardeMetadata || item.fichier.forcerSauvegardeMetadata) {
@@ -102,26 +104,45 @@ std::vector<SaveItem> planSave(const GroupeFichiers& groupe, const EditedFields&
         }
         items.push_back(std::move(item));
     }
+    if (!newName) return items;
+    for (const UnreadableTrack& track : groupe.unreadableTracks) {
+        SaveItem item;
+        item.fichier.url = track.url;
+        item.fichier.nom = baseNameText(track.url);
+        item.groupe = groupe.id;
+        item.newName = newUnreadableName(groupe, track, *newName);
+        if (item.newName && !isSameName(*item.newName, item.fichier.nom)) items.push_back(std::move(item));
+    }
     return items;
 }
 
 void checkRoom(FileOps& ops, const std::vector<SaveItem>& items) {
-    std::map<std::filesystem::path, const InfoFichier*> largest;
-    for (const SaveItem& item : items) {
-        if (!item.valeurs && !item.cues) continue;
-        const InfoFichier*& entry = largest[folderOf(item.fichier.url)];
-        if (entry == nullptr || item.fichier.taille > entry->taille) entry = &item.fichier;
+    for (const auto& [folder, fichier] : largestOfFolders(items)) {
+        try {
+            ensureRoom(ops, fichier->url, fichier->taille + growthAllowance);
+        } catch (const FileError&) {
+            throw;
+        } catch (const std::filesystem::filesystem_error& error) {
+            // Nobody knows the trial file by its name.
+            throw std::filesystem::filesystem_error("no new file", fichier->url, error.code());
+        }
     }
-    for (const auto& [folder, fichier] : largest) {
-        ensureRoom(ops, fichier->url, fichier->taille + growthAllowance);
+}
+
+std::vector<std::filesystem::path> foldersShortOfRoom(FileOps& ops, const std::vector<SaveItem>& items) {
+    std::vector<std::filesystem::path> folders;
+    for (const auto& [folder, fichier] : largestOfFolders(items)) {
+        if (!reportsRoom(ops, fichier->url, fichier->taille + growthAllowance)) folders.push_back(folder);
     }
+    return folders;
 }
 
 SaveReport runSave(FileOps& ops, const std::vector<SaveItem>& items, const TaskContext& task) {
     task.checkCancelled();
+    const std::vector<MainSaveRenamePlanEntry> renames = checkSave(ops, items, task);
     checkRoom(ops, items);
     SaveReport report;
-    report.moved = rename(ops, items);
+    report.moved = runRenames(ops, renames);
 
     SauvegardeMetadata metadata(ops);
     CueWriter cues(ops);

@@ -2,7 +2,8 @@
 
 #include "base/file_ops.h"
 #include "base/progress.h"
-#include "editing/cue_marker.h"
+#include "editing/save_check.h"
+#include "editing/save_item.h"
 #include "editing/save_rename_plan.h"
 #include "editing/save_values.h"
 
@@ -14,17 +15,6 @@
 #include <vector>
 
 namespace dravik {
-
-/// Everything a save does to one file.
-struct SaveItem {
-    InfoFichier fichier;
-    std::optional<std::string> newName;          ///< base name, no extension
-    std::optional<MetadataValues> valeurs;       ///< absent: the metadata is not written
-    std::optional<std::vector<CueMarker>> cues;  ///< absent: the markers are not written
-
-    /// Is there anything to do?
-    [[nodiscard]] bool empty() const noexcept { return !newName && !valeurs && !cues; }
-};
 
 /// What became of one file.
 struct SaveResult {
@@ -55,15 +45,19 @@ struct SaveReport {
                                              const std::set<MetadataField>& decided = {});
 
 /// Refuses, before the first byte, a save for whose largest file a folder has no room: throws
-/// std::filesystem::filesystem_error ("No space left on device"). A save asks it by itself.
+/// std::filesystem::filesystem_error ("No space left on device"). A save asks it by itself. May write a trial file.
 void checkRoom(FileOps& ops, const std::vector<SaveItem>& items);
+/// The same for a rehearsal, which writes nothing: the folders whose volumes report too little room. Whether a save is
+/// refused there depends on whether the volume can share blocks.
+[[nodiscard]] std::vector<std::filesystem::path> foldersShortOfRoom(FileOps& ops, const std::vector<SaveItem>& items);
 
-/// Renames first (all or nothing), then writes each file's metadata and markers at its new place. A file that fails
-/// does not stop the others. The folders are on the medium when it returns.
+/// Checks everything before the first change (checkSave, checkRoom). Renames first (all or nothing), then writes each
+/// file's metadata and markers at its new place. A file that fails does not stop the others. The folders are on the
+/// medium when it returns.
 ///
-/// Throws MainSaveRenameError or std::filesystem::filesystem_error when nothing was written (a check failed, there is
-/// no room, the renames were undone), Cancelled when it was stopped before the first change. Blocks; one save at a
-/// time; not for the main thread. Progress runs over the bytes of all files to be written.
+/// Throws SaveRefused, MainSaveRenameError or std::filesystem::filesystem_error when nothing was written (a check
+/// failed, there is no room, the renames were undone), Cancelled when it was stopped before the first change. Blocks;
+/// one save at a time; not for the main thread. Progress runs over the bytes of all files to be written.
 [[nodiscard]] SaveReport runSave(FileOps& ops, const std::vector<SaveItem>& items, const TaskContext& task);
 
 }  // namespace dravik

@@ -1,5 +1,7 @@
 #include "editing/save_values.h"
 
+#include <algorithm>
+
 namespace dravik {
 
 MetadataValues valuesForFile(const EditedFields& edited, const EditedFields& originals, const GroupeFichiers& groupe,
@@ -54,6 +56,20 @@ MetadataValues valuesForFile(const EditedFields& edited, const EditedFields& ori
         }
     }
     return valeurs;
+}
+
+bool isPlainText(std::string_view text) noexcept {
+    return std::none_of(text.begin(), text.end(), [](char c) {
+        return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r';
+    });
+}
+
+bool holdsOnlyText(const MetadataValues& valeurs) noexcept {
+    const auto plain = [](const std::optional<std::string>& text) { return !text || isPlainText(*text); };
+    return plain(valeurs.project) && plain(valeurs.scene) && plain(valeurs.tape) && plain(valeurs.prise) &&
+           plain(valeurs.note) && plain(valeurs.soleTrackName) &&
+           std::all_of(valeurs.nomsPistes.begin(), valeurs.nomsPistes.end(),
+                       [](const auto& track) { return isPlainText(track.second); });
 }
 
 bool hasEdit(const MetadataValues& valeurs) noexcept {

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <set>
+#include <string_view>
 
 namespace dravik {
 
@@ -19,6 +20,11 @@ namespace dravik {
 [[nodiscard]] MetadataValues valuesForFile(const EditedFields& edited, const EditedFields& originals,
                                            const GroupeFichiers& groupe, std::size_t position,
                                            const std::set<MetadataField>& decided = {});
+
+/// Can this text be a value: without control characters but tabs and line ends? No XML reader takes the others.
+[[nodiscard]] bool isPlainText(std::string_view text) noexcept;
+/// Are all texts among the values of that kind?
+[[nodiscard]] bool holdsOnlyText(const MetadataValues& valeurs) noexcept;
 
 /// Is there anything in the values that a file must be written for?
 [[nodiscard]] bool hasEdit(const MetadataValues& valeurs) noexcept;

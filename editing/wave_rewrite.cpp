@@ -1,5 +1,7 @@
 #include "editing/wave_rewrite.h"
 
+#include "base/file_error.h"
+#include "editing/planned_source.h"
 #include "model/wave/chunk_bytes.h"
 
 #include <algorithm>
@@ -7,36 +9,50 @@
 
 namespace dravik {
 
-WaveFile::WaveFile(const std::filesystem::path& path) : path_(path), handle_(FileHandle::openForReading(path)) {
+namespace {
+
+/// Does the file show the chunks that it was planned with?
+bool readsBack(const ByteSource& file, const PlannedRewrite& planned) {
+    const std::optional<ChunkTable> table = walkChunks(file);
+    const std::vector<ExpectedChunk>& expected = planned.expected;
+    return table && table->fileSize == planned.content.size() && table->chunks.size() >= expected.size() &&
+           std::equal(expected.begin(), expected.end(), table->chunks.begin(),
+                      [](const ExpectedChunk& wanted, const Chunk& chunk) {
+                          return chunk.id == wanted.id && chunk.size == wanted.size;
+                      });
+}
+
+}  // namespace
+
+bool WaveView::isRiffWave() const noexcept {
+    return table && table->form == FourCC("RIFF") && table->type == FourCC("WAVE");
+}
+
+Bytes WaveView::payload(const Chunk& chunk) const {
+    Bytes bytes = source.read(chunk.payload(), chunk.size);
+    if (source.error() || bytes.size() != chunk.size) {
+        if (source.error()) throw std::filesystem::filesystem_error("cannot read", url, source.error());
+        throw FileError("it ended while it was read", url, std::errc::io_error);
+    }
+    return bytes;
+}
+
+WaveFile::WaveFile(const std::filesystem::path& path)
+    : path_(path), handle_(FileHandle::openForReading(path)), source_(handle_) {
     walk();
 }
 
 WaveFile::WaveFile(FileOps& ops, const std::filesystem::path& path)
-    : path_(path), handle_(FileHandle::openForReading(path)), stamp_(ops.stampOf(handle_, path)) {
+    : path_(path), handle_(FileHandle::openForReading(path)), stamp_(ops.stampOf(handle_, path)), source_(handle_) {
     walk();
 }
 
 void WaveFile::walk() {
-    const FileSource source(handle_);
-    table_ = walkChunks(source);
-    if (source.error()) throw std::filesystem::filesystem_error("cannot read", path_, source.error());
-}
-
-bool WaveFile::isRiffWave() const noexcept {
-    return table_ && table_->form == FourCC("RIFF") && table_->type == FourCC("WAVE");
+    table_ = walkChunks(source_);
+    if (source_.error()) throw std::filesystem::filesystem_error("cannot read", path_, source_.error());
 }
 
 bool WaveFile::isUnchanged(FileOps& ops) const noexcept { return stamp_ && ops.stampAt(path_) == stamp_; }
-
-Bytes WaveFile::payload(const Chunk& chunk) const {
-    const FileSource source(handle_);
-    Bytes bytes = source.read(chunk.payload(), chunk.size);
-    if (source.error() || bytes.size() != chunk.size) {
-        throw std::filesystem::filesystem_error(
-            "cannot read", path_, source.error() ? source.error() : std::make_error_code(std::errc::io_error));
-    }
-    return bytes;
-}
 
 void WaveRewrite::keep(const Chunk& chunk) {
     chunks_.add(SourceRange{chunk.offset, chunk.end() - chunk.offset});
@@ -52,19 +68,26 @@ void WaveRewrite::put(FourCC id, ByteSpan payload) {
     expected_.push_back({id, payload.size()});
 }
 
-std::optional<FilePlan> WaveRewrite::plan() const {
-    const ChunkTable& table = source_.table();
-    const std::uint64_t length = riffHeaderBytes + chunks_.size() + table.bytesBehind();
+std::optional<PlannedRewrite> WaveRewrite::plan() const {
+    const std::uint64_t length = riffHeaderBytes + chunks_.size() + source_.bytesBehind();
     if (length - chunkHeaderBytes > std::numeric_limits<std::uint32_t>::max()) return std::nullopt;
-    FilePlan plan;
+    PlannedRewrite planned;
     Bytes header;
-    appendFormHeader(header, table.form, table.type, length - riffHeaderBytes);
-    plan.add(std::move(header));
+    appendFormHeader(header, source_.form, source_.type, length - riffHeaderBytes);
+    planned.content.add(std::move(header));
     for (const FilePlan::Piece& piece : chunks_.pieces()) {
-        std::visit([&](const auto& content) { plan.add(content); }, piece);
+        std::visit([&](const auto& content) { planned.content.add(content); }, piece);
     }
-    plan.add(SourceRange{table.end, table.bytesBehind()});
-    return plan;
+    planned.content.add(SourceRange{source_.end, source_.bytesBehind()});
+    planned.expected = expected_;
+    return planned;
+}
+
+std::string_view planProblem(const ByteSource& source, const std::optional<PlannedRewrite>& planned) {
+    if (!planned) return tooLarge;
+    return readsBack(PlannedSource(source, planned->content), *planned)
+               ? std::string_view()
+               : outcomeProblem(RewriteOutcome::structureMismatch);
 }
 
 std::string_view appendProblem(const ChunkTable& table) noexcept {
@@ -95,27 +118,20 @@ std::string_view outcomeProblem(RewriteOutcome outcome) noexcept {
     return {};
 }
 
-RewriteOutcome replaceWith(FileOps& ops, WaveFile& source, const WaveRewrite& rewrite, const FilePlan& plan,
-                           TempKind kind, const TaskContext& task, FolderSyncs& folders) {
+RewriteOutcome replaceWith(FileOps& ops, WaveFile& source, const PlannedRewrite& planned, TempKind kind,
+                           const TaskContext& task, FolderSyncs& folders) {
     // Two saves of one file at the same time would each replace what the other has just written. The lock is on the
     // file as it was opened: whoever comes second finds another file under the name.
     if (ops.tryLock(source.handle()) == FileOps::Lock::heldByAnother || !source.isUnchanged(ops)) {
         return RewriteOutcome::sourceChanged;
     }
     SafeFile output(ops, source.path(), kind);
-    output.write(plan, source.handle(), task, SafeFile::Source::replaced);
+    output.write(planned.content, source.handle(), task, SafeFile::Source::replaced);
 
     const FileSource written(output.file());
-    const std::optional<ChunkTable> table = walkChunks(written);
+    const bool whole = readsBack(written, planned);
     if (written.error()) throw std::filesystem::filesystem_error("cannot read back", source.path(), written.error());
-    const auto same = [](const Chunk& chunk, const WaveRewrite::Expected& expected) {
-        return chunk.id == expected.id && chunk.size == expected.size;
-    };
-    if (!table || table->fileSize != plan.size() || table->chunks.size() < rewrite.expected().size() ||
-        !std::equal(rewrite.expected().begin(), rewrite.expected().end(), table->chunks.begin(),
-                    [&](const auto& expected, const Chunk& chunk) { return same(chunk, expected); })) {
-        return RewriteOutcome::structureMismatch;
-    }
+    if (!whole) return RewriteOutcome::structureMismatch;
     output.copyAttributesFrom(source.handle());
     output.sync();
     if (!source.isUnchanged(ops)) return RewriteOutcome::sourceChanged;

@@ -8,7 +8,7 @@
 namespace dravik {
 
 std::string durationText(double secondes) {
-    if (!(secondes > 0) || secondes > 1e9) secondes = 0;
+    if (!(secondes > 0) || secondes > longestDuration) secondes = 0;
     const auto millis = static_cast<std::int64_t>(std::llround(secondes * 1000));
     return fmt::format("{:02}:{:02}:{:02}.{:03}", millis / 3'600'000, millis / 60'000 % 60, millis / 1000 % 60,
                        millis % 1000);

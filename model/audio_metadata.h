@@ -21,6 +21,9 @@ struct AudioMetadata {
     std::optional<std::string> timecode, framerate;
 };
 
+/// Seconds above which a length is no length but a damaged header: thirty years. Shown as none.
+inline constexpr double longestDuration = 1e9;
+
 [[nodiscard]] AudioMetadata summary(const GroupeFichiers& groupe);
 
 /// "HH:MM:SS.mmm" of a length in seconds; not negative.

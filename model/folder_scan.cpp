@@ -47,26 +47,26 @@ struct Member {
 /// Files that cannot be read as audio but are named like tracks.
 class LostTracks {
   public:
-    void add(const InfoFichier& fichier, bool plusieursCandidats) {
+    void add(const InfoFichier& fichier, bool severalMonoFiles) {
         // Its FAMILY_UID is as unreadable as the rest; whether there is a family to belong to is seen later.
-        const std::optional<TrackSuffix> suffix = trackSuffix(fichier.nom, true, plusieursCandidats);
+        const std::optional<TrackSuffix> suffix = trackSuffix(fichier.nom, true, severalMonoFiles);
         if (!suffix) return;
         const Place place{folderOf(fichier.url), baseNameKey(suffix->nom.base), isEditable(fichier.url)};
-        lost_[place].push_back({fichier.url, suffix->nom.numero, suffix->deFamille});
+        lost_[place].push_back({{fichier.url, suffix->nom.numero}, suffix->withinFamilyOnly});
     }
 
     /// Those that a set of that key lacks. Each belongs to one set only.
-    std::vector<std::filesystem::path> takenBy(const SetKey& key, const std::vector<Member>& members) {
-        std::vector<std::filesystem::path> found;
+    std::vector<UnreadableTrack> takenBy(const SetKey& key, const std::vector<Member>& members) {
+        std::vector<UnreadableTrack> found;
         const auto here = lost_.find(Place{key.folder, key.base, key.modifiable});
         if (here == lost_.end()) return found;
         std::erase_if(here->second, [&](const Lost& lost) {
             // Endings that mean a track only within a family mean nothing beside a single file.
-            const bool fits = !lost.deFamille || (!key.famille.empty() && members.size() > 1);
+            const bool fits = !lost.withinFamilyOnly || (!key.famille.empty() && members.size() > 1);
             const bool isThere = std::any_of(members.begin(), members.end(),
-                                             [&](const Member& member) { return member.numero == lost.numero; });
+                                             [&](const Member& member) { return member.numero == lost.track.numero; });
             if (!fits || isThere) return false;
-            found.push_back(lost.url);
+            found.push_back(lost.track);
             return true;
         });
         return found;
@@ -80,9 +80,8 @@ class LostTracks {
         friend auto operator<=>(const Place&, const Place&) = default;
     };
     struct Lost {
-        std::filesystem::path url;
-        int numero = 0;
-        bool deFamille = false;
+        UnreadableTrack track;
+        bool withinFamilyOnly = false;
     };
     std::map<Place, std::vector<Lost>> lost_;
 };
@@ -270,7 +269,7 @@ std::vector<GroupeFichiers> construireGroupes(std::vector<InfoFichier> fichiers,
             continue;
         }
         const SetKey key{folderOf(fichier.url), baseNameKey(suffix->nom.base), fichier.sampleRate,
-                         isEditable(fichier.url), suffix->deFamille ? *fichier.familleUID : std::string()};
+                         isEditable(fichier.url), suffix->withinFamilyOnly ? *fichier.familleUID : std::string()};
         Member member;
         member.base = std::string(suffix->nom.base);
         member.numero = suffix->nom.numero;
@@ -279,10 +278,10 @@ std::vector<GroupeFichiers> construireGroupes(std::vector<InfoFichier> fichiers,
     }
     for (auto& [key, all] : sets) {
         for (std::vector<Member>& members : partedIntoTakes(std::move(all))) {
-            std::vector<std::filesystem::path> illisibles = lost.takenBy(key, members);
+            std::vector<UnreadableTrack> unreadable = lost.takenBy(key, members);
             groupes.push_back(members.size() == 1 ? groupOfOne(std::move(members.front().fichier))
                                                   : groupOfSet(std::move(members)));
-            groupes.back().pistesIllisibles = std::move(illisibles);
+            groupes.back().unreadableTracks = std::move(unreadable);
         }
     }
     return sortedNaturally(

@@ -23,9 +23,11 @@ namespace dravik {
 [[nodiscard]] std::vector<InfoFichier> probeFiles(const std::vector<std::filesystem::path>& fichiers,
                                                   const AudioFileReader& codecs, const TaskContext& task);
 
-/// The takes, in natural order of their names. With `regrouperFichiersMono` mono files whose names carry a track number
-/// and the same base name are one take when they agree in sample rate, and in start timecode where both have one. A
-/// file that cannot be read is a take of its own, and named in the one that lacks it.
+/// The takes, in natural order of their names. With `regrouperFichiersMono` mono files of one folder are one take when
+/// their names carry different track numbers behind the same base name, and they agree in sample rate, in whether they
+/// can be edited, and in start timecode and FAMILY_UID where both have one; endings that mean a track only within a
+/// family need the same FAMILY_UID (mono_name.h). A file that cannot be read is a take of its own, and named in the one
+/// that lacks it.
 [[nodiscard]] std::vector<GroupeFichiers> construireGroupes(std::vector<InfoFichier> fichiers,
                                                             bool regrouperFichiersMono);
 

@@ -14,6 +14,12 @@ namespace dravik {
 /// The metadata fields that files of one take may disagree on.
 enum class MetadataField { project, scene, prise, tape, note, circled, wild, timecode, framerate };
 
+/// A file that cannot be read as audio, and the number by which it is named as a track.
+struct UnreadableTrack {
+    std::filesystem::path url;
+    int numero = 0;
+};
+
 /// One row of the file list: a poly file, or the mono files of one take in track order. A value, built by
 /// construireGroupes; `fichiers` is never empty.
 struct GroupeFichiers {
@@ -33,7 +39,7 @@ struct GroupeFichiers {
     std::set<MetadataField> mixedFields;
     /// Files that cannot be read as audio but bear the name of one more track of this take: the take is not whole. They
     /// are groups of their own, and no edit of this one reaches them.
-    std::vector<std::filesystem::path> pistesIllisibles;
+    std::vector<UnreadableTrack> unreadableTracks;
 
     [[nodiscard]] bool isMonoSet() const noexcept { return !estPoly && fichiers.size() > 1; }
     [[nodiscard]] RecordingDateStatus recordingDateStatus() const noexcept;

@@ -30,14 +30,14 @@ bool saysTrack(const MonoName& nom) noexcept { return equalsIgnoringAsciiCase(no
 
 }  // namespace
 
-std::optional<MonoName> numeroPisteMono(std::string_view nom, bool plusieursCandidats) {
+std::optional<MonoName> numeroPisteMono(std::string_view nom, bool severalMonoFiles) {
     for (std::size_t at = nom.size(); at-- > 0;) {
         if (nom[at] != '_' || at + 1 >= nom.size() || toLowerAscii(nom[at + 1]) != 't') continue;
         const std::size_t end = digitsEnd(nom, at + 2);
         if (end < nom.size() && nom[end] != '_') continue;
         if (auto found = split(nom, at, trackNumber(nom.substr(at + 2, end - at - 2)))) return found;
     }
-    if (!plusieursCandidats || nom.size() < 3) return std::nullopt;
+    if (!severalMonoFiles || nom.size() < 3) return std::nullopt;
     const std::size_t at = nom.size() - 3;
     if (nom[at] != '_' || digitsEnd(nom, at + 1) != nom.size()) return std::nullopt;
     return split(nom, at, trackNumber(nom.substr(at + 1)));
@@ -64,9 +64,9 @@ std::optional<MonoName> familyTrackNumber(std::string_view nom) {
     return std::nullopt;
 }
 
-std::optional<TrackSuffix> trackSuffix(std::string_view nom, bool aFamille, bool plusieursCandidats) {
-    const std::optional<MonoName> sure = numeroPisteMono(nom, plusieursCandidats);
-    const std::optional<MonoName> family = aFamille ? familyTrackNumber(nom) : std::nullopt;
+std::optional<TrackSuffix> trackSuffix(std::string_view nom, bool hasFamily, bool severalMonoFiles) {
+    const std::optional<MonoName> sure = numeroPisteMono(nom, severalMonoFiles);
+    const std::optional<MonoName> family = hasFamily ? familyTrackNumber(nom) : std::nullopt;
     if (family && (!sure || (saysTrack(*family) && family->base.size() > sure->base.size()))) {
         return TrackSuffix{*family, true};
     }

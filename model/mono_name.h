@@ -19,7 +19,7 @@ struct MonoName {
 
 /// "SC12_T03" or "SC12_T03_b": the last "_t" (any case) whose digits end the name or are followed by "_". Failing that,
 /// where there is more than one mono file, two digits behind a "_": "Take7_04". Views into `nom`.
-[[nodiscard]] std::optional<MonoName> numeroPisteMono(std::string_view nom, bool plusieursCandidats = true);
+[[nodiscard]] std::optional<MonoName> numeroPisteMono(std::string_view nom, bool severalMonoFiles = true);
 
 /// Suffixes that are too common to mean a track by themselves: "_Tr" + digits (also followed by "_" + letters), "_" +
 /// one digit, "_" + one capital letter (A counts as 10). Only files of one FAMILY_UID are joined by them.
@@ -28,12 +28,12 @@ struct MonoName {
 /// The suffix by which a file is a track of a set.
 struct TrackSuffix {
     MonoName nom;
-    bool deFamille = false;  ///< only files of one FAMILY_UID are joined by it
+    bool withinFamilyOnly = false;  ///< joins only files of one FAMILY_UID
 };
 /// numeroPisteMono, else, for a file that has a FAMILY_UID, familyTrackNumber. Where a take's number stands ahead of an
 /// explicit track ("12A_T001_Tr1") the family's reading wins: the other would give all tracks of the take number 1.
-[[nodiscard]] std::optional<TrackSuffix> trackSuffix(std::string_view nom, bool aFamille,
-                                                     bool plusieursCandidats = true);
+[[nodiscard]] std::optional<TrackSuffix> trackSuffix(std::string_view nom, bool hasFamily,
+                                                     bool severalMonoFiles = true);
 
 /// The name in which two base names are compared: lower-cased, without trailing "_", "-", "." and blanks.
 [[nodiscard]] std::string baseNameKey(std::string_view base);

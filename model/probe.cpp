@@ -27,13 +27,6 @@ std::optional<std::string> owned(std::optional<std::string_view> text) {
 
 }  // namespace
 
-bool isEditable(const std::filesystem::path& file) {
-    const std::string extension = lowerAscii(file.extension().native());
-    return extension == ".wav" || extension == ".bwf";
-}
-
-std::string displayName(std::string_view stored) { return replacedAll(stored, "&amp;", "&"); }
-
 std::optional<RecordingDate> recordingDateIn(const ByteSource& source, const ChunkTable& table) {
     for (const Chunk& chunk : metadataChunks(table)) {
         if (chunk.id != FourCC("bext") || chunk.claimedSize < bext::dateMinimumBytes) continue;

@@ -17,10 +17,23 @@ namespace {
 constexpr std::string_view ownPrefix = "s";
 constexpr std::string_view defaultLineEnd = "\r\n";
 
+/// Of a text that has to be shortened at least this much is kept (or all of it, if it is shorter); with less, the line
+/// would tell nothing and is left out.
+constexpr std::size_t leastTextBytes = 8;
+
 /// One line of a Description.
 struct Line {
-    std::string content;  ///< without its line end
-    std::string lineEnd;  ///< empty for a last line without one
+    std::string content;                ///< without its line end; of an edited line only what stands before the value
+    std::string lineEnd;                ///< empty for a last line without one
+    std::optional<std::size_t> edit{};  ///< what its value is, for an edited line
+};
+
+/// The new value of all lines of one key.
+struct Edit {
+    std::string value;
+    std::size_t leastBytes = 0;  ///< the value is not shortened below
+    bool added = false;          ///< no line had the key
+    bool kept = true;            ///< false: there is no room for it
 };
 
 /// The prefix letter of a key=value line of that key: empty when it has none; absent when the line is another.
@@ -39,7 +52,7 @@ std::string onOneLine(std::string_view value) {
     return out;
 }
 
-/// A Description as lines, those we add apart from those that were there.
+/// A Description as lines, and the edits of them.
 class DescriptionLines {
   public:
     explicit DescriptionLines(std::string_view text) {
@@ -55,80 +68,117 @@ class DescriptionLines {
         if (!lines_.empty() && !lines_.front().lineEnd.empty()) lineEnd_ = lines_.front().lineEnd;
     }
 
-    /// New value for every line of the key; false when there is none.
-    bool replace(std::string_view key, std::string_view value) {
-        bool found = false;
-        for (Line& line : lines_) {
-            const std::optional<std::string_view> prefix = prefixOfLine(line.content, key);
-            if (!prefix) continue;
-            line.content = fmt::format("{}{}={}", *prefix, key, value);
-            found = true;
-        }
-        return found;
+    /// New value for every line of the key, shortened where there is no room.
+    void setText(std::string_view key, std::string_view value, bool addMissing = true) {
+        // No more than the field holds can ever be of use.
+        const std::string oneLine = onOneLine(truncatedUtf8(value, bext::descriptionBytes));
+        put(key, oneLine, truncatedUtf8(oneLine, leastTextBytes).size(), addMissing);
     }
-
-    /// New value for every line of the key; a line is added when there is none.
-    void set(std::string_view key, std::string_view value) {
+    /// New value for every line of the key, whole or not at all: a part of it would be another value.
+    void setWhole(std::string_view key, std::string_view value, bool addMissing) {
         const std::string oneLine = onOneLine(value);
-        if (!replace(key, oneLine)) added_.push_back(fmt::format("{}{}={}", ownPrefix, key, oneLine));
-    }
-
-    /// The same, but nothing is added for an empty value.
-    void setOptional(std::string_view key, std::string_view value) {
-        value.empty() ? static_cast<void>(replace(key, value)) : set(key, value);
+        put(key, oneLine, oneLine.size(), addMissing);
     }
 
     void remove(std::string_view key) {
         std::erase_if(lines_, [&](const Line& line) { return prefixOfLine(line.content, key).has_value(); });
     }
 
-    /// The text in at most `maxBytes`: added lines are given up from the last on, then the end is cut.
-    [[nodiscard]] std::string text(std::size_t maxBytes) const {
+    /// The text in at most `maxBytes`. Lines that are not edited are all there: iXML holds the edited values as well,
+    /// the recorder's own stand nowhere else.
+    [[nodiscard]] std::string text(std::size_t maxBytes) && {
+        if (std::string whole = rendered(); whole.size() <= maxBytes) return whole;
+        chooseLines(maxBytes);
+        for (std::string whole = rendered();; whole = rendered()) {
+            if (whole.size() <= maxBytes) return whole;
+            Edit* longest = nullptr;
+            for (Edit& edit : edits_) {
+                if (!edit.kept || edit.value.size() <= edit.leastBytes) continue;
+                if (longest == nullptr || edit.value.size() > longest->value.size()) longest = &edit;
+            }
+            // Every kept line fits with its least value, so that there is one to shorten as long as they do not fit.
+            if (longest == nullptr) return whole;
+            longest->value.resize(truncatedUtf8(longest->value, longest->value.size() - 1).size());
+        }
+    }
+
+  private:
+    void put(std::string_view key, std::string_view value, std::size_t leastBytes, bool addMissing) {
+        bool found = false;
+        for (Line& line : lines_) {
+            const std::optional<std::string_view> prefix = prefixOfLine(line.content, key);
+            if (!prefix) continue;
+            line.content.resize(prefix->size() + key.size() + 1);
+            line.edit = edits_.size();
+            found = true;
+        }
+        if (!found && addMissing) added_.push_back({fmt::format("{}{}=", ownPrefix, key), lineEnd_, edits_.size()});
+        if (found || addMissing) edits_.push_back({std::string(value), leastBytes, !found});
+    }
+
+    /// Decides which edited lines find room at all, each with the least value: first those that were there.
+    void chooseLines(std::size_t maxBytes) {
+        std::vector<std::string> values;
+        for (Edit& edit : edits_) {
+            values.push_back(edit.value);
+            edit.value.resize(edit.leastBytes);
+            edit.kept = false;
+        }
+        for (const bool added : {false, true}) {
+            for (Edit& edit : edits_) {
+                if (edit.added != added) continue;
+                edit.kept = true;
+                edit.kept = rendered().size() <= maxBytes;
+            }
+        }
+        for (std::size_t i = 0; i < edits_.size(); ++i)
+            edits_[i].value = std::move(values[i]);
+    }
+
+    [[nodiscard]] std::string rendered() const {
         std::string out;
+        const auto appendLine = [&](const Line& line) {
+            if (line.edit && !edits_[*line.edit].kept) return;
+            out.append(line.content);
+            if (line.edit) out.append(edits_[*line.edit].value);
+            out.append(line.lineEnd);
+        };
         for (const Line& line : lines_)
-            out.append(line.content).append(line.lineEnd);
-        if (out.size() > maxBytes) return std::string(truncatedUtf8(out, maxBytes));
-        for (const std::string& line : added_) {
-            std::string_view separator;
-            if (!out.empty() && out.back() != '\n') separator = lineEnd_;
-            if (out.size() + separator.size() + line.size() + lineEnd_.size() > maxBytes) break;
-            out.append(separator).append(line).append(lineEnd_);
+            appendLine(line);
+        for (const Line& line : added_) {
+            if (edits_[*line.edit].kept && !out.empty() && out.back() != '\n') out.append(lineEnd_);
+            appendLine(line);
         }
         return out;
     }
 
-  private:
     std::vector<Line> lines_;
-    std::vector<std::string> added_;
+    std::vector<Line> added_;
+    std::vector<Edit> edits_;
     std::string lineEnd_{defaultLineEnd};
 };
 
 std::string_view flagValue(bool flag) noexcept { return flag ? "TRUE" : "FALSE"; }
 
-/// The Description after the edit. The order of the calls is that of added lines; what the format's users look for
-/// first comes first, since the last ones are given up where there is no room.
+/// The Description after the edit. The order of the calls is that of added lines, and of who finds room: what the
+/// format's users look for first comes first.
 std::string updatedDescription(std::string_view description, const BextValues& values) {
     const MetadataValues& edited = values.edited;
     DescriptionLines lines(description);
-    if (edited.project) lines.set("PROJECT", *edited.project);
-    if (edited.scene) lines.set("SCENE", *edited.scene);
+    if (edited.project) lines.setText("PROJECT", *edited.project);
+    if (edited.scene) lines.setText("SCENE", *edited.scene);
     if (values.circled) {
         lines.remove("CIRCLE");
         lines.remove("TAKE_TYPE");
-        lines.set("CIRCLED", flagValue(*values.circled));
+        lines.setWhole("CIRCLED", flagValue(*values.circled), true);
     }
-    if (values.wild) {
-        if (*values.wild) {
-            lines.set("WILD_TRACK", flagValue(true));
-        } else {
-            lines.replace("WILD_TRACK", flagValue(false));
-        }
-    }
-    if (!edited.framerate.empty()) lines.set("SPEED", speedText(edited.framerate));
-    if (edited.tape) lines.setOptional("TAPE", *edited.tape);
-    if (edited.prise) lines.setOptional("TAKE", *edited.prise);
-    if (edited.note) lines.setOptional("NOTE", *edited.note);
-    return lines.text(bext::descriptionBytes);
+    if (values.wild) lines.setWhole("WILD_TRACK", flagValue(*values.wild), *values.wild);
+    if (!edited.framerate.empty()) lines.setWhole("SPEED", speedText(edited.framerate), true);
+    // Of these three, an empty value gets no line of its own.
+    if (edited.tape) lines.setText("TAPE", *edited.tape, !edited.tape->empty());
+    if (edited.prise) lines.setWhole("TAKE", *edited.prise, !edited.prise->empty());
+    if (edited.note) lines.setText("NOTE", *edited.note, !edited.note->empty());
+    return std::move(lines).text(bext::descriptionBytes);
 }
 
 std::optional<int> digits(std::string_view text) noexcept {
@@ -197,6 +247,11 @@ std::optional<std::string_view> descriptionValue(ByteSpan payload, std::string_v
         text.remove_prefix(feed == std::string_view::npos ? text.size() : feed + 1);
     }
     return value;
+}
+
+DescriptionFlags descriptionFlags(ByteSpan payload) {
+    const FlagLookup valueOf = [payload](std::string_view name) { return descriptionValue(payload, name); };
+    return {circledFlag(valueOf), wildFlag(valueOf)};
 }
 
 }  // namespace dravik

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "base/bytes.h"
-#include "model/wave/ixml_editor.h"
+#include "model/wave/metadata_values.h"
+#include "model/wave/take_flags.h"
 
 #include <cstddef>
 #include <optional>
@@ -41,6 +42,12 @@ struct RecordingDate {
 /// The value of the Description's last line of that key, under any prefix letter: "sCIRCLED=TRUE" for "CIRCLED".
 [[nodiscard]] std::optional<std::string_view> descriptionValue(ByteSpan payload, std::string_view key) noexcept;
 
+/// The flags as the Description's lines tell them (take_flags.h); absent where none does.
+struct DescriptionFlags {
+    std::optional<bool> circled, wild;
+};
+[[nodiscard]] DescriptionFlags descriptionFlags(ByteSpan payload);
+
 /// What a save writes into a bext chunk beside the values themselves.
 struct BextValues {
     MetadataValues edited;  ///< absent fields keep their line, whatever it says
@@ -50,8 +57,10 @@ struct BextValues {
 
 /// A payload of the same length with the Description's key=value lines and, where a start timecode is given and the
 /// payload has room for it, the TimeReference brought up to date. A line keeps its place and its recorder's prefix
-/// letter; one that is missing is added at the end with the prefix "s". What does not fit 256 bytes is given up: added
-/// lines from the last on, then the end of the text, never half a UTF-8 character. Everything else stays as it is; the
+/// letter; one that is missing is added at the end with the prefix "s". Where the lines do not fit 256 bytes, the
+/// edited values are shortened, the longest first, never inside a UTF-8 character; flags, speed and take, of which a
+/// part would say something else, are written whole. An edited line for which even that leaves no room is left out,
+/// added ones first, from the last on. Lines that are not edited, and everything else, stay as they are; the
 /// Description's bytes stay to the last one when its text does not change. Payloads shorter than the Description come
 /// back unchanged.
 [[nodiscard]] Bytes updatedBext(ByteSpan payload, const BextValues& values);

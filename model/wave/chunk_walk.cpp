@@ -5,7 +5,13 @@
 namespace dravik {
 namespace {
 
+/// The payload of a ds64 chunk: three 64-bit sizes (form, data, samples), the number of entries, the entries, each an
+/// id and its 64-bit size.
+constexpr std::size_t ds64DataSizeOffset = 8;
+constexpr std::size_t ds64DataSizeEnd = 16;
+constexpr std::size_t ds64CountOffset = 24;
 constexpr std::size_t ds64FixedBytes = 28;
+constexpr std::size_t ds64EntrySizeOffset = 4;
 constexpr std::size_t ds64EntryBytes = 12;
 /// Entries for chunks other than data; ours are looked up linearly, real files have none.
 constexpr std::size_t maxDs64Entries = 64;
@@ -26,14 +32,14 @@ LargeSizes readDs64(const ByteSource& source, const Chunk& chunk) {
     LargeSizes sizes;
     const Bytes raw = source.read(
         chunk.payload(), std::min<std::uint64_t>(chunk.size, ds64FixedBytes + maxDs64Entries * ds64EntryBytes));
-    if (raw.size() < 16) return sizes;
-    sizes.data = readLE<std::uint64_t>(raw.data() + 8);
+    if (raw.size() < ds64DataSizeEnd) return sizes;
+    sizes.data = readLE<std::uint64_t>(raw.data() + ds64DataSizeOffset);
     if (raw.size() < ds64FixedBytes) return sizes;
-    const std::size_t count =
-        std::min<std::size_t>(readLE<std::uint32_t>(raw.data() + 24), (raw.size() - ds64FixedBytes) / ds64EntryBytes);
+    const std::size_t count = std::min<std::size_t>(readLE<std::uint32_t>(raw.data() + ds64CountOffset),
+                                                    (raw.size() - ds64FixedBytes) / ds64EntryBytes);
     for (std::size_t i = 0; i < count; ++i) {
         const std::byte* entry = raw.data() + ds64FixedBytes + i * ds64EntryBytes;
-        sizes.others.emplace_back(FourCC::at(entry), readLE<std::uint64_t>(entry + 4));
+        sizes.others.emplace_back(FourCC::at(entry), readLE<std::uint64_t>(entry + ds64EntrySizeOffset));
     }
     return sizes;
 }

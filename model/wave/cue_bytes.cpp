@@ -21,6 +21,10 @@ constexpr std::size_t sampleOffsetInPoint = 20;
 constexpr std::size_t listTypeBytes = 4;
 constexpr std::size_t subChunkHeaderBytes = 8;
 constexpr std::size_t cueNumberBytes = 4;
+constexpr FourCC labelId("labl");
+
+/// What a label says: a zero byte ends it.
+std::string_view labelText(ByteSpan bytes) noexcept { return asText(bytes).substr(0, asText(bytes).find('\0')); }
 
 /// The label as the format can hold it: a zero byte ends it.
 std::string_view storedLabel(const CuePoint& point) noexcept {
@@ -38,8 +42,8 @@ bool startsSubChunk(ByteSpan payload, std::size_t at) noexcept {
 
 /// Do the entries of this kind begin with the number of their point, as far as we know?
 bool namesItsPoint(const CueEntry& entry) noexcept {
-    return entry.content.size() >= cueNumberBytes &&
-           (entry.id == FourCC("note") || entry.id == FourCC("ltxt") || entry.id == FourCC("file"));
+    return entry.content.size() >= cueNumberBytes && (entry.id == labelId || entry.id == FourCC("note") ||
+                                                      entry.id == FourCC("ltxt") || entry.id == FourCC("file"));
 }
 
 /// Appends the points of one chunk, as far as the limit goes; false when there are more.
@@ -85,22 +89,21 @@ class EntryDealer {
 
   private:
     void dealOne(FourCC id, ByteSpan content) {
-        const bool isLabel = id == FourCC("labl");
         const auto sharing =
             content.size() < cueNumberBytes ? pointsOf_.end() : pointsOf_.find(readLE<std::uint32_t>(content.data()));
         if (sharing == pointsOf_.end()) {
-            if (!isLabel) content_.loose.push_back({id, {content.begin(), content.end()}});
+            content_.loose.push_back({id, {content.begin(), content.end()}});
             return;
         }
         const ByteSpan rest = content.subspan(cueNumberBytes);
         const std::size_t place = dealt_[{sharing->first, id.letters}]++;
         const std::vector<std::size_t>& points = sharing->second;
         CuePoint& point = content_.points[points[std::min(place, points.size() - 1)]];
-        if (!isLabel) {
+        const std::string_view label = id == labelId ? labelText(rest) : std::string_view{};
+        if (!label.empty() && !point.label) {
+            point.label = isValidUtf8(label) ? std::string(label) : latin1ToUtf8(label);
+        } else if (id != labelId || !label.empty()) {
             point.entries.push_back({id, {rest.begin(), rest.end()}});
-        } else if (place < points.size()) {
-            const std::string_view label = asText(rest).substr(0, asText(rest).find('\0'));
-            if (!label.empty()) point.label = isValidUtf8(label) ? std::string(label) : latin1ToUtf8(label);
         }
     }
 
@@ -138,10 +141,13 @@ Bytes labelListPayload(const std::vector<CuePoint>& points, const std::vector<Cu
         appendLE(content, point.number);
         append(content, label);
         content.push_back(std::byte{0});
-        appendChunk(out, "labl", content);
+        appendChunk(out, labelId, content);
     }
     for (const CuePoint& point : points) {
+        const bool hasLabel = !storedLabel(point).empty();
         for (const CueEntry& entry : point.entries) {
+            // A label that was taken away must not come back as the one behind it.
+            if (entry.id == labelId && !hasLabel) continue;
             content.clear();
             appendLE(content, point.number);
             append(content, ByteSpan(entry.content));

@@ -13,7 +13,8 @@ namespace dravik {
 /// The bytes of a `cue ` chunk and of a LIST of type `adtl` (RIFF, Multimedia Programming Interface 1.0): points, their
 /// labels, and whatever else the list holds for them. Knows no file. Pure functions, any thread.
 
-/// An entry of the list that is no label: a note, a labelled text, or one we do not know. Kept, not understood.
+/// An entry of the list that is no point's label: a note, a labelled text, a label too many, or one we do not know.
+/// Kept, not understood.
 struct CueEntry {
     FourCC id;
     Bytes content;
@@ -46,17 +47,16 @@ struct CueContent {
 [[nodiscard]] Bytes cueChunkPayload(const std::vector<CuePoint>& points);
 /// Payload of the `LIST` chunk ("adtl" first): the non-empty labels, then the entries of the points under the points'
 /// numbers, then the loose ones. Empty when there is none of them. A zero byte ends a label, as it does for readers.
-/// Numbers begin at 1: a loose note or text gets 0, so that it does not come to belong to a point that is numbered
-/// anew.
+/// Numbers begin at 1: a loose label, note or text gets 0, so that it does not come to belong to a point that is
+/// numbered anew. Labels among the entries of a point without a label are not written: the next reader would show one.
 [[nodiscard]] Bytes labelListPayload(const std::vector<CuePoint>& points, const std::vector<CueEntry>& loose = {});
 /// Is this payload of a LIST chunk (or `list`, as some recorders write it) of type adtl?
 [[nodiscard]] bool isLabelList(ByteSpan listPayload) noexcept;
 
 /// Reads the payloads found in a file, each kind in file order. The frame is a point's sample offset, whatever chunk it
-/// names. Reads as many whole points as there are. A label is that of the same number (of several, the first), ends at
-/// its zero byte, and is absent when empty; text that is not UTF-8 is taken as ISO Latin-1. Where points share a
-/// number, they share out its labels and its entries of each kind in order; what is left over goes to the last of them,
-/// but for labels, of which a point has one.
+/// names. Reads as many whole points as there are. A label is the first of the same number that is not empty and ends
+/// at its zero byte; further ones become entries. Text that is not UTF-8 is taken as ISO Latin-1. Where points share a
+/// number, they share out its labels and its entries of each kind in order; what is left over goes to the last of them.
 [[nodiscard]] CueContent readCues(const std::vector<ByteSpan>& cuePayloads, const std::vector<ByteSpan>& labelLists);
 
 }  // namespace dravik

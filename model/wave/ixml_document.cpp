@@ -4,7 +4,6 @@
 #include "model/wave/ixml_tags.h"
 
 #include <algorithm>
-#include <array>
 #include <limits>
 
 namespace dravik {
@@ -32,10 +31,6 @@ class TagFilter {
   private:
     std::uint32_t mask_, key_;
 };
-
-bool isCircledText(std::string_view value) {
-    return estVrai(value) || equalsIgnoringAsciiCase(trimmed(value), "circled");
-}
 
 /// A track or channel number: a decimal integer above 0.
 std::optional<int> positiveNumber(std::optional<std::string_view> text) noexcept {
@@ -171,24 +166,12 @@ std::optional<std::string> valeurTag(std::string_view name, std::string_view doc
     return std::string(trimmed(document.substr(element->valueBegin, element->valueEnd - element->valueBegin)));
 }
 
-bool estVrai(std::string_view value) {
-    static constexpr std::array<std::string_view, 6> truths = {"1", "true", "yes", "y", "oui", "o"};
-    return std::any_of(truths.begin(), truths.end(), [text = trimmed(value)](std::string_view truth) {
-        return equalsIgnoringAsciiCase(text, truth);
-    });
-}
-
 bool lireCircled(const IxmlDocument& document) {
-    if (const auto circled = document.value("CIRCLED")) return isCircledText(*circled);
-    if (const auto circle = document.value("CIRCLE")) return isCircledText(*circle);
-    const auto takeType = document.value("TAKE_TYPE");
-    return takeType && equalsIgnoringAsciiCase(*takeType, "CIRCLED");
+    return circledFlag([&](std::string_view name) { return document.value(name); }).value_or(false);
 }
 
 bool lireWild(const IxmlDocument& document) {
-    if (const auto wild = document.value("WILD_TRACK")) return estVrai(*wild);
-    const auto takeType = document.value("TAKE_TYPE");
-    return takeType && equalsIgnoringAsciiCase(*takeType, "WILD");
+    return wildFlag([&](std::string_view name) { return document.value(name); }).value_or(false);
 }
 
 std::map<int, std::string> lireNomsPistes(const IxmlDocument& document) { return lireNomsPistes(document.tracks()); }

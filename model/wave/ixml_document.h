@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/wave/take_flags.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -78,11 +80,8 @@ class IxmlDocument {
 /// First whole element of that name; for a single look-up.
 [[nodiscard]] std::optional<IxmlElement> plageTag(std::string_view document, std::string_view name);
 
-/// Truth of an iXML flag: trimmed and lower-cased one of "1", "true", "yes", "y", "oui", "o".
-[[nodiscard]] bool estVrai(std::string_view value);
-/// CIRCLED, else CIRCLE, else TAKE_TYPE: the first element present decides.
+/// The flags as the document's elements tell them (take_flags.h); false where none does.
 [[nodiscard]] bool lireCircled(const IxmlDocument& document);
-/// WILD_TRACK, else TAKE_TYPE: the first element present decides.
 [[nodiscard]] bool lireWild(const IxmlDocument& document);
 /// Track names by key; a later track of the same key wins. Tracks without a name are left out.
 [[nodiscard]] std::map<int, std::string> lireNomsPistes(const IxmlDocument& document);

@@ -52,21 +52,60 @@ bool replaceValue(std::string& document, std::string_view name, std::string_view
     return replaceValueWithin(document, 0, document.size(), name, value);
 }
 
-/// The elements of which a save without a change adds a second copy (see definirTag).
-bool isCopiedWhenEqual(std::string_view name) noexcept {
+/// The elements that exist twice: at the top and in SPEED, or as a second copy (see definirTag).
+bool isTimeElement(std::string_view name) noexcept {
     static constexpr std::array<std::string_view, 4> names = {
         "TIMECODE_RATE", "TIMECODE_FLAG", "TIMESTAMP_SAMPLES_SINCE_MIDNIGHT_LO", "TIMESTAMP_SAMPLES_SINCE_MIDNIGHT_HI"};
     return std::any_of(names.begin(), names.end(), [&](auto known) { return equalsIgnoringAsciiCase(name, known); });
 }
 
-void setElement(std::string& document, std::string_view name, std::string_view value) {
+/// Puts the value into every element of that name behind `from` that holds text alone, in one pass; how many there are.
+/// One that holds other tags is damage, and what a reader would take for its value is not its own.
+std::size_t replaceCopies(std::string& document, std::size_t from, std::string_view name, std::string_view value) {
+    const std::string_view text = document;
+    std::string out;
+    std::size_t copied = 0;
+    std::size_t copies = 0;
+    bool differs = false;
+    for (std::size_t at = findOpeningTag(text, name, from); at != noTag; at = findOpeningTag(text, name, at + 1)) {
+        const std::size_t tagEnd = text.find_first_of("<>", at + 1);
+        if (tagEnd == noTag) break;
+        const std::size_t valueEnd = text[tagEnd] == '>' ? text.find('<', tagEnd) : noTag;
+        if (valueEnd == noTag || !closesElement(text, valueEnd, name)) continue;
+        ++copies;
+        differs = differs || text.substr(tagEnd + 1, valueEnd - tagEnd - 1) != value;
+        out.append(text.substr(copied, tagEnd + 1 - copied)).append(value);
+        copied = valueEnd;
+    }
+    if (!differs) return copies;
+    out.append(text.substr(copied));
+    document = std::move(out);
+    return copies;
+}
+
+/// definirTag for the time elements. All copies keep saying the same, or a later edit would leave the first one right
+/// and the others stale; and what has a second copy gets no third, or each save would add one.
+void setTimeElement(std::string& document, std::string_view name, std::string_view value) {
     const auto found = plageTag(document, name);
-    const bool equal =
-        found && std::string_view(document).substr(found->valueBegin, found->valueEnd - found->valueBegin) == value;
-    if (!found || (equal && isCopiedWhenEqual(name))) {
+    if (!found) {
         insertElement(document, name, value);
-    } else if (!equal) {
+        return;
+    }
+    const bool equal =
+        std::string_view(document).substr(found->valueBegin, found->valueEnd - found->valueBegin) == value;
+    const std::size_t copies = replaceCopies(document, found->end, name, value);
+    if (!equal) {
         document.replace(found->valueBegin, found->valueEnd - found->valueBegin, value);
+    } else if (copies == 0) {
+        insertElement(document, name, value);
+    }
+}
+
+void setElement(std::string& document, std::string_view name, std::string_view value) {
+    if (isTimeElement(name)) {
+        setTimeElement(document, name, value);
+    } else if (!replaceValue(document, name, value)) {
+        insertElement(document, name, value);
     }
 }
 
@@ -213,19 +252,10 @@ void refuseLarge(std::string_view document) {
 /// The text is UTF-8 whatever its first line said: a declaration of another encoding would make every other program
 /// misread its accented letters. Documents of plain ASCII read the same either way and stay as they are.
 void declareUtf8(std::string& document) {
-    constexpr std::string_view name = "encoding";
-    const bool ascii = std::all_of(document.begin(), document.end(), [](char c) { return (c & 0x80) == 0; });
-    const std::size_t start = document.find_first_not_of("\xEF\xBB\xBF");
-    if (ascii || start == std::string::npos || !std::string_view(document).substr(start).starts_with("<?xml")) return;
-    const std::size_t end = document.find("?>", start);
-    const std::size_t at = document.find(name, start);
-    if (end == std::string::npos || at > end) return;
-    const std::size_t open = document.find_first_of("\"'", at + name.size());
-    if (open >= end) return;
-    const std::size_t close = document.find(document[open], open + 1);
-    if (close >= end) return;
-    if (equalsIgnoringAsciiCase(std::string_view(document).substr(open + 1, close - open - 1), "UTF-8")) return;
-    document.replace(open + 1, close - open - 1, "UTF-8");
+    const std::string_view declared = declaredEncoding(document);
+    if (declared.empty() || equalsIgnoringAsciiCase(declared, "UTF-8")) return;
+    if (std::all_of(document.begin(), document.end(), [](char c) { return (c & 0x80) == 0; })) return;
+    document.replace(static_cast<std::size_t>(declared.data() - document.data()), declared.size(), "UTF-8");
 }
 
 }  // namespace

@@ -1,9 +1,8 @@
 #pragma once
 
 #include "base/error.h"
+#include "model/wave/metadata_values.h"
 
-#include <map>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,23 +17,6 @@ inline constexpr std::string_view emptyIxmlDocument =
     "<BWFXML>\n<PROJECT></PROJECT>\n<SCENE></SCENE>\n<TAPE></TAPE>\n<TAKE></TAKE>\n<NOTE></NOTE>\n"
     "<CIRCLED>FALSE</CIRCLED>\n</BWFXML>";
 
-/// The values a save writes into one file. An absent text or flag was not edited: the file keeps its own, and an
-/// element it does not have is not added. CIRCLED alone is always written anew, from the file's own value; and where a
-/// TAKE_TYPE, which that removes, was all that said "wild", a WILD_TRACK takes over. A timecode is counted at
-/// `framerate`: whoever gives one gives both.
-struct MetadataValues {
-    std::optional<std::string> project, scene, tape, prise, note;
-    std::optional<bool> circled, wild;
-    std::map<int, std::string>
-        nomsPistes;  ///< track number -> name, only those to write; plain text ("&", not "&amp;")
-    /// Name for the only track of a mono file: goes into the file's first TRACK, whatever its numbers; a file without
-    /// one gets track 1.
-    std::optional<std::string> soleTrackName;
-    std::string timecode;   ///< "HH:MM:SS:FF"; empty: leave the file's time stamp alone
-    std::string framerate;  ///< label; empty: leave the file's rate alone
-    double sampleRate = 0;  ///< of the file, Hz
-};
-
 /// What an edit cannot do.
 class IxmlError : public Error {
   public:
@@ -47,8 +29,8 @@ class IxmlError : public Error {
 /// front of "</IXML>" (the first of each, case ignored), else at the end.
 [[nodiscard]] std::string insererTag(std::string_view document, std::string_view name, std::string_view value);
 /// Replaces the value of the first element, or inserts one. TIMECODE_RATE, TIMECODE_FLAG and the two
-/// TIMESTAMP_SAMPLES_SINCE_MIDNIGHT elements get a second copy when the first already holds that very value; readers
-/// take the first.
+/// TIMESTAMP_SAMPLES_SINCE_MIDNIGHT elements get a second copy when the only one already holds that very value; where
+/// there are several, in SPEED or not, all get the value.
 [[nodiscard]] std::string definirTag(std::string_view document, std::string_view name, std::string_view value);
 /// What is left when the first element and the blanks, tabs, line feeds and carriage returns directly behind it are
 /// removed until there is none.

@@ -34,21 +34,26 @@ class LazyMediaReader final : public AudioFileReader {
 #else
         constexpr const char* moduleName = "dravik_media.so";
 #endif
+        std::optional<std::string> reason;
         // Beside the program in a build, in lib/dravik where it is installed.
         const std::filesystem::path folder = programFolder();
         for (const std::filesystem::path& place :
              {folder / moduleName, folder / ".." / "lib" / "dravik" / moduleName}) {
             // Never unloaded: the libraries keep threads and tables of their own.
             void* module = ::dlopen(place.c_str(), RTLD_NOW | RTLD_LOCAL);
-            if (module == nullptr) continue;
-            void* symbol = ::dlsym(module, "dravikMakeMediaReader");
-            if (symbol == nullptr) continue;
-            reader_.reset(reinterpret_cast<MakeMediaReader>(symbol)());
-            return;
+            void* symbol = module != nullptr ? ::dlsym(module, "dravikMakeMediaReader") : nullptr;
+            if (symbol != nullptr) {
+                reader_.reset(reinterpret_cast<MakeMediaReader>(symbol)());
+                return;
+            }
+            // A module that is there and does not load is what is wrong, not that there is none in the other place.
+            const char* said = ::dlerror();
+            std::error_code none;
+            if (!reason && said != nullptr && std::filesystem::exists(place, none)) reason = said;
         }
-        const char* reason = ::dlerror();
         if (complain_) {
-            complain_(std::string("Files other than WAV cannot be read: ") + (reason != nullptr ? reason : moduleName));
+            complain_("Files other than WAV cannot be read: " +
+                      reason.value_or(std::string(moduleName) + " was not found."));
         }
     }
 

@@ -169,6 +169,12 @@ void PosixFileOps::remove(const std::filesystem::path& path) {
     if (::unlink(path.c_str()) != 0 && errno != ENOENT) fail("cannot remove", path);
 }
 
+std::error_code PosixFileOps::creationError(const std::filesystem::path& folder) noexcept {
+    // Rights of the effective user, as of whoever will create the file.
+    if (::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0) return {};
+    return {errno, std::generic_category()};
+}
+
 std::optional<std::uint64_t> PosixFileOps::freeBytes(const std::filesystem::path& folder) noexcept {
     struct statvfs status {};
     if (::statvfs(folder.c_str(), &status) != 0) return std::nullopt;

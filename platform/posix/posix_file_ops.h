@@ -27,6 +27,7 @@ class PosixFileOps : public FileOps {
     void renameNoReplace(const std::filesystem::path& from, const std::filesystem::path& to) override;
     void syncFolder(const std::filesystem::path& folder) override;
     void remove(const std::filesystem::path& path) override;
+    std::error_code creationError(const std::filesystem::path& folder) noexcept override;
     std::optional<std::uint64_t> freeBytes(const std::filesystem::path& folder) noexcept override;
 
   protected:

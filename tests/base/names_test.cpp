@@ -1,5 +1,6 @@
 #include "base/checksum.h"
 #include "base/error.h"
+#include "base/file_error.h"
 #include "base/paths.h"
 #include "base/temp_name.h"
 #include "base/text.h"
@@ -105,6 +106,9 @@ TEST(UserText, NamesTheFileOfASystemErrorOnceAndLeavesOurOwnSentencesAlone) {
     EXPECT_EQ(userText(full), "a.wav: No space left on device");
     EXPECT_EQ(systemText(full), "No space left on device");
     EXPECT_EQ(userText(Error("Our own sentence.")), "Our own sentence.");
+    const FileError cut("it ended while it was copied", "/takes/a.wav", std::errc::io_error);
+    EXPECT_EQ(userText(cut), "a.wav: it ended while it was copied") << "where we know better than the system";
+    EXPECT_EQ(cut.code(), std::errc::io_error);
 }
 
 }  // namespace

@@ -277,6 +277,8 @@ TEST(EnsureRoom, RefusesBeforeTheFirstByteUnlessBlocksCanBeShared) {
     writeFile(folder / longName, "content");
     FaultyFileOps ops;
     ops.free = 999;
+    EXPECT_FALSE(reportsRoom(ops, folder / longName, 1000));
+    EXPECT_EQ(ops.calls(), 0) << "asked without a trial file";
     EXPECT_EQ(codeOf([&] { ensureRoom(ops, folder / longName, 1000); }), std::errc::no_space_on_device);
     ops.sharing = true;
     EXPECT_NO_THROW(ensureRoom(ops, folder / longName, 1000));

@@ -28,10 +28,19 @@ TEST(Text, AStrayByteIsReadAsLatin1AndGarblesNoOtherCharacter) {
     const struct {
         std::string bytes, text;
     } cases[] = {
-        {"\xE9\x80 \xFF", "é\xC2\x80 ÿ"},                 // nothing but Latin-1
-        {"Café \xE9", "Café é"},                          // one byte too many in a text that is UTF-8
-        {"été \xE2\x82", "été â\xC2\x82"},                // a character that was cut off
-        {"\xAB\xA0pr\xE9\xA0\xBB", "«\u00A0pré\u00A0»"},  // Latin-1, the end of which happens to be UTF-8
+        {"\xE9\x80 \xFF", "é\xC2\x80 ÿ"},       // nothing but Latin-1
+        {"Café \xE9", "Café é"},                // one byte too many in a text that is UTF-8
+        {"été \xE2\x82", "été â\xC2\x82"},      // a character that was cut off
+        {"Café \xE9 \xE8 \xEA", "Café é è ê"},  // several of them
+        {"<?xml encoding='UTF-8'?>\xC9t\xE9 é", "<?xml encoding='UTF-8'?>Été é"},
+        {"\xEF\xBB\xBF<?xml encoding='latin1'?>\xE9 é", "\xEF\xBB\xBF<?xml encoding='latin1'?>é é"},
+        // Declared, Latin-1 is no matter of guessing, unless all of it is UTF-8: the end of this happens to look like
+        // it.
+        {"<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\xABpr\xE9\xA0\xBB",
+         "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>«pré\u00A0»"},
+        {"<?xml encoding='Windows-1252' ?>\xC9\xBB \xE9", "<?xml encoding='Windows-1252' ?>É» é"},
+        {"<?xml encoding='ISO_8859-1'?>é", "<?xml encoding='ISO_8859-1'?>é"},
+        {"<?xml version='1.0'?><A encoding='latin1'>\xE9é", "<?xml version='1.0'?><A encoding='latin1'>éé"},
     };
     for (const auto& [bytes, text] : cases)
         EXPECT_EQ(utf8OrLatin1(bytes), text);

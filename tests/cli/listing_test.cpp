@@ -59,7 +59,7 @@ TEST(ScanCommand, KeepsTheKeysOfItsJsonDocument) {
     const Json& set = document["groups"][1];
     EXPECT_THAT(keysOf(set),
                 ElementsAre("name", "poly", "mixed", "project", "scene", "take", "tape", "note", "circled", "wild",
-                            "timecode", "framerate", "recordingDate", "recordingDateStatus", "files"));
+                            "timecode", "framerate", "recordingDate", "recordingDateStatus", "missing", "files"));
     EXPECT_THAT(keysOf(set["files"][0]),
                 ElementsAre("path", "name", "format", "channels", "sampleRate", "bits", "duration", "size", "project",
                             "scene", "take", "tape", "note", "circled", "wild", "timecode", "framerate",

@@ -5,20 +5,25 @@
 #include <cstdlib>
 
 #include <fcntl.h>
-#include <fmt/format.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace dravik::test {
 
+namespace {
+
+std::filesystem::path programFile() {
+    if (const char* named = std::getenv("DRAVIK_CLI"); named != nullptr) return named;
+    return std::filesystem::read_symlink("/proc/self/exe").parent_path() / "dravik-cli";
+}
+
+}  // namespace
+
 Program::Program(const std::vector<std::string>& arguments, const Surroundings& surroundings) {
-    const char* program = std::getenv("DRAVIK_CLI");
-    if (program == nullptr) throw std::runtime_error("DRAVIK_CLI does not name the program");
     const std::filesystem::path out =
         surroundings.standardOutput.empty() ? folder_ / "out" : surroundings.standardOutput;
     const std::filesystem::path err = folder_ / "err";
-    std::vector<std::string> line = {program};
+    std::vector<std::string> line = {programFile()};
     line.insert(line.end(), arguments.begin(), arguments.end());
     std::vector<char*> pointers;
     for (std::string& argument : line)
@@ -53,17 +58,6 @@ Ran Program::wait() {
 Ran run(const std::vector<std::string>& arguments) { return run(arguments, {}); }
 Ran run(const std::vector<std::string>& arguments, const Program::Surroundings& surroundings) {
     return Program(arguments, surroundings).wait();
-}
-
-std::map<std::string, std::string> stateOf(const std::filesystem::path& folder) {
-    std::map<std::string, std::string> state;
-    for (const std::string& name : namesIn(folder)) {
-        struct stat info {};
-        if (::stat((folder / name).c_str(), &info) != 0) throw std::runtime_error("cannot look at " + name);
-        state[name] = fmt::format("{} {}.{} {}", info.st_ino, info.st_mtim.tv_sec, info.st_mtim.tv_nsec,
-                                  asText(readFile(folder / name)));
-    }
-    return state;
 }
 
 }  // namespace dravik::test

@@ -21,7 +21,8 @@ struct Ran {
     [[nodiscard]] nlohmann::ordered_json json() const { return nlohmann::ordered_json::parse(out); }
 };
 
-/// The program (DRAVIK_CLI names it) as a process, standard input empty, both outputs caught.
+/// The program as a process (the one beside the test, unless DRAVIK_CLI names another), standard input empty, both
+/// outputs caught.
 class Program {
   public:
     struct Surroundings {
@@ -42,8 +43,5 @@ class Program {
 
 [[nodiscard]] Ran run(const std::vector<std::string>& arguments);
 [[nodiscard]] Ran run(const std::vector<std::string>& arguments, const Program::Surroundings& surroundings);
-
-/// Everything that a look at a folder can tell apart: bytes, inodes, times of all files in it.
-[[nodiscard]] std::map<std::string, std::string> stateOf(const std::filesystem::path& folder);
 
 }  // namespace dravik::test

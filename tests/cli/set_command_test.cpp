@@ -1,5 +1,7 @@
 #include "model/probe.h"
+#include "platform/native_file_ops.h"
 #include "tests/cli/program.h"
+#include "tests/support/fake_codecs.h"
 #include "tests/support/files.h"
 #include "tests/support/samples.h"
 #include "tests/support/wav_builder.h"
@@ -18,12 +20,7 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
 /// Fields of files without any codec: all fixtures here are plain WAV.
-InfoFichier probed(const std::filesystem::path& file) {
-    class NoCodecs final : public AudioFileReader {
-        std::optional<AudioFormat> format(const std::filesystem::path&) const noexcept override { return {}; }
-    };
-    return analyserFichier(file, NoCodecs());
-}
+InfoFichier probed(const std::filesystem::path& file) { return analyserFichier(file, FakeCodecs()); }
 
 Bytes audioOf(const std::filesystem::path& file) {
     const FileHandle handle = FileHandle::openForReading(file);
@@ -77,6 +74,16 @@ TEST_F(SetCommand, EditsOnlyTheFileNamedWhenToldNotToGroup) {
     const auto after = stateOf(folder_.path());
     EXPECT_EQ(before.at("SC12_T01.wav"), after.at("SC12_T01.wav"));
     EXPECT_EQ(probed(file(2)).notes, "one");
+}
+
+TEST_F(SetCommand, NamesTheFilesOfATakeThatItDoesNotTouch) {
+    writeSet();
+    writeFile(file(3), "no audio at all");
+    const Ran ran = set({"--scene", "13", file(1)});
+    EXPECT_EQ(ran.exitCode, 0);
+    EXPECT_EQ(ran.out, "Saved 2 files\n");
+    EXPECT_THAT(ran.err, HasSubstr("SC12_T03.wav: cannot be read as audio. It is not touched with the take SC12."));
+    EXPECT_EQ(run({"scan", "--json", folder_.path()}).json()["groups"][0]["missing"], Json({3}));
 }
 
 TEST_F(SetCommand, TakesEachTakeOnceHoweverItIsNamed) {
@@ -137,6 +144,10 @@ TEST_F(SetCommand, NamesTheTrackOfTheFileItLiesIn) {
 TEST_F(SetCommand, RefusesWrongValuesBeforeItTouchesAFile) {
     writeSet();
     const std::string plain = WavBuilder().fmt().audio(100).write(folder_ / "plain.wav");
+    const std::string longSuffix = recorderFile().write(folder_ / ("L_T1_" + std::string(60, 's') + ".wav"));
+    recorderFile().write(folder_ / "L_T2.wav");
+    recorderFile({.familyUid = "F"}).write(folder_ / "TK_1.wav");
+    const std::string tk = recorderFile({.familyUid = "F"}).write(folder_ / "TK_2.wav");
     struct Case {
         std::vector<std::string> arguments;
         int exitCode;
@@ -159,18 +170,27 @@ TEST_F(SetCommand, RefusesWrongValuesBeforeItTouchesAFile) {
         {{"--name", "a/b", set1}, 2, "cannot be the name"},
         {{"--name", "b.wav", set1}, 2, "without the extension"},
         {{"--scene", "\xff", set1}, 2, "not UTF-8"},
+        {{"--note", "a\x01", set1}, 2, "control character"},
+        {{"--track", "1=\x1b[m", set1}, 2, "control character"},
+        {{"--name", "NEW", "--note", "</NOTE>", set1}, 3, "SC12_T02.wav cannot take these values"},
+        {{"--name", "12A_T001", tk}, 3, "would no longer be one take"},
+        {{"--name", "L", set1}, 3, "a part of another take, L."},
         {{"--name", "plain", "--no-group", file(1)}, 3, "already exists"},
+        {{"--name", std::string(220, 'n'), longSuffix}, 3, "A file cannot be named"},
         {{"--name", "X", "--no-group", folder_.path()}, 2, "one take at a time"},
         {{"--scene", "<CIRCLED>", "--name", "X", folder_.path()}, 2, "one take at a time"},
         {{"--scene", "1", set1, folder_ / "absent.wav"}, 3, "absent.wav: No such file or directory"},
     };
     for (const Case& one : cases) {
-        std::vector<std::string> arguments = one.arguments;
         const auto before = stateOf(folder_.path());
-        const Ran ran = set(arguments);
-        EXPECT_EQ(ran.exitCode, one.exitCode) << one.says;
-        EXPECT_THAT(ran.err, HasSubstr(one.says));
-        EXPECT_EQ(stateOf(folder_.path()), before);
+        for (const bool dryRun : {false, true}) {
+            std::vector<std::string> arguments = one.arguments;
+            if (dryRun) arguments.insert(arguments.begin(), "--dry-run");
+            const Ran ran = set(arguments);
+            EXPECT_EQ(ran.exitCode, one.exitCode) << one.says;
+            EXPECT_THAT(ran.err, HasSubstr(one.says));
+            EXPECT_EQ(stateOf(folder_.path()), before);
+        }
     }
 }
 
@@ -204,16 +224,53 @@ TEST_F(SetCommand, RefusesTheWholeCommandForAReadOnlyFormat) {
     EXPECT_EQ(stateOf(folder_.path()), before);
 }
 
-TEST_F(SetCommand, SavesTheOthersWhenOneFileFailsAndNamesIt) {
+TEST_F(SetCommand, RefusesTheWholeCommandForOneFileThatCannotTakeIt) {
     writeSet();
     // New metadata would be lost behind a chunk that claims more than is there.
-    WavBuilder().fmt().audio(10).chunkClaiming("tail", asBytes("xy"), 500).write(folder_ / "damaged.wav");
+    const std::string damaged =
+        WavBuilder().fmt().audio(10).chunkClaiming("tail", asBytes("xy"), 500).write(folder_ / "damaged.wav");
+    const auto before = stateOf(folder_.path());
+    for (const char* how : {"--json", "--dry-run"}) {
+        const Ran ran = set({"--json", how, "--scene", "1", folder_.path()});
+        EXPECT_EQ(ran.exitCode, 3);
+        EXPECT_THAT(ran.err, HasSubstr("damaged.wav has a damaged last chunk"));
+        EXPECT_EQ(ran.json()["saved"], 0);
+        EXPECT_THAT(ran.json()["results"][0]["message"].get<std::string>(), HasSubstr("damaged.wav has"));
+        EXPECT_EQ(ran.json()["results"][1]["message"], "No files were changed.");
+        EXPECT_EQ(run({"cues", "--add", "1", damaged, std::string(how)}).exitCode, 3);
+        EXPECT_EQ(stateOf(folder_.path()), before);
+    }
+}
+
+TEST_F(SetCommand, SavesTheOthersWhenOneFileFailsAndNamesIt) {
+    writeSet();
+    const auto other = makeNativeFileOps();
+    const FileHandle busy = FileHandle::openForReading(file(1));
+    ASSERT_EQ(other->tryLock(busy), FileOps::Lock::taken);
     const Ran ran = set({"--json", "--scene", "1", folder_.path()});
     EXPECT_EQ(ran.exitCode, 1);
-    EXPECT_THAT(ran.err, HasSubstr("damaged.wav"));
-    EXPECT_EQ(ran.json()["saved"], 2);
+    EXPECT_THAT(ran.err, HasSubstr("SC12_T01.wav was written to by another program"));
+    EXPECT_EQ(ran.json()["saved"], 1);
     EXPECT_EQ(ran.json()["results"][0]["ok"], false);
     EXPECT_EQ(probed(file(2)).scene, "1");
+}
+
+TEST_F(SetCommand, SaysThatNamesWhichDifferInCaseAreOne) {
+    writeSet();
+    const Ran ran = set({"--name", "sc12", file(1)});
+    EXPECT_EQ(ran.exitCode, 0);
+    EXPECT_EQ(ran.out, "Nothing to write.\n");
+    EXPECT_EQ(ran.err, "SC12 keeps its name: names that differ only in letter case are one name.\n");
+}
+
+TEST_F(SetCommand, RenamesAnUnreadableFileWithItsSetAndSaysSo) {
+    writeSet();
+    writeFile(file(3), "no audio at all");
+    const Ran ran = set({"--name", "SC13", "--json", file(1)});
+    EXPECT_EQ(ran.exitCode, 0);
+    EXPECT_THAT(ran.err, HasSubstr("SC12_T03.wav: cannot be read as audio. It is renamed, but no more, with the take"));
+    EXPECT_EQ(ran.json()["results"][2]["newPath"], (folder_ / "SC13_T03.wav").string());
+    EXPECT_THAT(namesIn(folder_.path()), ElementsAre("SC13_T01.wav", "SC13_T02.wav", "SC13_T03.wav"));
 }
 
 TEST_F(SetCommand, RenamesASetAndKeepsItsTrackSuffixes) {

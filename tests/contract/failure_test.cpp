@@ -63,7 +63,8 @@ struct Attempt {
     }
     void expectFinished(const Operation& operation, const Outcomes& outcomes) {
         EXPECT_TRUE(expectWhole(operation, outcomes) == outcomes.contents.back());
-        EXPECT_EQ(namesIn(folder.path()).front(), operation.renames ? "new.wav" : "take.wav");
+        const bool renamed = operation.renames && !outcomes.refused;
+        EXPECT_EQ(namesIn(folder.path()).front(), renamed ? "new.wav" : "take.wav");
     }
 };
 

@@ -136,7 +136,8 @@ Outcomes outcomesOf(const Operation& operation, const Subject& subject) {
             outcomes.contents.push_back(readFile(path));
         }
     } catch (const Error&) {
-        outcomes.refused = true;
+        // Refused in one of its steps, an operation does none of them.
+        return {{subject.bytes}, true};
     }
     return outcomes;
 }

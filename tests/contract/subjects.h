@@ -38,7 +38,7 @@ struct Operation {
 /// is the finished one.
 struct Outcomes {
     std::vector<Bytes> contents;
-    bool refused = false;  ///< the operation, or one of its steps, does not take this file
+    bool refused = false;  ///< the operation, or one of its steps, does not take this file: it stays as it is
     [[nodiscard]] bool allow(const Bytes& bytes) const;
 };
 [[nodiscard]] Outcomes outcomesOf(const Operation& operation, const Subject& subject);

@@ -23,6 +23,7 @@ using test::Call;
 using test::FaultyFileOps;
 using test::namesIn;
 using test::TempFolder;
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -135,8 +136,13 @@ TEST_F(RenameTransaction, PutsEverythingBackWhereverItFails) {
             EXPECT_TRUE(recover().empty()) << "an orphaned journal is dropped without a word";
             EXPECT_EQ(picture().size(), 3U);
             rename({{"a", "b"}, {"b", "a"}, {"x", "c"}});
-        } catch (const std::filesystem::filesystem_error& error) {
-            EXPECT_EQ(error.code(), std::errc::permission_denied);
+        } catch (const std::exception& error) {
+            EXPECT_THAT(userText(error), AllOf(HasSubstr("Permission denied"), testing::Not(HasSubstr(".dravik"))));
+            const auto* refused = dynamic_cast<const MainSaveRenameError*>(&error);
+            if (refused != nullptr) {
+                EXPECT_EQ(refused->reason(), MainSaveRenameError::Reason::journalNotWritten);
+                EXPECT_THAT(userText(error), HasSubstr(folder.path().string()));
+            }
         }
         EXPECT_EQ(picture(), before) << "the call number " << nth << " failed";
     }
@@ -157,8 +163,8 @@ TEST_F(RenameTransaction, KeepsEveryFileWhenTheWayBackFailsAsWell) {
             try {
                 static_cast<void>(runRenames(ops, plan));
             } catch (const MainSaveRenameError& error) {
-                EXPECT_EQ(error.reason(), MainSaveRenameError::Reason::rollbackFailed);
-                ++notRestored;
+                saidToBeRestored = error.nothingChanged();
+                notRestored += saidToBeRestored ? 0 : 1;
             } catch (const std::filesystem::filesystem_error&) {
                 saidToBeRestored = true;
             }
@@ -230,6 +236,21 @@ TEST_F(RenameTransaction, SaysWhereEveryFileIsWhenNothingCanBeMovedAnyMore) {
     ops.failAt({.nth = 0});
     EXPECT_THAT(recover().failures, IsEmpty());
     EXPECT_THAT(picture(), ElementsAre("x.wav=a.wav", "y.wav=b.wav"));
+}
+
+TEST_F(RenameTransaction, MovesNothingWhileAnotherProgramSavesOneOfTheFiles) {
+    have({"a.wav", "b.wav"});
+    const auto other = makeNativeFileOps();
+    const FileHandle saving = FileHandle::openForReading(folder / "b.wav");
+    ASSERT_EQ(other->tryLock(saving), FileOps::Lock::taken);
+    try {
+        rename({{"a", "x"}, {"b", "y"}});
+        FAIL() << "expected an error";
+    } catch (const MainSaveRenameError& error) {
+        EXPECT_TRUE(error.nothingChanged());
+        EXPECT_STREQ(error.what(), "b.wav is being saved by another program. No files were changed.");
+    }
+    EXPECT_THAT(picture(), ElementsAre("a.wav=a.wav", "b.wav=b.wav"));
 }
 
 TEST_F(RenameTransaction, ReplacesNothingThatOnlyACaseSensitiveVolumeTellsApart) {
@@ -398,6 +419,21 @@ TEST_F(FolderRecovery, TellsOfADamagedJournalAndLeavesIt) {
     test::writeFile(folder / name, journalText({{"a.wav", ".dravik_rename_1.wav", "b.wav"}}).substr(0, 60));
     EXPECT_THAT(recover().failures, ElementsAre(HasSubstr("is damaged")));
     EXPECT_EQ(namesIn(folder.path()).size(), 2U);
+}
+
+TEST_F(FolderRecovery, TellsOfAHiddenFileThatNoJournalNames) {
+    const std::string lost = freshRenameName(".wav");
+    const std::string named = freshRenameName(".wav");
+    have({lost, named, "a.wav"});
+    EXPECT_THAT(recover().failures, testing::UnorderedElementsAre(HasSubstr(lost), HasSubstr(named)));
+    leaveJournal(JournalPhase::takingAway, {{"a.wav", named, "b.wav"}, {"c.wav", ".dravik_rename_2.wav", "d.wav"}});
+    EXPECT_THAT(recover().failures,
+                testing::UnorderedElementsAre(HasSubstr("a.wav could not be restored"),
+                                              AllOf(HasSubstr(lost), HasSubstr("nothing tells its old name"))));
+    // The hidden files may all be those of a journal that cannot be read.
+    test::writeFile(folder / journalName(freshToken(), JournalPhase::takingAway), "damaged");
+    EXPECT_THAT(recover().failures,
+                testing::UnorderedElementsAre(HasSubstr("a.wav could not be restored"), HasSubstr("is damaged")));
 }
 
 TEST_F(FolderRecovery, ChangesNothingWhereThereIsNothingOfOurs) {

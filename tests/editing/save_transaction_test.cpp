@@ -24,6 +24,7 @@ using test::Call;
 using test::FaultyFileOps;
 using test::namesIn;
 using test::readFile;
+using test::stateOf;
 using test::TempFolder;
 using test::WavBuilder;
 using testing::ElementsAre;
@@ -91,27 +92,19 @@ TEST_F(SaveTransaction, RenamesTheSetAndWritesEveryFileOfItAtItsNewPlace) {
 }
 
 TEST_F(SaveTransaction, TouchesNoFileWithoutAnEdit) {
-    const auto stampsOf = [&] {
-        std::vector<std::pair<ino_t, std::int64_t>> stamps;
-        for (const std::string& name : namesIn(folder.path())) {
-            struct stat status {};
-            EXPECT_EQ(::stat((folder / name).c_str(), &status), 0);
-            stamps.emplace_back(status.st_ino, status.st_mtim.tv_nsec);
-        }
-        return stamps;
-    };
-    const auto before = stampsOf();
+    const auto before = stateOf(folder.path());
     edits.setScene("13");
     edits.setScene("12A");
     const SaveReport report = save();
     EXPECT_EQ(report.written(), 0U);
     EXPECT_EQ(report.results.size(), 3U);
-    EXPECT_EQ(stampsOf(), before);
+    EXPECT_EQ(stateOf(folder.path()), before);
     EXPECT_EQ(ops.calls(), 0);
     edits.setTrackName(3, "Lav");
     EXPECT_EQ(save().written(), 1U) << "one name is in one file";
-    EXPECT_EQ(stampsOf()[0], before[0]);
-    EXPECT_NE(stampsOf()[2].first, before[2].first);
+    const auto after = stateOf(folder.path());
+    EXPECT_EQ(after.at("SC12_T01.wav"), before.at("SC12_T01.wav"));
+    EXPECT_NE(after.at("SC12_T03.wav"), before.at("SC12_T03.wav"));
 }
 
 TEST_F(SaveTransaction, ChangesNothingWhenTheRenameIsRefusedOrUndone) {
@@ -136,32 +129,112 @@ TEST_F(SaveTransaction, RefusesBeforeTheFirstChangeWhenThereIsNoRoom) {
         EXPECT_EQ(error.code(), std::errc::no_space_on_device);
     }
     EXPECT_THAT(namesIn(folder.path()), ElementsAre("SC12_T01.wav", "SC12_T02.wav", "SC12_T03.wav"));
+    // A rehearsal tells as much as can be told without a trial file.
+    const int calls = ops.calls();
+    const auto items = planSave(groupe, edits.fields(), edits.originals(), std::nullopt);
+    EXPECT_THAT(foldersShortOfRoom(ops, items), ElementsAre(folder.path()));
+    EXPECT_EQ(ops.calls(), calls);
     edits.annuler();
     EXPECT_NO_THROW(static_cast<void>(save("SC13"))) << "names alone need no room";
 }
 
 TEST_F(SaveTransaction, LetsNoFileThatFailsStopTheOthers) {
     edits.setScene("13");
-    const Bytes truncated = WavBuilder().fmt().chunkClaiming("data", test::audioBytes(99), 5000).bytes();
-    test::writeFile(folder / "SC12_T02.wav", truncated);
-    ops.failAt({.kinds = {Call::sync}, .nth = 2, .errorNumber = ENOSPC});  // of the third file
+    ops.failAt({.kinds = {Call::sync}, .nth = 1, .andNth = 3, .errorNumber = ENOSPC});
+    const Bytes third = readFile(folder / "SC12_T03.wav");
     const SaveReport report = save();
     EXPECT_EQ(report.written(), 1U);
     EXPECT_TRUE(report.failed());
-    EXPECT_EQ(report.results[0].error, "");
-    EXPECT_TRUE(report.results[1].error.starts_with("SC12_T02.wav has a damaged last chunk"))
-        << report.results[1].error;
-    EXPECT_EQ(report.results[2].error,
-              "SC12_T03.wav was not saved: No space left on device. The file was not changed.");
-    EXPECT_EQ(readFile(folder / "SC12_T02.wav"), truncated);
+    EXPECT_EQ(report.results[1].error, "");
+    for (const std::size_t i : {0U, 2U}) {
+        EXPECT_EQ(report.results[i].error,
+                  "SC12_T0" + std::to_string(i + 1) +
+                      ".wav was not saved: No space left on device. The file was not changed.");
+    }
+    EXPECT_EQ(readFile(folder / "SC12_T03.wav"), third);
     try {
         report.throwIfFailed();
         FAIL() << "expected an error";
     } catch (const MainSaveRenameError&) {
         FAIL() << "nothing was renamed";
     } catch (const Error& error) {
-        EXPECT_EQ(error.what(), report.results[1].error + "\n" + report.results[2].error);
+        EXPECT_EQ(error.what(), report.results[0].error + "\n" + report.results[2].error);
     }
+}
+
+TEST_F(SaveTransaction, IsRefusedBeforeTheFirstChangeForEveryFileThatCannotTakeIt) {
+    const Bytes sound = readFile(folder / "SC12_T01.wav");
+    const Bytes damaged = WavBuilder().fmt().chunkClaiming("data", test::audioBytes(99), 5000).bytes();
+    WavBuilder full;  // an iXML or two chunks of markers find a place, not all of them
+    for (std::size_t i = 2; i < maxChunks; ++i)
+        full.chunk("JUNK", "");
+    const std::vector<CueMarker> marker = {{{}, 1, "x"}};
+    const struct {
+        std::string rule, note;
+        Bytes first, second;
+        std::optional<std::vector<CueMarker>> cues;
+        std::vector<std::string> says;
+    } cases[] = {
+        {"new chunks would be lost", "n", damaged, damaged, {}, {"SC12_T01.wav has a damaged", "SC12_T02.wav has a"}},
+        {"a tag in a value", "</NOTE>", sound, sound, {}, {"SC12_T01.wav cannot take", "SC12_T03.wav cannot take"}},
+        {"a control character", "a\x01", sound, sound, {}, {"SC12_T02.wav cannot take", "control character"}},
+        {"too many markers", "n", sound, sound, std::vector<CueMarker>(70'000), {"SC12_T03.wav cannot hold"}},
+        {"no longer a recording", "n", sound, toBytes("text"), {}, {"SC12_T02.wav is not a RIFF/WAVE file"}},
+        {"markers behind the new iXML", "n", full.bytes(), sound, marker, {"SC12_T01.wav could not be rewritten so"}},
+    };
+    for (const auto& [rule, note, first, second, cues, says] : cases) {
+        SCOPED_TRACE(rule);
+        edits.annuler();
+        edits.setNote(note);
+        test::writeFile(folder / "SC12_T01.wav", first);
+        test::writeFile(folder / "SC12_T02.wav", second);
+        std::vector<SaveItem> all = items("SC13");
+        for (SaveItem& item : all)
+            item.cues = cues;
+        const auto before = stateOf(folder.path());
+        const int calls = ops.calls();
+        try {
+            static_cast<void>(runSave(ops, all, {}));
+            FAIL() << "expected an error";
+        } catch (const SaveRefused& error) {
+            for (const std::string& text : says)
+                EXPECT_THAT(error.what(), HasSubstr(text));
+            EXPECT_TRUE(std::string(error.what()).ends_with("No files were changed."));
+        }
+        EXPECT_EQ(stateOf(folder.path()), before);
+        EXPECT_EQ(ops.calls(), calls);
+    }
+}
+
+TEST_F(SaveTransaction, NamesTheFolderInWhichNoFileCanBeMade) {
+    edits.setScene("13");
+    ops.readOnlyFolders = true;
+    for (const std::optional<std::string>& name : {std::optional<std::string>(), std::optional<std::string>("SC13")}) {
+        try {
+            static_cast<void>(save(name));
+            FAIL() << "expected an error";
+        } catch (const SaveRefused& error) {
+            EXPECT_EQ(error.what(), folder.path().string() +
+                                        ": no file can be made in this folder (Permission denied).\n"
+                                        "No files were changed.");
+        }
+    }
+    EXPECT_EQ(ops.calls(), 0);
+}
+
+TEST_F(SaveTransaction, TakesAnUnreadableFileOfTheSetAlongUnderItsNewName) {
+    test::writeFile(folder / "SC12_T04.wav", "no audio");
+    test::writeFile(folder / "SC12_T04_T05.wav", "of another base name");
+    groupe = scanFolder(folder.path(), test::FakeCodecs(), true, {}).front();
+    ASSERT_EQ(groupe.unreadableTracks.size(), 1U);
+    edits.setScene("13");
+    EXPECT_EQ(items().size(), 3U) << "without a new name there is nothing to do to it";
+    const SaveReport report = save("SC13");
+    EXPECT_FALSE(report.failed());
+    EXPECT_EQ(report.written(), 3U);
+    EXPECT_EQ(asText(readFile(folder / "SC13_T04.wav")), "no audio");
+    EXPECT_THAT(namesIn(folder.path()),
+                ElementsAre("SC12_T04_T05.wav", "SC13_T01.wav", "SC13_T02.wav", "SC13_T03.wav", "SC13_T04.wav"));
 }
 
 TEST_F(SaveTransaction, KeepsTheNewNamesWhenMetadataFails) {
@@ -204,9 +277,6 @@ TEST_F(SaveTransaction, TellsMetadataThatWasSavedFromMarkersThatWereNot) {
     EXPECT_EQ(failed.results[0].error,
               "The markers of SC12_T01.wav were not saved: Input/output error. Its metadata was.");
     EXPECT_TRUE(failed.results[0].written);
-    all[0].cues = std::vector<CueMarker>(70'000);
-    EXPECT_EQ(runSave(ops, all, {}).results[0].error,
-              "SC12_T01.wav cannot hold that many markers. Its markers were not changed.");
     all[0].cues = {{{}, 5, "x"}};
     EXPECT_FALSE(runSave(ops, all, {}).failed());
     EXPECT_EQ(lireCues(folder / "SC12_T01.wav").size(), 1U);
@@ -235,7 +305,7 @@ TEST_F(SaveTransaction, CanBeCancelledBeforeTheFirstChangeAndBetweenFiles) {
 
 TEST_F(SaveTransaction, ReportsProgressOverAllFilesAlsoWhenOneFails) {
     edits.setScene("13");
-    test::writeFile(folder / "SC12_T01.wav", "no longer a recording");
+    ops.failAt({.kinds = {Call::create}, .nth = 1});
     std::vector<std::uint64_t> done;
     std::uint64_t all = 0;
     TaskContext task;

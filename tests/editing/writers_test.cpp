@@ -151,23 +151,34 @@ TEST_F(MetadataWriter, UpdatesAFirstIxmlThatHoldsNothingAndEveryFurtherOne) {
     }
 }
 
-TEST_F(MetadataWriter, TakesTheFlagsOfTheDescriptionIntoANewIxml) {
+TEST_F(MetadataWriter, TakesTheFlagsOfTheDescriptionIntoANewIxmlAndKeepsThemInEverySave) {
     const struct {
         std::string description;
         std::optional<bool> edited;
-        std::string circled, wild;
+        std::string circled, wild, lines;
     } cases[] = {
-        {"sCIRCLED=TRUE\r\nsWILD_TRACK=TRUE\r\n", std::nullopt, "TRUE", "TRUE"},
-        {"sCIRCLED=TRUE\r\n", false, "FALSE", "none"},
-        {"sSCENE=1\r\n", std::nullopt, "FALSE", "none"},
+        {"sCIRCLED=TRUE\r\nsWILD_TRACK=TRUE\r\n", {}, "TRUE", "TRUE", "sCIRCLED=TRUE\r\nsWILD_TRACK=TRUE\r\n"},
+        {"sCIRCLED=TRUE\r\n", false, "FALSE", "none", "sCIRCLED=FALSE\r\n"},
+        {"sCIRCLE=1\r\n", {}, "TRUE", "none", "sCIRCLED=TRUE\r\n"},
+        {"CIRCLED=circled\r\n", {}, "TRUE", "none", "CIRCLED=TRUE\r\n"},
+        {"gTAKE_TYPE= CIRCLED\r\n", {}, "TRUE", "none", "sCIRCLED=TRUE\r\n"},
+        {"TAKE_TYPE=WILD\r\n", true, "TRUE", "TRUE", "sCIRCLED=TRUE\r\nsWILD_TRACK=TRUE\r\n"},
+        {"sCIRCLED=0\r\nsTAKE_TYPE=CIRCLED\r\n", {}, "FALSE", "none", "sCIRCLED=FALSE\r\n"},
+        {"free text\r\n", {}, "FALSE", "none", "free text\r\nsCIRCLED=FALSE\r\n"},
     };
-    for (const auto& [description, circled, expectedCircled, expectedWild] : cases) {
-        MetadataValues values = scene("13");
+    for (const auto& [description, circled, expectedCircled, expectedWild, lines] : cases) {
+        MetadataValues values;
         values.circled = circled;
-        const Written after = saved(WavBuilder().bext({.description = description}).fmt().audio(1), values);
-        const std::string_view ixml = asText(after.payload("iXML"));
-        EXPECT_EQ(valeurTag("CIRCLED", ixml), expectedCircled) << description;
-        EXPECT_EQ(valeurTag("WILD_TRACK", ixml).value_or("none"), expectedWild) << description;
+        const auto path = WavBuilder().bext({.description = description}).fmt().audio(1).write(folder / "a.wav");
+        for (const char* which : {"first", "second"}) {
+            save(path, values);
+            const Written after(path);
+            const std::string_view ixml = asText(after.payload("iXML"));
+            EXPECT_EQ(valeurTag("CIRCLED", ixml), expectedCircled) << which << " save of " << description;
+            EXPECT_EQ(valeurTag("WILD_TRACK", ixml).value_or("none"), expectedWild) << description;
+            values.circled.reset();
+        }
+        EXPECT_EQ(descriptionText(Written(path).payload("bext")), lines) << description;
     }
 }
 

@@ -16,6 +16,7 @@
 #include <thread>
 #include <vector>
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -56,8 +57,8 @@ std::vector<std::string> picture(const std::vector<GroupeFichiers>& groupes) {
         std::string line = groupe.nom + (groupe.estPoly ? " (poly):" : ":");
         for (const InfoFichier& fichier : groupe.fichiers)
             line += " " + fichier.nom;
-        for (const std::filesystem::path& file : groupe.pistesIllisibles)
-            line += " lacks " + fileNameText(file);
+        for (const UnreadableTrack& track : groupe.unreadableTracks)
+            line += fmt::format(" lacks {} {}", track.numero, fileNameText(track.url));
         lines.push_back(line);
     }
     return lines;
@@ -80,16 +81,16 @@ TEST(Grouping, JoinsMonoFilesOfOneTakeInTrackOrder) {
         {"numbers count, not their digits", {{"A_T10"}, {"A_T2"}, {"A_T01"}}, {"A: A_T01 A_T2 A_T10"}},
         {"what cannot be read stands alone, and the take it is missing from says so",
          {{"A_T1"}, {"A_T2", "", "", 0, 0}, {"A_T3"}},
-         {"A: A_T1 A_T3 lacks A_T2.wav", "A_T2: A_T2"}},
+         {"A: A_T1 A_T3 lacks 2 A_T2.wav", "A_T2: A_T2"}},
         {"also where one file is left of it",
          {{"A_T1"}, {"A_T2", "", "", 0, 0}},
-         {"A_T1: A_T1 lacks A_T2.wav", "A_T2: A_T2"}},
+         {"A_T1: A_T1 lacks 2 A_T2.wav", "A_T2: A_T2"}},
         {"but not where it would be a second one of a number, or of another take",
          {{"A_T1"}, {"A_T1_old", "", "", 0, 0}, {"B_T2", "", "", 0, 0}},
          {"A_T1: A_T1", "A_T1_old: A_T1_old", "B_T2: B_T2"}},
         {"an ending that is common needs a family of several",
          {{"A101_1", "F"}, {"A101_2", "F"}, {"A101_3", "", "", 0, 0}, {"B_1", "F"}, {"B_2", "", "", 0, 0}},
-         {"A101: A101_1 A101_2 lacks A101_3.wav", "A101_3: A101_3", "B_1: B_1", "B_2: B_2"}},
+         {"A101: A101_1 A101_2 lacks 3 A101_3.wav", "A101_3: A101_3", "B_1: B_1", "B_2: B_2"}},
         {"two digits, among several", {{"Take7_04"}, {"Take7_02"}}, {"Take7: Take7_02 Take7_04"}},
         {"alone with its name it is a take of its own", {{"A_T1"}, {"B_T1"}}, {"A_T1: A_T1", "B_T1: B_T1"}},
         {"a poly file never joins", {{"A_T1", "", "", 48000, 2}, {"A_T2"}}, {"A_T1 (poly): A_T1", "A_T2: A_T2"}},

@@ -61,8 +61,8 @@ TEST(MonoName, ReadsWhatOnlyFilesOfOneFamilyMayMean) {
 }
 
 TEST(MonoName, TellsTheTrackFromTheTakeThatStandsAheadOfIt) {
-    const auto split = [](std::string_view nom, bool aFamille) {
-        const std::optional<TrackSuffix> found = trackSuffix(nom, aFamille);
+    const auto split = [](std::string_view nom, bool hasFamily) {
+        const std::optional<TrackSuffix> found = trackSuffix(nom, hasFamily);
         return found ? parts(found->nom) : "none";
     };
     EXPECT_EQ(split("12A_T001_Tr2", true), "12A_T001|_Tr2|2");

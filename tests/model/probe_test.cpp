@@ -169,6 +169,77 @@ TEST(Probe, ReadsADamagedMp3WithoutAWordOnStderr) {
     EXPECT_GT(info.dureeSecondes, 0.5);
 }
 
+/// So many silent mono frames of 44.1 kHz, without a header that tells how many: 128 or 64 kbit/s.
+std::string mp3Frames(std::size_t count, bool small) {
+    std::string frame = small ? "\xFF\xFB\x50\xC4" : "\xFF\xFB\x90\xC4";
+    frame.resize(small ? 208 : 417);
+    std::string frames;
+    frames.reserve(count * frame.size());
+    for (std::size_t i = 0; i < count; ++i)
+        frames += frame;
+    return frames;
+}
+
+TEST(Probe, TellsTheLengthOfAnMp3WhoseBitRateVaries) {
+    const auto codecs = makeLazyMediaReader([](const std::string& complaint) { ADD_FAILURE() << complaint; });
+    const TempFolder folder;
+    constexpr double frameSeconds = 1152.0 / 44100;
+    test::writeFile(folder / "a.mp3", mp3Frames(100, false) + mp3Frames(900, true));
+    EXPECT_NEAR(analyserFichier(folder / "a.mp3", *codecs).dureeSecondes, 1000 * frameSeconds, 2 * frameSeconds);
+    // One too large to be walked is estimated.
+    test::writeFile(folder / "b.mp3", mp3Frames(60'000, false) + mp3Frames(240'000, true));
+    EXPECT_NEAR(analyserFichier(folder / "b.mp3", *codecs).dureeSecondes, 300'000 * frameSeconds, 6'000 * frameSeconds);
+}
+
+/// An MP4 file of half a second of silent 16-bit stereo at 48 kHz.
+std::string m4aBytes() {
+    const auto be32 = [](std::initializer_list<std::uint32_t> values) {
+        std::string out;
+        for (const std::uint32_t value : values) {
+            for (const unsigned shift : {24U, 16U, 8U, 0U})
+                out.push_back(static_cast<char>(value >> shift));
+        }
+        return out;
+    };
+    const auto box = [&](const char* type, const std::string& content) {
+        return be32({static_cast<std::uint32_t>(content.size()) + 8}) + type + content;
+    };
+    const std::string entry = box("sowt", be32({0, 1, 0, 0, 2U << 16U | 16U, 0, 48000U << 16U}));
+    const std::string samples = box("stsd", be32({0, 1}) + entry) + box("stts", be32({0, 1, 24000, 1})) +
+                                box("stsc", be32({0, 1, 1, 24000, 1})) + box("stsz", be32({0, 4, 24000})) +
+                                box("stco", be32({0, 1, 28}));
+    const std::string media = box("mdhd", be32({0, 0, 0, 48000, 24000, 0})) +
+                              box("hdlr", be32({0, 0}) + "soun" + be32({0, 0, 0, 0})) +
+                              box("minf", box("stbl", samples));
+    return box("ftyp", "M4A " + be32({0})) + box("mdat", std::string(96'000, '\0')) +
+           box("moov", box("trak", box("mdia", media)));
+}
+
+TEST(Probe, AFileIsWhatItsNameSaysAndLeadsToNoOther) {
+    const auto codecs = makeLazyMediaReader([](const std::string& complaint) { ADD_FAILURE() << complaint; });
+    const TempFolder folder;
+    const struct WorkingFolder {
+        explicit WorkingFolder(const std::filesystem::path& path) { std::filesystem::current_path(path); }
+        ~WorkingFolder() { std::filesystem::current_path(before); }
+        std::filesystem::path before = std::filesystem::current_path();
+    } inside(folder.path());
+    for (const char* name : {"real.m4a", "T1:2.m4a", "pipe:.m4a", "http:x.M4A"}) {
+        test::writeFile(folder / name, m4aBytes());
+        const InfoFichier info = analyserFichier(name, *codecs);
+        EXPECT_EQ(info.channels, 2) << name;
+        EXPECT_EQ(info.sampleRate, 48000) << name;
+        EXPECT_DOUBLE_EQ(info.dureeSecondes, 0.5) << name;
+    }
+    // Text that a library may take for a list of other files; the second goes on for as long as one waits.
+    for (const char* text : {"ffconcat version 1.0\nfile real.m4a\n",
+                             "#EXTM3U\n#EXT-X-VERSION:3\n#EXT-X-TARGETDURATION:1\n#EXTINF:1,\nreal.m4a\n"}) {
+        for (const char* name : {"list.m4a", "list.wav", "list.mp3", "list.aif"}) {
+            test::writeFile(folder / name, text);
+            EXPECT_EQ(analyserFichier(name, *codecs).channels, 0) << name << ": " << text;
+        }
+    }
+}
+
 TEST(Probe, StandsWhatCannotBeRead) {
     const TempFolder folder;
     test::writeFile(folder / "empty.wav", "");

@@ -4,38 +4,9 @@
 #include "platform/native_file_ops.h"
 
 #include <system_error>
+#include <utility>
 
 namespace dravik::test {
-
-std::string_view callText(Call call) noexcept {
-    switch (call) {
-        case Call::create:
-            return "create";
-        case Call::lock:
-            return "lock";
-        case Call::write:
-            return "write";
-        case Call::truncate:
-            return "truncate";
-        case Call::copy:
-            return "copy";
-        case Call::share:
-            return "share";
-        case Call::attributes:
-            return "attributes";
-        case Call::sync:
-            return "sync";
-        case Call::rename:
-            return "rename";
-        case Call::renameNoReplace:
-            return "renameNoReplace";
-        case Call::syncFolder:
-            return "syncFolder";
-        case Call::remove:
-            return "remove";
-    }
-    return "";
-}
 
 FaultyFileOps::FaultyFileOps() : native_(makeNativeFileOps()) {}
 FaultyFileOps::~FaultyFileOps() = default;
@@ -123,6 +94,7 @@ void FaultyFileOps::reserve(const FileHandle& file, std::uint64_t size) noexcept
 void FaultyFileOps::forget(const FileHandle& file, std::uint64_t offset, std::uint64_t length) noexcept {
     native_->forget(file, offset, length);
 }
+void FaultyFileOps::closeReplaced(FileHandle old) noexcept { native_->closeReplaced(std::move(old)); }
 void FaultyFileOps::finishClosing() noexcept {
     native_->finishClosing();
     if (freeOnceClosed) free = freeOnceClosed;
@@ -162,6 +134,10 @@ void FaultyFileOps::syncFolder(const std::filesystem::path& folder) {
 void FaultyFileOps::remove(const std::filesystem::path& path) {
     enter(Call::remove, path);
     native_->remove(path);
+}
+
+std::error_code FaultyFileOps::creationError(const std::filesystem::path& folder) noexcept {
+    return readOnlyFolders ? std::make_error_code(std::errc::permission_denied) : native_->creationError(folder);
 }
 
 std::optional<std::uint64_t> FaultyFileOps::freeBytes(const std::filesystem::path& folder) noexcept {

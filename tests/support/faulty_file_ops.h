@@ -9,7 +9,6 @@
 #include <memory>
 #include <optional>
 #include <set>
-#include <string_view>
 
 namespace dravik::test {
 
@@ -28,7 +27,6 @@ enum class Call {
     syncFolder,
     remove,
 };
-[[nodiscard]] std::string_view callText(Call call) noexcept;
 
 /// The native file operations, with faults. Counts every call; fails those it is told to, before they have any effect;
 /// runs a hook before each. One thread at a time.
@@ -56,6 +54,7 @@ class FaultyFileOps final : public FileOps {
 
     std::optional<std::uint64_t> free;            ///< said instead of the truth
     std::optional<std::uint64_t> freeOnceClosed;  ///< said when the closing of replaced files was waited for
+    bool readOnlyFolders = false;                 ///< says that no file can be made
     bool sharing = false;                         ///< pretends that the file system shares blocks (by copying them)
     bool syncing = true;  ///< false: a sync succeeds and does nothing, where only logic is tested
     bool locking = true;  ///< false: a file system without locks
@@ -73,6 +72,7 @@ class FaultyFileOps final : public FileOps {
     bool shareBlocks(const FileHandle& from, const FileHandle& to) noexcept override;
     void reserve(const FileHandle& file, std::uint64_t size) noexcept override;
     void forget(const FileHandle& file, std::uint64_t offset, std::uint64_t length) noexcept override;
+    void closeReplaced(FileHandle old) noexcept override;
     void finishClosing() noexcept override;
     void startWriteback(const FileHandle& file, std::uint64_t offset, std::uint64_t length) noexcept override;
     void waitForWriteback(const FileHandle& file, std::uint64_t offset, std::uint64_t length) noexcept override;
@@ -82,6 +82,7 @@ class FaultyFileOps final : public FileOps {
     void renameNoReplace(const std::filesystem::path& from, const std::filesystem::path& to) override;
     void syncFolder(const std::filesystem::path& folder) override;
     void remove(const std::filesystem::path& path) override;
+    std::error_code creationError(const std::filesystem::path& folder) noexcept override;
     std::optional<std::uint64_t> freeBytes(const std::filesystem::path& folder) noexcept override;
 
   private:

@@ -4,6 +4,9 @@
 #include <fstream>
 #include <stdexcept>
 
+#include <fmt/format.h>
+#include <sys/stat.h>
+
 namespace dravik::test {
 namespace {
 
@@ -36,6 +39,17 @@ std::vector<std::string> namesIn(const std::filesystem::path& folder) {
         names.push_back(entry.path().filename());
     std::sort(names.begin(), names.end());
     return names;
+}
+
+std::map<std::string, std::string> stateOf(const std::filesystem::path& folder) {
+    std::map<std::string, std::string> state;
+    for (const std::string& name : namesIn(folder)) {
+        struct stat info {};
+        if (::stat((folder / name).c_str(), &info) != 0) throw std::runtime_error("cannot look at " + name);
+        state[name] = fmt::format("{} {}.{} {}", info.st_ino, info.st_mtim.tv_sec, info.st_mtim.tv_nsec,
+                                  asText(readFile(folder / name)));
+    }
+    return state;
 }
 
 }  // namespace dravik::test

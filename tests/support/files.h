@@ -3,6 +3,7 @@
 #include "base/bytes.h"
 
 #include <filesystem>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -17,5 +18,8 @@ void appendToFile(const std::filesystem::path& path, std::string_view text);
 
 /// The names in a folder, hidden ones included, in byte order.
 [[nodiscard]] std::vector<std::string> namesIn(const std::filesystem::path& folder);
+
+/// Everything that a look at a folder can tell apart, by the names of its files: bytes, inodes, times.
+[[nodiscard]] std::map<std::string, std::string> stateOf(const std::filesystem::path& folder);
 
 }  // namespace dravik::test

@@ -100,6 +100,48 @@ TEST(Bext, AddedLinesAreGivenUpBeforeAnythingIsCut) {
     EXPECT_EQ(updatedText("sSCENE=1\r\n" + filler, scene(std::string(40, 'y'))).size(), 256U);
 }
 
+TEST(Bext, EditedValuesAreShortenedBeforeALineOfTheRecorderIsLost) {
+    const std::string recorders = "sSPEED=025.000-ND\r\nsTAKE=1\r\nsNOTE=old\r\nsTRK1=Boom\r\nsTRK5=Plant\r\n";
+    BextValues values;
+    values.edited.note = std::string(400, 'n');
+    std::string text = updatedText(recorders, values);
+    EXPECT_EQ(text.size(), 256U);
+    EXPECT_TRUE(text.ends_with("nn\r\nsTRK1=Boom\r\nsTRK5=Plant\r\n")) << text;
+
+    // An overlong value that is added takes no room from the others.
+    values.edited.project = std::string(300, 'p');
+    values.edited.scene = "12A";
+    values.edited.prise = "12";
+    values.circled = true;
+    text = updatedText(recorders, values);
+    EXPECT_EQ(text.size(), 256U);
+    for (const char* line : {"sSCENE=12A\r\n", "sTAKE=12\r\n", "sCIRCLED=TRUE\r\n", "sTRK1=Boom\r\n", "sTRK5=Plant\r\n",
+                             "sNOTE=nnnnnnnnnnnnnnnnnnnn", "sPROJECT=pppppppppppppppppppp"}) {
+        EXPECT_NE(text.find(line), std::string::npos) << line;
+    }
+    // Lines of one key stay alike.
+    text = updatedText("sNOTE=1\r\ndNOTE=2\r\nfree text", [] {
+        BextValues longNote;
+        longNote.edited.note = std::string(400, 'n');
+        return longNote;
+    }());
+    const std::string half = "NOTE=" + std::string(115, 'n') + "\r\n";
+    EXPECT_EQ(text, "s" + half + "d" + half + "free text");
+}
+
+TEST(Bext, AnEditedLineWithoutRoomIsLeftOutWhole) {
+    const std::string others = "sTRK1=" + std::string(231, 'x') + "\r\n";  // 239 bytes
+    BextValues values;
+    values.edited.prise = "10";
+    EXPECT_EQ(updatedText("sTAKE=9\r\n" + others + "sTRK=8", values), "sTAKE=10\r\n" + others + "sTRK=8");
+    EXPECT_EQ(updatedText("sTAKE=9\r\n" + others + "sTRK=888", values), others + "sTRK=888")
+        << "no take but no wrong one";
+    values.edited.prise = "9";
+    values.edited.note = "a long note";
+    EXPECT_EQ(updatedText("sNOTE=1\r\n" + others + "T", values), "sNOTE=a long n\r\n" + others + "T")
+        << "at least eight bytes of a text";
+}
+
 TEST(Bext, TheTextIsNeverCutInsideACharacter) {
     const std::string accents = "é€𝄞";  // two, three and four bytes
     for (std::size_t ahead = 0; ahead < 9; ++ahead) {

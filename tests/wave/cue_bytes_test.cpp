@@ -53,9 +53,13 @@ TEST(CueBytes, DamagedLabelsCostOnlyThemselves) {
         {"odd without its pad byte", label(1, "a") + label(2, "cd"), "a", "cd"},
         {"text behind its zero", label(1, "ab\0junk"s) + label(2, ""), "ab", {}},
         {"two labels of one number", label(1, "ab") + label(1, "cd"), "ab", {}},
+        {"an empty one first", label(1, "") + label(1, "\0x"s) + label(1, "cd"), "cd", {}},
     };
     for (const auto& [what, labels, first, second] : cases) {
-        EXPECT_EQ(read({{1, 1}, {2, 0}}, labels), (Points{{2, 0, second}, {1, 1, first}})) << what;
+        const Points points = read({{1, 1}, {2, 0}}, labels);
+        ASSERT_EQ(points.size(), 2U);
+        EXPECT_EQ(points[0].label, second) << what;
+        EXPECT_EQ(points[1].label, first) << what;
     }
 }
 
@@ -64,7 +68,7 @@ TEST(CueBytes, EntriesThatAreNoLabelsGoWithTheirPointUnderItsNewNumber) {
     const Bytes list =
         toBytes("adtl" + entry("ltxt", 7, "odd") + "\0"s + label(7, "a ") + entry("note", 9, "n1") +
                 entry("note", 9, "n2") + entry("note", 9, "n3") + entry("ltxt", 9, "") + entry("mine", 7, "") +
-                entry("note", 2, "of nobody ") + "mine\2\0\0\0ab"s + entry("mine", 50, "kept") + label(50, "gone"));
+                entry("note", 2, "of nobody ") + "mine\2\0\0\0ab"s + entry("mine", 50, "kept") + label(50, "kept"));
     CueContent content = readCues({cues}, {list});
     for (std::size_t i = 0; i < content.points.size(); ++i)
         content.points[i].number = static_cast<std::uint32_t>(i) + 1;
@@ -72,7 +76,19 @@ TEST(CueBytes, EntriesThatAreNoLabelsGoWithTheirPointUnderItsNewNumber) {
     EXPECT_EQ(asText(labelListPayload(content.points, content.loose)),
               "adtl" + label(1, "a \0"s) + "\0"s + entry("ltxt", 1, "odd") + "\0"s + entry("mine", 1, "") +
                   entry("note", 3, "n2") + entry("note", 3, "n3") + entry("note", 0, "of nobody ") + "mine\2\0\0\0ab"s +
-                  entry("mine", 50, "kept"));
+                  entry("mine", 50, "kept") + label(0, "kept"));
+}
+
+TEST(CueBytes, ALabelTooManyStaysBehindTheFirstUntilThatIsTakenAway) {
+    Points points = read({{5, 1}}, label(5, "ab") + entry("note", 5, "ab") + label(5, "cd\0\0"s));
+    ASSERT_EQ(points.size(), 1U);
+    EXPECT_EQ(points[0].label, "ab");
+    points[0].number = 1;
+    const Bytes kept = labelListPayload(points);
+    EXPECT_EQ(asText(kept), "adtl" + label(1, "ab\0"s) + "\0"s + entry("note", 1, "ab") + label(1, "cd\0\0"s));
+    EXPECT_EQ(readCues({cueChunkPayload(points)}, {kept}).points, points);
+    points[0].label = std::nullopt;
+    EXPECT_EQ(asText(labelListPayload(points)), "adtl" + entry("note", 1, "ab"));
 }
 
 TEST(CueBytes, AllChunksOfAFileAreReadAndPointsOfOneNumberShareItsLabels) {

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "fuzz/pcre_oracle.h"
+#include "tests/support/repeated.h"
 
 #include <random>
 
@@ -11,6 +12,7 @@
 namespace dravik {
 namespace {
 
+using test::repeated;
 using Names = std::map<int, std::string>;
 using Numbers = std::map<int, int>;
 
@@ -20,14 +22,6 @@ Names names(std::string_view text) { return lireNomsPistes(IxmlDocument(text)); 
 
 std::string element(std::string_view name, std::string_view value) {
     return fmt::format("<{0}>{1}</{0}>", name, value);
-}
-
-std::string repeated(std::string_view unit, std::size_t bytes) {
-    std::string out;
-    out.reserve(bytes);
-    while (out.size() + unit.size() <= bytes)
-        out += unit;
-    return out;
 }
 
 TEST(IxmlDocument, AnElementIsWhatThePatternFinds) {

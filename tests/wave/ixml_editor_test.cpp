@@ -3,6 +3,7 @@
 #include "fuzz/pcre_oracle.h"
 #include "model/wave/ixml_check.h"
 #include "model/wave/ixml_document.h"
+#include "tests/support/repeated.h"
 
 #include <random>
 
@@ -12,16 +13,16 @@ namespace dravik {
 namespace {
 
 using namespace std::string_literals;
+using test::repeated;
 
 /// What every save does to a document without any circled state.
 constexpr const char* notCircled = "\n<CIRCLED>FALSE</CIRCLED>";
 
-std::string repeated(std::string_view unit, std::size_t bytes) {
-    std::string out;
-    out.reserve(bytes);
-    while (out.size() + unit.size() <= bytes)
-        out += unit;
-    return out;
+int occurrences(std::string_view text, std::string_view part) {
+    int count = 0;
+    for (std::size_t at = text.find(part); at != std::string_view::npos; at = text.find(part, at + part.size()))
+        ++count;
+    return count;
 }
 
 TEST(IxmlEditor, KeepsAttributesWhenAValueIsReplaced) {
@@ -51,6 +52,45 @@ TEST(IxmlEditor, OnlyTheTimeElementsGetASecondCopyWhenNothingChanges) {
         EXPECT_EQ(definirTag(element, name, "2"), "<"s + name + ">2</" + name + ">");
     }
     EXPECT_EQ(definirTag("<TAKE>1</TAKE>", "TAKE", "1"), "<TAKE>1</TAKE>");
+}
+
+TEST(IxmlEditor, CopiesOfATimeElementAllSayTheSameAndGetNoFurtherOne) {
+    const char* name = "TIMECODE_RATE";
+    const struct {
+        const char *document, *value, *result;
+    } cases[] = {
+        {"<TIMECODE_RATE>1</TIMECODE_RATE> <timecode_rate a>1</timecode_rate>", "1",
+         "<TIMECODE_RATE>1</TIMECODE_RATE> <timecode_rate a>1</timecode_rate>"},
+        {"<TIMECODE_RATE>1</TIMECODE_RATE> <timecode_rate a>1</timecode_rate>", "24",
+         "<TIMECODE_RATE>24</TIMECODE_RATE> <timecode_rate a>24</timecode_rate>"},
+        {"<TIMECODE_RATE>1</TIMECODE_RATE><SPEED><TIMECODE_RATE>25</TIMECODE_RATE></SPEED>", "1",
+         "<TIMECODE_RATE>1</TIMECODE_RATE><SPEED><TIMECODE_RATE>1</TIMECODE_RATE></SPEED>"},
+        // What is no element of text alone keeps its bytes.
+        {"<TIMECODE_RATE>1</TIMECODE_RATE><TIMECODE_RATE><TIMECODE_RATES>2</TIMECODE_RATES></TIMECODE_RATE>"
+         "<TIMECODE_RATE<TIMECODE_RATE>2</TIMECODE_RATE><TIMECODE_RATE>2",
+         "24",
+         "<TIMECODE_RATE>24</TIMECODE_RATE><TIMECODE_RATE><TIMECODE_RATES>2</TIMECODE_RATES></TIMECODE_RATE>"
+         "<TIMECODE_RATE<TIMECODE_RATE>24</TIMECODE_RATE><TIMECODE_RATE>2"},
+    };
+    for (const auto& [document, value, result] : cases)
+        EXPECT_EQ(definirTag(document, name, value), result);
+
+    // From save to save: the start is edited twice, then the rate.
+    MetadataValues values;
+    values.timecode = "10:00:00:00";
+    values.framerate = "25";
+    values.sampleRate = 48000;
+    const std::string once = mettreAJourIXML("<TAKE></TAKE><SPEED><TIMECODE_RATE>25/1</TIMECODE_RATE></SPEED>", values);
+    values.timecode = "11:00:00:00";
+    const std::string twice = mettreAJourIXML(once, values);
+    values.framerate = "24";
+    const std::string slower = mettreAJourIXML(twice, values);
+    for (const char* element : {"<TIMECODE_RATE>", "<TIMECODE_FLAG>", "<TIMESTAMP_SAMPLES_SINCE_MIDNIGHT_LO>",
+                                "<TIMESTAMP_SAMPLES_SINCE_MIDNIGHT_HI>"}) {
+        for (const std::string& document : {once, twice, slower})
+            EXPECT_EQ(occurrences(document, element), 2) << element << document;
+    }
+    EXPECT_EQ(occurrences(slower, "25/1"), 0) << slower;
 }
 
 TEST(IxmlEditor, RemovesEveryCopyWithTheWhiteSpaceBehindIt) {
@@ -269,7 +309,8 @@ TEST(IxmlEditor, EditsMegabytesOfDamageInAFewPasses) {
     }
     constexpr std::size_t twoMebibytes = 2U * 1024U * 1024U;
     for (const char* unit :
-         {"<TRACK ", "<CIRCLE></CIRCLE>", "<CIR<CIRCLED></CIRCLED>", "<SPEED>", "<NOTE/>", "<CIRCLE>  "}) {
+         {"<TRACK ", "<CIRCLE></CIRCLE>", "<CIR<CIRCLED></CIRCLED>", "<SPEED>", "<NOTE/>", "<CIRCLE>  ",
+          "<TIMECODE_RATE>1</TIMECODE_RATE>", "<TIMECODE_RATE>", "<TIMECODE_RATE></TIMECODE_RATE"}) {
         const std::string edited = mettreAJourIXML(repeated(unit, twoMebibytes), values);
         EXPECT_NE(edited.find("TRUE"), std::string::npos);
     }
