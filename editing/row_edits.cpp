@@ -1,0 +1,212 @@
+#include "editing/row_edits.h"
+
+#include "base/text.h"
+#include "model/wave/timecode.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace dravik {
+namespace {
+
+/// The optional text behind a field; null for name, flags, tracks and cues.
+template <typename Groupe>
+auto textIn(Groupe& groupe, RowField field) -> decltype(&groupe.scene) {
+    switch (field) {
+        case RowField::project:
+            return &groupe.project;
+        case RowField::scene:
+            return &groupe.scene;
+        case RowField::prise:
+            return &groupe.prise;
+        case RowField::tape:
+            return &groupe.tape;
+        case RowField::note:
+            return &groupe.notes;
+        case RowField::timecode:
+            return &groupe.timecode;
+        case RowField::framerate:
+            return &groupe.framerate;
+        default:
+            return nullptr;
+    }
+}
+
+std::optional<MetadataField> metadataField(RowField field) {
+    switch (field) {
+        case RowField::project:
+            return MetadataField::project;
+        case RowField::scene:
+            return MetadataField::scene;
+        case RowField::prise:
+            return MetadataField::prise;
+        case RowField::tape:
+            return MetadataField::tape;
+        case RowField::note:
+            return MetadataField::note;
+        case RowField::circled:
+            return MetadataField::circled;
+        case RowField::wild:
+            return MetadataField::wild;
+        case RowField::timecode:
+            return MetadataField::timecode;
+        case RowField::framerate:
+            return MetadataField::framerate;
+        case RowField::name:
+        case RowField::tracks:
+        case RowField::cues:
+            return std::nullopt;
+    }
+    return std::nullopt;
+}
+
+void settle(GroupeFichiers& groupe, RowField field) {
+    if (const auto metadata = metadataField(field)) groupe.mixedFields.erase(*metadata);
+}
+
+bool isOfferedRate(const std::string& label) {
+    return std::find(std::begin(framerateLabels), std::end(framerateLabels), label) != std::end(framerateLabels);
+}
+
+/// A start timecode needs a rate that all files count in and that can be written.
+std::optional<std::string> validTimecode(const GroupeFichiers& groupe, const std::string& text) {
+    if (!groupe.framerate || !isWritableLabel(*groupe.framerate)) return std::nullopt;
+    return parseTypedTimecode(text, *groupe.framerate);
+}
+
+std::vector<std::string> trackNames(const GroupeFichiers& groupe) {
+    std::vector<std::string> names;
+    for (Piste& piste : tracksOfGroup(groupe))
+        names.push_back(std::move(piste.nom));
+    return names;
+}
+
+}  // namespace
+
+EditedFields fieldsOf(const GroupeFichiers& groupe) {
+    EditedFields fields;
+    fields.project = groupe.project.value_or("");
+    fields.scene = groupe.scene.value_or("");
+    fields.tape = groupe.tape.value_or("");
+    fields.prise = groupe.prise.value_or("");
+    fields.note = groupe.notes.value_or("");
+    fields.circled = groupe.circled;
+    fields.wild = groupe.wild;
+    fields.timecode = groupe.timecode.value_or("");
+    fields.framerate = groupe.framerate.value_or("");
+    for (Piste& piste : tracksOfGroup(groupe))
+        fields.nomsPistes[piste.numero] = std::move(piste.nom);
+    return fields;
+}
+
+std::string textOf(const GroupeFichiers& groupe, RowField field) {
+    if (field == RowField::name) return groupe.nom;
+    const std::optional<std::string>* text = textIn(groupe, field);
+    return text != nullptr ? text->value_or("") : std::string();
+}
+
+bool setText(GroupeFichiers& groupe, RowField field, const std::string& text) {
+    if (!isValidUtf8(text)) return false;
+    if (field == RowField::name) {
+        if (!isValidName(text)) return false;
+        groupe.nom = text;
+        return true;
+    }
+    std::optional<std::string>* place = textIn(groupe, field);
+    if (place == nullptr) return false;
+    std::string value = text;
+    if (field == RowField::framerate && !isOfferedRate(value)) return false;
+    if (field == RowField::timecode) {
+        const std::optional<std::string> valid = validTimecode(groupe, text);
+        if (!valid) return false;
+        value = *valid;
+    }
+    *place = value.empty() ? std::nullopt : std::optional(std::move(value));
+    settle(groupe, field);
+    return true;
+}
+
+void setFlag(GroupeFichiers& groupe, RowField field, bool valeur) {
+    if (field != RowField::circled && field != RowField::wild) return;
+    (field == RowField::circled ? groupe.circled : groupe.wild) = valeur;
+    settle(groupe, field);
+}
+
+void setTrackName(GroupeFichiers& groupe, int piste, const std::string& nom) {
+    if (piste < 1) return;
+    const auto put = [&](InfoFichier& fichier, bool sole) {
+        const int cle = !sole ? piste : fichier.nomsPistes.empty() ? 1 : fichier.nomsPistes.begin()->first;
+        // Stored texts are escaped, shown ones are not; a bare "&" reads the same either way, "&amp;" would not.
+        fichier.nomsPistes[cle] = replacedAll(nom, "&", "&amp;");
+    };
+    if (groupe.isMonoSet()) {
+        const auto position = static_cast<std::size_t>(piste - 1);
+        if (position < groupe.fichiers.size()) put(groupe.fichiers[position], true);
+        return;
+    }
+    InfoFichier& fichier = groupe.fichiers.front();
+    const auto tracks = tracksOfGroup(groupe).size();
+    if (static_cast<std::size_t>(piste) <= tracks) put(fichier, tracks == 1 && fichier.channels == 1);
+}
+
+bool isEditable(const GroupeFichiers& groupe) {
+    return std::all_of(groupe.fichiers.begin(), groupe.fichiers.end(),
+                       [](const InfoFichier& fichier) { return isEditable(fichier.url); });
+}
+
+bool isMixed(const GroupeFichiers& groupe, RowField field) {
+    const auto metadata = metadataField(field);
+    return metadata && groupe.mixedFields.contains(*metadata);
+}
+
+std::set<RowField> editedFields(const RowState& row, const GroupeFichiers& original) {
+    std::set<RowField> fields;
+    for (const RowField field : {RowField::name, RowField::project, RowField::scene, RowField::prise, RowField::tape,
+                                 RowField::note, RowField::timecode, RowField::framerate}) {
+        if (textOf(row.groupe, field) != textOf(original, field)) fields.insert(field);
+    }
+    if (row.groupe.circled != original.circled) fields.insert(RowField::circled);
+    if (row.groupe.wild != original.wild) fields.insert(RowField::wild);
+    for (int at = static_cast<int>(RowField::project); at <= static_cast<int>(RowField::framerate); ++at) {
+        const auto field = static_cast<RowField>(at);
+        if (isMixed(original, field) && !isMixed(row.groupe, field)) fields.insert(field);
+    }
+    if (trackNames(row.groupe) != trackNames(original)) fields.insert(RowField::tracks);
+    if (row.cues) fields.insert(RowField::cues);
+    return fields;
+}
+
+bool isEdited(const RowState& row, const GroupeFichiers& original) { return !editedFields(row, original).empty(); }
+
+std::vector<SaveItem> planSave(const RowState& row, const GroupeFichiers& original) {
+    std::set<MetadataField> decided;
+    std::set_difference(original.mixedFields.begin(), original.mixedFields.end(), row.groupe.mixedFields.begin(),
+                        row.groupe.mixedFields.end(), std::inserter(decided, decided.end()));
+    const std::optional<std::string> newName =
+        row.groupe.nom != original.nom ? std::optional(row.groupe.nom) : std::nullopt;
+    std::vector<SaveItem> items = planSave(original, fieldsOf(row.groupe), fieldsOf(original), newName, decided);
+    if (row.cues) {
+        for (SaveItem& item : items)
+            item.cues = row.cues;
+    }
+    std::erase_if(items, [](const SaveItem& item) { return item.empty(); });
+    return items;
+}
+
+std::string incrementedTake(const std::string& take) {
+    const auto end = std::find_if(take.rbegin(), take.rend(), isAsciiDigit).base();
+    if (end == take.begin()) return take.empty() ? "1" : take + "2";
+    const auto begin = std::find_if_not(std::make_reverse_iterator(end), take.rend(), isAsciiDigit).base();
+    std::string digits(begin, end);
+    auto digit = digits.rbegin();
+    while (digit != digits.rend() && *digit == '9')
+        *digit++ = '0';
+    if (digit == digits.rend()) {
+        digits.insert(digits.begin(), '1');
+    } else {
+        ++*digit;
+    }
+    return std::string(take.begin(), begin) + digits + std::string(end, take.end());
+}
+
+}  // namespace dravik

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "editing/cue_marker.h"
+#include "editing/modifications_en_cours.h"
+#include "editing/save_transaction.h"
+#include "model/groupe_fichiers.h"
+
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace dravik {
+
+/// The pending edits of a row of the take list: the row as it is shown beside the row as it was read. Both are whole
+/// values, so that an edit is a changed value, and undo is the value before it. Pure functions, any thread.
+
+/// A row as shown: the take with its edited fields, name and track names, and its markers where they were edited.
+struct RowState {
+    GroupeFichiers groupe;
+    std::optional<std::vector<CueMarker>> cues;  ///< absent: the markers are those of the files
+};
+
+/// What of a row can be edited, for marks and messages. The metadata fields are a range of it in the same order.
+enum class RowField { name, project, scene, prise, tape, note, circled, wild, timecode, framerate, tracks, cues };
+
+/// The row's fields as texts and flags, track names included.
+[[nodiscard]] EditedFields fieldsOf(const GroupeFichiers& groupe);
+
+/// Text fields of a row: name, project, scene, prise, tape, note, timecode, framerate. An empty text is no value.
+[[nodiscard]] std::string textOf(const GroupeFichiers& groupe, RowField field);
+/// Sets one of them, in the form in which it is kept; the field is not mixed any more. False when the text cannot be
+/// a value of this field (a name no file can have, a timecode that is none at the row's frame rate, a frame rate that
+/// is not offered); the row is as before then.
+[[nodiscard]] bool setText(GroupeFichiers& groupe, RowField field, const std::string& text);
+/// Circled or wild.
+void setFlag(GroupeFichiers& groupe, RowField field, bool valeur);
+/// Name of a track of the take, as shown; `piste` counts from 1 as in tracksOfGroup. Unknown tracks are passed over.
+void setTrackName(GroupeFichiers& groupe, int piste, const std::string& nom);
+
+/// Can this row be edited: are all its files of a writable format?
+[[nodiscard]] bool isEditable(const GroupeFichiers& groupe);
+/// Do its files disagree on the field?
+[[nodiscard]] bool isMixed(const GroupeFichiers& groupe, RowField field);
+
+/// The fields in which the row differs from what was read.
+[[nodiscard]] std::set<RowField> editedFields(const RowState& row, const GroupeFichiers& original);
+[[nodiscard]] bool isEdited(const RowState& row, const GroupeFichiers& original);
+
+/// What a save has to do for the row, files without work left out.
+[[nodiscard]] std::vector<SaveItem> planSave(const RowState& row, const GroupeFichiers& original);
+
+/// The take after this one: the last run of digits in the text plus one, as many digits as before or more ("09" gives
+/// "10", "A7" gives "A8"); a text without digits gets "2" behind it, an empty one becomes "1".
+[[nodiscard]] std::string incrementedTake(const std::string& take);
+
+}  // namespace dravik
