@@ -1,0 +1,497 @@
+#include "app/content_view.h"
+
+#include "app/table_edits.h"
+#include "app/text.h"
+#include "base/paths.h"
+#include "editing/cue_writer.h"
+#include "model/folder_scan.h"
+
+#include <algorithm>
+#include <set>
+
+#include <spdlog/spdlog.h>
+
+namespace dravik {
+namespace {
+
+std::size_t fileCount(const ActionEnAttente& action) {
+    if (const auto* dropped = std::get_if<OuvrirDepotFichiers>(&action)) return dropped->fichiers.size();
+    return 0;
+}
+
+QStringList listedNameFilters() {
+    QStringList filters;
+    for (const char* extension : {"wav", "bwf", "rf64", "aif", "aiff", "caf", "flac", "mp3", "m4a"})
+        filters << QStringLiteral("*.%1").arg(QLatin1String(extension));
+    return filters;
+}
+
+}  // namespace
+
+ContentView::ContentView(const Services& services)
+    : services_(services), listing_(services.background, services.files, services.codecs) {
+    connect(&listing_, &FolderListing::rowsRead, this, &ContentView::onRowsRead);
+    connect(&listing_, &FolderListing::folderChanged, this, &ContentView::reload);
+    connect(&listing_, &FolderListing::recovered, this, [this](const Recovery& recovery) {
+        QStringList lines;
+        for (const std::string& line : recovery.done)
+            lines << toQt(line);
+        for (const std::string& line : recovery.failures)
+            lines << toQt(line);
+        showError(recovery.failures.empty() ? QStringLiteral("Interrupted Work Was Put Right")
+                                            : QStringLiteral("Critical Rename Recovery Needed"),
+                  lines.join(QLatin1Char('\n')));
+    });
+    connect(&rows_, &TakeRows::rowsChanged, this, &ContentView::onRowsChanged);
+    connect(&rows_, &TakeRows::pendingChanged, this, &ContentView::pendingChanged);
+
+    const std::pair<void (ModificationsEnCours::*)(), RowField> fields[] = {
+        {&ModificationsEnCours::projectChanged, RowField::project},
+        {&ModificationsEnCours::sceneChanged, RowField::scene},
+        {&ModificationsEnCours::tapeChanged, RowField::tape},
+        {&ModificationsEnCours::priseChanged, RowField::prise},
+        {&ModificationsEnCours::noteChanged, RowField::note},
+        {&ModificationsEnCours::circledChanged, RowField::circled},
+        {&ModificationsEnCours::wildChanged, RowField::wild},
+        {&ModificationsEnCours::timecodeChanged, RowField::timecode},
+        {&ModificationsEnCours::framerateChanged, RowField::framerate},
+        {&ModificationsEnCours::nomsPistesChanged, RowField::tracks},
+    };
+    for (const auto& [signal, field] : fields)
+        connect(&modifications_, signal, this, [this, field = field] { onFieldEdited(field); });
+
+    connect(&services_.commands, &Commands::dravikSaveChanges, this, [this] { saveAll(); });
+    connect(&services_.commands, &Commands::dravikLoadFile, this, &ContentView::loadFile);
+    connect(&services_.commands, &Commands::dravikLoadFolder, this, &ContentView::loadFolder);
+    connect(&services_.commands, &Commands::demanderQuitterAvecProtection, this,
+            [this] { gererActionProtegee(QuitterApp{}); });
+    services_.router.registerConsumer(externalOpenConsumerID_, [this](const ExternalFileOpenRouter::Urls& urls) {
+        spdlog::info("ContentView consumer invoked with {} URL(s)", urls.size());
+        std::set<std::filesystem::path> folders;
+        for (const std::filesystem::path& url : urls)
+            folders.insert(folderOf(url));
+        spdlog::info("ContentView calling existing .ouvrirDepotFichiers workflow with {} file(s)", urls.size());
+        gererActionProtegee(
+            OuvrirDepotFichiers{urls, folders.size() == 1 ? std::optional(*folders.begin()) : std::nullopt});
+    });
+}
+
+ContentView::~ContentView() {
+    services_.router.clear(externalOpenConsumerID_);
+    if (saving_) saving_->cancel();
+}
+
+// --- The gate ------------------------------------------------------------------------------------------------------
+
+void ContentView::gererActionProtegee(const ActionEnAttente& action) {
+    if (std::holds_alternative<OuvrirDepotFichiers>(action)) {
+        spdlog::info("gererActionProtegee(.ouvrirDepotFichiers) called with {} URL(s)", fileCount(action));
+    }
+    emit commitRequested();
+    const bool quits = std::holds_alternative<QuitterApp>(action);
+    const auto refuse = [this, quits] {
+        actionEnAttente_.reset();
+        emit selectionChanged();  // the table shows the loaded take again
+        if (quits) services_.termination.replyToApplicationShouldTerminate(false);
+    };
+    if (actionEnAttente_) {
+        // One question at a time: the answer to it decides what happens to the edits.
+        if (quits) services_.termination.replyToApplicationShouldTerminate(false);
+        return;
+    }
+    if (sauvegardeEnCours()) {
+        // What a save writes is neither pending nor on disk.
+        emit notice(QStringLiteral("Wait until saving is done, or cancel it."));
+        refuse();
+        return;
+    }
+    if (!hasUnsavedChanges()) {
+        perform(action);
+        return;
+    }
+    actionEnAttente_ = action;
+    Alert alert;
+    alert.title = QStringLiteral("Unsaved modifications");
+    alert.text = quits ? QStringLiteral("Do you want to save your changes before quitting?")
+                       : QStringLiteral("Do you want to save your changes before continuing?");
+    alert.buttons = {QStringLiteral("Save"), QStringLiteral("Discard changes"), QStringLiteral("Cancel")};
+    services_.dialogs.ask(alert, [this, refuse](AlertAnswer answer) {
+        const auto go = [this] {
+            const ActionEnAttente waiting = *std::exchange(actionEnAttente_, std::nullopt);
+            perform(waiting);
+        };
+        if (answer.button == 0) {
+            saveAll([go, refuse](bool saved) { saved ? go() : refuse(); });
+        } else if (answer.button == 1) {
+            rows_.discard();
+            go();
+        } else {
+            refuse();
+        }
+    });
+}
+
+void ContentView::perform(const ActionEnAttente& action) {
+    if (const auto* file = std::get_if<OuvrirFichier>(&action)) {
+        openFolder(folderOf(file->fichier), {file->fichier});
+    } else if (const auto* group = std::get_if<OuvrirGroupe>(&action)) {
+        spdlog::info("executing .ouvrirGroupe; chargerGroupe will be called with {} URL(s)", group->fichiers.size());
+        chargerGroupe(group->fichiers);
+    } else if (const auto* folder = std::get_if<OuvrirDossier>(&action)) {
+        openFolder(folder->dossier, {});
+    } else if (const auto* dropped = std::get_if<OuvrirDepotFichiers>(&action)) {
+        spdlog::info("executing .ouvrirDepotFichiers; chargerGroupe will be called with {} URL(s)",
+                     dropped->fichiers.size());
+        std::error_code error;
+        if (dropped->fichiers.size() == 1 && std::filesystem::is_directory(dropped->fichiers.front(), error)) {
+            openFolder(dropped->fichiers.front(), {});
+        } else if (dropped->dossier) {
+            openFolder(*dropped->dossier, dropped->fichiers);
+        } else {
+            openFiles(dropped->fichiers);
+        }
+    } else {
+        services_.termination.replyToApplicationShouldTerminate(true);
+    }
+}
+
+// --- Opening -------------------------------------------------------------------------------------------------------
+
+void ContentView::loadFile() {
+    OpenPanel panel;
+    panel.title = QStringLiteral("Load File");
+    panel.prompt = QStringLiteral("Load");
+    panel.start = dossier_.value_or(std::filesystem::path());
+    panel.nameFilters = listedNameFilters();
+    services_.dialogs.choose(panel, [this](const std::optional<std::filesystem::path>& url) {
+        if (url) gererActionProtegee(OuvrirFichier{*url});
+    });
+}
+
+void ContentView::loadFolder() {
+    OpenPanel panel;
+    panel.title = QStringLiteral("Load Folder");
+    panel.prompt = QStringLiteral("Load");
+    panel.folders = true;
+    panel.start = dossier_.value_or(std::filesystem::path());
+    services_.dialogs.choose(panel, [this](const std::optional<std::filesystem::path>& url) {
+        if (url) gererActionProtegee(OuvrirDossier{*url});
+    });
+}
+
+void ContentView::openFolder(const std::filesystem::path& folder, std::vector<std::filesystem::path> select) {
+    std::error_code error;
+    if (!std::filesystem::is_directory(folder, error)) {
+        showError(QStringLiteral("Folder Not Found"),
+                  QStringLiteral("%1 is not there, or cannot be read.").arg(toQt(folder)));
+        return;
+    }
+    // The one form in which listed files are named, so that files named from outside are found among them.
+    const std::filesystem::path whole = std::filesystem::absolute(folder, error).lexically_normal();
+    dossier_ = error ? folder : whole.has_filename() ? whole : whole.parent_path();
+    fichiersDossier_.clear();
+    toSelect_.clear();
+    for (const std::filesystem::path& file : select)
+        toSelect_.push_back(*dossier_ / file.filename());
+    clearSelection();
+    rows_.load({});
+    services_.settings.set(settings::lastFolder, toQt(*dossier_));
+    emit folderChanged();
+    opening_ = true;
+    reading_ = TakeRows::Reading::partial;
+    startReading();
+}
+
+void ContentView::openFiles(std::vector<std::filesystem::path> files) {
+    std::erase_if(files, [](const std::filesystem::path& file) { return !isListed(file); });
+    if (files.empty()) {
+        showError(QStringLiteral("Nothing to Open"),
+                  QStringLiteral("None of these is an audio file that Dravik can open."));
+        return;
+    }
+    dossier_.reset();
+    fichiersDossier_ = std::move(files);
+    toSelect_ = fichiersDossier_;
+    clearSelection();
+    rows_.load({});
+    emit folderChanged();
+    reading_ = TakeRows::Reading::partial;
+    startReading();
+}
+
+void ContentView::startReading() {
+    if (dossier_) {
+        listing_.readFolder(*dossier_, regrouperFichiersMono());
+    } else if (!fichiersDossier_.empty()) {
+        listing_.readFiles(fichiersDossier_, regrouperFichiersMono());
+    }
+}
+
+void ContentView::reload() {
+    if (sauvegardeEnCours()) return;  // it reads the folder again by itself
+    reading_ = TakeRows::Reading::again;
+    startReading();
+}
+
+void ContentView::onRowsRead(const std::shared_ptr<ReadRows>& rows, bool complete) {
+    const bool again = reading_ == TakeRows::Reading::again;
+    if (again && !complete) return;  // what was read before is shown until all of it is there anew
+    const std::vector<std::string> gone = rows_.refresh(std::move(*rows), again      ? TakeRows::Reading::again
+                                                                          : complete ? TakeRows::Reading::last
+                                                                                     : TakeRows::Reading::partial);
+    if (complete) reading_ = TakeRows::Reading::last;
+    if (!gone.empty()) {
+        QStringList names;
+        for (const std::string& name : gone)
+            names << toQt(name);
+        showError(QStringLiteral("Takes Are Gone"),
+                  QStringLiteral("These takes had unsaved changes, and are not in the folder any more: %1.")
+                      .arg(names.join(QStringLiteral(", "))));
+    }
+    selectAfterReading(complete);
+}
+
+void ContentView::selectAfterReading(bool complete) {
+    if (!toSelect_.empty()) {
+        const int row = rows_.indexOfFile(toSelect_.front());
+        if (row >= 0) {
+            toSelect_.clear();
+            showTake(row);
+        } else if (complete) {
+            toSelect_.clear();
+        }
+        return;
+    }
+    if (selected_.empty()) {
+        // A folder that was opened shows its first take, so that no view is empty without need.
+        if (opening_ && !rows_.groupesTableau().empty()) showTake(0);
+        opening_ = opening_ && rows_.groupesTableau().empty() && !complete;
+        return;
+    }
+    opening_ = false;
+    const int row = rows_.indexOfFile(selected_.front());
+    if (row >= 0) {
+        if (complete) showTake(row);
+    } else if (complete) {
+        clearSelection();
+    }
+}
+
+QString ContentView::folderLabel() const {
+    if (dossier_) return toQt(*dossier_);
+    std::set<std::filesystem::path> folders;
+    for (const std::filesystem::path& file : fichiersDossier_)
+        folders.insert(folderOf(file));
+    if (folders.empty()) return {};
+    return folders.size() == 1 ? toQt(*folders.begin()) : QStringLiteral("Multiple folders");
+}
+
+bool ContentView::regrouperFichiersMono() const { return services_.settings.value(settings::regrouperFichiersMono); }
+
+void ContentView::setRegrouperFichiersMono(bool regrouper) {
+    if (regrouper == regrouperFichiersMono()) return;
+    if (hasUnsavedChanges() || sauvegardeEnCours()) {
+        showError(QStringLiteral("Group Mono Files"), QStringLiteral("Save changes before changing mono grouping."));
+        return;
+    }
+    services_.settings.set(settings::regrouperFichiersMono, regrouper);
+    reload();
+    if (regrouper || services_.settings.value(settings::masquerAvertissementDesactivationGroupesMono)) return;
+    Alert alert;
+    alert.title = QStringLiteral("Mono Group Detection Disabled");
+    alert.text = QStringLiteral(
+        "Dravik will now treat mono files individually.\n\nBe careful when editing metadata: files that belong to the "
+        "same take may become inconsistent if only one mono file is modified.\n\nRe-enable Group Mono Files to edit "
+        "detected mono sets together.");
+    alert.buttons = {QStringLiteral("OK")};
+    alert.checkBox = QStringLiteral("Don't show again");
+    services_.dialogs.ask(alert, [this](AlertAnswer answer) {
+        if (answer.checked) {
+            services_.settings.set(settings::masquerAvertissementDesactivationGroupesMono, true);
+        }
+    });
+}
+
+// --- The loaded take -----------------------------------------------------------------------------------------------
+
+int ContentView::selectedRow() const noexcept { return selected_.empty() ? -1 : rows_.indexOfFile(selected_.front()); }
+
+std::optional<std::filesystem::path> ContentView::fichierSelectionne() const {
+    return selected_.empty() ? std::nullopt : std::optional(selected_.front());
+}
+
+void ContentView::selectionnerLigne(int row) {
+    if (row < 0 || row == selectedRow()) return;
+    std::vector<std::filesystem::path> urls;
+    for (const InfoFichier& fichier : rows_.groupesTableau().at(static_cast<std::size_t>(row)).groupe.fichiers)
+        urls.push_back(fichier.url);
+    if (services_.settings.value(settings::confirmBeforeSelectingAnotherTake)) {
+        gererActionProtegee(OuvrirGroupe{std::move(urls)});
+    } else {
+        chargerGroupe(urls);
+    }
+}
+
+void ContentView::chargerGroupe(const std::vector<std::filesystem::path>& urls) {
+    if (urls.empty()) return;
+    const int row = rows_.indexOfFile(urls.front());
+    if (row >= 0) showTake(row);
+}
+
+void ContentView::clearSelection() {
+    if (selected_.empty()) return;
+    selected_.clear();
+    loadID_ = Uuid::random();
+    metadata_.reset();
+    pistes_.clear();
+    cuesOriginaux_.clear();
+    cueDrag_.reset();
+    filling_ = true;
+    modifications_.charger({}, {}, 0);
+    filling_ = false;
+    enChargement_ = false;
+    emit enChargementChanged();
+    emit selectionChanged();
+    emit takeChanged();
+    emit cueMarkersChanged();
+}
+
+void ContentView::showTake(int row) {
+    const GroupeFichiers& original = rows_.groupesOriginauxTableau().at(static_cast<std::size_t>(row));
+    selected_.clear();
+    for (const InfoFichier& fichier : original.fichiers)
+        selected_.push_back(fichier.url);
+    metadata_ = summary(original);
+    pistes_ = tracksOfGroup(original);
+    cuesOriginaux_.clear();
+    cueDrag_.reset();
+    rows_.endCollapsing();
+    fillModifications(row);
+
+    loadID_ = Uuid::random();
+    enChargement_ = true;
+    emit enChargementChanged();
+    emit selectionChanged();
+    emit takeChanged();
+    emit cueMarkersChanged();
+    services_.background.run(
+        this, [url = selected_.front()] { return lireCues(url); },
+        [this, load = loadID_](std::vector<CueMarker> cues) {
+            if (load != loadID_) return;
+            cuesOriginaux_ = std::move(cues);
+            enChargement_ = false;
+            emit enChargementChanged();
+            emit cueMarkersChanged();
+        });
+}
+
+void ContentView::fillModifications(int row) {
+    const auto at = static_cast<std::size_t>(row);
+    const GroupeFichiers& original = rows_.groupesOriginauxTableau().at(at);
+    const RowState& state = rows_.groupesTableau().at(at);
+    filling_ = true;
+    modifications_.charger(summary(original), tracksOfGroup(original), original.fichiers.front().sampleRate);
+    const EditedFields fields = fieldsOf(state.groupe);
+    modifications_.setProject(fields.project);
+    modifications_.setScene(fields.scene);
+    modifications_.setTape(fields.tape);
+    modifications_.setPrise(fields.prise);
+    modifications_.setNote(fields.note);
+    modifications_.setCircled(fields.circled);
+    modifications_.setWild(fields.wild);
+    modifications_.setFramerate(fields.framerate);
+    modifications_.setTimecode(fields.timecode);
+    for (const auto& [piste, nom] : fields.nomsPistes)
+        modifications_.setTrackName(piste, nom);
+    modifications_.setModifTableau(state.groupe.nom != original.nom);
+    modifications_.setModifCues(state.cues.has_value());
+    filling_ = false;
+}
+
+void ContentView::onRowsChanged(const std::vector<int>& rows) {
+    const int row = selectedRow();
+    if (row < 0 || std::find(rows.begin(), rows.end(), row) == rows.end()) return;
+    if (!filling_) fillModifications(row);
+    emit takeChanged();
+    emit cueMarkersChanged();
+}
+
+void ContentView::onFieldEdited(RowField field) {
+    const int row = selectedRow();
+    if (filling_ || row < 0) return;
+    RowState state = rows_.groupesTableau().at(static_cast<std::size_t>(row));
+    const EditedFields& edited = modifications_.fields();
+    switch (field) {
+        case RowField::project:
+            static_cast<void>(setText(state.groupe, field, edited.project));
+            break;
+        case RowField::scene:
+            static_cast<void>(setText(state.groupe, field, edited.scene));
+            break;
+        case RowField::tape:
+            static_cast<void>(setText(state.groupe, field, edited.tape));
+            break;
+        case RowField::prise:
+            static_cast<void>(setText(state.groupe, field, edited.prise));
+            break;
+        case RowField::note:
+            static_cast<void>(setText(state.groupe, field, edited.note));
+            break;
+        case RowField::circled:
+            setFlag(state.groupe, field, edited.circled);
+            break;
+        case RowField::wild:
+            setFlag(state.groupe, field, edited.wild);
+            break;
+        case RowField::timecode:
+            static_cast<void>(setText(state.groupe, field, edited.timecode));
+            break;
+        case RowField::framerate:
+            static_cast<void>(setText(state.groupe, field, edited.framerate));
+            break;
+        case RowField::tracks:
+            for (const auto& [piste, nom] : edited.nomsPistes)
+                setTrackName(state.groupe, piste, nom);
+            break;
+        case RowField::name:
+        case RowField::cues:
+            return;
+    }
+    filling_ = true;  // the fields are what the row is about to become
+    rows_.edit(QStringLiteral("Edit %1").arg(fieldTitle(field)), {{row, std::move(state)}},
+               QStringLiteral("field %1 of %2").arg(static_cast<int>(field)).arg(row));
+    filling_ = false;
+}
+
+QString ContentView::undoName() const {
+    if (sauvegardeEnCours()) return {};
+    if (rows_.canUndo()) return rows_.undoName();
+    // Not under edits that were made since: they may be of what the save has changed.
+    if (saves_.empty() || hasUnsavedChanges()) return {};
+    return QStringLiteral("Save of %1").arg(counted(saves_.back().files.size(), QStringLiteral("File")));
+}
+
+QString ContentView::redoName() const { return sauvegardeEnCours() ? QString() : rows_.redoName(); }
+
+void ContentView::undo() {
+    if (sauvegardeEnCours()) return;
+    if (rows_.canUndo()) {
+        rows_.undo();
+    } else if (canUndo()) {
+        undoLastSave();
+    }
+}
+
+void ContentView::redo() {
+    if (canRedo()) rows_.redo();
+}
+
+void ContentView::showError(const QString& title, const QString& text) {
+    Alert alert;
+    alert.title = title;
+    alert.text = text;
+    alert.buttons = {QStringLiteral("OK")};
+    services_.dialogs.ask(alert, [](AlertAnswer) {});
+}
+
+}  // namespace dravik

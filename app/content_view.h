@@ -1,0 +1,200 @@
+#pragma once
+
+#include "app/action_en_attente.h"
+#include "app/background.h"
+#include "app/clock.h"
+#include "app/commands.h"
+#include "app/dialogs.h"
+#include "app/external_file_open_router.h"
+#include "app/folder_listing.h"
+#include "app/protected_termination.h"
+#include "app/take_rows.h"
+#include "app/user_defaults.h"
+#include "base/file_ops.h"
+#include "editing/modifications_en_cours.h"
+#include "editing/save_undo.h"
+#include "model/audio_file_reader.h"
+#include "model/audio_metadata.h"
+#include "model/piste.h"
+
+#include <QObject>
+#include <QString>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace dravik {
+
+/// The main window's controller: the folder, its rows, the take that is loaded, what is unsaved, and the gate that
+/// every action passes which would lose it. No widget; one signal for each thing that a view shows. Main thread only.
+///
+/// There is one set of pending edits, the rows' (TakeRows). `modifications()` shows those of the loaded take as fields;
+/// an edit made there is an edit of its row, and the other way round.
+class ContentView : public QObject {
+    Q_OBJECT
+  public:
+    /// What it works with; all of it outlives the controller.
+    struct Services {
+        UserDefaults& settings;
+        Dialogs& dialogs;
+        Clock& clock;
+        Background& background;
+        FileOps& files;
+        const AudioFileReader& codecs;
+        Commands& commands;
+        ExternalFileOpenRouter& router;
+        ProtectedTermination& termination;
+    };
+    /// Registers with the router, and takes what waits there.
+    explicit ContentView(const Services& services);
+    ~ContentView() override;
+
+    // --- What views show -------------------------------------------------------------------------------------------
+    [[nodiscard]] TakeRows& rows() noexcept { return rows_; }
+    [[nodiscard]] const TakeRows& rows() const noexcept { return rows_; }
+    [[nodiscard]] FolderListing& listing() noexcept { return listing_; }
+    [[nodiscard]] ModificationsEnCours& modifications() noexcept { return modifications_; }
+
+    [[nodiscard]] const std::optional<std::filesystem::path>& dossierSelectionne() const noexcept { return dossier_; }
+    /// The folder's name; "Multiple folders" when the rows come from several.
+    [[nodiscard]] QString folderLabel() const;
+    /// Row of the loaded take, -1 for none.
+    [[nodiscard]] int selectedRow() const noexcept;
+    [[nodiscard]] std::optional<std::filesystem::path> fichierSelectionne() const;
+    [[nodiscard]] const std::vector<std::filesystem::path>& fichiersSelectionnes() const noexcept { return selected_; }
+    /// Of the take as it was read, edits not included.
+    [[nodiscard]] const std::optional<AudioMetadata>& metadata() const noexcept { return metadata_; }
+    [[nodiscard]] const std::vector<Piste>& pistes() const noexcept { return pistes_; }
+    [[nodiscard]] bool enChargement() const noexcept { return enChargement_; }
+    [[nodiscard]] const std::optional<ActionEnAttente>& actionEnAttente() const noexcept { return actionEnAttente_; }
+    [[nodiscard]] bool sauvegardeEnCours() const noexcept { return saving_ != nullptr; }
+    [[nodiscard]] const QString& messageSuccesSauvegarde() const noexcept { return messageSucces_; }
+    [[nodiscard]] bool regrouperFichiersMono() const;
+    /// A text field is being edited: single-key shortcuts wait.
+    [[nodiscard]] bool enSaisie() const noexcept { return enSaisie_; }
+    void setEnSaisie(bool enSaisie) noexcept { enSaisie_ = enSaisie; }
+
+    [[nodiscard]] bool hasUnsavedChanges() const noexcept { return !rows_.editedRows().empty(); }
+
+    // --- Intents ---------------------------------------------------------------------------------------------------
+    /// The gate.
+    void gererActionProtegee(const ActionEnAttente& action);
+    /// Loads the take made of these files, which is a row of the table.
+    void chargerGroupe(const std::vector<std::filesystem::path>& urls);
+    /// The user has selected a row. Its edits stay with the rows, so this asks nothing unless the user wants it to.
+    void selectionnerLigne(int row);
+
+    void loadFile();
+    void loadFolder();
+    /// Reads the folder again; pending edits and the selection stay.
+    void reload();
+
+    /// Saves everything pending; `saved` is called with whether it is all on disk, also when there was nothing to save.
+    void saveAll(std::function<void(bool)> saved = {});
+    void cancelSave();
+    /// Asks, then reverts everything pending.
+    void discardAll();
+
+    /// The last step of what is pending; when nothing is, the last save: its files are put back as they were, after a
+    /// question.
+    void undo();
+    void redo();
+    [[nodiscard]] bool canUndo() const { return !undoName().isEmpty(); }
+    [[nodiscard]] bool canRedo() const { return !redoName().isEmpty(); }
+    /// What the step is called; empty when there is none.
+    [[nodiscard]] QString undoName() const;
+    [[nodiscard]] QString redoName() const;
+
+    void setRegrouperFichiersMono(bool regrouper);
+
+    /// Shows what went wrong, with an "OK" button.
+    void showError(const QString& title, const QString& text);
+
+    // --- Cue markers of the loaded take ----------------------------------------------------------------------------
+    [[nodiscard]] std::vector<CueMarker> cueMarkers() const;
+    [[nodiscard]] const std::vector<CueMarker>& cueMarkersOriginaux() const noexcept { return cuesOriginaux_; }
+    void addCue(std::int64_t frame);
+    void deleteCue(const Uuid& id);
+    void renameCue(const Uuid& id);
+    /// A drag is one step: `moveCue` as often as the pointer moves, `endCueDrag` once. Frames are clamped to the take.
+    void beginCueDrag(const Uuid& id);
+    void moveCue(std::int64_t frame);
+    void endCueDrag();
+
+  signals:
+    void folderChanged();
+    void selectionChanged();  ///< another take is loaded, or the table is to show the loaded one again
+    void takeChanged();       ///< metadata or tracks of the loaded take
+    void cueMarkersChanged();
+    void enChargementChanged();
+    void sauvegardeEnCoursChanged();
+    void messageSuccesSauvegardeChanged();
+    void saveProgressed(std::uint64_t doneBytes, std::uint64_t allBytes, const QString& name);
+    void pendingChanged();
+    /// Something is about to be done with the edits: views put in what is still being typed.
+    void commitRequested();
+    /// One line for the status bar that needs no answer.
+    void notice(const QString& text);
+
+  private:
+    void perform(const ActionEnAttente& action);
+    void openFolder(const std::filesystem::path& folder, std::vector<std::filesystem::path> select);
+    void openFiles(std::vector<std::filesystem::path> files);
+    void onRowsRead(const std::shared_ptr<ReadRows>& rows, bool complete);
+    void onRowsChanged(const std::vector<int>& rows);
+    void startReading();
+    void selectAfterReading(bool complete);
+    void clearSelection();
+    void showTake(int row);
+    void fillModifications(int row);
+    void onFieldEdited(RowField field);
+    void editCues(const QString& name, std::vector<CueMarker> markers, const QString& collapseKey = {});
+    [[nodiscard]] QString cueName(const CueMarker& marker) const;
+
+    void checkFormats(std::function<void(bool)> goOn);
+    void startSave(std::function<void(bool)> saved);
+    struct SaveEnd;
+    void runInBackground(std::function<void(SaveEnd&, const TaskContext&)> write, std::function<void(SaveEnd)> ended);
+    void endSave(SaveEnd end, const std::function<void(bool)>& saved);
+    void followMoves(const SaveReport& report);
+    void remember(SaveSnapshot snapshot);
+    void undoLastSave();
+    void tellSuccess(std::size_t written);
+
+    Services services_;
+    TakeRows rows_;
+    FolderListing listing_;
+    ModificationsEnCours modifications_;
+    const Uuid externalOpenConsumerID_ = Uuid::random();
+
+    std::optional<std::filesystem::path> dossier_;
+    std::vector<std::filesystem::path> fichiersDossier_;  ///< when files were opened rather than a folder
+    std::vector<std::filesystem::path> selected_;         ///< files of the loaded take
+    std::vector<std::filesystem::path> toSelect_;         ///< files to load as soon as they have been read
+    TakeRows::Reading reading_ = TakeRows::Reading::last;
+    bool opening_ = false;  ///< no take of the folder has been loaded yet
+    std::optional<AudioMetadata> metadata_;
+    std::vector<Piste> pistes_;
+    std::vector<CueMarker> cuesOriginaux_;
+    Uuid loadID_;  ///< of the current load; what another one brings is dropped
+    bool enChargement_ = false;
+    bool enSaisie_ = false;
+    bool filling_ = false;  ///< the fields follow the row just now, not the other way round
+
+    struct CueDrag {
+        Uuid id;
+        std::vector<CueMarker> before;
+        QString collapseKey;
+    };
+    std::optional<CueDrag> cueDrag_;
+
+    std::optional<ActionEnAttente> actionEnAttente_;
+    std::shared_ptr<CancellationToken> saving_;
+    std::vector<SaveSnapshot> saves_;  ///< of this run that can be undone, the last one behind
+    QString messageSucces_;
+    int messageNumber_ = 0;
+};
+
+}  // namespace dravik

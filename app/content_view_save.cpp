@@ -1,0 +1,260 @@
+#include "app/content_view.h"
+#include "app/text.h"
+#include "base/paths.h"
+#include "base/text.h"
+#include "editing/save_transaction.h"
+
+#include <algorithm>
+#include <chrono>
+
+namespace dravik {
+namespace {
+
+constexpr auto successMessageTime = std::chrono::nanoseconds(2'000'000'000);
+constexpr auto progressInterval = std::chrono::milliseconds(50);
+/// How far back a save can be undone, and the memory that may be held for it.
+constexpr std::size_t maxUndoableSaves = 20;
+constexpr std::size_t maxUndoBytes = std::size_t{256} * 1024 * 1024;
+
+/// The extensions of the row's files that no writer takes, as they are shown.
+void addUnwritable(const GroupeFichiers& groupe, std::set<QString>& extensions) {
+    for (const InfoFichier& fichier : groupe.fichiers) {
+        if (isEditable(fichier.url)) continue;
+        std::string extension = fichier.url.extension().native();
+        if (!extension.empty()) extension.erase(0, 1);
+        const QString shown = toQt(extension).trimmed().toUpper();
+        extensions.insert(shown.isEmpty() ? QStringLiteral("this file") : shown);
+    }
+}
+
+}  // namespace
+
+/// What came of a save, brought back to the main thread.
+struct ContentView::SaveEnd {
+    std::optional<SaveReport> report;  ///< absent when nothing was written
+    QString error;                     ///< empty when all went well
+    bool rollbackFailed = false;
+    bool cancelled = false;
+    SaveSnapshot snapshot;  ///< what the save has replaced
+};
+
+void ContentView::checkFormats(std::function<void(bool)> goOn) {
+    std::set<QString> extensions;
+    std::set<int> unwritable;
+    for (const int row : rows_.editedRows()) {
+        const GroupeFichiers& groupe = rows_.groupesTableau().at(static_cast<std::size_t>(row)).groupe;
+        if (isEditable(groupe)) continue;
+        addUnwritable(groupe, extensions);
+        unwritable.insert(row);
+    }
+    if (extensions.empty()) {
+        goOn(true);
+        return;
+    }
+    const QStringList shown(extensions.begin(), extensions.end());
+    Alert alert;
+    alert.title = QStringLiteral("Format Not Supported for Editing");
+    alert.text =
+        shown.size() == 1
+            ? QStringLiteral("Dravik can open %1 files, but changes cannot be saved to this format.").arg(shown.front())
+            : QStringLiteral("Changes cannot be saved to these file formats: %1.")
+                  .arg(shown.join(QStringLiteral(", ")));
+    alert.text += QStringLiteral("\n\nWould you like to discard your changes?");
+    alert.buttons = {QStringLiteral("Discard"), QStringLiteral("Cancel")};
+    alert.destructive = true;
+    services_.dialogs.ask(alert, [this, unwritable, goOn = std::move(goOn)](AlertAnswer answer) {
+        if (answer.button != 0) {
+            goOn(false);
+            return;
+        }
+        rows_.discard(unwritable);
+        goOn(true);
+    });
+}
+
+void ContentView::saveAll(std::function<void(bool)> saved) {
+    if (!saved) saved = [](bool) {};
+    emit commitRequested();
+    if (sauvegardeEnCours()) {
+        saved(false);
+        return;
+    }
+    if (!hasUnsavedChanges()) {
+        saved(true);
+        return;
+    }
+    checkFormats([this, saved = std::move(saved)](bool goOn) {
+        if (goOn && hasUnsavedChanges()) {
+            startSave(saved);
+        } else {
+            saved(goOn);
+        }
+    });
+}
+
+void ContentView::startSave(std::function<void(bool)> saved) {
+    std::vector<SaveItem> items;
+    for (const int row : rows_.editedRows()) {
+        const auto at = static_cast<std::size_t>(row);
+        std::vector<SaveItem> own = planSave(rows_.groupesTableau().at(at), rows_.groupesOriginauxTableau().at(at));
+        std::move(own.begin(), own.end(), std::back_inserter(items));
+    }
+    rows_.endCollapsing();
+    const auto write = [this, items = std::move(items)](SaveEnd& end, const TaskContext& task) {
+        end.snapshot = takeSnapshot(items);
+        end.report = runSave(services_.files, items, task);
+        noteSaved(services_.files, end.snapshot, *end.report);
+    };
+    runInBackground(write, [this, saved = std::move(saved)](SaveEnd end) { endSave(std::move(end), saved); });
+}
+
+void ContentView::runInBackground(std::function<void(SaveEnd&, const TaskContext&)> write,
+                                  std::function<void(SaveEnd)> ended) {
+    saving_ = std::make_shared<CancellationToken>();
+    listing_.setQuiet(true);
+    emit sauvegardeEnCoursChanged();
+    emit pendingChanged();
+
+    const QPointer<QObject> self(this);
+    auto work = [this, self, token = saving_, write = std::move(write)]() -> SaveEnd {
+        SaveEnd end;
+        auto told = std::make_shared<std::chrono::steady_clock::time_point>();
+        const auto report = [this, self, told](const Progress& progress) {
+            const auto now = std::chrono::steady_clock::now();
+            if (now - *told < progressInterval) return;
+            *told = now;
+            services_.background.post(
+                self, [this, done = progress.doneBytes, all = progress.allBytes, name = toQt(progress.currentName)] {
+                    emit saveProgressed(done, all, name);
+                });
+        };
+        try {
+            write(end, {token.get(), report});
+            end.cancelled = end.report->cancelled;
+            if (!end.cancelled) end.report->throwIfFailed();
+        } catch (const Cancelled&) {
+            end.cancelled = true;
+        } catch (const MainSaveRenameError& error) {
+            end.error = toQt(error.what());
+            end.rollbackFailed = error.reason() == MainSaveRenameError::Reason::rollbackFailed;
+        } catch (const std::exception& error) {
+            end.error = toQt(userText(error));
+        }
+        return end;
+    };
+    services_.background.run(this, std::move(work), [this, ended = std::move(ended)](SaveEnd end) {
+        saving_.reset();
+        listing_.setQuiet(false);
+        if (end.report) {
+            followMoves(*end.report);
+            reload();  // before what waited for the save, which may open another folder
+        }
+        ended(std::move(end));
+        emit sauvegardeEnCoursChanged();
+        emit pendingChanged();
+    });
+}
+
+void ContentView::followMoves(const SaveReport& report) {
+    if (report.moved.empty()) return;
+    const auto follow = [&](std::vector<std::filesystem::path>& paths) {
+        for (std::filesystem::path& path : paths) {
+            const auto moved = report.moved.find(path);
+            if (moved != report.moved.end()) path = moved->second;
+        }
+    };
+    follow(selected_);
+    follow(fichiersDossier_);
+    rows_.filesMoved(report.moved);
+}
+
+void ContentView::endSave(SaveEnd end, const std::function<void(bool)>& saved) {
+    const bool success = end.error.isEmpty() && !end.cancelled;
+    const std::size_t written = end.report ? end.report->written() : 0;
+    if (success) {
+        rows_.accept();
+        tellSuccess(written);
+    } else if (end.cancelled) {
+        emit notice(QStringLiteral("Saving was cancelled. %1 saved; the other changes are still pending.")
+                        .arg(counted(written, QStringLiteral("file"))));
+    } else {
+        showError(
+            end.rollbackFailed ? QStringLiteral("Critical Rename Recovery Needed") : QStringLiteral("Save Failed"),
+            end.error);
+    }
+    remember(std::move(end.snapshot));
+    saved(success);
+}
+
+void ContentView::remember(SaveSnapshot snapshot) {
+    if (snapshot.files.empty()) return;
+    saves_.push_back(std::move(snapshot));
+    std::size_t bytes = 0;
+    for (const SaveSnapshot& one : saves_)
+        bytes += one.bytes();
+    while (saves_.size() > maxUndoableSaves || (saves_.size() > 1 && bytes > maxUndoBytes)) {
+        bytes -= saves_.front().bytes();
+        saves_.erase(saves_.begin());
+    }
+}
+
+void ContentView::undoLastSave() {
+    Alert alert;
+    alert.title = QStringLiteral("Undo the Last Save?");
+    alert.text = QStringLiteral("The metadata, cues and names of %1 will be put back as they were before it.")
+                     .arg(counted(saves_.back().files.size(), QStringLiteral("file")));
+    alert.buttons = {QStringLiteral("Undo Save"), QStringLiteral("Cancel")};
+    services_.dialogs.ask(alert, [this](AlertAnswer answer) {
+        if (answer.button != 0 || saves_.empty() || hasUnsavedChanges() || sauvegardeEnCours()) return;
+        auto snapshot = std::make_shared<const SaveSnapshot>(saves_.back());
+        const auto write = [this, snapshot](SaveEnd& end, const TaskContext& task) {
+            end.report = undoSave(services_.files, *snapshot, task);
+        };
+        runInBackground(write, [this](SaveEnd end) {
+            if (end.cancelled) {
+                emit notice(QStringLiteral("Undoing the save was cancelled."));
+                // Stopped between two files: what is left of it cannot be told from other changes any more.
+                if (end.report) saves_.pop_back();
+            } else if (!end.error.isEmpty()) {
+                showError(end.rollbackFailed ? QStringLiteral("Critical Rename Recovery Needed")
+                                             : QStringLiteral("The Save Was Not Undone"),
+                          end.error);
+                saves_.pop_back();
+            } else {
+                saves_.pop_back();
+                emit notice(QStringLiteral("The save was undone."));
+            }
+        });
+    });
+}
+
+void ContentView::tellSuccess(std::size_t written) {
+    messageSucces_ =
+        written < 2 ? QStringLiteral("Saved") : QStringLiteral("Saved %1 files").arg(static_cast<qulonglong>(written));
+    emit messageSuccesSauvegardeChanged();
+    services_.clock.after(std::chrono::duration_cast<std::chrono::milliseconds>(successMessageTime), this,
+                          [this, number = ++messageNumber_] {
+                              if (number != messageNumber_) return;  // a later save has its own two seconds
+                              messageSucces_.clear();
+                              emit messageSuccesSauvegardeChanged();
+                          });
+}
+
+void ContentView::cancelSave() {
+    if (saving_) saving_->cancel();
+}
+
+void ContentView::discardAll() {
+    if (!hasUnsavedChanges() || sauvegardeEnCours()) return;
+    Alert alert;
+    alert.title = QStringLiteral("Discard All Unsaved Changes?");
+    alert.text =
+        QStringLiteral("Dravik will revert all pending metadata, track name and cue changes. This cannot be undone.");
+    alert.buttons = {QStringLiteral("Discard"), QStringLiteral("Cancel")};
+    alert.destructive = true;
+    services_.dialogs.ask(alert, [this](AlertAnswer answer) {
+        if (answer.button == 0) rows_.discard();
+    });
+}
+
+}  // namespace dravik

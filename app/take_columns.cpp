@@ -1,0 +1,261 @@
+#include "app/take_columns.h"
+
+#include "app/text.h"
+#include "model/audio_metadata.h"
+#include "model/wave/timecode.h"
+
+#include <cmath>
+#include <numeric>
+
+#include <fmt/format.h>
+
+namespace dravik {
+namespace {
+
+/// The file as a take of its own, so that both are shown by the same rules.
+GroupeFichiers alone(const InfoFichier& fichier) {
+    GroupeFichiers groupe;
+    groupe.nom = fichier.nom;
+    groupe.fichiers = {fichier};
+    mergeMetadata(groupe);
+    return groupe;
+}
+
+}  // namespace
+
+QString columnTitle(TakeColumn column) {
+    switch (column) {
+        case TakeColumn::name:
+            return QStringLiteral("Name");
+        case TakeColumn::circled:
+            return QStringLiteral("Circled");
+        case TakeColumn::wild:
+            return QStringLiteral("Wild");
+        case TakeColumn::scene:
+            return QStringLiteral("Scene");
+        case TakeColumn::take:
+            return QStringLiteral("Take");
+        case TakeColumn::tape:
+            return QStringLiteral("Tape");
+        case TakeColumn::project:
+            return QStringLiteral("Project");
+        case TakeColumn::note:
+            return QStringLiteral("Note");
+        case TakeColumn::startTimecode:
+            return QStringLiteral("Start TC");
+        case TakeColumn::endTimecode:
+            return QStringLiteral("End TC");
+        case TakeColumn::duration:
+            return QStringLiteral("Duration");
+        case TakeColumn::fps:
+            return QStringLiteral("fps");
+        case TakeColumn::tracks:
+            return QStringLiteral("Tracks");
+        case TakeColumn::sampleRate:
+            return QStringLiteral("Samplerate");
+        case TakeColumn::bits:
+            return QStringLiteral("Bits");
+        case TakeColumn::format:
+            return QStringLiteral("Format");
+        case TakeColumn::size:
+            return QStringLiteral("Size");
+        case TakeColumn::date:
+            return QStringLiteral("Date");
+    }
+    return {};
+}
+
+std::optional<RowField> fieldOf(TakeColumn column) {
+    switch (column) {
+        case TakeColumn::name:
+            return RowField::name;
+        case TakeColumn::circled:
+            return RowField::circled;
+        case TakeColumn::wild:
+            return RowField::wild;
+        case TakeColumn::scene:
+            return RowField::scene;
+        case TakeColumn::take:
+            return RowField::prise;
+        case TakeColumn::tape:
+            return RowField::tape;
+        case TakeColumn::project:
+            return RowField::project;
+        case TakeColumn::note:
+            return RowField::note;
+        case TakeColumn::startTimecode:
+            return RowField::timecode;
+        case TakeColumn::fps:
+            return RowField::framerate;
+        default:
+            return std::nullopt;
+    }
+}
+
+bool isFlagColumn(TakeColumn column) { return column == TakeColumn::circled || column == TakeColumn::wild; }
+
+bool isTextColumn(TakeColumn column) { return fieldOf(column) && !isFlagColumn(column); }
+
+bool isNumberColumn(TakeColumn column) {
+    return column == TakeColumn::duration || column == TakeColumn::fps || column == TakeColumn::tracks ||
+           column == TakeColumn::sampleRate || column == TakeColumn::bits || column == TakeColumn::size;
+}
+
+std::string endTimecode(const GroupeFichiers& groupe) {
+    const InfoFichier& premier = groupe.fichiers.front();
+    if (!groupe.timecode || !groupe.framerate || !(premier.dureeSecondes >= 0) || !(premier.sampleRate > 0)) return {};
+    const double length = std::round(premier.dureeSecondes * premier.sampleRate);
+    constexpr double longest = 9e15;  // samples; longer than any file, and exact as a double
+    if (!(length < longest)) return {};
+    const std::uint64_t start = samplesFromTimecode(*groupe.timecode, *groupe.framerate, premier.sampleRate);
+    const auto samples = static_cast<std::uint64_t>(length);
+    if (start > UINT64_MAX - samples) return {};
+    return timecodeFromSamples(start + samples, actualRate(*groupe.framerate), premier.sampleRate).value_or("");
+}
+
+std::string cellText(const GroupeFichiers& groupe, TakeColumn column) {
+    const InfoFichier& premier = groupe.fichiers.front();
+    switch (column) {
+        case TakeColumn::circled:
+        case TakeColumn::wild:
+            return {};
+        case TakeColumn::endTimecode:
+            return endTimecode(groupe);
+        case TakeColumn::duration:
+            return durationText(premier.dureeSecondes);
+        case TakeColumn::tracks:
+            return fmt::format("{}", tracksOfGroup(groupe).size());
+        case TakeColumn::sampleRate:
+            return sampleRateText(premier.sampleRate);
+        case TakeColumn::bits:
+            return premier.bits > 0 ? fmt::format("{}", premier.bits) : std::string();
+        case TakeColumn::format:
+            return premier.format;
+        case TakeColumn::size:
+            return sizeText(
+                std::accumulate(groupe.fichiers.begin(), groupe.fichiers.end(), std::uint64_t{0},
+                                [](std::uint64_t sum, const InfoFichier& fichier) { return sum + fichier.taille; }));
+        case TakeColumn::date: {
+            const std::optional<RecordingDate> date = groupe.recordingDate();
+            return date ? formatRecordingDate(*date) : std::string();
+        }
+        default: {
+            const std::optional<RowField> field = fieldOf(column);
+            return field ? textOf(groupe, *field) : std::string();
+        }
+    }
+}
+
+std::string memberText(const GroupeFichiers& groupe, std::size_t member, TakeColumn column) {
+    const InfoFichier& fichier = groupe.fichiers.at(member);
+    if (column == TakeColumn::name) {
+        const std::vector<Piste> pistes = tracksOfGroup(groupe);
+        const std::string track = member < pistes.size() ? pistes[member].nom : std::string();
+        return track.empty() ? fichier.nom : fichier.nom + "  \u2013  " + track;
+    }
+    const bool tells = !fieldOf(column) || isMixedCell(groupe, column);
+    if (!tells || column == TakeColumn::endTimecode || column == TakeColumn::tracks) return {};
+    const GroupeFichiers own = alone(fichier);
+    if (isFlagColumn(column)) return flagOf(own, column) ? "yes" : "no";
+    return cellText(own, column);
+}
+
+bool isMixedCell(const GroupeFichiers& groupe, TakeColumn column) {
+    if (column == TakeColumn::date) {
+        return groupe.recordingDateStatus() == GroupeFichiers::RecordingDateStatus::mixed;
+    }
+    const std::optional<RowField> field = fieldOf(column);
+    return field && isMixed(groupe, *field);
+}
+
+bool flagOf(const GroupeFichiers& groupe, TakeColumn column) {
+    return column == TakeColumn::circled ? groupe.circled : column == TakeColumn::wild && groupe.wild;
+}
+
+QString whyNot(const GroupeFichiers& groupe, TakeColumn column, const QString& text) {
+    const std::optional<RowField> field = fieldOf(column);
+    if (!field) return QStringLiteral("This column cannot be edited.");
+    GroupeFichiers tried = groupe;
+    if (isFlagColumn(column) || setText(tried, *field, text.toStdString())) return {};
+    switch (column) {
+        case TakeColumn::startTimecode:
+            return groupe.framerate
+                       ? QStringLiteral("Invalid Timecode")
+                       : QStringLiteral("Invalid Timecode: choose a frame rate first, which it is counted in.");
+        case TakeColumn::name:
+            if (text.isEmpty()) return QStringLiteral("A name cannot be empty.");
+            if (text.contains(QLatin1Char('/'))) return QStringLiteral("A name cannot contain \"/\".");
+            if (text.startsWith(QLatin1Char('.'))) {
+                return QStringLiteral("A name cannot start with a dot: the file would be hidden.");
+            }
+            return QStringLiteral("No file can have this name. It may be too long.");
+        case TakeColumn::fps:
+            return QStringLiteral("This frame rate cannot be written.");
+        default:
+            return QStringLiteral("This text cannot be written.");
+    }
+}
+
+QString whyReadOnly(const GroupeFichiers& groupe) {
+    for (const InfoFichier& fichier : groupe.fichiers) {
+        if (isEditable(fichier.url)) continue;
+        const QString format = fichier.format.empty() ? QStringLiteral("this file") : toQt(fichier.format);
+        return QStringLiteral("Dravik can open %1 files, but changes cannot be saved to this format.").arg(format);
+    }
+    return {};
+}
+
+std::string clipboardText(const GroupeFichiers& groupe, TakeColumn column) {
+    if (isFlagColumn(column)) return flagOf(groupe, column) ? "yes" : "";
+    return cellText(groupe, column);
+}
+
+QString spreadsheetLine(const QStringList& cells) {
+    QStringList quoted;
+    for (QString cell : cells) {
+        const bool special = cell.contains(QLatin1Char('\t')) || cell.contains(QLatin1Char('\n')) ||
+                             cell.contains(QLatin1Char('\r')) || cell.startsWith(QLatin1Char('"'));
+        if (special) cell = QLatin1Char('"') + cell.replace(QLatin1Char('"'), QLatin1String("\"\"")) + QLatin1Char('"');
+        quoted << cell;
+    }
+    return quoted.join(QLatin1Char('\t'));
+}
+
+QStringList firstSpreadsheetColumn(const QString& text) {
+    QStringList lines;
+    const qsizetype end = text.size();
+    for (qsizetype at = 0; at < end;) {
+        QString cell;
+        const bool quoted = text.at(at) == QLatin1Char('"') && text.indexOf(QLatin1Char('"'), at + 1) > 0;
+        const qsizetype start = at;
+        if (quoted) {
+            for (++at; at < end; ++at) {
+                if (text.at(at) == QLatin1Char('"')) {
+                    if (at + 1 >= end || text.at(at + 1) != QLatin1Char('"')) break;
+                    ++at;
+                }
+                cell += text.at(at);
+            }
+            ++at;
+            const bool closed = at >= end || text.at(at) == QLatin1Char('\t') || text.at(at) == QLatin1Char('\n') ||
+                                text.at(at) == QLatin1Char('\r');
+            if (!closed) {
+                // The quotes are part of a text, as in: "Quiet" please
+                cell.clear();
+                at = start;
+            }
+        }
+        const bool taken = quoted && at != start;
+        bool first = true;
+        for (; at < end && text.at(at) != QLatin1Char('\n') && text.at(at) != QLatin1Char('\r'); ++at) {
+            first = first && text.at(at) != QLatin1Char('\t');
+            if (first && !taken) cell += text.at(at);
+        }
+        if (at < end && text.at(at) == QLatin1Char('\r') && at + 1 < end && text.at(at + 1) == QLatin1Char('\n')) ++at;
+        ++at;
+        lines << cell;
+    }
+    return lines;
+}
+
+}  // namespace dravik

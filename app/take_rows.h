@@ -1,0 +1,113 @@
+#pragma once
+
+#include "editing/row_edits.h"
+
+#include <QObject>
+#include <QString>
+#include <filesystem>
+#include <map>
+#include <set>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace dravik {
+
+/// Takes as they were read, twice: as what edits are compared with, and as what is edited. Made where they are read, so
+/// that the main thread has nothing to copy.
+struct ReadRows {
+    explicit ReadRows(std::vector<GroupeFichiers> read);
+    std::vector<GroupeFichiers> originals;
+    std::vector<RowState> rows;
+};
+
+/// The rows of the take table: as shown, as read, and the steps between the two that can be undone. It touches no file
+/// and asks no questions. Main thread only.
+///
+/// A row is known by the path of its first file, which survives a reading of the folder that other identities do not.
+class TakeRows : public QObject {
+    Q_OBJECT
+  public:
+    using QObject::QObject;
+
+    [[nodiscard]] const std::vector<RowState>& groupesTableau() const noexcept { return rows_; }
+    [[nodiscard]] const std::vector<GroupeFichiers>& groupesOriginauxTableau() const noexcept { return originals_; }
+    [[nodiscard]] static std::string keyOf(const GroupeFichiers& groupe);
+    /// Index of the row with this key, or of the row that holds the file; -1 when there is none.
+    [[nodiscard]] int indexOf(const std::string& key) const;
+    [[nodiscard]] int indexOfFile(const std::filesystem::path& file) const;
+
+    /// Other takes altogether: nothing is pending, nothing can be undone.
+    void load(std::vector<GroupeFichiers> groupes);
+    /// Which rows those are that were read.
+    enum class Reading {
+        partial,  ///< of a folder that is being read for the first time: more will come
+        last,     ///< all of it
+        again,    ///< all of a folder that was read before
+    };
+    /// More rows of the same folder, or all of them read again. Pending edits and their steps stay with their rows.
+    /// Gives the names of edited takes that are gone for good, whose edits went with them.
+    std::vector<std::string> refresh(ReadRows read, Reading reading);
+
+    [[nodiscard]] bool isEdited(int row) const { return edited_.contains(row); }
+    [[nodiscard]] const std::set<int>& editedRows() const noexcept { return edited_; }
+    [[nodiscard]] std::set<RowField> editedFields(int row) const;
+
+    /// One step: these rows become these states. `name` is what Undo shows. Steps that follow each other with the same
+    /// `collapseKey` (not empty) are one. A step that changes nothing is none.
+    void edit(const QString& name, std::vector<std::pair<int, RowState>> changes, const QString& collapseKey = {});
+    /// The next edit starts a step of its own: the user has left the field.
+    void endCollapsing() { collapse_.clear(); }
+
+    [[nodiscard]] bool canUndo() const noexcept { return !undo_.empty(); }
+    [[nodiscard]] bool canRedo() const noexcept { return !redo_.empty(); }
+    [[nodiscard]] QString undoName() const { return undo_.empty() ? QString() : undo_.back().name; }
+    [[nodiscard]] QString redoName() const { return redo_.empty() ? QString() : redo_.back().name; }
+    void undo();
+    void redo();
+
+    /// These rows (all edited ones when empty) are again as they were read. No step; the steps go.
+    void discard(const std::set<int>& rows = {});
+    /// Everything pending was saved: what is shown is what is on disk. The steps go.
+    void accept();
+    /// Files have other names now (old path -> new path); their rows and edits go with them.
+    void filesMoved(const std::map<std::filesystem::path, std::filesystem::path>& moved);
+
+    /// Unfolds or folds a set. Not an edit.
+    void setDeplie(int row, bool estDeplie);
+
+  signals:
+    /// Other rows, or another number of them.
+    void rowsReset();
+    /// Rows behind those that were there, which are as before.
+    void rowsAppended(int first, int last);
+    void rowsChanged(const std::vector<int>& rows);
+    /// What is edited, or what can be undone, is another.
+    void pendingChanged();
+
+  private:
+    struct Change {
+        std::string key;
+        RowState before, after;
+    };
+    struct Step {
+        QString name;
+        std::vector<Change> changes;
+    };
+    void put(const std::string& key, const RowState& state, std::vector<int>& touched);
+    void index(std::size_t from = 0);
+    void markEdited(int row);
+    void replay(const Step& step, bool forwards);
+
+    std::vector<RowState> rows_;
+    std::vector<GroupeFichiers> originals_;
+    std::unordered_map<std::string, int> byKey_;
+    std::unordered_map<std::string, int> byFile_;
+    std::set<int> edited_;
+    std::unordered_map<std::string, RowState> waiting_;  ///< edits of rows that are not there yet in a refresh
+    std::unordered_map<std::string, GroupeFichiers> waitingOriginals_;
+    std::vector<Step> undo_, redo_;
+    QString collapse_;
+};
+
+}  // namespace dravik

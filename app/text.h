@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QFile>
+#include <QString>
+#include <QStringList>
+#include <concepts>
+#include <filesystem>
+#include <string_view>
+
+namespace dravik {
+
+/// Between the engine's UTF-8 and the interface's texts.
+[[nodiscard]] inline QString toQt(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+/// A path alone: texts would turn into one by themselves.
+template <std::same_as<std::filesystem::path> Path>
+[[nodiscard]] QString toQt(const Path& path) {
+    return QFile::decodeName(QByteArray::fromStdString(path.native()));
+}
+[[nodiscard]] std::filesystem::path toPath(const QString& path);
+
+/// "1 file", "2 files", "1,204 files".
+[[nodiscard]] QString counted(std::size_t number, const QString& noun);
+
+}  // namespace dravik
