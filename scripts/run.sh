@@ -1,14 +1,15 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds Dravik, and lists the takes of a folder of recordings.
+# Installs what is missing, builds Dravik, and opens a folder of recordings in its window.
 set -euo pipefail
 
 usage() {
     cat <<'TEXT'
 usage: scripts/run.sh [FOLDER]
 
-Installs what is missing (Debian, Ubuntu), builds Dravik and lists the takes in FOLDER.
-Without FOLDER, makes a demo recording day first and lists that; it stays in
-$XDG_CACHE_HOME/dravik/demo-day (or ~/.cache/dravik/demo-day). Listing changes no recording.
+Installs what is missing (Debian, Ubuntu), builds Dravik and opens FOLDER in its window.
+Without FOLDER, makes a demo recording day first and opens that; it stays in
+$XDG_CACHE_HOME/dravik/demo-day (or ~/.cache/dravik/demo-day).
+Without a display, lists the takes and draws the window into a picture instead.
 TEXT
 }
 
@@ -39,7 +40,7 @@ if [ $# -eq 1 ]; then
     fi
 fi
 
-# The steps are told on standard error: what comes on standard output is the list of takes.
+# The steps are told on standard error: standard output is for the list of takes and the picture's path.
 step() { echo "==> $*" >&2; }
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -67,8 +68,8 @@ dravik_install build || {
 cd "$root"
 step "Building Dravik (the first time takes a minute or two)"
 logged cmake --preset release -DDRAVIK_BENCH=OFF
-# The codecs are a module that the program loads by itself when it meets its first AIFF, FLAC or MP3.
-logged cmake --build --preset release --target dravik-cli dravik_media
+# The codecs are a module that the programs load by themselves when they meet their first AIFF, FLAC or MP3.
+logged cmake --build --preset release --target dravik dravik-cli dravik_media
 cli=$root/build/release/bin/dravik-cli
 
 if [ -z "$folder" ]; then
@@ -84,5 +85,20 @@ if [ -z "$folder" ]; then
     fi
 fi
 
-step "Takes in $folder"
-exec "$cli" scan "$folder"
+has_display() {
+    [ "$(uname)" = Darwin ] || [ -n "${WAYLAND_DISPLAY-}" ] || [ -n "${DISPLAY-}" ]
+}
+
+if has_display; then
+    step "Opening $folder"
+    exec "$root/build/release/bin/dravik" "$folder"
+fi
+
+step "There is no display here: the takes in $folder, and a picture of the window"
+"$cli" scan "$folder"
+picture=$root/build/window.png
+QT_QPA_PLATFORM=offscreen "$root/build/release/bin/dravik" --picture "$picture" "$folder" >>"$log" 2>&1 || {
+    tail -n 20 "$log" >&2
+    exit 1
+}
+echo "$picture"

@@ -1,0 +1,228 @@
+#include "ui/folder_browser.h"
+
+#include "app/text.h"
+#include "tests/app/main_window_stage.h"
+#include "tests/support/files.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QTest>
+#include <mutex>
+
+#include <gtest/gtest.h>
+
+namespace dravik::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A desktop with one card in it. Called on several threads.
+class FakeWorkspace final : public Workspace {
+  public:
+    QString open(const QString&) override { return {}; }
+    QString reveal(const fs::path& file) override {
+        revealed = file;
+        return {};
+    }
+    QString moveToTrash(const fs::path& file) override {
+        if (trashFails) return QStringLiteral("There is no trash.");
+        fs::rename(file, trash.path() / file.filename());
+        return {};
+    }
+    QString eject(const Volume& volume) override {
+        const std::lock_guard lock(mutex);
+        ejected.push_back(volume.root);
+        card.reset();
+        return {};
+    }
+    std::vector<Volume> volumes() override {
+        const std::lock_guard lock(mutex);
+        return card ? std::vector<Volume>{*card} : std::vector<Volume>();
+    }
+
+    std::mutex mutex;
+    std::optional<Volume> card;
+    std::vector<fs::path> ejected;
+    fs::path revealed;
+    bool trashFails = false;
+    TempFolder trash;
+};
+
+class FolderBrowserTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        for (const char* name : {"Day 10", "Day 9/inner/deep", ".hidden"})
+            fs::create_directories(stage.folder / name);
+        recorderFile().write(stage.folder / "Day 9" / "a.wav");
+        previousHome = qgetenv("HOME");
+        qputenv("HOME", stage.settingsFolder.path().c_str());
+        workspace.card = Volume{stage.folder.path(), "CARD", 500'000'000, 1'000'000'000, true};
+        theme = std::make_unique<Theme>(stage.settings);
+        browser = std::make_unique<FolderBrowser>(*stage.content, workspace, stage.dialogs, stage.files, *theme);
+        browser->resize(260, 400);
+        browser->show();
+        browser->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(browser.get()));
+        browser->focusTree();
+        select("Day 9");
+    }
+    void TearDown() override {
+        browser.reset();
+        qputenv("HOME", previousHome);
+    }
+
+    [[nodiscard]] QString current() const {
+        return browser->tree().currentIndex().data(FolderTreeModel::pathRole).toString();
+    }
+    [[nodiscard]] bool isCurrent(const fs::path& folder) const { return current() == toQt(folder); }
+    void select(const char* name) {
+        browser->reveal(stage.folder / name);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return isCurrent(stage.folder / name); })) << current().toStdString();
+    }
+    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) { QTest::keyClick(&browser->tree(), key, modifiers); }
+    /// The names below the card as the tree shows them.
+    [[nodiscard]] QStringList shown() const {
+        const QAbstractItemModel& model = *browser->tree().model();
+        QStringList names;
+        const QModelIndex card = model.index(1, 0);
+        for (int row = 0; row < model.rowCount(card); ++row)
+            names << model.index(row, 0, card).data().toString();
+        return names;
+    }
+    [[nodiscard]] QLineEdit* openField() const { return qobject_cast<QLineEdit*>(QApplication::focusWidget()); }
+    void typeName(const QString& name) {
+        ASSERT_TRUE(QTest::qWaitFor([&] { return openField() != nullptr; }));
+        openField()->selectAll();
+        QTest::keyClicks(openField(), name);
+        QTest::keyClick(openField(), Qt::Key_Return);
+    }
+
+    QByteArray previousHome;
+    MainWindowStage stage;
+    FakeWorkspace workspace;
+    std::unique_ptr<Theme> theme;
+    std::unique_ptr<FolderBrowser> browser;
+};
+
+TEST_F(FolderBrowserTest, FoldersAreInNaturalOrderWithTheNumberOfTheirFiles) {
+    EXPECT_EQ(shown(), (QStringList{"Day 9", "Day 10"}));
+    const QModelIndex day = browser->tree().currentIndex();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return day.data(FolderTreeModel::audioFilesRole).toInt() == 1; }));
+    EXPECT_EQ(day.parent().data().toString(), "CARD");
+    EXPECT_TRUE(day.parent().data(Qt::ToolTipRole).toString().contains("500.0 MB free"));
+}
+
+TEST_F(FolderBrowserTest, ReturnAndClickOpenTheFolderThroughTheGate) {
+    key(Qt::Key_Return);
+    stage.settle();
+    EXPECT_EQ(stage.content->dossierSelectionne(), stage.folder / "Day 9");
+    ASSERT_EQ(stage.rowCount(), 1U);
+    stage.edit(0, RowField::scene, "99");
+    QTreeView& tree = browser->tree();
+    const QModelIndex other = tree.currentIndex().siblingAtRow(1);
+    QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.visualRect(other).center());
+    ASSERT_EQ(stage.dialogs.asked.size(), 1U);
+    EXPECT_EQ(stage.dialogs.asked.front().title, "Unsaved modifications");
+    EXPECT_EQ(stage.content->dossierSelectionne(), stage.folder / "Day 9");
+}
+
+TEST_F(FolderBrowserTest, RevealUnfoldsDownToTheFolder) {
+    browser->reveal(stage.folder / "Day 9" / "inner" / "deep");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isCurrent(stage.folder / "Day 9" / "inner" / "deep"); }));
+    browser->reveal(stage.folder / "gone");  // as near as it gets
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isCurrent(stage.folder.path()); }));
+    browser->reveal(stage.folder / ".hidden");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isCurrent(stage.folder / ".hidden"); }));
+    browser->reveal(stage.folder / ".gone");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isCurrent(stage.folder.path()); }));
+}
+
+TEST_F(FolderBrowserTest, WhatComesAndGoesOutsideIsShownAndTheSelectionStays) {
+    fs::create_directory(stage.folder / "Day 1");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shown() == QStringList({"Day 1", "Day 9", "Day 10"}); }));
+    fs::remove(stage.folder / "Day 10");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shown() == QStringList({"Day 1", "Day 9"}); }));
+    EXPECT_TRUE(isCurrent(stage.folder / "Day 9"));
+}
+
+TEST_F(FolderBrowserTest, ANewFolderIsNamedAtOnce) {
+    browser->tree().setCurrentIndex(browser->tree().currentIndex().parent());
+    key(Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
+    typeName("Day 11");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isCurrent(stage.folder / "Day 11"); }));
+    EXPECT_TRUE(fs::is_directory(stage.folder / "Day 11"));
+    EXPECT_FALSE(fs::exists(stage.folder / "New Folder"));
+    EXPECT_FALSE(stage.content->enSaisie());
+}
+
+TEST_F(FolderBrowserTest, TheOpenFolderIsFollowedWhenItIsRenamedAndKeptWhenItHoldsUnsavedEdits) {
+    key(Qt::Key_Return);
+    stage.settle();
+    stage.edit(0, RowField::scene, "99");
+    key(Qt::Key_F2);
+    typeName("Monday");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return stage.dialogs.asked.size() == 1; }));
+    EXPECT_EQ(stage.dialogs.asked.front().text,
+              "“Day 9” holds takes with unsaved changes. Save or discard them before renaming it.");
+    key(Qt::Key_Delete);
+    ASSERT_EQ(stage.dialogs.asked.size(), 2U);
+    EXPECT_EQ(stage.dialogs.asked.back().title, "Move to Trash Refused");
+    EXPECT_TRUE(fs::exists(stage.folder / "Day 9" / "a.wav"));
+
+    stage.content->undo();
+    key(Qt::Key_F2);
+    typeName("Monday");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return stage.content->dossierSelectionne() == stage.folder / "Monday"; }));
+    stage.settle();
+    EXPECT_EQ(stage.rowCount(), 1U);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isCurrent(stage.folder / "Monday"); }));
+}
+
+TEST_F(FolderBrowserTest, TheTrashIsAskedForByTheFoldersNameAndAFailureIsTold) {
+    key(Qt::Key_Delete);
+    ASSERT_EQ(stage.dialogs.asked.size(), 1U);
+    EXPECT_TRUE(stage.dialogs.asked.front().title.contains("Day 9"));
+    EXPECT_TRUE(stage.dialogs.asked.front().destructive);
+    stage.dialogs.answer(1);
+    EXPECT_TRUE(fs::exists(stage.folder / "Day 9"));
+
+    workspace.trashFails = true;
+    key(Qt::Key_Delete);
+    stage.dialogs.answer(0);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return stage.dialogs.asked.size() == 3; }));
+    EXPECT_EQ(stage.dialogs.asked.back().text, "There is no trash.");
+
+    workspace.trashFails = false;
+    key(Qt::Key_Delete);
+    stage.dialogs.waiting.erase(stage.dialogs.waiting.begin());
+    stage.dialogs.answer(0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shown() == QStringList{"Day 10"}; }));
+    EXPECT_TRUE(fs::exists(workspace.trash / "Day 9"));
+}
+
+TEST_F(FolderBrowserTest, ADuplicateAppearsWhenItIsComplete) {
+    key(Qt::Key_D, Qt::ControlModifier);
+    EXPECT_TRUE(browser->isCopying());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isCurrent(stage.folder / "Day 9 copy"); }));
+    EXPECT_FALSE(browser->isCopying());
+    EXPECT_EQ(readFile(stage.folder / "Day 9 copy" / "a.wav"), readFile(stage.folder / "Day 9" / "a.wav"));
+}
+
+TEST_F(FolderBrowserTest, AVolumeIsNeitherRenamedNorTrashedButEjected) {
+    QTreeView& tree = browser->tree();
+    tree.setCurrentIndex(tree.currentIndex().parent());
+    key(Qt::Key_Delete);
+    key(Qt::Key_D, Qt::ControlModifier);
+    key(Qt::Key_F2);
+    EXPECT_TRUE(stage.dialogs.asked.empty());
+    EXPECT_FALSE(browser->isCopying());
+    EXPECT_EQ(openField(), nullptr);
+    key(Qt::Key_R, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(workspace.revealed, stage.folder.path());
+    key(Qt::Key_E, Qt::ControlModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return tree.model()->rowCount() == 1; }));
+    EXPECT_EQ(workspace.ejected, std::vector<fs::path>{stage.folder.path()});
+}
+
+}  // namespace
+}  // namespace dravik::test

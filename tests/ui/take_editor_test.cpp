@@ -1,0 +1,249 @@
+#include "ui/take_editor.h"
+
+#include "tests/app/main_window_stage.h"
+#include "tests/support/files.h"
+#include "ui/cue_list.h"
+#include "ui/track_list.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace dravik::test {
+namespace {
+
+/// The editor alone in a window, over a folder with three takes: "a", with three tracks and a cue, "b", a set of two
+/// files that disagree on the scene, and "c", an MP3 file.
+class TakeEditorTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        Ixml a;
+        a.tracks = {{1, 1, "Boom"}, {4, 2, "Lav"}, {5, 3, "Mix"}};
+        const Pcm pcm{.channels = 3};
+        WavBuilder()
+            .bext({.timeReference = 1'728'000'000})
+            .ixml(a)
+            .fmt(pcm)
+            .audio(48000)
+            .cues({{1, 24000, "Slate"}})
+            .write(stage.folder / "a.wav");
+        for (const auto& [file, scene] : {std::pair("b_1.wav", "7"), std::pair("b_2.wav", "8")}) {
+            Ixml b;
+            b.scene = scene;
+            b.familyUid = "set";
+            recorderFile(b).write(stage.folder / file);
+        }
+        writeFile(stage.folder / "c.mp3", "not really");
+        stage.settings.set(settings::appearance, QStringLiteral("dark"));
+        theme = std::make_unique<Theme>(stage.settings);
+        editor = std::make_unique<TakeEditor>(*stage.content, *theme);
+        editor->resize(900, 260);
+        editor->show();
+        editor->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(editor.get()));
+        stage.open();
+        ASSERT_EQ(stage.rowCount(), 3U);
+        select(0);
+    }
+    void TearDown() override { editor.reset(); }
+
+    void select(int row) {
+        stage.content->selectionnerLigne(row);
+        stage.settle();
+    }
+    template <typename Widget>
+    [[nodiscard]] Widget& named(const QString& name) const {
+        for (Widget* widget : editor->findChildren<Widget*>()) {
+            if (widget->accessibleName() == name) return *widget;
+        }
+        throw std::runtime_error("no widget is called " + name.toStdString());
+    }
+    [[nodiscard]] QLineEdit& line(const QString& name) const { return named<QLineEdit>(name); }
+    [[nodiscard]] bool shows(const QString& text) const {
+        const auto labels = editor->findChildren<QLabel*>();
+        return std::any_of(labels.begin(), labels.end(),
+                           [&](const QLabel* label) { return label->isVisible() && label->text() == text; });
+    }
+    [[nodiscard]] QString trackName(int row) const {
+        return editor->trackList().model()->index(row, TrackList::name).data().toString();
+    }
+    /// The field that is open in the track list.
+    [[nodiscard]] QLineEdit* openName() const { return qobject_cast<QLineEdit*>(QApplication::focusWidget()); }
+
+    MainWindowStage stage;
+    std::unique_ptr<Theme> theme;
+    std::unique_ptr<TakeEditor> editor;
+};
+
+TEST_F(TakeEditorTest, TypingIsOneStepOfTheTakeAndUndoTakesItBackInTheField) {
+    QLineEdit& scene = line("Scene");
+    scene.setFocus();
+    EXPECT_TRUE(stage.content->enSaisie());
+    scene.selectAll();
+    QTest::keyClicks(&scene, "21C");
+    EXPECT_EQ(stage.row(0).groupe.scene, "21C");
+    QTest::keyClick(&scene, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(scene.text(), "12A");
+    EXPECT_FALSE(stage.content->hasUnsavedChanges());
+    QTest::keyClicks(&scene, "x");
+    QTest::keyClick(&scene, Qt::Key_Tab);
+    EXPECT_FALSE(stage.content->enSaisie() && QApplication::focusWidget() == &scene);
+    QTest::keyClick(&scene, Qt::Key_Tab, Qt::ShiftModifier);
+    scene.setFocus();
+    scene.deselect();
+    QTest::keyClicks(&scene, "y");
+    stage.content->undo();  // leaving the field has ended the first step
+    EXPECT_EQ(scene.text(), "12Ax");
+}
+
+TEST_F(TakeEditorTest, EditedFieldsAreMarkedUntilTheyAreAsRead) {
+    QLineEdit& tape = line("Tape");
+    tape.setFocus();
+    QTest::keyClicks(&tape, "9");
+    EXPECT_EQ(tape.accessibleDescription(), "not saved; was R001");
+    QTest::keyClick(&tape, Qt::Key_Backspace);
+    EXPECT_EQ(tape.accessibleDescription(), "");
+}
+
+TEST_F(TakeEditorTest, ATimecodeIsTakenOverWhenItIsOneAndSaidToBeInvalidWhileItIsNot) {
+    QLineEdit& timecode = line("Start timecode");
+    timecode.setFocus();
+    timecode.selectAll();
+    QTest::keyClicks(&timecode, "11:00:00:25");
+    EXPECT_TRUE(shows("Invalid Timecode"));
+    QTest::keyClick(&timecode, Qt::Key_Return);
+    EXPECT_EQ(stage.row(0).groupe.timecode, "10:00:00:00");
+    QTest::keyClick(&timecode, Qt::Key_Escape);
+    EXPECT_EQ(timecode.text(), "10:00:00:00");
+    EXPECT_FALSE(shows("Invalid Timecode"));
+
+    timecode.selectAll();
+    QTest::keyClicks(&timecode, "11000024");
+    EXPECT_EQ(stage.row(0).groupe.timecode, "10:00:00:00");  // not before it is entered
+    line("Scene").setFocus();
+    EXPECT_EQ(stage.row(0).groupe.timecode, "11:00:00:24");
+    EXPECT_EQ(timecode.text(), "11:00:00:24");
+
+    timecode.setFocus();
+    timecode.selectAll();
+    QTest::keyClicks(&timecode, "12000000");
+    QTest::keyClick(&timecode, Qt::Key_S, Qt::ControlModifier);  // a shortcut may save
+    EXPECT_EQ(stage.row(0).groupe.timecode, "12:00:00:00");
+}
+
+TEST_F(TakeEditorTest, TrackNamesAreTypedOneAfterTheOther) {
+    TrackList& tracks = editor->trackList();
+    EXPECT_EQ(tracks.model()->index(1, TrackList::channel).data().toInt(), 4);
+    tracks.setFocus();
+    QTest::keyClick(&tracks, Qt::Key_Return);
+    ASSERT_NE(openName(), nullptr);
+    QTest::keyClicks(openName(), "Anna");
+    EXPECT_EQ(trackName(0), "Anna");  // with every keystroke
+    QTest::keyClick(openName(), Qt::Key_Return);
+    ASSERT_NE(openName(), nullptr);
+    EXPECT_EQ(openName()->text(), "Lav");
+    QTest::keyClicks(openName(), "Ben");
+    QTest::keyClick(openName(), Qt::Key_Tab);
+    EXPECT_TRUE(stage.content->enSaisie());
+    EXPECT_EQ(openName()->text(), "Mix");
+    QTest::keyClick(openName(), Qt::Key_Return);
+    EXPECT_EQ(QApplication::focusWidget(), &tracks);
+    EXPECT_FALSE(stage.content->enSaisie());
+    EXPECT_EQ(fieldsOf(stage.row(0).groupe).nomsPistes,
+              (std::map<int, std::string>{{1, "Anna"}, {2, "Ben"}, {3, "Mix"}}));
+    stage.content->undo();
+    EXPECT_EQ(trackName(1), "Lav");
+    EXPECT_EQ(trackName(0), "Anna");
+}
+
+TEST_F(TakeEditorTest, LinesArePastedDownwardsAsOneStep) {
+    TrackList& tracks = editor->trackList();
+    tracks.setFocus();
+    tracks.setCurrentIndex(tracks.model()->index(1, TrackList::name));
+    QApplication::clipboard()->setText("Clara\tx\r\nDan\r\nToo many\r\n");
+    QTest::keyClick(&tracks, Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(trackName(0), "Boom");
+    EXPECT_EQ(trackName(1), "Clara");
+    EXPECT_EQ(trackName(2), "Dan");
+    stage.content->undo();
+    EXPECT_FALSE(stage.content->hasUnsavedChanges());
+    QTest::keyClick(&tracks, Qt::Key_Return);
+    QTest::keyClick(openName(), Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(trackName(2), "Dan");
+}
+
+TEST_F(TakeEditorTest, CuesAreAddedAtATypedPositionNamedAndDeletedByKeys) {
+    CueList& cues = editor->cueList();
+    QLineEdit& position = cues.positionField();
+    position.setFocus();
+    QTest::keyClicks(&position, "10:00:02:00");  // behind the end
+    QTest::keyClick(&position, Qt::Key_Return);
+    EXPECT_EQ(stage.content->cueMarkers().size(), 1U);
+    position.selectAll();
+    QTest::keyClicks(&position, "10:00:00:05");
+    QTest::keyClick(&position, Qt::Key_Return);
+    ASSERT_EQ(stage.content->cueMarkers().size(), 2U);
+    EXPECT_EQ(stage.content->cueMarkers().front().frame, 9600);
+    EXPECT_EQ(position.text(), "");
+
+    cues.table().setFocus();
+    cues.table().setCurrentIndex(cues.table().model()->index(0, 0));
+    stage.dialogs.typed.push_back("Clap");
+    QTest::keyClick(&cues.table(), Qt::Key_F2);
+    EXPECT_EQ(cues.table().model()->index(0, 2).data().toString(), "Clap");
+    cues.table().setCurrentIndex(cues.table().model()->index(1, 0));
+    stage.dialogs.answers.push_back({0, false});
+    QTest::keyClick(&cues.table(), Qt::Key_Delete);
+    ASSERT_EQ(stage.content->cueMarkers().size(), 1U);
+    EXPECT_EQ(stage.content->cueMarkers().front().label, "Clap");
+}
+
+TEST_F(TakeEditorTest, AFieldOnWhichFilesDisagreeSaysSoUntilItIsDecided) {
+    select(1);
+    QLineEdit& scene = line("Scene");
+    EXPECT_EQ(scene.text(), "");
+    EXPECT_EQ(scene.placeholderText(), "mixed");
+    scene.setFocus();
+    QTest::keyClicks(&scene, "9");
+    EXPECT_EQ(scene.placeholderText(), "");
+    EXPECT_EQ(scene.accessibleDescription(), "not saved; was mixed");
+    EXPECT_TRUE(named<QPlainTextEdit>("Files").toPlainText().startsWith("b_1.wav\nb_2.wav"));
+}
+
+TEST_F(TakeEditorTest, TheRateMenuHasTheOfferedRatesInTheirOrderAndIgnoresTheWheel) {
+    auto& rate = named<QComboBox>("Frame rate");
+    QStringList rates;
+    for (int at = 0; at < rate.count(); ++at)
+        rates << rate.itemText(at);
+    EXPECT_EQ(rates, (QStringList{"23.976", "24", "25", "29.97", "29.97 DF", "30"}));
+    EXPECT_EQ(rate.currentText(), "25");
+    QWheelEvent wheel({5, 5}, rate.mapToGlobal(QPointF(5, 5)), {}, {0, 120}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&rate, &wheel);
+    EXPECT_FALSE(stage.content->hasUnsavedChanges());
+    rate.setFocus();
+    QTest::keyClick(&rate, Qt::Key_Down);
+    EXPECT_EQ(stage.row(0).groupe.framerate, "29.97");
+}
+
+TEST_F(TakeEditorTest, AReadOnlyFormatSaysWhyAndTakesNothing) {
+    select(2);
+    EXPECT_TRUE(shows("Dravik can open MP3 files, but changes cannot be saved to this format."));
+    for (const char* name : {"Scene", "Take", "Tape", "Project", "Start timecode", "Position of a new cue"})
+        EXPECT_FALSE(line(name).isEnabled()) << name;
+    EXPECT_FALSE(named<QPlainTextEdit>("Note").isEnabled());
+    select(0);
+    EXPECT_TRUE(line("Scene").isEnabled());
+}
+
+TEST_F(TakeEditorTest, WithoutATakeThereIsAHintAndNothingToEdit) {
+    stage.content->gererActionProtegee(OuvrirDossier{stage.settingsFolder.path()});
+    stage.settle();
+    EXPECT_TRUE(shows("Select a take to see and edit its fields."));
+    EXPECT_FALSE(line("Scene").isVisible());
+}
+
+}  // namespace
+}  // namespace dravik::test

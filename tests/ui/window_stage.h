@@ -1,0 +1,90 @@
+#pragma once
+
+#include "app/workspace.h"
+#include "tests/app/main_window_stage.h"
+#include "ui/main_window.h"
+#include "ui/qt_dialogs.h"
+#include "ui/take_editor.h"
+#include "ui/take_table.h"
+#include "ui/theme.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QMessageBox>
+#include <QTest>
+
+namespace dravik::test {
+
+/// A desktop that does nothing and remembers what it was asked for.
+class FakeWorkspace final : public Workspace {
+  public:
+    QStringList opened;
+    std::vector<std::filesystem::path> revealed;
+    std::vector<Volume> mounted;
+    QString open(const QString& url) override {
+        opened << url;
+        return {};
+    }
+    QString reveal(const std::filesystem::path& file) override {
+        revealed.push_back(file);
+        return {};
+    }
+    QString moveToTrash(const std::filesystem::path&) override { return QStringLiteral("There is no trash here."); }
+    QString eject(const Volume&) override { return {}; }
+    std::vector<Volume> volumes() override { return mounted; }
+};
+
+/// The main window with real dialogs over a folder of the test.
+class WindowStage : public MainWindowStage {
+  public:
+    WindowStage() {
+        content = makeContent(asking);
+        window = std::make_unique<MainWindow>(
+            MainWindow::Services{*content, settings, commands, asking, workspace, files, termination, windows, theme});
+        asking.setWindow(window.get());
+        window->resize(1200, 800);
+        window->show();
+        window->activateWindow();
+        static_cast<void>(QTest::qWaitForWindowActive(window.get()));
+    }
+    ~WindowStage() { window.reset(); }
+    WindowStage(const WindowStage&) = delete;
+    WindowStage& operator=(const WindowStage&) = delete;
+
+    /// The question that is open; null when there is none.
+    [[nodiscard]] static QMessageBox* alert() {
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            auto* box = qobject_cast<QMessageBox*>(widget);
+            if (box != nullptr && box->isVisible()) return box;
+        }
+        return nullptr;
+    }
+    /// Presses the button of the open question with a mouse.
+    static void press(const QString& text) {
+        QMessageBox* box = nullptr;
+        QTRY_VERIFY((box = alert()) != nullptr);
+        for (QAbstractButton* button : box->buttons()) {
+            if (button->text() == text) {
+                QTest::mouseClick(button, Qt::LeftButton);
+                return;
+            }
+        }
+        QFAIL(qPrintable(QStringLiteral("no button ") + text));
+    }
+    /// Keys go where a user's would.
+    static void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QWidget* focused = QApplication::focusWidget();
+        QTest::keyClick(focused != nullptr ? focused : QApplication::activeWindow(), key, modifiers);
+    }
+    static void type(const QString& text) {
+        for (const QChar letter : text)
+            QTest::keyClicks(QApplication::focusWidget(), QString(letter));
+    }
+
+    Theme theme{settings};
+    QtDialogs asking;
+    FakeWorkspace workspace;
+    std::unique_ptr<MainWindow> window;
+};
+
+}  // namespace dravik::test

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QProxyStyle>
+
+namespace dravik {
+
+/// Fusion with outlines that can be seen on a dark ground: its own are a darker shade of the window, and vanish there.
+class HouseStyle final : public QProxyStyle {
+    Q_OBJECT
+  public:
+    HouseStyle();
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override;
+};
+
+}  // namespace dravik

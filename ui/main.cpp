@@ -1,0 +1,180 @@
+#include "app/external_file_open_router.h"
+#include "app/single_instance.h"
+#include "app/text.h"
+#include "platform/desktop_workspace.h"
+#include "platform/media/lazy_media_reader.h"
+#include "platform/native_file_ops.h"
+#include "ui/about_windows.h"
+#include "ui/main_thread_watch.h"
+#include "ui/main_window.h"
+#include "ui/pictures.h"
+#include "ui/preferences_window.h"
+#include "ui/qt_dialogs.h"
+#include "ui/theme.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QFileInfo>
+#include <QFileOpenEvent>
+#include <QTimer>
+#include <csignal>
+#include <memory>
+
+#include <fmt/format.h>
+#include <spdlog/sinks/stdout_color_sinks.h>
+#include <spdlog/spdlog.h>
+#include <unistd.h>
+
+namespace dravik {
+namespace {
+
+/// Feeds the open-file events of systems that have them to the router.
+class Application final : public WatchedApplication {
+  public:
+    using WatchedApplication::WatchedApplication;
+    std::function<void(const ExternalFileOpenRouter::Urls&)> openFiles;
+
+    bool event(QEvent* event) override {
+        if (event->type() == QEvent::FileOpen) {
+            const auto* open = static_cast<QFileOpenEvent*>(event);
+            spdlog::info("application(_:openFiles:) callback invoked with 1 file(s)");
+            if (openFiles) openFiles({toPath(open->file())});
+            return true;
+        }
+        return WatchedApplication::event(event);
+    }
+};
+
+/// Everything that lives as long as the program, in the order in which it is made.
+class Program {
+  public:
+    Program(Application& application, SingleInstance& instance)
+        : theme_(settings_),
+          files_(makeNativeFileOps()),
+          codecs_(makeLazyMediaReader([](const std::string& complaint) { spdlog::warn("{}", complaint); })),
+          workspace_(makeDesktopWorkspace()),
+          termination_(commands_, [] { QApplication::quit(); }),
+          router_(windows_),
+          preferences_(settings_, commands_, theme_) {
+        windows_.setOpener([this] { openMainWindow(); });
+        application.openFiles = [this](const ExternalFileOpenRouter::Urls& urls) { router_.route(urls); };
+        QObject::connect(&instance, &SingleInstance::received, &application,
+                         [this](const std::vector<std::filesystem::path>& files) {
+                             spdlog::info("application(_:openFiles:) callback invoked with {} file(s)", files.size());
+                             if (!files.empty()) router_.route(files);
+                             windows_.presentMainWindow();
+                         });
+    }
+
+    /// Draws the main window, or with a folder's name all windows, and ends the program.
+    void draw(const QString& file, const QString& folder) {
+        const auto end = [](bool ok) { QApplication::exit(ok ? 0 : 1); };
+        if (folder.isEmpty()) {
+            drawMainWindow(*window_, *content_, file, end);
+        } else {
+            drawAllWindows(*window_, *content_, preferences_, folder, end);
+        }
+    }
+
+    void start(const std::vector<std::filesystem::path>& files) {
+        if (!files.empty()) router_.route(files);
+        windows_.presentMainWindow();
+        spdlog::info("app launch finished; {} file(s) given", files.size());
+        const QString last = settings_.value(settings::lastFolder);
+        if (files.empty() && settings_.value(settings::reopenLastFolder) && !last.isEmpty() &&
+            QFileInfo(last).isDir()) {
+            content_->gererActionProtegee(OuvrirDossier{toPath(last)});
+        }
+    }
+
+  private:
+    void openMainWindow() {
+        opened_.start();
+        content_ = std::make_unique<ContentView>(ContentView::Services{
+            settings_, dialogs_, clock_, background_, *files_, *codecs_, commands_, router_, termination_});
+        QObject::connect(content_.get(), &ContentView::folderChanged, content_.get(), [this] { opened_.start(); });
+        QObject::connect(&content_->rows(), &TakeRows::rowsAppended, content_.get(), [this](int first, int last) {
+            spdlog::info("rows {} to {} shown {} ms after the folder was opened", first, last, opened_.elapsed());
+        });
+        window_ = std::make_unique<MainWindow>(MainWindow::Services{
+            *content_, settings_, commands_, dialogs_, *workspace_, *files_, termination_, windows_, theme_});
+        dialogs_.setWindow(window_.get());
+        QObject::connect(window_.get(), &MainWindow::preferencesRequested, &preferences_, &PreferencesWindow::present);
+        QObject::connect(window_.get(), &MainWindow::shortcutsRequested, window_.get(),
+                         [this] { showShortcuts(*window_); });
+        QObject::connect(window_.get(), &MainWindow::aboutRequested, window_.get(), [this] { showAbout(*window_); });
+        QObject::connect(window_.get(), &MainWindow::licencesRequested, window_.get(),
+                         [this] { showLicences(*window_); });
+        window_->show();
+    }
+
+    UserDefaults settings_;
+    Theme theme_;
+    Background background_;
+    std::unique_ptr<FileOps> files_;
+    std::unique_ptr<AudioFileReader> codecs_;
+    std::unique_ptr<Workspace> workspace_;
+    SystemClock clock_;
+    QtDialogs dialogs_;
+    Commands commands_;
+    ProtectedTermination termination_;
+    SingleMainWindowCoordinator windows_;
+    ExternalFileOpenRouter router_;
+    PreferencesWindow preferences_;
+    QElapsedTimer opened_;  ///< since the current folder was
+    std::unique_ptr<ContentView> content_;
+    std::unique_ptr<MainWindow> window_;
+};
+
+int run(int argc, char** argv) {
+    // A program that was to read what we say may be gone.
+    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
+    Application application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Dravik"));
+    QApplication::setApplicationVersion(QStringLiteral(DRAVIK_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral("dravik"));
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("See, edit and save the metadata of production sound recordings."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    const QCommandLineOption verbose(QStringLiteral("verbose"), QStringLiteral("Say on standard error what is done."));
+    parser.addOption(verbose);
+    const QCommandLineOption picture(QStringLiteral("picture"),
+                                     QStringLiteral("Draw the main window into this PNG file, and end."),
+                                     QStringLiteral("file"));
+    const QCommandLineOption pictures(QStringLiteral("pictures"),
+                                      QStringLiteral("Draw every window into this folder, and end."),
+                                      QStringLiteral("folder"));
+    parser.addOptions({picture, pictures});
+    parser.addPositionalArgument(QStringLiteral("paths"), QStringLiteral("A folder, or files, to open."),
+                                 QStringLiteral("[paths...]"));
+    parser.process(application);
+    spdlog::set_default_logger(spdlog::stderr_color_mt("dravik"));  // standard output is not for chatter
+    spdlog::set_level(parser.isSet(verbose) ? spdlog::level::info : spdlog::level::warn);
+    if (parser.isSet(verbose)) application.startWatch();
+
+    std::vector<std::filesystem::path> files;
+    for (const QString& path : parser.positionalArguments()) {
+        std::error_code error;
+        const std::filesystem::path whole = std::filesystem::absolute(toPath(path), error);
+        files.push_back(error ? toPath(path) : whole.lexically_normal());
+    }
+    SingleInstance instance(QStringLiteral("dravik-%1").arg(::getuid()));
+    const bool draws = parser.isSet(picture) || parser.isSet(pictures);
+    if (!draws) {
+        if (instance.handOver(files)) return 0;
+        if (!instance.listen()) spdlog::warn("Other starts of Dravik cannot hand their files over: no local socket.");
+    }
+
+    Program program(application, instance);
+    program.start(files);
+    if (draws) program.draw(parser.value(picture), parser.value(pictures));
+    return QApplication::exec();
+}
+
+}  // namespace
+}  // namespace dravik
+
+int main(int argc, char** argv) { return dravik::run(argc, argv); }

@@ -1,0 +1,487 @@
+#include "ui/main_window.h"
+
+#include "app/text.h"
+#include "model/audio_metadata.h"
+#include "ui/folder_browser.h"
+#include "ui/take_editor.h"
+#include "ui/take_table.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QFileInfo>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QStatusBar>
+#include <QToolBar>
+#include <QVBoxLayout>
+#include <cmath>
+
+namespace dravik {
+namespace {
+
+constexpr const char* geometryKey = "DravikMainWindow.geometry";
+constexpr QSize firstSize(1280, 800);
+constexpr int noticeMilliseconds = 8000;
+/// Work that is over before anybody could read its progress shows none.
+constexpr qint64 showProgressAfterMilliseconds = 250;
+
+/// "1:02:07" or "2:07".
+QString clockText(double seconds) {
+    const qint64 all = std::llround(seconds);
+    const QString tail = QStringLiteral("%1:%2")
+                             .arg(all / 60 % 60, all >= 3600 ? 2 : 1, 10, QLatin1Char('0'))
+                             .arg(all % 60, 2, 10, QLatin1Char('0'));
+    return all >= 3600 ? QStringLiteral("%1:%2").arg(all / 3600).arg(tail) : tail;
+}
+
+QString remaining(qint64 elapsedMilliseconds, double fraction) {
+    if (fraction <= 0.02 || elapsedMilliseconds < 1000) return {};
+    const double left = static_cast<double>(elapsedMilliseconds) / 1000.0 * (1.0 - fraction) / fraction;
+    return QStringLiteral(" – %1 left").arg(clockText(std::max(1.0, left)));
+}
+
+}  // namespace
+
+MainWindow::MainWindow(const Services& services) : services_(services) {
+    setObjectName(QString::fromLatin1(SingleMainWindowCoordinator::mainWindowIdentifier));
+    setAcceptDrops(true);
+    setWindowIcon(QIcon(QStringLiteral(":/icons/dravik.svg")));
+    browser_ = new FolderBrowser(services_.content, services_.workspace, services_.dialogs, services_.files,
+                                 services_.theme, this);
+    table_ = new TakeTable(services_.content, services_.settings, services_.theme, this);
+    editor_ = new TakeEditor(services_.content, services_.theme, this);
+    arrange();
+    makeActions();
+    makeMenus();
+    makeToolbar();
+    makeStatusLine();
+    restoreLayout();
+
+    ContentView& content = services_.content;
+    connect(&content, &ContentView::commitRequested, table_, &TakeTable::commitEditing);
+    connect(&content, &ContentView::commitRequested, editor_, &TakeEditor::commitPending);
+    connect(&content, &ContentView::pendingChanged, this, &MainWindow::refreshActions);
+    connect(&content, &ContentView::pendingChanged, this, &MainWindow::refreshTitle);
+    connect(&content, &ContentView::selectionChanged, this, &MainWindow::refreshActions);
+    connect(&content, &ContentView::folderChanged, this, [this] {
+        refreshTitle();
+        if (const auto& folder = services_.content.dossierSelectionne()) browser_->reveal(*folder);
+    });
+    connect(&content, &ContentView::sauvegardeEnCoursChanged, this, [this] {
+        working_.start();
+        refreshActions();
+        refreshStatus();
+    });
+    connect(&content, &ContentView::messageSuccesSauvegardeChanged, this, &MainWindow::refreshStatus);
+    connect(&content, &ContentView::notice, this,
+            [this](const QString& text) { statusBar()->showMessage(text, noticeMilliseconds); });
+    connect(&content, &ContentView::saveProgressed, this,
+            [this](std::uint64_t done, std::uint64_t all, const QString& name) {
+                const double fraction = all == 0 ? 0 : static_cast<double>(done) / static_cast<double>(all);
+                progress_->setRange(0, 1000);
+                progress_->setValue(static_cast<int>(fraction * 1000));
+                message_->setText(QStringLiteral("Saving... %1%2").arg(name, remaining(working_.elapsed(), fraction)));
+            });
+    FolderListing& listing = content.listing();
+    connect(&listing, &FolderListing::progressed, this, [this](int done, int all, const QString& name) {
+        if (services_.content.sauvegardeEnCours()) return;
+        if (!progress_->isVisible()) {
+            if (!working_.isValid()) working_.start();
+            if (working_.elapsed() < showProgressAfterMilliseconds) return;
+        }
+        progress_->setRange(0, all);
+        progress_->setValue(done);
+        const double fraction = all == 0 ? 0 : static_cast<double>(done) / all;
+        message_->setText(QStringLiteral("Reading %1%2").arg(name, remaining(working_.elapsed(), fraction)));
+        progress_->show();
+        cancel_->show();
+    });
+    connect(&listing, &FolderListing::finished, this, [this](bool cancelled) {
+        working_.invalidate();
+        if (cancelled && !services_.content.rows().groupesTableau().empty()) {
+            statusBar()->showMessage(QStringLiteral("Reading was stopped: not all takes are shown. Reload reads them."),
+                                     noticeMilliseconds);
+        }
+        refreshStatus();
+    });
+    TakeRows& rows = content.rows();
+    connect(&rows, &TakeRows::rowsReset, this, &MainWindow::refreshCounts);
+    connect(&rows, &TakeRows::rowsAppended, this, &MainWindow::refreshCounts);
+    connect(table_, &TakeTable::selectionChanged, this, &MainWindow::refreshCounts);
+    connect(table_, &TakeTable::selectionChanged, this, &MainWindow::refreshActions);
+    connect(&services_.theme, &Theme::changed, this, &MainWindow::refreshIcons);
+
+    Commands& commands = services_.commands;
+    connect(&commands, &Commands::dravikShowTable, this, [this] { setPresentation(PresentationMode::table); });
+    connect(&commands, &Commands::dravikShowWaveforms, this, [this] { setPresentation(PresentationMode::waveforms); });
+
+    refreshIcons();
+    refreshActions();
+    refreshTitle();
+    refreshCounts();
+    refreshStatus();
+    services_.windows.setMainWindow(this);
+    // Files that waited for a window were opened before there was this one.
+    if (const auto& folder = services_.content.dossierSelectionne()) browser_->reveal(*folder);
+}
+
+MainWindow::~MainWindow() {
+    rememberLayout();
+    services_.windows.setMainWindow(nullptr);
+}
+
+void MainWindow::present() {
+    if (isMinimized()) showNormal();
+    show();
+    raise();
+    activateWindow();
+}
+
+std::string MainWindow::description() const {
+    return QStringLiteral("%1 visible=%2 minimised=%3")
+        .arg(objectName())
+        .arg(isVisible())
+        .arg(isMinimized())
+        .toStdString();
+}
+
+// --- Layout --------------------------------------------------------------------------------------------------------
+
+void MainWindow::arrange() {
+    down_ = new QSplitter(Qt::Vertical, this);
+    down_->setObjectName(QStringLiteral("down"));
+    down_->addWidget(table_);
+    down_->addWidget(editor_);
+    down_->setStretchFactor(0, 1);
+    down_->setStretchFactor(1, 0);
+    down_->setChildrenCollapsible(false);
+    across_ = new QSplitter(Qt::Horizontal, this);
+    across_->setObjectName(QStringLiteral("across"));
+    across_->addWidget(browser_);
+    across_->addWidget(down_);
+    across_->setStretchFactor(0, 0);
+    across_->setStretchFactor(1, 1);
+    across_->setChildrenCollapsible(false);
+    across_->setHandleWidth(1);
+    setCentralWidget(across_);
+}
+
+void MainWindow::restoreLayout() {
+    resize(firstSize);
+    restoreGeometry(services_.settings.stored(QString::fromLatin1(geometryKey)).toByteArray());
+    const int browserWidth = services_.settings.value(settings::layoutLargeurNavigateur);
+    const int tableHeight = services_.settings.value(settings::layoutHauteurZoneTableau);
+    across_->setSizes({browserWidth, std::max(200, width() - browserWidth)});
+    down_->setSizes({tableHeight, std::max(200, height() - tableHeight - 120)});
+    browser_->setVisible(services_.settings.value(settings::layoutNavigateurVisible));
+    showBrowser_->setChecked(services_.settings.value(settings::layoutNavigateurVisible));
+    setPresentation(presentationMode(services_.settings.value(settings::layoutVueActive)));
+}
+
+void MainWindow::rememberLayout() {
+    services_.settings.store(QString::fromLatin1(geometryKey), saveGeometry());
+    // What is hidden has no size to remember.
+    if (browser_->isVisibleTo(this)) {
+        services_.settings.set(settings::layoutLargeurNavigateur, across_->sizes().value(0));
+    }
+    if (editor_->isVisibleTo(this)) services_.settings.set(settings::layoutHauteurZoneTableau, down_->sizes().value(0));
+    services_.settings.set(settings::layoutNavigateurVisible, browser_->isVisibleTo(this));
+}
+
+void MainWindow::setPresentation(PresentationMode mode) {
+    editor_->setVisible(mode != PresentationMode::table);
+    tableOnly_->setChecked(mode == PresentationMode::table);
+    services_.settings.set(settings::layoutVueActive, toText(mode));
+}
+
+// --- Actions -------------------------------------------------------------------------------------------------------
+
+QAction* MainWindow::action(const QString& text, const QKeySequence& shortcut, const QString& icon, const QString& help,
+                            std::function<void()> run) {
+    auto* made = new QAction(text, this);
+    made->setData(text);  // what it is called when its text says what it would do just now
+    made->setShortcut(shortcut);
+    QString tip = help.isEmpty() ? text : help;
+    if (!shortcut.isEmpty()) tip += QStringLiteral(" (%1)").arg(shortcut.toString(QKeySequence::NativeText));
+    made->setToolTip(tip);
+    made->setStatusTip(help);
+    if (!icon.isEmpty()) icons_.emplace_back(made, icon);
+    connect(made, &QAction::triggered, this, [run = std::move(run)] { run(); });
+    return made;
+}
+
+void MainWindow::makeActions() {
+    saveAll_ =
+        action(QStringLiteral("Save All"), {}, QStringLiteral("save"), QStringLiteral("Save all pending changes"),
+               [this] { emit services_.commands.dravikSaveChanges(); });
+    discard_ = action(QStringLiteral("Discard"), {}, QStringLiteral("discard"),
+                      QStringLiteral("Discard all unsaved changes"), [this] { services_.content.discardAll(); });
+    undo_ = action(QStringLiteral("Undo"), QKeySequence::Undo, QStringLiteral("undo"), {},
+                   [this] { services_.content.undo(); });
+    redo_ = action(QStringLiteral("Redo"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QStringLiteral("redo"), {},
+                   [this] { services_.content.redo(); });
+    group_ =
+        action(QStringLiteral("Group Mono Files"), {}, {}, QStringLiteral("Show the mono files of one take as one row"),
+               [this] { services_.content.setRegrouperFichiersMono(group_->isChecked()); });
+    group_->setCheckable(true);
+    reload_ =
+        action(QStringLiteral("Reload Folder"), QKeySequence::Refresh, {},
+               QStringLiteral("Read the folder again; unsaved changes stay"), [this] { services_.content.reload(); });
+    showBrowser_ = action(QStringLiteral("Folder Browser"), QKeySequence(Qt::CTRL | Qt::Key_B),
+                          QStringLiteral("browser"), QStringLiteral("Show or hide the folder browser"), [this] {
+                              browser_->setVisible(showBrowser_->isChecked());
+                              services_.settings.set(settings::layoutNavigateurVisible, showBrowser_->isChecked());
+                          });
+    showBrowser_->setCheckable(true);
+    tableOnly_ = action(
+        QStringLiteral("Table Only"), QKeySequence(Qt::CTRL | Qt::Key_1), {},
+        QStringLiteral("Hide or show the editor below the table"),
+        [this] { setPresentation(tableOnly_->isChecked() ? PresentationMode::table : PresentationMode::waveforms); });
+    tableOnly_->setCheckable(true);
+}
+
+void MainWindow::makeMenus() {
+    const auto take = [this](const QString& text, const QKeySequence& shortcut, const QString& help,
+                             void (TakeTable::*run)()) {
+        QAction* made = action(text, shortcut, {}, help, [this, run] { (table_->*run)(); });
+        takeActions_.push_back(made);
+        return made;
+    };
+    QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
+    file->addAction(action(QStringLiteral("Load Folder..."), QKeySequence::Open, QStringLiteral("folder"),
+                           QStringLiteral("Open a folder of recordings"),
+                           [this] { emit services_.commands.dravikLoadFolder(); }));
+    file->addAction(action(QStringLiteral("Load File..."), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O),
+                           QStringLiteral("file"), QStringLiteral("Open a recording and its folder"),
+                           [this] { emit services_.commands.dravikLoadFile(); }));
+    file->addAction(reload_);
+    file->addSeparator();
+    file->addAction(action(QStringLiteral("Save Changes"), QKeySequence::Save, QStringLiteral("save"),
+                           QStringLiteral("Save all pending changes"),
+                           [this] { emit services_.commands.dravikSaveChanges(); }));
+    file->addAction(discard_);
+    file->addSeparator();
+    file->addAction(action(QStringLiteral("Preferences..."), QKeySequence(Qt::CTRL | Qt::Key_Comma), {}, {},
+                           [this] { emit preferencesRequested(); }));
+    file->addSeparator();
+    QAction* quit = action(QStringLiteral("Quit"), QKeySequence(Qt::CTRL | Qt::Key_Q), {}, {},
+                           [this] { services_.termination.applicationShouldTerminate(); });
+    quit->setMenuRole(QAction::QuitRole);
+    file->addAction(quit);
+
+    QMenu* edit = menuBar()->addMenu(QStringLiteral("&Edit"));
+    edit->addAction(undo_);
+    edit->addAction(redo_);
+    edit->addSeparator();
+    // The table has these keys while it has the keyboard; text fields keep their own.
+    edit->addAction(take(QStringLiteral("Copy Column"), {}, QStringLiteral("Copy the current column of the selection"),
+                         &TakeTable::copy));
+    edit->addAction(take(QStringLiteral("Paste Column"), {},
+                         QStringLiteral("Paste lines downwards from the first selected row"), &TakeTable::paste));
+    edit->addSeparator();
+    edit->addAction(action(QStringLiteral("Find"), QKeySequence::Find, QStringLiteral("search"),
+                           QStringLiteral("Filter the takes"), [this] { table_->focusFilter(); }));
+
+    QMenu* takes = menuBar()->addMenu(QStringLiteral("&Take"));
+    takes->addAction(take(QStringLiteral("Edit Cell"), {}, QStringLiteral("Edit the current cell of the table (F2)"),
+                          &TakeTable::editCurrentCell));
+    takes->addAction(take(QStringLiteral("Toggle Circled"), QKeySequence(Qt::CTRL | Qt::Key_K),
+                          QStringLiteral("Circle the selected takes, or take the circle away"),
+                          &TakeTable::toggleCircled));
+    takes->addSeparator();
+    takes->addAction(take(QStringLiteral("Fill Down"), QKeySequence(Qt::CTRL | Qt::Key_D),
+                          QStringLiteral("The value of the first selected row for all selected rows"),
+                          &TakeTable::fillDown));
+    takes->addAction(take(QStringLiteral("Increment Take"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_I),
+                          QStringLiteral("Each selected row gets the take after its own"), &TakeTable::incrementTakes));
+    takes->addAction(take(QStringLiteral("Number Takes"), {},
+                          QStringLiteral("Count up from the first selected row's take"), &TakeTable::numberTakes));
+    takes->addSeparator();
+    takes->addAction(group_);
+
+    QMenu* view = menuBar()->addMenu(QStringLiteral("&View"));
+    view->addAction(tableOnly_);
+    view->addAction(showBrowser_);
+    view->addSeparator();
+    view->addAction(action(QStringLiteral("Go to Browser"), QKeySequence(Qt::ALT | Qt::Key_1), {}, {}, [this] {
+        if (!showBrowser_->isChecked()) showBrowser_->trigger();
+        browser_->focusTree();
+    }));
+    view->addAction(action(QStringLiteral("Go to Table"), QKeySequence(Qt::ALT | Qt::Key_2), {}, {},
+                           [this] { table_->focusTable(); }));
+    view->addAction(action(QStringLiteral("Go to Editor"), QKeySequence(Qt::ALT | Qt::Key_3), {}, {}, [this] {
+        if (tableOnly_->isChecked()) tableOnly_->trigger();
+        editor_->focusFirstField();
+    }));
+
+    QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
+    help->addAction(action(QStringLiteral("Show Keyboard Shortcuts"), QKeySequence(Qt::Key_F1), {}, {},
+                           [this] { emit shortcutsRequested(); }));
+    help->addAction(action(QStringLiteral("Third-Party Licenses…"), {}, {}, {}, [this] { emit licencesRequested(); }));
+    help->addSeparator();
+    QAction* about = action(QStringLiteral("About Dravik"), {}, {}, {}, [this] { emit aboutRequested(); });
+    about->setMenuRole(QAction::AboutRole);
+    help->addAction(about);
+}
+
+void MainWindow::makeToolbar() {
+    QToolBar* bar = addToolBar(QStringLiteral("Toolbar"));
+    bar->setObjectName(QStringLiteral("toolbar"));
+    bar->setMovable(false);
+    bar->setContextMenuPolicy(Qt::PreventContextMenu);
+    bar->setIconSize(QSize(18, 18));
+    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    bar->addAction(showBrowser_);
+    for (QAction* one : menuBar()->actions().front()->menu()->actions().mid(0, 1))
+        bar->addAction(one);
+    bar->addSeparator();
+    bar->addAction(undo_);
+    bar->addAction(redo_);
+    auto* space = new QWidget(bar);
+    space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    bar->addWidget(space);
+    bar->addAction(discard_);
+    bar->addAction(saveAll_);
+    for (QAction* iconOnly : {showBrowser_, undo_, redo_}) {
+        qobject_cast<QToolButton*>(bar->widgetForAction(iconOnly))->setToolButtonStyle(Qt::ToolButtonIconOnly);
+    }
+}
+
+void MainWindow::makeStatusLine() {
+    counts_ = new QLabel(this);
+    counts_->setContentsMargins(8, 0, 0, 0);
+    message_ = new QLabel(this);
+    message_->setAccessibleName(QStringLiteral("Status"));
+    progress_ = new QProgressBar(this);
+    progress_->setFixedSize(160, 12);
+    progress_->setTextVisible(false);
+    progress_->setAccessibleName(QStringLiteral("Progress"));
+    cancel_ = new QToolButton(this);
+    cancel_->setText(QStringLiteral("Cancel"));
+    cancel_->setAutoRaise(true);
+    connect(cancel_, &QToolButton::clicked, this, [this] {
+        if (services_.content.sauvegardeEnCours()) {
+            services_.content.cancelSave();
+        } else {
+            services_.content.listing().cancel();
+        }
+    });
+    statusBar()->setSizeGripEnabled(false);
+    statusBar()->addWidget(counts_);
+    for (QWidget* widget :
+         {static_cast<QWidget*>(message_), static_cast<QWidget*>(progress_), static_cast<QWidget*>(cancel_)}) {
+        statusBar()->addPermanentWidget(widget);
+    }
+}
+
+// --- Showing the state ---------------------------------------------------------------------------------------------
+
+void MainWindow::refreshIcons() {
+    for (const auto& [made, name] : icons_)
+        made->setIcon(services_.theme.icon(name));
+}
+
+void MainWindow::refreshActions() {
+    const ContentView& content = services_.content;
+    const std::size_t pending = content.rows().editedRows().size();
+    const bool saving = content.sauvegardeEnCours();
+    saveAll_->setEnabled(pending > 0 && !saving);
+    saveAll_->setText(pending > 0 ? QStringLiteral("Save All (%1)").arg(static_cast<qulonglong>(pending))
+                                  : QStringLiteral("Save All"));
+    discard_->setEnabled(pending > 0 && !saving);
+    undo_->setEnabled(content.canUndo());
+    undo_->setText(content.canUndo() ? QStringLiteral("Undo %1").arg(content.undoName()) : QStringLiteral("Undo"));
+    redo_->setEnabled(content.canRedo());
+    redo_->setText(content.canRedo() ? QStringLiteral("Redo %1").arg(content.redoName()) : QStringLiteral("Redo"));
+    undo_->setToolTip(undo_->text() +
+                      QStringLiteral(" (%1)").arg(undo_->shortcut().toString(QKeySequence::NativeText)));
+    redo_->setToolTip(redo_->text() +
+                      QStringLiteral(" (%1)").arg(redo_->shortcut().toString(QKeySequence::NativeText)));
+    group_->setChecked(content.regrouperFichiersMono());
+    const bool any = !content.rows().groupesTableau().empty();
+    for (QAction* one : takeActions_)
+        one->setEnabled(any && !saving);
+}
+
+void MainWindow::refreshTitle() {
+    const QString folder = services_.content.folderLabel();
+    setWindowTitle(folder.isEmpty() ? QStringLiteral("Dravik") : QStringLiteral("%1[*] – Dravik").arg(folder));
+    setWindowModified(services_.content.hasUnsavedChanges());
+}
+
+void MainWindow::refreshCounts() {
+    const auto& rows = services_.content.rows().groupesTableau();
+    std::size_t files = 0;
+    std::uint64_t bytes = 0;
+    double seconds = 0;
+    const auto add = [&](const RowState& row) {
+        files += row.groupe.fichiers.size();
+        for (const InfoFichier& fichier : row.groupe.fichiers)
+            bytes += fichier.taille;
+        seconds += row.groupe.fichiers.front().dureeSecondes;
+    };
+    const std::vector<int> selected = table_->selectedRows();
+    const bool part = selected.size() > 1;
+    if (part) {
+        for (const int row : selected)
+            add(rows.at(static_cast<std::size_t>(row)));
+    } else {
+        for (const RowState& row : rows)
+            add(row);
+    }
+    if (rows.empty()) {
+        counts_->clear();
+        return;
+    }
+    counts_->setText(QStringLiteral("%1%2 · %3 · %4 · %5")
+                         .arg(part ? QStringLiteral("Selected: ") : QString(),
+                              counted(part ? selected.size() : rows.size(), QStringLiteral("take")),
+                              counted(files, QStringLiteral("file")), clockText(seconds), toQt(sizeText(bytes))));
+}
+
+void MainWindow::refreshStatus() {
+    const ContentView& content = services_.content;
+    const bool saving = content.sauvegardeEnCours();
+    if (saving) {
+        progress_->setRange(0, 0);
+        message_->setText(QStringLiteral("Saving..."));
+    } else {
+        message_->setText(content.messageSuccesSauvegarde());
+    }
+    progress_->setVisible(saving);
+    cancel_->setVisible(saving);
+}
+
+// --- From outside --------------------------------------------------------------------------------------------------
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    // The answer comes from the gate, later.
+    event->ignore();
+    rememberLayout();
+    services_.termination.applicationShouldTerminate();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+    if (!event->mimeData()->hasUrls()) return;
+    for (const QUrl& url : event->mimeData()->urls()) {
+        if (url.isLocalFile()) event->acceptProposedAction();
+    }
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+    std::vector<std::filesystem::path> files;
+    std::optional<std::filesystem::path> folder;
+    bool oneFolder = true;
+    for (const QUrl& url : event->mimeData()->urls()) {
+        if (!url.isLocalFile()) continue;
+        files.push_back(toPath(url.toLocalFile()));
+        const std::filesystem::path parent = files.back().parent_path();
+        oneFolder = oneFolder && (!folder || *folder == parent);
+        folder = parent;
+    }
+    if (files.empty()) return;
+    event->acceptProposedAction();
+    services_.content.gererActionProtegee(OuvrirDepotFichiers{std::move(files), oneFolder ? folder : std::nullopt});
+}
+
+}  // namespace dravik

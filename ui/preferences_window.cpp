@@ -1,0 +1,152 @@
+#include "ui/preferences_window.h"
+
+#include <QCheckBox>
+#include <QColorDialog>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace dravik {
+namespace {
+
+struct Accent {
+    const char* name;
+    const char* colour;
+};
+constexpr Accent accents[] = {{"Amber", "#E8912D"}, {"Blue", "#4A90E2"},   {"Green", "#3FA66B"},
+                              {"Red", "#D9534F"},   {"Purple", "#9B6DD6"}, {"Graphite", "#7A8594"}};
+
+QIcon swatch(const QColor& colour) {
+    QPixmap pixmap(28, 28);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(colour);
+    painter.setPen(Qt::NoPen);
+    painter.drawEllipse(4, 4, 20, 20);
+    return QIcon(pixmap);
+}
+
+QLabel* hint(const QString& text) {
+    auto* label = new QLabel(text);
+    label->setWordWrap(true);
+    label->setEnabled(false);
+    return label;
+}
+
+}  // namespace
+
+PreferencesWindow::PreferencesWindow(UserDefaults& settings, Commands& commands, const Theme& theme)
+    : settings_(settings), commands_(commands), theme_(theme) {
+    setWindowTitle(QStringLiteral("Preferences"));
+    setObjectName(QStringLiteral("preferences"));
+    auto* tabs = new QTabWidget(this);
+    tabs->addTab(appearanceTab(), QStringLiteral("Appearance"));
+    tabs->addTab(filesTab(), QStringLiteral("Files and Editing"));
+    tabs->addTab(warningsTab(), QStringLiteral("Questions"));
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(tabs);
+    layout->addWidget(buttons);
+    resize(520, 260);
+}
+
+void PreferencesWindow::present() {
+    const bool wasVisible = isVisible();
+    show();
+    raise();
+    activateWindow();
+    if (!wasVisible) emit commands_.dravikPreferencesWindowDidOpen();
+}
+
+void PreferencesWindow::done(int result) {
+    QDialog::done(result);
+    emit commands_.dravikPreferencesWindowDidClose();
+}
+
+QWidget* PreferencesWindow::checkBox(const QString& text, const Setting<bool>& setting, bool inverted) {
+    auto* box = new QCheckBox(text, this);
+    box->setObjectName(QString::fromLatin1(setting.key));
+    box->setChecked(settings_.value(setting) != inverted);
+    connect(box, &QCheckBox::toggled, this,
+            [this, setting, inverted](bool on) { settings_.set(setting, on != inverted); });
+    connect(&settings_, &UserDefaults::changed, box, [this, box, setting, inverted](const QString& key) {
+        if (key == QLatin1String(setting.key)) box->setChecked(settings_.value(setting) != inverted);
+    });
+    return box;
+}
+
+QWidget* PreferencesWindow::appearanceTab() {
+    auto* tab = new QWidget(this);
+    auto* form = new QFormLayout(tab);
+
+    auto* appearance = new QComboBox(tab);
+    appearance->setObjectName(QString::fromLatin1(settings::appearance.key));
+    appearance->addItem(QStringLiteral("As the system"), QStringLiteral("system"));
+    appearance->addItem(QStringLiteral("Light"), QStringLiteral("light"));
+    appearance->addItem(QStringLiteral("Dark"), QStringLiteral("dark"));
+    appearance->setCurrentIndex(std::max(0, appearance->findData(settings_.value(settings::appearance))));
+    connect(appearance, &QComboBox::currentIndexChanged, this,
+            [this, appearance] { settings_.set(settings::appearance, appearance->currentData().toString()); });
+    form->addRow(QStringLiteral("&Appearance:"), appearance);
+
+    auto* accent = new QComboBox(tab);
+    accent->setObjectName(QString::fromLatin1(settings::couleurAccent.key));
+    for (const Accent& one : accents) {
+        accent->addItem(swatch(QColor(one.colour)), QString::fromLatin1(one.name), QString::fromLatin1(one.colour));
+    }
+    const QString current = settings_.value(settings::couleurAccent);
+    if (accent->findData(current) < 0) accent->addItem(swatch(QColor(current)), QStringLiteral("Own"), current);
+    accent->setCurrentIndex(accent->findData(current));
+    connect(accent, &QComboBox::currentIndexChanged, this,
+            [this, accent] { settings_.set(settings::couleurAccent, accent->currentData().toString()); });
+    auto* other = new QToolButton(tab);
+    other->setText(QStringLiteral("Other..."));
+    connect(other, &QToolButton::clicked, this, [this, accent] {
+        auto* dialog = new QColorDialog(theme_.accent(), this);
+        dialog->setAttribute(Qt::WA_DeleteOnClose);
+        connect(dialog, &QColorDialog::colorSelected, this, [accent](const QColor& colour) {
+            const QString name = colour.name().toUpper();
+            if (accent->findData(name) < 0) accent->addItem(swatch(colour), QStringLiteral("Own"), name);
+            accent->setCurrentIndex(accent->findData(name));
+        });
+        dialog->open();
+    });
+    auto* line = new QHBoxLayout;
+    line->addWidget(accent, 1);
+    line->addWidget(other);
+    auto* label = new QLabel(QStringLiteral("A&ccent colour:"), tab);
+    label->setBuddy(accent);
+    form->addRow(label, line);
+    return tab;
+}
+
+QWidget* PreferencesWindow::filesTab() {
+    auto* tab = new QWidget(this);
+    auto* layout = new QVBoxLayout(tab);
+    layout->addWidget(checkBox(QStringLiteral("&Open the last folder when Dravik starts"), settings::reopenLastFolder));
+    layout->addWidget(checkBox(QStringLiteral("&Ask to save before another take is selected"),
+                               settings::confirmBeforeSelectingAnotherTake));
+    layout->addWidget(hint(QStringLiteral("Otherwise unsaved changes stay with their rows, marked, until Save All.")));
+    layout->addStretch();
+    return tab;
+}
+
+QWidget* PreferencesWindow::warningsTab() {
+    auto* tab = new QWidget(this);
+    auto* layout = new QVBoxLayout(tab);
+    layout->addWidget(checkBox(QStringLiteral("Ask before a cue is &deleted"), settings::confirmerSuppressionCues));
+    layout->addWidget(checkBox(QStringLiteral("Warn when mono &grouping is switched off"),
+                               settings::masquerAvertissementDesactivationGroupesMono, true));
+    layout->addStretch();
+    return tab;
+}
+
+}  // namespace dravik

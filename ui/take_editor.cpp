@@ -1,0 +1,551 @@
+#include "ui/take_editor.h"
+
+#include "app/table_edits.h"
+#include "app/take_columns.h"
+#include "app/text.h"
+#include "base/paths.h"
+#include "model/wave/timecode.h"
+#include "ui/cue_list.h"
+#include "ui/track_list.h"
+
+#include <QFrame>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QScrollBar>
+#include <QVBoxLayout>
+#include <tuple>
+#include <utility>
+
+namespace dravik {
+namespace {
+
+constexpr int smallPixels = 11;
+constexpr int markWidth = 3;
+
+QString mixedText() { return QStringLiteral("mixed"); }
+
+QString endText(const GroupeFichiers& groupe) {
+    const std::string timecode = endTimecode(groupe);
+    return timecode.empty() ? QStringLiteral("–") : toQt(timecode);
+}
+
+QFont smaller(const QWidget& widget) {
+    QFont font = widget.font();
+    font.setPixelSize(smallPixels);
+    return font;
+}
+
+void setColour(QWidget& widget, QPalette::ColorRole role, const QColor& colour) {
+    QPalette palette;
+    palette.setColor(role, colour);
+    widget.setPalette(palette);
+}
+
+/// A line between two columns.
+QFrame* separator(QWidget* parent) {
+    auto* line = new QFrame(parent);
+    line->setFrameShape(QFrame::VLine);
+    line->setFrameShadow(QFrame::Plain);
+    line->setForegroundRole(QPalette::Mid);
+    return line;
+}
+
+}  // namespace
+
+TakeEditor::TakeEditor(ContentView& content, const Theme& theme, QWidget* parent)
+    : QWidget(parent), content_(content), theme_(theme) {
+    setAccessibleName(QStringLiteral("Take editor"));
+    auto* page = new QWidget(this);
+    auto* columns = new QHBoxLayout(page);
+    columns->setContentsMargins(10, 8, 10, 8);
+    columns->setSpacing(10);
+    columns->addWidget(makeFields(), 9);
+    columns->addWidget(separator(page));
+    columns->addWidget(makeTracks(), 6);
+    columns->addWidget(separator(page));
+    columns->addWidget(makeCues(), 6);
+    columns->addWidget(separator(page));
+    columns->addWidget(makeSummary(), 5);
+
+    hint_ = new QLabel(QStringLiteral("Select a take to see and edit its fields."), this);
+    hint_->setAlignment(Qt::AlignCenter);
+    pages_ = new QStackedLayout(this);
+    pages_->addWidget(hint_);
+    pages_->addWidget(page);
+
+    connect(&content_, &ContentView::selectionChanged, this, &TakeEditor::refresh);
+    connect(&content_, &ContentView::takeChanged, this, &TakeEditor::refresh);
+    connect(&content_, &ContentView::cueMarkersChanged, this, &TakeEditor::refresh);
+    connect(&content_, &ContentView::enChargementChanged, this, &TakeEditor::refresh);
+    connect(&content_, &ContentView::sauvegardeEnCoursChanged, this, &TakeEditor::refresh);
+    connect(&content_, &ContentView::pendingChanged, this, &TakeEditor::refresh);
+    connect(&theme_, &Theme::changed, this, &TakeEditor::applyTheme);
+    applyTheme();
+}
+
+QVBoxLayout* TakeEditor::column(QWidget* parent, const QString& title, QLabel*& label) {
+    auto* layout = new QVBoxLayout(parent);
+    layout->setContentsMargins({});
+    layout->setSpacing(4);
+    label = new QLabel(title, parent);
+    label->setFont(smaller(*label));
+    headings_.push_back(label);
+    layout->addWidget(label);
+    return layout;
+}
+
+void TakeEditor::addField(QGridLayout& grid, int row, int side, const QString& title, RowField field, QWidget* widget) {
+    auto* label = new QLabel(title, grid.parentWidget());
+    label->setFont(smaller(*label));
+    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    auto* mark = new QWidget(grid.parentWidget());
+    mark->setFixedWidth(markWidth);
+    mark->setAutoFillBackground(true);
+    QSizePolicy policy(QSizePolicy::Fixed, QSizePolicy::Ignored);
+    policy.setRetainSizeWhenHidden(true);
+    mark->setSizePolicy(policy);
+    const int at = side * 3;
+    grid.addWidget(label, row, at, field == RowField::note ? Qt::AlignRight | Qt::AlignTop : Qt::Alignment());
+    grid.addWidget(mark, row, at + 1);
+    const bool wide = field == RowField::note || field == RowField::project;
+    grid.addWidget(widget, row, at + 2, 1, wide ? 4 : 1);
+    if (widget->accessibleName().isEmpty()) widget->setAccessibleName(fieldTitle(field));
+    fields_.push_back({field, label, mark, widget});
+}
+
+QLineEdit* TakeEditor::addText(QGridLayout& grid, int row, int side, RowField field, GetText get, SetText set,
+                               const QString& help) {
+    auto* line = new QLineEdit(grid.parentWidget());
+    line->setToolTip(help);
+    line->installEventFilter(this);
+    connect(line, &QLineEdit::textEdited, this, [this, set](const QString& text) {
+        if (!filling_) (content_.modifications().*set)(text.toStdString());
+    });
+    // Return goes on, as in a form.
+    connect(line, &QLineEdit::returnPressed, this, [this] { focusNextChild(); });
+    addField(grid, row, side, fieldTitle(field), field, line);
+    texts_.push_back({field, line, get});
+    return line;
+}
+
+QWidget* TakeEditor::makeFields() {
+    using Edits = ModificationsEnCours;
+    auto* panel = new QWidget(this);
+    QVBoxLayout* layout = column(panel, QString(), takeName_);
+    takeName_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    // A long name must not widen the window.
+    takeName_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    message_ = new QLabel(panel);
+    message_->setWordWrap(true);
+    message_->setFont(smaller(*message_));
+    layout->addWidget(message_);
+
+    auto* form = new QWidget(panel);
+    auto* grid = new QGridLayout(form);
+    grid->setContentsMargins({});
+    grid->setHorizontalSpacing(4);
+    grid->setVerticalSpacing(4);
+    grid->setColumnStretch(2, 1);
+    grid->setColumnStretch(5, 1);
+
+    addText(*grid, 0, 0, RowField::project, &Edits::project, &Edits::setProject, QStringLiteral("Name of the project"));
+    addText(*grid, 1, 0, RowField::scene, &Edits::scene, &Edits::setScene, QStringLiteral("Scene, as on the slate"));
+    addText(*grid, 1, 1, RowField::prise, &Edits::prise, &Edits::setPrise, QStringLiteral("Take number"));
+    addText(*grid, 2, 0, RowField::tape, &Edits::tape, &Edits::setTape, QStringLiteral("Tape or sound roll"));
+
+    auto* flags = new QWidget(form);
+    auto* flagRow = new QHBoxLayout(flags);
+    flagRow->setContentsMargins({});
+    flagRow->setSpacing(markWidth + 2);
+    const auto addFlag = [&](RowField field, const QString& help, void (Edits::*set)(bool)) {
+        auto* mark = new QWidget(flags);
+        mark->setFixedWidth(markWidth);
+        mark->setAutoFillBackground(true);
+        QSizePolicy policy(QSizePolicy::Fixed, QSizePolicy::Ignored);
+        policy.setRetainSizeWhenHidden(true);
+        mark->setSizePolicy(policy);
+        auto* box = new QCheckBox(fieldTitle(field), flags);
+        box->setToolTip(help);
+        connect(box, &QCheckBox::clicked, this, [this, set](bool on) {
+            (content_.modifications().*set)(on);
+            content_.rows().endCollapsing();
+        });
+        flagRow->addWidget(mark);
+        flagRow->addWidget(box);
+        fields_.push_back({field, nullptr, mark, box});
+        return box;
+    };
+    circled_ = addFlag(RowField::circled, QStringLiteral("A take to print"), &Edits::setCircled);
+    wild_ = addFlag(RowField::wild, QStringLiteral("Wild track: no picture"), &Edits::setWild);
+    flagRow->addStretch(1);
+    grid->addWidget(flags, 2, 3, 1, 3);
+
+    rate_ = new QComboBox(form);
+    rate_->setPlaceholderText(QStringLiteral("none"));
+    rate_->setToolTip(QStringLiteral("Frame rate in which the timecode counts"));
+    rate_->installEventFilter(this);
+    connect(rate_, &QComboBox::activated, this, [this](int index) {
+        if (filling_ || index < 0) return;
+        content_.modifications().setFramerate(rate_->itemText(index).toStdString());
+        content_.rows().endCollapsing();
+    });
+    timecode_ = new QLineEdit(form);
+    timecode_->setMinimumWidth(timecode_->fontMetrics().horizontalAdvance(QStringLiteral("00:00:00:00")) + 16);
+    timecode_->installEventFilter(this);
+    connect(timecode_, &QLineEdit::textEdited, this, &TakeEditor::timecodeTyped);
+    connect(timecode_, &QLineEdit::editingFinished, this, &TakeEditor::commitPending);
+    addField(*grid, 3, 0, QStringLiteral("Start TC"), RowField::timecode, timecode_);
+    addField(*grid, 3, 1, QStringLiteral("fps"), RowField::framerate, rate_);
+    timecode_->setAccessibleName(QStringLiteral("Start timecode"));
+    rate_->setAccessibleName(QStringLiteral("Frame rate"));
+
+    end_ = new QLabel(form);
+    end_->setFont(smaller(*end_));
+    end_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    auto* endCaption = new QLabel(QStringLiteral("End TC"), form);
+    endCaption->setFont(smaller(*endCaption));
+    endCaption->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    captions_.push_back(endCaption);
+    grid->addWidget(endCaption, 4, 0);
+    grid->addWidget(end_, 4, 2, 1, 4);
+
+    note_ = new QPlainTextEdit(form);
+    note_->setTabChangesFocus(true);
+    note_->setUndoRedoEnabled(false);
+    note_->setMinimumHeight(44);
+    note_->setToolTip(QStringLiteral("Note of the sound mixer"));
+    note_->installEventFilter(this);
+    connect(note_, &QPlainTextEdit::textChanged, this, [this] {
+        if (!filling_) content_.modifications().setNote(note_->toPlainText().toStdString());
+    });
+    addField(*grid, 5, 0, fieldTitle(RowField::note), RowField::note, note_);
+    grid->setRowStretch(5, 1);
+    layout->addWidget(form, 1);
+    panel->setMinimumWidth(300);
+    return panel;
+}
+
+QWidget* TakeEditor::makeTracks() {
+    auto* panel = new QWidget(this);
+    QVBoxLayout* layout = column(panel, QStringLiteral("Tracks"), tracksTitle_);
+    tracks_ = new TrackList(content_, theme_, panel);
+    layout->addWidget(tracks_, 1);
+    panel->setMinimumWidth(170);
+    return panel;
+}
+
+QWidget* TakeEditor::makeCues() {
+    auto* panel = new QWidget(this);
+    QVBoxLayout* layout = column(panel, QStringLiteral("Cues"), cuesTitle_);
+    cues_ = new CueList(content_, theme_, panel);
+    layout->addWidget(cues_, 1);
+    panel->setMinimumWidth(180);
+    return panel;
+}
+
+QWidget* TakeEditor::makeSummary() {
+    auto* panel = new QWidget(this);
+    QLabel* title = nullptr;
+    QVBoxLayout* layout = column(panel, QStringLiteral("Format"), title);
+    auto* grid = new QGridLayout;
+    grid->setHorizontalSpacing(8);
+    grid->setVerticalSpacing(2);
+    grid->setColumnStretch(1, 1);
+    int row = 0;
+    const auto line = [&](const QString& caption) {
+        auto* name = new QLabel(caption, panel);
+        name->setFont(smaller(*name));
+        captions_.push_back(name);
+        auto* value = new QLabel(panel);
+        value->setFont(smaller(*value));
+        value->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        value->setAccessibleName(caption);
+        grid->addWidget(name, row, 0);
+        grid->addWidget(value, row++, 1);
+        return value;
+    };
+    format_ = line(QStringLiteral("Format"));
+    duration_ = line(QStringLiteral("Duration"));
+    sampleRate_ = line(QStringLiteral("Sample rate"));
+    bits_ = line(QStringLiteral("Bit depth"));
+    trackCount_ = line(QStringLiteral("Tracks"));
+    date_ = line(QStringLiteral("Recorded"));
+    layout->addLayout(grid);
+    files_ = new QPlainTextEdit(panel);
+    files_->setReadOnly(true);
+    files_->setFrameShape(QFrame::NoFrame);
+    files_->setLineWrapMode(QPlainTextEdit::NoWrap);
+    files_->setTabChangesFocus(true);
+    files_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    files_->setFont(smaller(*files_));
+    files_->setAccessibleName(QStringLiteral("Files"));
+    files_->viewport()->setAutoFillBackground(false);
+    files_->document()->setDocumentMargin(0);
+    files_->setMinimumHeight(30);
+    layout->addWidget(files_, 1);
+    panel->setMinimumWidth(150);
+    return panel;
+}
+
+void TakeEditor::focusFirstField() {
+    if (content_.selectedRow() >= 0) texts_.front().line->setFocus(Qt::ShortcutFocusReason);
+}
+
+void TakeEditor::refresh() {
+    const int row = content_.selectedRow();
+    pages_->setCurrentIndex(row < 0 ? 0 : 1);
+    if (row < 0) {
+        shownKey_.clear();
+        timecodeTyped_ = false;
+        tracks_->refresh(false);
+        cues_->refresh(false);
+        return;
+    }
+    const RowState& state = content_.rows().groupesTableau().at(static_cast<std::size_t>(row));
+    const GroupeFichiers& groupe = state.groupe;
+    if (std::string key = TakeRows::keyOf(groupe); key != shownKey_) {
+        shownKey_ = std::move(key);
+        timecodeTyped_ = false;
+        files_->verticalScrollBar()->setValue(0);
+    }
+    const bool editable = isEditable(groupe);
+    // What is being written must not change under the pen.
+    const bool mayEdit = editable && !content_.sauvegardeEnCours();
+    message_->setVisible(!editable);
+    message_->setText(whyReadOnly(groupe));
+    takeName_->setText(toQt(groupe.nom));
+    takeName_->setToolTip(toQt(groupe.nom));
+
+    filling_ = true;
+    refreshFields(state, mayEdit);
+    refreshRates(groupe);
+    refreshTimecode(state, mayEdit);
+    filling_ = false;
+    tracks_->refresh(mayEdit);
+    const std::size_t tracks = tracksOfGroup(groupe).size();
+    tracksTitle_->setText(QStringLiteral("Tracks  %1").arg(tracks));
+    cues_->refresh(mayEdit && !content_.enChargement());
+    const std::size_t cues = content_.cueMarkers().size();
+    cuesTitle_->setText(cues == 0 ? QStringLiteral("Cues") : QStringLiteral("Cues  %1").arg(cues));
+    refreshSummary(groupe);
+    refreshMarks(row);
+}
+
+void TakeEditor::refreshFields(const RowState& row, bool mayEdit) {
+    const GroupeFichiers& groupe = row.groupe;
+    const bool editable = isEditable(groupe);
+    for (const TextField& text : texts_) {
+        // During a save fields stay enabled, so that the one with the cursor keeps it.
+        text.line->setEnabled(editable);
+        text.line->setReadOnly(!mayEdit);
+        text.line->setPlaceholderText(isMixed(groupe, text.field) ? mixedText() : QString());
+        const QString value = toQt((content_.modifications().*text.get)());
+        if (text.line->text() == value) continue;
+        text.line->setText(value);
+        if (!text.line->hasFocus()) text.line->setCursorPosition(0);  // a long text is read from its start
+    }
+    note_->setEnabled(editable);
+    note_->setReadOnly(!mayEdit);
+    note_->setPlaceholderText(isMixed(groupe, RowField::note) ? mixedText() : QString());
+    if (const QString value = toQt(content_.modifications().note()); note_->toPlainText() != value) {
+        note_->setPlainText(value);
+    }
+    for (const auto& [box, field, on] : {std::tuple(circled_, RowField::circled, content_.modifications().circled()),
+                                         std::tuple(wild_, RowField::wild, content_.modifications().wild())}) {
+        const bool mixed = isMixed(groupe, field);
+        box->setEnabled(mayEdit);
+        box->setTristate(mixed);
+        box->setCheckState(mixed ? Qt::PartiallyChecked : on ? Qt::Checked : Qt::Unchecked);
+    }
+    rate_->setEnabled(mayEdit);
+}
+
+void TakeEditor::refreshRates(const GroupeFichiers& groupe) {
+    const QString label = toQt(content_.modifications().framerate());
+    QStringList labels;
+    for (const std::string_view one : framerateLabels)
+        labels << toQt(one);
+    // A file may count in a rate that is not offered; it is shown as long as it is the one.
+    if (!label.isEmpty() && !labels.contains(label)) labels << label;
+    QStringList shown;
+    for (int at = 0; at < rate_->count(); ++at)
+        shown << rate_->itemText(at);
+    if (shown != labels) {
+        rate_->clear();
+        rate_->addItems(labels);
+    }
+    rate_->setPlaceholderText(isMixed(groupe, RowField::framerate) ? mixedText() : QStringLiteral("none"));
+    rate_->setCurrentIndex(label.isEmpty() ? -1 : static_cast<int>(labels.indexOf(label)));
+}
+
+void TakeEditor::refreshTimecode(const RowState& row, bool mayEdit) {
+    const GroupeFichiers& groupe = row.groupe;
+    const bool countable = groupe.framerate && isWritableLabel(*groupe.framerate);
+    timecode_->setEnabled(isEditable(groupe) && countable);
+    timecode_->setReadOnly(!mayEdit);
+    timecode_->setPlaceholderText(isMixed(groupe, RowField::timecode) ? mixedText() : QStringLiteral("HH:MM:SS:FF"));
+    timecode_->setToolTip(countable ? QStringLiteral("Start timecode, HH:MM:SS:FF or HHMMSSFF; Return takes it over")
+                                    : QStringLiteral("A start timecode needs a frame rate"));
+    if (!timecodeTyped_) {
+        if (const QString value = toQt(content_.modifications().timecode()); timecode_->text() != value) {
+            timecode_->setText(value);
+            timecode_->setCursorPosition(0);
+        }
+    }
+    showTimecodeState();
+}
+
+void TakeEditor::timecodeTyped() {
+    timecodeTyped_ = true;
+    showTimecodeState();
+}
+
+void TakeEditor::showTimecodeState() {
+    const int row = content_.selectedRow();
+    if (row < 0) return;
+    const GroupeFichiers& groupe = content_.rows().groupesTableau().at(static_cast<std::size_t>(row)).groupe;
+    const bool unchanged = timecode_->text() == toQt(content_.modifications().timecode());
+    const bool wrong = timecodeTyped_ && !unchanged &&
+                       !parseTypedTimecode(timecode_->text().toStdString(), groupe.framerate.value_or(""));
+    end_->setText(wrong ? QStringLiteral("Invalid Timecode") : endText(groupe));
+    if (wrong) {
+        setColour(*timecode_, QPalette::Text, theme_.error());
+        setColour(*end_, QPalette::WindowText, theme_.error());
+    } else {
+        timecode_->setPalette({});
+        end_->setPalette({});
+    }
+    timecode_->setAccessibleDescription(wrong ? QStringLiteral("Invalid Timecode") : QString());
+}
+
+void TakeEditor::commitPending() {
+    const int row = content_.selectedRow();
+    if (!timecodeTyped_ || row < 0 || content_.sauvegardeEnCours()) return;
+    const GroupeFichiers& groupe = content_.rows().groupesTableau().at(static_cast<std::size_t>(row)).groupe;
+    const auto valid = parseTypedTimecode(timecode_->text().toStdString(), groupe.framerate.value_or(""));
+    if (!valid) {
+        // Back to what was there is no mistake; anything else stays and says what it is.
+        if (timecode_->text() == toQt(content_.modifications().timecode())) timecodeTyped_ = false;
+        showTimecodeState();
+        return;
+    }
+    timecodeTyped_ = false;
+    timecode_->setText(toQt(*valid));
+    content_.modifications().setTimecode(*valid);
+    content_.rows().endCollapsing();
+    showTimecodeState();
+}
+
+void TakeEditor::refreshSummary(const GroupeFichiers& groupe) {
+    const AudioMetadata summary = content_.metadata().value_or(AudioMetadata{});
+    format_->setText(toQt(summary.format));
+    duration_->setText(toQt(summary.duree));
+    sampleRate_->setText(toQt(summary.sampleRate));
+    bits_->setText(summary.bitDepth.empty() ? QStringLiteral("–") : toQt(summary.bitDepth));
+    trackCount_->setText(toQt(summary.nbPistes));
+    const auto date = groupe.recordingDate();
+    date_->setText(date ? toQt(formatRecordingDate(*date))
+                   : groupe.recordingDateStatus() == GroupeFichiers::RecordingDateStatus::mixed
+                       ? QStringLiteral("Mixed dates")
+                       : QStringLiteral("No date"));
+    QStringList lines;
+    for (const InfoFichier& fichier : groupe.fichiers)
+        lines << toQt(fichier.url.filename());
+    const QString folder = toQt(folderOf(groupe.fichiers.front().url));
+    lines << QStringLiteral("in %1").arg(folder);
+    const QString text = lines.join(QLatin1Char('\n'));
+    if (files_->toPlainText() != text) files_->setPlainText(text);
+    files_->setToolTip(text);
+}
+
+void TakeEditor::refreshMarks(int row) {
+    const std::set<RowField> edited = content_.rows().editedFields(row);
+    const GroupeFichiers& before = content_.rows().groupesOriginauxTableau().at(static_cast<std::size_t>(row));
+    const auto colourOf = [&](RowField field) { return edited.contains(field) ? theme_.pending() : theme_.dimmed(); };
+    for (const Field& field : fields_) {
+        const bool isEdited = edited.contains(field.field);
+        field.mark->setVisible(isEdited);
+        setColour(*field.mark, QPalette::Window, theme_.pending());
+        if (field.label != nullptr) setColour(*field.label, QPalette::WindowText, colourOf(field.field));
+        if (field.widget == timecode_ && timecodeTyped_) continue;
+        const QString was = toQt(textOf(before, field.field));
+        field.widget->setAccessibleDescription(!isEdited                      ? QString()
+                                               : isMixed(before, field.field) ? QStringLiteral("not saved; was mixed")
+                                               : field.label == nullptr       ? QStringLiteral("not saved")
+                                               : was.isEmpty()                ? QStringLiteral("not saved; was empty")
+                                                               : QStringLiteral("not saved; was %1").arg(was));
+        if (field.label != nullptr) field.label->setToolTip(field.widget->accessibleDescription());
+    }
+    setColour(*tracksTitle_, QPalette::WindowText, colourOf(RowField::tracks));
+    setColour(*cuesTitle_, QPalette::WindowText, colourOf(RowField::cues));
+    if (edited.contains(RowField::name)) {
+        setColour(*takeName_, QPalette::WindowText, theme_.pending());
+    } else {
+        takeName_->setPalette({});
+    }
+}
+
+void TakeEditor::applyTheme() {
+    for (QLabel* label : headings_)
+        setColour(*label, QPalette::WindowText, theme_.dimmed());
+    for (QLabel* label : captions_)
+        setColour(*label, QPalette::WindowText, theme_.dimmed());
+    setColour(*hint_, QPalette::WindowText, theme_.dimmed());
+    setColour(*message_, QPalette::WindowText, theme_.dimmed());
+    QFont name = font();
+    name.setBold(true);
+    takeName_->setFont(name);
+    refresh();
+}
+
+bool TakeEditor::eventFilter(QObject* object, QEvent* event) {
+    switch (event->type()) {
+        case QEvent::FocusIn:
+            content_.setEnSaisie(object != rate_);
+            break;
+        case QEvent::FocusOut:
+            content_.setEnSaisie(false);
+            content_.rows().endCollapsing();
+            break;
+        case QEvent::Wheel:
+            // Scrolling past the menu must not change a frame rate.
+            if (object == rate_) {
+                event->ignore();
+                return true;
+            }
+            break;
+        case QEvent::ShortcutOverride:
+        case QEvent::KeyPress: {
+            if (object == rate_) break;
+            auto* key = static_cast<QKeyEvent*>(event);
+            const bool pressed = event->type() == QEvent::KeyPress;
+            // Undo is the window's everywhere: a field has no history of its own beside it.
+            if (key->matches(QKeySequence::Undo) || key->matches(QKeySequence::Redo)) {
+                event->accept();
+                if (!pressed) return true;
+                if (object == timecode_ && std::exchange(timecodeTyped_, false)) {
+                    refresh();  // what was typed is no step yet
+                } else {
+                    key->matches(QKeySequence::Undo) ? content_.undo() : content_.redo();
+                }
+                return true;
+            }
+            if (object != timecode_) break;
+            if (!pressed && (key->modifiers() & Qt::ControlModifier) && key->key() != Qt::Key_Control) {
+                commitPending();  // the shortcut may be Save
+            } else if (pressed && key->key() == Qt::Key_Escape && timecodeTyped_) {
+                timecodeTyped_ = false;
+                refresh();
+                timecode_->selectAll();
+                return true;
+            }
+            break;
+        }
+        default:
+            break;
+    }
+    return QWidget::eventFilter(object, event);
+}
+
+}  // namespace dravik

@@ -1,0 +1,511 @@
+#include "ui/take_table_view.h"
+
+#include <QActionEvent>
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QTimer>
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <utility>
+
+namespace dravik {
+namespace {
+
+struct CommandKey {
+    TakeCommand command;
+    int key;
+    Qt::KeyboardModifiers modifiers;
+};
+constexpr std::array commandKeys = {
+    CommandKey{TakeCommand::edit, Qt::Key_F2, Qt::NoModifier},
+    CommandKey{TakeCommand::fillDown, Qt::Key_D, Qt::ControlModifier},
+    CommandKey{TakeCommand::copyColumn, Qt::Key_C, Qt::ControlModifier},
+    CommandKey{TakeCommand::copyRows, Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier},
+    CommandKey{TakeCommand::paste, Qt::Key_V, Qt::ControlModifier},
+    CommandKey{TakeCommand::clear, Qt::Key_Delete, Qt::NoModifier},
+    CommandKey{TakeCommand::toggleCircled, Qt::Key_K, Qt::ControlModifier},
+    CommandKey{TakeCommand::incrementTakes, Qt::Key_I, Qt::ControlModifier | Qt::ShiftModifier},
+    CommandKey{TakeCommand::find, Qt::Key_F, Qt::ControlModifier},
+    CommandKey{TakeCommand::leaveFilter, Qt::Key_Escape, Qt::NoModifier},
+};
+
+std::optional<TakeCommand> commandOf(const QKeyEvent& event) {
+    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
+    for (const CommandKey& entry : commandKeys) {
+        if (entry.key == event.key() && entry.modifiers == modifiers) return entry.command;
+    }
+    return std::nullopt;
+}
+
+/// Does the key put a character into a text? Blanks do not start one: Space plays, or switches a flag.
+bool types(const QKeyEvent& event) {
+    const QString text = event.text();
+    const bool command = event.modifiers().testFlag(Qt::ControlModifier) != event.modifiers().testFlag(Qt::AltModifier);
+    return !text.isEmpty() && text.front().isPrint() && !text.front().isSpace() && !command &&
+           !event.modifiers().testFlag(Qt::MetaModifier);
+}
+
+bool isEnter(const QKeyEvent& event) { return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter; }
+
+TakeColumn columnOf(const QModelIndex& index) { return static_cast<TakeColumn>(index.column()); }
+
+QFont scaled(QFont font, double by) {
+    if (font.pointSizeF() > 0) {
+        font.setPointSizeF(font.pointSizeF() * by);
+    } else {
+        font.setPixelSize(static_cast<int>(font.pixelSize() * by));
+    }
+    return font;
+}
+
+/// Titles that stand exactly above their cells, and no louder than they need to.
+class TakeHeader final : public QHeaderView {
+  public:
+    TakeHeader(const Theme& theme, QWidget* parent) : QHeaderView(Qt::Horizontal, parent), theme_(theme) {
+        setSectionsClickable(true);
+        setHighlightSections(false);
+    }
+
+    [[nodiscard]] QSize sizeHint() const override {
+        return {QHeaderView::sizeHint().width(), fontMetrics().height() + 9};
+    }
+
+  protected:
+    void paintSection(QPainter* painter, const QRect& rect, int logical) const override {
+        const QPalette& colours = palette();
+        const QColor line = colours.color(QPalette::Mid);
+        const bool sorted = sortIndicatorSection() == logical;
+        painter->fillRect(rect, colours.color(QPalette::Window));
+        painter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), line);
+        painter->fillRect(QRect(rect.right(), rect.top() + 5, 1, rect.height() - 10), line);
+        QRect text = rect.adjusted(cellPadding, 0, -cellPadding, 0);
+        painter->setPen(sorted ? colours.color(QPalette::WindowText) : theme_.dimmed());
+        if (sorted) {
+            constexpr int arrow = 7;
+            const bool up = sortIndicatorOrder() == Qt::AscendingOrder;
+            const int middle = rect.center().y();
+            const int tip = middle + (up ? -2 : 2);
+            const int foot = middle + (up ? 2 : -2);
+            const int right = rect.right() - 4;
+            painter->setRenderHint(QPainter::Antialiasing);
+            painter->setBrush(painter->pen().color());
+            painter->drawPolygon(QPolygon({{right - arrow, foot}, {right, foot}, {right - arrow / 2, tip}}));
+            painter->setRenderHint(QPainter::Antialiasing, false);
+            text.setRight(right - arrow - 3);
+        }
+        painter->setFont(font());
+        const auto alignment = model()->headerData(logical, Qt::Horizontal, Qt::TextAlignmentRole).toInt();
+        const QString title = model()->headerData(logical, Qt::Horizontal, Qt::DisplayRole).toString();
+        painter->drawText(text, alignment | Qt::TextSingleLine,
+                          fontMetrics().elidedText(title, Qt::ElideRight, text.width()));
+    }
+
+  private:
+    const Theme& theme_;
+};
+
+}  // namespace
+
+QString shortcutText(TakeCommand command) {
+    for (const CommandKey& entry : commandKeys) {
+        if (entry.command != command) continue;
+        const auto key = static_cast<int>(entry.modifiers) | entry.key;
+        return QKeySequence(key).toString(QKeySequence::NativeText);
+    }
+    return {};
+}
+
+TakeTableView::TakeTableView(TakeTableModel& model, const Theme& theme, QWidget* parent)
+    : QTreeView(parent), model_(model), theme_(theme), delegate_(new TakeDelegate(theme, this)) {
+    setHeader(new TakeHeader(theme, this));
+    setModel(&model);
+    setItemDelegate(delegate_);
+    setAccessibleName(QStringLiteral("Takes"));
+    setFrameShape(QFrame::NoFrame);
+    setUniformRowHeights(true);
+    setSelectionMode(ExtendedSelection);
+    setSelectionBehavior(SelectRows);
+    setVerticalScrollMode(ScrollPerPixel);
+    setHorizontalScrollMode(ScrollPerPixel);
+    setEditTriggers(DoubleClicked | AnyKeyPressed | EditKeyPressed);
+    setExpandsOnDoubleClick(false);
+    setAllColumnsShowFocus(false);
+    setTextElideMode(Qt::ElideRight);
+    setTreePosition(0);
+    setIndentation(16);
+    setAcceptDrops(false);
+    setMouseTracking(true);
+    viewport()->setAttribute(Qt::WA_Hover);
+
+    header()->setFont(scaled(font(), 0.92));
+    header()->setSectionsMovable(true);
+    header()->setFirstSectionMovable(true);
+    header()->setStretchLastSection(false);
+    header()->setSortIndicatorClearable(true);
+    header()->setMinimumSectionSize(28);
+    header()->setAccessibleName(QStringLiteral("Columns of the takes"));
+    header()->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(header(), &QWidget::customContextMenuRequested, this, [this](const QPoint& at) {
+        auto* menu = new QMenu(this);
+        menu->setAttribute(Qt::WA_DeleteOnClose);
+        addColumnActions(*menu);
+        menu->popup(header()->mapToGlobal(at));
+    });
+
+    connect(delegate_, &TakeDelegate::editorOpened, this, [this] {
+        editing_ = true;
+        model_.setFrozen(true);
+    });
+    connect(delegate_, &TakeDelegate::editorClosed, this, &TakeTableView::onEditorClosed);
+    connect(delegate_, &TakeDelegate::left, this, &TakeTableView::onEditorLeft);
+    connect(&theme_, &Theme::changed, this, &TakeTableView::applyColours);
+    keepPlaceDuringLayouts();
+    applyColours();
+}
+
+void TakeTableView::applyColours() {
+    // A selection that texts in the accent colour can be read on.
+    QPalette palette = QApplication::palette();
+    const QColor base = palette.color(QPalette::Base);
+    const QColor text = palette.color(QPalette::Text);
+    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
+        palette.setColor(group, QPalette::HighlightedText, text);
+    }
+    palette.setColor(QPalette::Active, QPalette::Highlight, mixed(base, theme_.accent(), 0.24));
+    palette.setColor(QPalette::Inactive, QPalette::Highlight, mixed(base, text, 0.13));
+    setPalette(palette);
+    viewport()->update();
+}
+
+void TakeTableView::changeEvent(QEvent* event) {
+    QTreeView::changeEvent(event);
+    if (event->type() == QEvent::FontChange && header() != nullptr) header()->setFont(scaled(font(), 0.92));
+}
+
+void TakeTableView::keepPlaceDuringLayouts() {
+    connect(&model_, &QAbstractItemModel::layoutAboutToBeChanged, this, [this] {
+        const QModelIndex top = indexAt(QPoint(0, 0));
+        const bool scrolled = verticalScrollBar()->value() > 0;
+        anchor_ = scrolled ? QPersistentModelIndex(top) : QPersistentModelIndex();
+        anchorTop_ = scrolled ? visualRect(top).top() : 0;
+    });
+    connect(&model_, &QAbstractItemModel::layoutChanged, this, [this] {
+        executeDelayedItemsLayout();
+        if (!anchor_.isValid()) return;
+        verticalScrollBar()->setValue(verticalScrollBar()->value() + visualRect(anchor_).top() - anchorTop_);
+        anchor_ = QPersistentModelIndex();
+    });
+}
+
+// --- Where things are ----------------------------------------------------------------------------------------------
+
+std::vector<int> TakeTableView::selectedTakes() const {
+    std::vector<bool> chosen(static_cast<std::size_t>(model_.rowCount()), false);
+    for (const QItemSelectionRange& range : selectionModel()->selection()) {
+        if (!range.isValid()) continue;
+        if (range.parent().isValid()) {
+            chosen[static_cast<std::size_t>(range.parent().row())] = true;
+            continue;
+        }
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            chosen[static_cast<std::size_t>(row)] = true;
+    }
+    std::vector<int> takes;
+    for (std::size_t row = 0; row < chosen.size(); ++row) {
+        if (chosen[row]) takes.push_back(model_.sourceRow(model_.index(static_cast<int>(row), 0)));
+    }
+    return takes;
+}
+
+std::vector<TakeColumn> TakeTableView::visibleColumns() const {
+    std::vector<TakeColumn> columns;
+    for (int visual = 0; visual < header()->count(); ++visual) {
+        const int logical = header()->logicalIndex(visual);
+        if (!header()->isSectionHidden(logical)) columns.push_back(static_cast<TakeColumn>(logical));
+    }
+    return columns;
+}
+
+void TakeTableView::goTo(const QModelIndex& index) {
+    if (!index.isValid()) return;
+    const bool sameRow = index.siblingAtColumn(0) == currentIndex().siblingAtColumn(0);
+    const bool keeps = sameRow && selectionModel()->isSelected(index);
+    selectionModel()->setCurrentIndex(
+        index, keeps ? QItemSelectionModel::NoUpdate : QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    scrollTo(index);
+}
+
+void TakeTableView::unfold(const QModelIndexList& sets) {
+    if (sets.isEmpty()) return;
+    // With a layout to come, unfolding a row does not move all rows below it.
+    scheduleDelayedItemsLayout();
+    for (const QModelIndex& set : sets)
+        expand(set);
+    executeDelayedItemsLayout();
+}
+
+QModelIndex TakeTableView::rowBeside(const QModelIndex& index, int step) const {
+    const QModelIndex take = index.parent().isValid() ? index.parent() : index;
+    return model_.index(take.row() + step, index.column());
+}
+
+QModelIndex TakeTableView::nextEditable(const QModelIndex& from, int step) const {
+    const std::vector<TakeColumn> columns = visibleColumns();
+    const auto count = static_cast<int>(columns.size());
+    int at = static_cast<int>(std::find(columns.begin(), columns.end(), columnOf(from)) - columns.begin());
+    for (int row = from.row(); row >= 0 && row < model_.rowCount();) {
+        at += step;
+        if (at < 0 || at >= count) {
+            row += step;
+            at = step > 0 ? -1 : count;
+            continue;
+        }
+        const QModelIndex index = model_.index(row, static_cast<int>(columns[static_cast<std::size_t>(at)]));
+        if (index.flags().testFlag(Qt::ItemIsEditable)) return index;
+    }
+    return {};
+}
+
+QModelIndex TakeTableView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+    const QModelIndex current = currentIndex();
+    if (!current.isValid() || (action != MoveLeft && action != MoveRight)) {
+        return QTreeView::moveCursor(action, modifiers);
+    }
+    const bool right = action == MoveRight;
+    if (current.column() == 0 && model_.hasChildren(current) && isExpanded(current) != right) {
+        setExpanded(current, right);
+        return current;
+    }
+    if (current.column() == 0 && !right && current.parent().isValid()) return current.parent();
+    const std::vector<TakeColumn> columns = visibleColumns();
+    const auto found = std::find(columns.begin(), columns.end(), columnOf(current));
+    const auto at = (found - columns.begin()) + (right ? 1 : -1);
+    if (found == columns.end() || at < 0 || at >= static_cast<std::ptrdiff_t>(columns.size())) return current;
+    return current.siblingAtColumn(static_cast<int>(columns[static_cast<std::size_t>(at)]));
+}
+
+QItemSelectionModel::SelectionFlags TakeTableView::selectionCommand(const QModelIndex& index,
+                                                                    const QEvent* event) const {
+    // Going along a row changes the cell that edits go to, not what is selected.
+    const bool key = event != nullptr && event->type() == QEvent::KeyPress;
+    if (key && index.isValid() && index.siblingAtColumn(0) == currentIndex().siblingAtColumn(0) &&
+        selectionModel()->isSelected(index)) {
+        return QItemSelectionModel::NoUpdate;
+    }
+    return QTreeView::selectionCommand(index, event);
+}
+
+// --- Keys ----------------------------------------------------------------------------------------------------------
+
+bool TakeTableView::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride) {
+        const auto& key = static_cast<QKeyEvent&>(*event);
+        const QModelIndex current = currentIndex();
+        const bool flag = key.key() == Qt::Key_Space && current.isValid() && isFlagColumn(columnOf(current));
+        const bool edits = types(key) && current.flags().testFlag(Qt::ItemIsEditable);
+        const std::optional<TakeCommand> command = commandOf(key);
+        const bool escapes = command == TakeCommand::leaveFilter && model_.filter().isEmpty();
+        if (flag || edits || isEnter(key) || (command && !escapes)) {
+            event->accept();
+            return true;
+        }
+    }
+    return QTreeView::event(event);
+}
+
+void TakeTableView::keyPressEvent(QKeyEvent* event) {
+    const QModelIndex current = currentIndex();
+    if (const std::optional<TakeCommand> command = commandOf(*event)) {
+        if (*command == TakeCommand::leaveFilter && model_.filter().isEmpty()) {
+            event->ignore();
+        } else {
+            emit asked(*command);
+        }
+    } else if (isEnter(*event)) {
+        goTo(rowBeside(current, event->modifiers().testFlag(Qt::ShiftModifier) ? -1 : 1));
+    } else if (event->key() == Qt::Key_Space && !event->modifiers()) {
+        if (current.isValid() && isFlagColumn(columnOf(current))) {
+            emit flagAsked(current);
+        } else {
+            event->ignore();
+        }
+    } else if (types(*event)) {
+        if (!current.isValid() || !isTextColumn(columnOf(current))) {
+            event->ignore();
+        } else if (current.flags().testFlag(Qt::ItemIsEditable)) {
+            scrollTo(current);
+            edit(current, AnyKeyPressed, event);
+        } else {
+            emit refused(current);
+        }
+    } else {
+        QTreeView::keyPressEvent(event);
+    }
+}
+
+// --- Editing -------------------------------------------------------------------------------------------------------
+
+void TakeTableView::editCell(const QModelIndex& index) {
+    if (!index.isValid()) return;
+    if (!index.flags().testFlag(Qt::ItemIsEditable)) {
+        emit refused(index);
+        return;
+    }
+    goTo(index);
+    QTreeView::edit(index);
+}
+
+void TakeTableView::commitEditing() {
+    if (editing_) setFocus();
+}
+
+void TakeTableView::onEditorLeft(QWidget* editor, const QModelIndex& index, CellMove move) {
+    const QPersistentModelIndex from(index);
+    closeEditor(editor, QAbstractItemDelegate::NoHint);
+    if (!from.isValid()) return;
+    switch (move) {
+        case CellMove::stay:
+            break;
+        case CellMove::down:
+        case CellMove::up:
+            goTo(rowBeside(from, move == CellMove::down ? 1 : -1));
+            break;
+        case CellMove::next:
+        case CellMove::previous:
+            if (const QModelIndex next = nextEditable(from, move == CellMove::next ? 1 : -1); next.isValid()) {
+                editCell(next);
+            }
+            break;
+    }
+}
+
+void TakeTableView::onEditorClosed() {
+    editing_ = false;
+    // Not from within the closing itself, and not when Tab has opened the next cell.
+    QTimer::singleShot(0, this, [this] {
+        if (editing_) return;
+        // A row that went away took its editor with it.
+        if (state() == EditingState) setState(NoState);
+        model_.setFrozen(false);
+        emit editingEnded();
+    });
+}
+
+// --- Mouse ---------------------------------------------------------------------------------------------------------
+
+QModelIndex TakeTableView::flagAt(const QMouseEvent& event) const {
+    if (event.button() != Qt::LeftButton || event.modifiers() != Qt::NoModifier) return {};
+    const QPoint at = event.position().toPoint();
+    const QModelIndex index = indexAt(at);
+    constexpr int reach = 12;
+    const bool onMark = index.isValid() && !index.parent().isValid() && isFlagColumn(columnOf(index)) &&
+                        std::abs(visualRect(index).center().x() - at.x()) <= reach;
+    return onMark ? index : QModelIndex();
+}
+
+void TakeTableView::mousePressEvent(QMouseEvent* event) {
+    const QPersistentModelIndex flag(flagAt(*event));
+    if (!flag.isValid()) {
+        QTreeView::mousePressEvent(event);
+        return;
+    }
+    clickDone_ = true;
+    setFocus(Qt::MouseFocusReason);
+    // In a selection of several rows the click is for all of them.
+    if (selectionModel()->isSelected(flag)) {
+        selectionModel()->setCurrentIndex(flag, QItemSelectionModel::NoUpdate);
+    } else {
+        goTo(flag);
+    }
+    emit flagAsked(flag);
+}
+
+void TakeTableView::mouseMoveEvent(QMouseEvent* event) {
+    if (!clickDone_) QTreeView::mouseMoveEvent(event);
+}
+
+void TakeTableView::mouseReleaseEvent(QMouseEvent* event) {
+    if (!std::exchange(clickDone_, false)) QTreeView::mouseReleaseEvent(event);
+}
+
+void TakeTableView::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (flagAt(*event).isValid()) {
+        mousePressEvent(event);
+        return;
+    }
+    const QModelIndex index = indexAt(event->position().toPoint());
+    if (index.isValid() && event->button() == Qt::LeftButton && isTextColumn(columnOf(index)) &&
+        !index.flags().testFlag(Qt::ItemIsEditable)) {
+        emit refused(index);
+    }
+    QTreeView::mouseDoubleClickEvent(event);
+}
+
+void TakeTableView::contextMenuEvent(QContextMenuEvent* event) {
+    const bool keyboard = event->reason() == QContextMenuEvent::Keyboard && currentIndex().isValid();
+    emit menuAsked(keyboard ? viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft()) : event->globalPos());
+    event->accept();
+}
+
+void TakeTableView::addColumnActions(QMenu& menu) {
+    for (int column = 0; column < takeColumnCount; ++column) {
+        QAction* action = menu.addAction(columnTitle(static_cast<TakeColumn>(column)));
+        action->setCheckable(true);
+        action->setChecked(!isColumnHidden(column));
+        action->setEnabled(column != 0);  // without names there is nothing to go by
+        connect(action, &QAction::toggled, this, [this, column](bool shown) { setColumnHidden(column, !shown); });
+    }
+}
+
+// --- Painting ------------------------------------------------------------------------------------------------------
+
+void TakeTableView::setPlaceholder(const QString& text, const QString& hint) {
+    if (text == placeholder_ && hint == placeholderHint_) return;
+    placeholder_ = text;
+    placeholderHint_ = hint;
+    setAccessibleDescription(model_.rowCount() == 0 ? text + QLatin1Char(' ') + hint : QString());
+    viewport()->update();
+}
+
+void TakeTableView::paintEvent(QPaintEvent* event) {
+    QTreeView::paintEvent(event);
+    if (model_.rowCount() > 0 || placeholder_.isEmpty()) return;
+    QPainter painter(viewport());
+    const QRect area = viewport()->rect().adjusted(24, 0, -24, 0);
+    const QFont large = scaled(font(), 1.15);
+    const int line = QFontMetrics(large).height();
+    painter.setFont(large);
+    painter.setPen(palette().color(QPalette::Text));
+    const int middle = area.center().y();
+    painter.drawText(QRect(area.left(), middle - line - 4, area.width(), line), Qt::AlignCenter, placeholder_);
+    painter.setFont(font());
+    painter.setPen(theme_.dimmed());
+    painter.drawText(QRect(area.left(), middle + 4, area.width(), 3 * line), Qt::AlignHCenter | Qt::TextWordWrap,
+                     placeholderHint_);
+}
+
+void TakeTableView::drawRow(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    const QRect row(0, option.rect.y(), viewport()->width(), option.rect.height());
+    const bool member = index.parent().isValid();
+    const bool loaded = !member && delegate_->isLoaded && delegate_->isLoaded(index);
+    if (loaded) {
+        painter->fillRect(row, mixed(palette().color(QPalette::Base), theme_.accent(), 0.1));
+    } else if (!member && index.row() % 2 != 0) {
+        painter->fillRect(row, palette().color(QPalette::AlternateBase));
+    }
+    QTreeView::drawRow(painter, option, index);
+    if (index.data(TakeTableModel::EditedRowRole).toBool()) {
+        constexpr int markWidth = 3;
+        painter->fillRect(QRect(0, row.y(), markWidth, row.height()), theme_.pending());
+    }
+}
+
+}  // namespace dravik

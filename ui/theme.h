@@ -1,0 +1,43 @@
+#pragma once
+
+#include "app/user_defaults.h"
+
+#include <QColor>
+#include <QIcon>
+#include <QObject>
+#include <QPalette>
+
+namespace dravik {
+
+/// How everything looks: dark or light, one accent colour, the icons in the colour of the text. Follows the settings
+/// `appearance` and `couleurAccent`, and the system where the user has chosen nothing. Main thread.
+class Theme : public QObject {
+    Q_OBJECT
+  public:
+    /// Takes effect on the whole application at once, and again whenever a setting changes.
+    explicit Theme(UserDefaults& settings);
+
+    [[nodiscard]] bool isDark() const noexcept { return dark_; }
+    [[nodiscard]] QColor accent() const { return accent_; }
+    /// A value that differs from what is on disk.
+    [[nodiscard]] QColor pending() const { return accent_; }
+    [[nodiscard]] QColor error() const { return dark_ ? QColor(0xFF, 0x7B, 0x72) : QColor(0xB4, 0x23, 0x18); }
+    /// Secondary text.
+    [[nodiscard]] QColor dimmed() const { return dark_ ? QColor(0x8F, 0x97, 0xA3) : QColor(0x6A, 0x71, 0x7C); }
+
+    /// One of our drawings ("save" for icons/save.svg), crisp at any scale factor, greyed when disabled.
+    [[nodiscard]] QIcon icon(const QString& name) const;
+
+  signals:
+    void changed();
+
+  private:
+    void apply();
+
+    UserDefaults& settings_;
+    bool systemIsDark_;
+    bool dark_ = true;
+    QColor accent_;
+};
+
+}  // namespace dravik

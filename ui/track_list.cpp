@@ -1,0 +1,334 @@
+#include "ui/track_list.h"
+
+#include "app/take_columns.h"
+#include "app/text.h"
+#include "ui/flat_header.h"
+
+#include <QAbstractTableModel>
+#include <QApplication>
+#include <QClipboard>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QStyledItemDelegate>
+#include <functional>
+#include <map>
+
+namespace dravik {
+namespace {
+
+QStringList clipboardLines() { return firstSpreadsheetColumn(QApplication::clipboard()->text()); }
+
+}  // namespace
+
+/// What the list shows; a copy of the controller's state, renewed by `show`.
+class TrackModel final : public QAbstractTableModel {
+  public:
+    TrackModel(ContentView& content, const Theme& theme, QObject* parent)
+        : QAbstractTableModel(parent), content_(content), theme_(theme) {}
+
+    struct Row {
+        int numero = 0;
+        std::optional<int> channel;
+        QString name;
+        bool edited = false;
+        QString file;
+        friend bool operator==(const Row&, const Row&) = default;
+    };
+
+    void show(std::vector<Row> rows, bool editable) {
+        if (rows.size() != rows_.size() || editable != editable_) {
+            beginResetModel();
+            rows_ = std::move(rows);
+            editable_ = editable;
+            endResetModel();
+            return;
+        }
+        if (rows == rows_) return;
+        rows_ = std::move(rows);
+        emit dataChanged(index(0, 0), index(rowCount({}) - 1, columnCount({}) - 1));
+    }
+
+    [[nodiscard]] bool isEditable() const noexcept { return editable_; }
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override {
+        return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+    }
+    [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : 3; }
+
+    [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& at) const override {
+        Qt::ItemFlags flags = Qt::ItemNeverHasChildren | Qt::ItemIsSelectable;
+        if (editable_) flags |= Qt::ItemIsEnabled;
+        if (editable_ && at.column() == TrackList::name) flags |= Qt::ItemIsEditable;
+        return flags;
+    }
+
+    [[nodiscard]] QVariant data(const QModelIndex& at, int role) const override {
+        const Row& row = rows_.at(static_cast<std::size_t>(at.row()));
+        switch (role) {
+            case Qt::DisplayRole:
+            case Qt::EditRole:
+                if (at.column() == TrackList::name) return row.name;
+                if (at.column() == TrackList::number) return row.numero;
+                return row.channel ? QVariant(*row.channel) : QVariant();
+            case Qt::TextAlignmentRole:
+                return alignment(at.column());
+            case Qt::ForegroundRole:
+                if (!editable_ || at.column() != TrackList::name) return theme_.dimmed();
+                return row.edited ? QVariant(theme_.pending()) : QVariant();
+            case Qt::ToolTipRole:
+                return row.file;
+            case Qt::AccessibleTextRole:
+                if (at.column() != TrackList::name) return {};
+                return QStringLiteral("Track %1: %2%3")
+                    .arg(row.numero)
+                    .arg(row.name.isEmpty() ? QStringLiteral("no name") : row.name,
+                         row.edited ? QStringLiteral(", not saved") : QString());
+            default:
+                return {};
+        }
+    }
+
+    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
+        if (orientation != Qt::Horizontal) return {};
+        if (role == Qt::TextAlignmentRole) return alignment(section);
+        if (role != Qt::DisplayRole) return {};
+        static const QString titles[] = {QStringLiteral("#"), QStringLiteral("Rec"), QStringLiteral("Name")};
+        return titles[section];
+    }
+
+    bool setData(const QModelIndex& at, const QVariant& value, int role) override {
+        if (role != Qt::EditRole || !editable_ || at.column() != TrackList::name) return false;
+        const Row& row = rows_.at(static_cast<std::size_t>(at.row()));
+        if (row.name == value.toString()) return true;
+        content_.modifications().setTrackName(row.numero, value.toString().toStdString());
+        return true;
+    }
+
+  private:
+    static int alignment(int column) {
+        return int(column == TrackList::name ? Qt::AlignLeft | Qt::AlignVCenter : Qt::AlignCenter);
+    }
+
+    ContentView& content_;
+    const Theme& theme_;
+    std::vector<Row> rows_;
+    bool editable_ = false;
+};
+
+namespace {
+
+/// The field in which a name is typed. What keys mean in it is the list's to say.
+class NameDelegate final : public QStyledItemDelegate {
+  public:
+    struct Hooks {
+        std::function<void(int)> goOn;        ///< to the next name (1) or the one before (-1)
+        std::function<bool(int)> pasteLines;  ///< several lines from this row on; false when there is one line only
+        std::function<void()> undo, redo;
+        std::function<void()> opened;
+    };
+    NameDelegate(Hooks hooks, QObject* parent) : QStyledItemDelegate(parent), hooks_(std::move(hooks)) {}
+
+    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem&, const QModelIndex& index) const override {
+        auto* line = new QLineEdit(parent);
+        line->setFrame(false);
+        line->setAutoFillBackground(true);
+        line->setAccessibleName(QStringLiteral("Name of track %1").arg(index.row() + 1));
+        line->setProperty("row", index.row());
+        auto* self = const_cast<NameDelegate*>(this);  // the signals of a delegate are not const
+        connect(line, &QLineEdit::textEdited, this, [self, line] { emit self->commitData(line); });
+        hooks_.opened();
+        return line;
+    }
+
+    void setEditorData(QWidget* editor, const QModelIndex& index) const override {
+        // Only when it differs: the text comes back with every keystroke, and the cursor must stay.
+        auto* line = qobject_cast<QLineEdit*>(editor);
+        const QString text = index.data(Qt::EditRole).toString();
+        if (line->text() != text) line->setText(text);
+    }
+
+    void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override {
+        model->setData(index, qobject_cast<QLineEdit*>(editor)->text(), Qt::EditRole);
+    }
+
+    bool eventFilter(QObject* object, QEvent* event) override {
+        auto* line = qobject_cast<QLineEdit*>(object);
+        if (line == nullptr || (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride)) {
+            return QStyledItemDelegate::eventFilter(object, event);
+        }
+        auto* key = static_cast<QKeyEvent*>(event);
+        const bool pressed = event->type() == QEvent::KeyPress;
+        const int row = line->property("row").toInt();
+        if (key->matches(QKeySequence::Undo) || key->matches(QKeySequence::Redo)) {
+            if (pressed) key->matches(QKeySequence::Undo) ? hooks_.undo() : hooks_.redo();
+            event->accept();
+            return true;
+        }
+        if (pressed && key->matches(QKeySequence::Paste) && hooks_.pasteLines(row)) return true;
+        if (pressed) {
+            switch (key->key()) {
+                case Qt::Key_Return:
+                case Qt::Key_Enter:
+                case Qt::Key_Tab:
+                    return leave(line, 1);
+                case Qt::Key_Backtab:
+                    return leave(line, -1);
+                case Qt::Key_Down:
+                    return leave(line, 1);
+                case Qt::Key_Up:
+                    return leave(line, -1);
+                default:
+                    break;
+            }
+        }
+        return QStyledItemDelegate::eventFilter(object, event);
+    }
+
+  private:
+    bool leave(QLineEdit* line, int steps) {
+        emit commitData(line);
+        emit closeEditor(line, NoHint);
+        hooks_.goOn(steps);
+        return true;
+    }
+
+    Hooks hooks_;
+};
+
+}  // namespace
+
+TrackList::TrackList(ContentView& content, const Theme& theme, QWidget* parent)
+    : QTableView(parent), content_(content), model_(new TrackModel(content, theme, this)) {
+    setModel(model_);
+    makeDense(*this);
+    setAccessibleName(QStringLiteral("Tracks"));
+    setEditTriggers(DoubleClicked | SelectedClicked | EditKeyPressed | AnyKeyPressed);
+    horizontalHeader()->resizeSection(number, 32);
+    horizontalHeader()->resizeSection(channel, 38);
+    horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    horizontalHeader()->setToolTip(
+        QStringLiteral("Position in the take, channel number of the recorder, name.\n"
+                       "Type or press Return to edit a name; Return and Tab go on to the next one."));
+    NameDelegate::Hooks hooks;
+    hooks.goOn = [this](int steps) { goOn(steps); };
+    hooks.pasteLines = [this](int row) {
+        if (clipboardLines().size() < 2) return false;
+        setFocus();  // which closes the field
+        pasteFrom(row);
+        return true;
+    };
+    hooks.undo = [this] { content_.undo(); };
+    hooks.redo = [this] { content_.redo(); };
+    hooks.opened = [this] { setTyping(true); };
+    setItemDelegate(new NameDelegate(std::move(hooks), this));
+}
+
+void TrackList::refresh(bool editable) {
+    const int row = content_.selectedRow();
+    std::vector<TrackModel::Row> rows;
+    if (row >= 0) {
+        const GroupeFichiers& groupe = content_.rows().groupesTableau().at(static_cast<std::size_t>(row)).groupe;
+        const std::map<int, std::string>& before = content_.modifications().originals().nomsPistes;
+        for (const Piste& piste : tracksOfGroup(groupe)) {
+            const auto original = before.find(piste.numero);
+            const auto file = groupe.isMonoSet() ? static_cast<std::size_t>(piste.numero - 1) : 0U;
+            rows.push_back({piste.numero, piste.numeroTrack, toQt(piste.nom),
+                            original != before.end() && original->second != piste.nom,
+                            file < groupe.fichiers.size() ? toQt(groupe.fichiers[file].url.filename()) : QString()});
+        }
+    }
+    model_->show(std::move(rows), editable);
+    if (!currentIndex().isValid() && model_->rowCount() > 0) {
+        selectionModel()->setCurrentIndex(model_->index(0, name), QItemSelectionModel::NoUpdate);
+    }
+}
+
+void TrackList::goOn(int steps) {
+    const int next = currentIndex().row() + steps;
+    if (next < 0 || next >= model_->rowCount()) {
+        setFocus();
+        return;
+    }
+    setCurrentIndex(model_->index(next, name));
+    edit(currentIndex());
+}
+
+void TrackList::setTyping(bool typing) {
+    if (typing == typing_) return;
+    typing_ = typing;
+    content_.setEnSaisie(typing);
+    if (!typing) content_.rows().endCollapsing();
+}
+
+void TrackList::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
+    QTableView::closeEditor(editor, hint);
+    setTyping(false);
+}
+
+void TrackList::reset() {
+    QTableView::reset();  // drops an open field
+    setTyping(false);
+}
+
+void TrackList::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    QTableView::currentChanged(current, previous);
+    // Only names are of use to the keyboard.
+    if (current.isValid() && current.column() != name) {
+        selectionModel()->setCurrentIndex(model_->index(current.row(), name), QItemSelectionModel::NoUpdate);
+    }
+}
+
+bool TrackList::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride && model_->isEditable()) {
+        // Keys that mean something here, and characters that begin a name, are not for the window's menus.
+        auto* key = static_cast<QKeyEvent*>(event);
+        const bool character = !(key->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) &&
+                               !key->text().isEmpty() && key->text().at(0).isPrint() && key->key() != Qt::Key_Space;
+        if (character || key->matches(QKeySequence::Copy) || key->matches(QKeySequence::Paste) ||
+            key->key() == Qt::Key_Delete || key->key() == Qt::Key_Backspace || key->key() == Qt::Key_F2 ||
+            ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) && key->modifiers() == Qt::NoModifier)) {
+            event->accept();
+            return true;
+        }
+    }
+    return QTableView::event(event);
+}
+
+void TrackList::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Copy)) {
+        copyNames();
+    } else if (event->matches(QKeySequence::Paste)) {
+        pasteFrom(currentIndex().row());
+    } else if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && currentIndex().isValid()) {
+        edit(model_->index(currentIndex().row(), name));
+    } else if (event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace) {
+        for (const QModelIndex& index : selectionModel()->selectedRows(name))
+            model_->setData(index, QString(), Qt::EditRole);
+        content_.rows().endCollapsing();
+    } else if (event->key() == Qt::Key_Space) {
+        event->ignore();  // never begins a name
+    } else {
+        QTableView::keyPressEvent(event);
+    }
+}
+
+void TrackList::copyNames() {
+    QModelIndexList selected = selectionModel()->selectedRows(name);
+    if (selected.isEmpty() && currentIndex().isValid()) selected << currentIndex();
+    std::sort(selected.begin(), selected.end());
+    QStringList names;
+    for (const QModelIndex& index : selected)
+        names << index.data(Qt::EditRole).toString();
+    if (!names.isEmpty()) QApplication::clipboard()->setText(names.join(QLatin1Char('\n')));
+}
+
+void TrackList::pasteFrom(int row) {
+    if (!model_->isEditable() || row < 0) return;
+    content_.rows().endCollapsing();
+    for (const QString& line : clipboardLines()) {
+        if (row >= model_->rowCount()) break;
+        model_->setData(model_->index(row++, name), line.trimmed(), Qt::EditRole);
+    }
+    content_.rows().endCollapsing();
+}
+
+}  // namespace dravik
