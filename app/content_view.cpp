@@ -65,6 +65,9 @@ ContentView::ContentView(const Services& services)
     connect(&services_.commands, &Commands::dravikLoadFolder, this, &ContentView::loadFolder);
     connect(&services_.commands, &Commands::demanderQuitterAvecProtection, this,
             [this] { gererActionProtegee(QuitterApp{}); });
+}
+
+void ContentView::start() {
     services_.router.registerConsumer(externalOpenConsumerID_, [this](const ExternalFileOpenRouter::Urls& urls) {
         spdlog::info("ContentView consumer invoked with {} URL(s)", urls.size());
         std::set<std::filesystem::path> folders;
@@ -93,7 +96,13 @@ void ContentView::gererActionProtegee(const ActionEnAttente& action) {
         actionEnAttente_.reset();
         emit selectionChanged();  // the table shows the loaded take again
         if (quits) services_.termination.replyToApplicationShouldTerminate(false);
+        takeNextAction();
     };
+    if ((actionEnAttente_ || sauvegardeEnCours()) && std::holds_alternative<OuvrirDepotFichiers>(action)) {
+        // Whoever handed these over was told that they arrived.
+        nextAction_ = action;
+        return;
+    }
     if (actionEnAttente_) {
         // One question at a time: the answer to it decides what happens to the edits.
         if (quits) services_.termination.replyToApplicationShouldTerminate(false);
@@ -119,6 +128,7 @@ void ContentView::gererActionProtegee(const ActionEnAttente& action) {
         const auto go = [this] {
             const ActionEnAttente waiting = *std::exchange(actionEnAttente_, std::nullopt);
             perform(waiting);
+            takeNextAction();
         };
         if (answer.button == 0) {
             saveAll([go, refuse](bool saved) { saved ? go() : refuse(); });
@@ -142,17 +152,38 @@ void ContentView::perform(const ActionEnAttente& action) {
     } else if (const auto* dropped = std::get_if<OuvrirDepotFichiers>(&action)) {
         spdlog::info("executing .ouvrirDepotFichiers; chargerGroupe will be called with {} URL(s)",
                      dropped->fichiers.size());
-        std::error_code error;
-        if (dropped->fichiers.size() == 1 && std::filesystem::is_directory(dropped->fichiers.front(), error)) {
-            openFolder(dropped->fichiers.front(), {});
-        } else if (dropped->dossier) {
-            openFolder(*dropped->dossier, dropped->fichiers);
-        } else {
-            openFiles(dropped->fichiers);
-        }
+        openDropped(*dropped);
     } else {
         services_.termination.replyToApplicationShouldTerminate(true);
     }
+}
+
+void ContentView::openDropped(const OuvrirDepotFichiers& dropped) {
+    std::error_code error;
+    const auto folder =
+        std::find_if(dropped.fichiers.begin(), dropped.fichiers.end(),
+                     [&](const std::filesystem::path& path) { return std::filesystem::is_directory(path, error); });
+    if (folder != dropped.fichiers.end()) {
+        openFolder(*folder, {});
+        if (dropped.fichiers.size() > 1) {
+            emit notice(QStringLiteral("%1 is open; one folder is shown at a time.").arg(toQt(folder->filename())));
+        }
+    } else if (dropped.dossier) {
+        openFolder(*dropped.dossier, dropped.fichiers);
+    } else {
+        openFiles(dropped.fichiers);
+    }
+}
+
+void ContentView::takeNextAction() {
+    if (!nextAction_ || actionEnAttente_ || sauvegardeEnCours()) return;
+    // Not from within what has just ended.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (const auto next = std::exchange(nextAction_, std::nullopt)) gererActionProtegee(*next);
+        },
+        Qt::QueuedConnection);
 }
 
 // --- Opening -------------------------------------------------------------------------------------------------------
@@ -295,6 +326,7 @@ void ContentView::setRegrouperFichiersMono(bool regrouper) {
         return;
     }
     services_.settings.set(settings::regrouperFichiersMono, regrouper);
+    rows_.forgetSteps();  // of rows that are about to be others
     reload();
     if (regrouper || services_.settings.value(settings::masquerAvertissementDesactivationGroupesMono)) return;
     Alert alert;

@@ -47,9 +47,11 @@ class ContentView : public QObject {
         ExternalFileOpenRouter& router;
         ProtectedTermination& termination;
     };
-    /// Registers with the router, and takes what waits there.
     explicit ContentView(const Services& services);
     ~ContentView() override;
+
+    /// Registers with the router, and takes what waits there. To be called when those are connected who show it.
+    void start();
 
     // --- What views show -------------------------------------------------------------------------------------------
     [[nodiscard]] TakeRows& rows() noexcept { return rows_; }
@@ -140,6 +142,8 @@ class ContentView : public QObject {
 
   private:
     void perform(const ActionEnAttente& action);
+    void openDropped(const OuvrirDepotFichiers& dropped);
+    void takeNextAction();
     void openFolder(const std::filesystem::path& folder, std::vector<std::filesystem::path> select);
     void openFiles(std::vector<std::filesystem::path> files);
     void onRowsRead(const std::shared_ptr<ReadRows>& rows, bool complete);
@@ -191,6 +195,7 @@ class ContentView : public QObject {
     std::optional<CueDrag> cueDrag_;
 
     std::optional<ActionEnAttente> actionEnAttente_;
+    std::optional<ActionEnAttente> nextAction_;  ///< came from outside while another was waiting
     std::shared_ptr<CancellationToken> saving_;
     std::vector<SaveSnapshot> saves_;  ///< of this run that can be undone, the last one behind
     QString messageSucces_;

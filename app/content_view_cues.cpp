@@ -1,16 +1,11 @@
 #include "app/content_view.h"
+#include "app/take_times.h"
 #include "app/text.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace dravik {
 namespace {
-
-std::int64_t lastFrame(const GroupeFichiers& groupe) {
-    const InfoFichier& fichier = groupe.fichiers.front();
-    return std::max<std::int64_t>(0, std::llround(fichier.dureeSecondes * fichier.sampleRate));
-}
 
 auto find(std::vector<CueMarker>& markers, const Uuid& id) {
     return std::find_if(markers.begin(), markers.end(), [&](const CueMarker& marker) { return marker.id == id; });
@@ -53,7 +48,7 @@ void ContentView::addCue(std::int64_t frame) {
     const int row = selectedRow();
     if (row < 0) return;
     std::vector<CueMarker> markers = cueMarkers();
-    const std::int64_t last = lastFrame(rows_.groupesTableau().at(static_cast<std::size_t>(row)).groupe);
+    const std::int64_t last = lastFrameOf(rows_.groupesTableau().at(static_cast<std::size_t>(row)).groupe);
     markers.push_back({Uuid::random(), std::clamp<std::int64_t>(frame, 0, last), std::nullopt});
     rows_.endCollapsing();
     editCues(QStringLiteral("Add Cue"), std::move(markers));
@@ -115,7 +110,7 @@ void ContentView::beginCueDrag(const Uuid& id) {
 void ContentView::moveCue(std::int64_t frame) {
     const int row = selectedRow();
     if (!cueDrag_ || row < 0) return;
-    const std::int64_t last = lastFrame(rows_.groupesTableau().at(static_cast<std::size_t>(row)).groupe);
+    const std::int64_t last = lastFrameOf(rows_.groupesTableau().at(static_cast<std::size_t>(row)).groupe);
     std::vector<CueMarker> markers = cueDrag_->before;
     const auto dragged = find(markers, cueDrag_->id);
     if (dragged == markers.end()) return;

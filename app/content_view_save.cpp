@@ -100,10 +100,11 @@ void ContentView::startSave(std::function<void(bool)> saved) {
         std::move(own.begin(), own.end(), std::back_inserter(items));
     }
     rows_.endCollapsing();
-    const auto write = [this, items = std::move(items)](SaveEnd& end, const TaskContext& task) {
-        end.snapshot = takeSnapshot(items);
-        end.report = runSave(services_.files, items, task);
-        noteSaved(services_.files, end.snapshot, *end.report);
+    const auto write = [&files = services_.files, items = std::move(items)](SaveEnd& end, const TaskContext& task) {
+        SaveSnapshot snapshot = takeSnapshot(files, items);
+        end.report = runSave(files, items, task);
+        noteSaved(files, snapshot, *end.report);
+        end.snapshot = std::move(snapshot);
     };
     runInBackground(write, [this, saved = std::move(saved)](SaveEnd end) { endSave(std::move(end), saved); });
 }
@@ -116,17 +117,17 @@ void ContentView::runInBackground(std::function<void(SaveEnd&, const TaskContext
     emit pendingChanged();
 
     const QPointer<QObject> self(this);
-    auto work = [this, self, token = saving_, write = std::move(write)]() -> SaveEnd {
+    // The thread may outlive this object, but not what this object was given.
+    auto work = [this, &background = services_.background, self, token = saving_,
+                 write = std::move(write)]() -> SaveEnd {
         SaveEnd end;
         auto told = std::make_shared<std::chrono::steady_clock::time_point>();
-        const auto report = [this, self, told](const Progress& progress) {
+        const auto report = [this, &background, self, told](const Progress& progress) {
             const auto now = std::chrono::steady_clock::now();
             if (now - *told < progressInterval) return;
             *told = now;
-            services_.background.post(
-                self, [this, done = progress.doneBytes, all = progress.allBytes, name = toQt(progress.currentName)] {
-                    emit saveProgressed(done, all, name);
-                });
+            background.post(self, [this, done = progress.doneBytes, all = progress.allBytes,
+                                   name = toQt(progress.currentName)] { emit saveProgressed(done, all, name); });
         };
         try {
             write(end, {token.get(), report});
@@ -152,6 +153,7 @@ void ContentView::runInBackground(std::function<void(SaveEnd&, const TaskContext
         ended(std::move(end));
         emit sauvegardeEnCoursChanged();
         emit pendingChanged();
+        takeNextAction();
     });
 }
 
@@ -207,10 +209,10 @@ void ContentView::undoLastSave() {
     services_.dialogs.ask(alert, [this](AlertAnswer answer) {
         if (answer.button != 0 || saves_.empty() || hasUnsavedChanges() || sauvegardeEnCours()) return;
         auto snapshot = std::make_shared<const SaveSnapshot>(saves_.back());
-        const auto write = [this, snapshot](SaveEnd& end, const TaskContext& task) {
-            end.report = undoSave(services_.files, *snapshot, task);
+        const auto write = [&files = services_.files, snapshot](SaveEnd& end, const TaskContext& task) {
+            end.report = undoSave(files, *snapshot, task);
         };
-        runInBackground(write, [this](SaveEnd end) {
+        runInBackground(write, [this, snapshot](SaveEnd end) {
             if (end.cancelled) {
                 emit notice(QStringLiteral("Undoing the save was cancelled."));
                 // Stopped between two files: what is left of it cannot be told from other changes any more.
@@ -222,6 +224,8 @@ void ContentView::undoLastSave() {
                 saves_.pop_back();
             } else {
                 saves_.pop_back();
+                for (SaveSnapshot& older : saves_)
+                    restamp(services_.files, older, *snapshot);
                 emit notice(QStringLiteral("The save was undone."));
             }
         });

@@ -72,16 +72,17 @@ void FolderListing::start(std::filesystem::path folder, std::vector<std::filesys
     const auto token = token_;
     const QPointer<QObject> self(this);
     // Only the current reading may speak.
-    const auto tell = [this, self, token](std::function<void()> call) {
-        background_.post(self, [this, token, call = std::move(call)] {
+    // The thread may outlive this object, but not what this object was given.
+    const auto tell = [this, &background = background_, self, token](std::function<void()> call) {
+        background.post(self, [this, token, call = std::move(call)] {
             if (token_ == token) call();
         });
     };
 
-    auto work = [this, tell, token, folder = std::move(folder), fichiers = std::move(fichiers),
-                 regrouperFichiersMono]() mutable {
+    auto work = [this, tell, token, &files = files_, &codecs = codecs_, folder = std::move(folder),
+                 fichiers = std::move(fichiers), regrouperFichiersMono]() mutable {
         if (!folder.empty()) {
-            const Recovery recovery = recoverFolder(files_, folder);
+            const Recovery recovery = recoverFolder(files, folder);
             if (!recovery.empty()) tell([this, recovery] { emit recovered(recovery); });
             fichiers = listerFichiers(folder);
         }
@@ -99,16 +100,16 @@ void FolderListing::start(std::filesystem::path folder, std::vector<std::filesys
                 begin, begin + static_cast<std::ptrdiff_t>(std::min(batch, all - before)));
             try {
                 std::vector<InfoFichier> found =
-                    probeFiles(next, codecs_, {token.get(), [&](const Progress& progress) {
-                                                   const auto now = std::chrono::steady_clock::now();
-                                                   const std::scoped_lock guard(lock);
-                                                   if (now - told < progressInterval) return;
-                                                   told = now;
-                                                   const int done = static_cast<int>(before + progress.doneBytes);
-                                                   tell([this, done, all, name = toQt(progress.currentName)] {
-                                                       emit progressed(done, static_cast<int>(all), name);
-                                                   });
-                                               }});
+                    probeFiles(next, codecs, {token.get(), [&](const Progress& progress) {
+                                                  const auto now = std::chrono::steady_clock::now();
+                                                  const std::scoped_lock guard(lock);
+                                                  if (now - told < progressInterval) return;
+                                                  told = now;
+                                                  const int done = static_cast<int>(before + progress.doneBytes);
+                                                  tell([this, done, all, name = toQt(progress.currentName)] {
+                                                      emit progressed(done, static_cast<int>(all), name);
+                                                  });
+                                              }});
                 std::move(found.begin(), found.end(), std::back_inserter(probed));
             } catch (const Cancelled&) {
                 return;

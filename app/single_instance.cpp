@@ -2,6 +2,7 @@
 
 #include "app/text.h"
 
+#include <QDir>
 #include <QLocalSocket>
 #include <QTimer>
 #include <memory>
@@ -16,7 +17,9 @@ constexpr qsizetype maxMessageBytes = 16 * 1024 * 1024;
 
 }  // namespace
 
-SingleInstance::SingleInstance(QString name) : name_(std::move(name)) {
+SingleInstance::SingleInstance(QString name)
+    : name_(std::move(name)), lock_(QStringLiteral("%1/%2.lock").arg(QDir::tempPath(), name_)) {
+    lock_.setStaleLockTime(0);  // a lock is stale when its process is gone, however long that one runs
     server_.setSocketOptions(QLocalServer::UserAccessOption);
     connect(&server_, &QLocalServer::newConnection, this, &SingleInstance::accept);
 }
@@ -37,13 +40,15 @@ bool SingleInstance::handOver(const std::vector<std::filesystem::path>& files) c
     while (socket.bytesToWrite() > 0) {
         if (!socket.waitForBytesWritten(answerMilliseconds)) return false;
     }
-    // One byte back says that the list has arrived.
-    return socket.waitForReadyRead(answerMilliseconds);
+    // One byte back says that the list has arrived. A program that is too busy to say so has it all the same.
+    static_cast<void>(socket.waitForReadyRead(answerMilliseconds));
+    return true;
 }
 
 bool SingleInstance::listen() {
+    if (!lock_.tryLock(0)) return false;
     if (server_.listen(name_)) return true;
-    // Left behind by a program that was killed: nobody answered on it.
+    // Left behind by a program that was killed.
     QLocalServer::removeServer(name_);
     return server_.listen(name_);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QLocalServer>
+#include <QLockFile>
 #include <QObject>
 #include <filesystem>
 #include <vector>
@@ -30,6 +31,7 @@ class SingleInstance : public QObject {
 
     QString name_;
     QLocalServer server_;
+    QLockFile lock_;  ///< held by the program that listens: only it may clear away a socket that was left behind
 };
 
 }  // namespace dravik

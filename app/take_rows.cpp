@@ -8,10 +8,10 @@
 namespace dravik {
 namespace {
 
-/// Far more steps than anybody goes back, and an upper bound of what they hold.
-constexpr std::size_t maxSteps = 500;
+/// Far more steps than anybody goes back.
+constexpr std::size_t maxSteps = 200;
 
-/// Same files, read to the same values?
+/// Made of the same files, whatever was read from them?
 bool sameFiles(const GroupeFichiers& a, const GroupeFichiers& b) {
     return std::equal(a.fichiers.begin(), a.fichiers.end(), b.fichiers.begin(), b.fichiers.end(),
                       [](const InfoFichier& x, const InfoFichier& y) { return x.url.native() == y.url.native(); });
@@ -51,6 +51,17 @@ RowState editedAgain(const RowState& row, const GroupeFichiers& before, GroupeFi
         }
     }
     return result;
+}
+
+bool sameCues(const std::optional<std::vector<CueMarker>>& a, const std::optional<std::vector<CueMarker>>& b) {
+    if (!a || !b) return a.has_value() == b.has_value();
+    return std::equal(a->begin(), a->end(), b->begin(), b->end(), [](const CueMarker& x, const CueMarker& y) {
+        return x.id == y.id && x.frame == y.frame && x.label == y.label;
+    });
+}
+
+bool sameEdits(const RowState& a, const RowState& b) {
+    return sameCues(a.cues, b.cues) && editedFields({a.groupe, std::nullopt}, b.groupe).empty();
 }
 
 }  // namespace
@@ -129,6 +140,18 @@ std::vector<std::string> TakeRows::refresh(ReadRows read, Reading reading) {
         waitingOriginals_.insert_or_assign(key, std::move(originals_[at]));
     }
     edited_.clear();
+    if (!undo_.empty() || !redo_.empty()) {
+        for (const GroupeFichiers& now : read.originals) {
+            const std::string key = keyOf(now);
+            const auto waiting = waitingOriginals_.find(key);
+            const int row = indexOf(key);
+            if (waiting != waitingOriginals_.end()) {
+                carrySteps(key, waiting->second, now);
+            } else if (row >= 0) {
+                carrySteps(key, originals_[static_cast<std::size_t>(row)], now);
+            }
+        }
+    }
     originals_ = std::move(read.originals);
     rows_ = std::move(read.rows);
     for (std::size_t at = 0; at < rows_.size() && !(waiting_.empty() && unfolded.empty()); ++at) {
@@ -174,10 +197,7 @@ void TakeRows::edit(const QString& name, std::vector<std::pair<int, RowState>> c
     std::vector<int> touched;
     for (auto& [row, state] : changes) {
         RowState& current = rows_.at(static_cast<std::size_t>(row));
-        // Compared as an edit of the present state: nothing edited, no change.
-        RowState probe{state.groupe, std::nullopt};
-        const bool sameCues = state.cues.has_value() == current.cues.has_value() && !state.cues;
-        if (sameCues && dravik::editedFields(probe, current.groupe).empty()) continue;
+        if (sameEdits(state, current)) continue;
         state.groupe.estDeplie = current.groupe.estDeplie;
         step.changes.push_back({keyOf(originals_[static_cast<std::size_t>(row)]), std::move(current), state});
         current = std::move(state);
@@ -190,6 +210,10 @@ void TakeRows::edit(const QString& name, std::vector<std::pair<int, RowState>> c
     if (collapses) {
         for (std::size_t at = 0; at < step.changes.size(); ++at)
             undo_.back().changes[at].after = std::move(step.changes[at].after);
+        // Typed and taken back: nothing to undo.
+        std::erase_if(undo_.back().changes,
+                      [](const Change& change) { return sameEdits(change.before, change.after); });
+        if (undo_.back().changes.empty()) undo_.pop_back();
     } else {
         undo_.push_back(std::move(step));
         if (undo_.size() > maxSteps) undo_.erase(undo_.begin());
@@ -217,6 +241,25 @@ void TakeRows::replay(const Step& step, bool forwards) {
         put(change.key, forwards ? change.after : change.before, touched);
     collapse_.clear();
     emit rowsChanged(touched);
+    emit pendingChanged();
+}
+
+void TakeRows::carrySteps(const std::string& key, const GroupeFichiers& before, const GroupeFichiers& now) {
+    for (std::vector<Step>* steps : {&undo_, &redo_}) {
+        for (Step& step : *steps) {
+            for (Change& change : step.changes) {
+                if (change.key != key) continue;
+                change.before = editedAgain(change.before, before, now);
+                change.after = editedAgain(change.after, before, now);
+            }
+        }
+    }
+}
+
+void TakeRows::forgetSteps() {
+    undo_.clear();
+    redo_.clear();
+    collapse_.clear();
     emit pendingChanged();
 }
 

@@ -70,6 +70,8 @@ class TakeRows : public QObject {
     void discard(const std::set<int>& rows = {});
     /// Everything pending was saved: what is shown is what is on disk. The steps go.
     void accept();
+    /// Nothing can be undone or redone any more; what is pending stays.
+    void forgetSteps();
     /// Files have other names now (old path -> new path); their rows and edits go with them.
     void filesMoved(const std::map<std::filesystem::path, std::filesystem::path>& moved);
 
@@ -98,6 +100,8 @@ class TakeRows : public QObject {
     void index(std::size_t from = 0);
     void markEdited(int row);
     void replay(const Step& step, bool forwards);
+    /// The steps of a row whose take was read again become steps on what was read.
+    void carrySteps(const std::string& key, const GroupeFichiers& before, const GroupeFichiers& now);
 
     std::vector<RowState> rows_;
     std::vector<GroupeFichiers> originals_;

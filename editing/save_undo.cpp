@@ -101,10 +101,12 @@ std::size_t SaveSnapshot::bytes() const noexcept {
     return sum;
 }
 
-SaveSnapshot takeSnapshot(const std::vector<SaveItem>& items) {
+SaveSnapshot takeSnapshot(FileOps& ops, const std::vector<SaveItem>& items) {
     SaveSnapshot snapshot;
     for (const SaveItem& item : items) {
-        SaveSnapshot::File file{item.fichier.url, item.fichier.url, false, {}, {}};
+        const std::optional<FileStamp> found = ops.stampAt(item.fichier.url);
+        if (!found) continue;
+        SaveSnapshot::File file{item.fichier.url, item.fichier.url, false, {}, *found, {}};
         if (item.valeurs || item.cues) {
             try {
                 const WaveFile wave(resolvedTarget(item.fichier.url));
@@ -182,6 +184,16 @@ SaveReport undoSave(FileOps& ops, const SaveSnapshot& snapshot, const TaskContex
     }
     folders.syncAll(ops);
     return report;
+}
+
+void restamp(FileOps& ops, SaveSnapshot& older, const SaveSnapshot& undone) {
+    for (SaveSnapshot::File& file : older.files) {
+        const auto same = std::find_if(undone.files.begin(), undone.files.end(),
+                                       [&](const SaveSnapshot::File& one) { return one.before == file.after; });
+        // Only where nobody had changed the file between the two saves.
+        if (same == undone.files.end() || same->found != file.saved) continue;
+        if (const std::optional<FileStamp> now = ops.stampAt(file.after)) file.saved = *now;
+    }
 }
 
 }  // namespace dravik

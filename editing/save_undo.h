@@ -23,6 +23,7 @@ struct SaveSnapshot {
         std::filesystem::path before, after;  ///< the name before the save and behind it
         bool written = false;
         std::vector<ChunkRecord> chunks;  ///< as they were; empty when only the name was to change
+        FileStamp found;                  ///< the state in which the save found it
         FileStamp saved;                  ///< the state in which the save left it
     };
     std::vector<File> files;
@@ -30,7 +31,7 @@ struct SaveSnapshot {
 };
 
 /// Before a save: reads what it will replace. Files that cannot be read are left out; the save will say why. Blocks.
-[[nodiscard]] SaveSnapshot takeSnapshot(const std::vector<SaveItem>& items);
+[[nodiscard]] SaveSnapshot takeSnapshot(FileOps& ops, const std::vector<SaveItem>& items);
 /// After it: keeps the files that were changed, under their new names, with the state they are in now.
 void noteSaved(FileOps& ops, SaveSnapshot& snapshot, const SaveReport& report);
 
@@ -39,5 +40,8 @@ void noteSaved(FileOps& ops, SaveSnapshot& snapshot, const SaveReport& report);
 /// before the first change. What goes wrong later stands in the report, whose `moved` leads from the new names to the
 /// old ones. Blocks; not for the main thread.
 [[nodiscard]] SaveReport undoSave(FileOps& ops, const SaveSnapshot& snapshot, const TaskContext& task);
+
+/// A later save of the same files was undone: they are again what this one left, in a new state of their own.
+void restamp(FileOps& ops, SaveSnapshot& older, const SaveSnapshot& undone);
 
 }  // namespace dravik

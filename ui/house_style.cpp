@@ -47,7 +47,12 @@ void drawCheckBox(const QStyleOption& option, QPainter& painter) {
 
 }  // namespace
 
-HouseStyle::HouseStyle() : QProxyStyle(QStringLiteral("fusion")) {}
+HouseStyle::HouseStyle(int toolTipDelay) : QProxyStyle(QStringLiteral("fusion")), toolTipDelay_(toolTipDelay) {}
+
+int HouseStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                          QStyleHintReturn* data) const {
+    return hint == SH_ToolTip_WakeUpDelay ? toolTipDelay_ : QProxyStyle::styleHint(hint, option, widget, data);
+}
 
 void HouseStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                const QWidget* widget) const {

@@ -8,9 +8,15 @@ namespace dravik {
 class HouseStyle final : public QProxyStyle {
     Q_OBJECT
   public:
-    HouseStyle();
+    /// `toolTipDelay` in milliseconds.
+    explicit HouseStyle(int toolTipDelay);
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override;
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* data) const override;
+
+  private:
+    int toolTipDelay_;
 };
 
 }  // namespace dravik

@@ -106,11 +106,11 @@ class Program {
         QObject::connect(window_.get(), &MainWindow::licencesRequested, window_.get(),
                          [this] { showLicences(*window_); });
         window_->show();
+        content_->start();
     }
 
     UserDefaults settings_;
     Theme theme_;
-    Background background_;
     std::unique_ptr<FileOps> files_;
     std::unique_ptr<AudioFileReader> codecs_;
     std::unique_ptr<Workspace> workspace_;
@@ -121,6 +121,8 @@ class Program {
     SingleMainWindowCoordinator windows_;
     ExternalFileOpenRouter router_;
     PreferencesWindow preferences_;
+    // Waits for its threads when it goes, after the controller has cancelled them, and before what they work with.
+    Background background_;
     QElapsedTimer opened_;  ///< since the current folder was
     std::unique_ptr<ContentView> content_;
     std::unique_ptr<MainWindow> window_;

@@ -121,8 +121,6 @@ MainWindow::MainWindow(const Services& services) : services_(services) {
     refreshCounts();
     refreshStatus();
     services_.windows.setMainWindow(this);
-    // Files that waited for a window were opened before there was this one.
-    if (const auto& folder = services_.content.dossierSelectionne()) browser_->reveal(*folder);
 }
 
 MainWindow::~MainWindow() {
@@ -220,9 +218,11 @@ void MainWindow::makeActions() {
                    [this] { services_.content.undo(); });
     redo_ = action(QStringLiteral("Redo"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QStringLiteral("redo"), {},
                    [this] { services_.content.redo(); });
-    group_ =
-        action(QStringLiteral("Group Mono Files"), {}, {}, QStringLiteral("Show the mono files of one take as one row"),
-               [this] { services_.content.setRegrouperFichiersMono(group_->isChecked()); });
+    group_ = action(QStringLiteral("Group Mono Files"), {}, {},
+                    QStringLiteral("Show the mono files of one take as one row"), [this] {
+                        services_.content.setRegrouperFichiersMono(group_->isChecked());
+                        refreshActions();  // it may have been refused
+                    });
     group_->setCheckable(true);
     reload_ =
         action(QStringLiteral("Reload Folder"), QKeySequence::Refresh, {},

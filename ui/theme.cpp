@@ -96,7 +96,8 @@ QPalette palette(bool dark, const QColor& accent) {
 Theme::Theme(UserDefaults& settings) : settings_(settings) {
     initIcons();
     systemIsDark_ = QApplication::palette().color(QPalette::Window).lightness() < 128;
-    QApplication::setStyle(std::make_unique<HouseStyle>().release());  // the application takes it over
+    QApplication::setStyle(std::make_unique<HouseStyle>(settings_.value(settings::NSInitialToolTipDelay))
+                               .release());  // the application takes it over
     apply();
     connect(&settings_, &UserDefaults::changed, this, [this](const QString& key) {
         if (key == QLatin1String(settings::appearance.key) || key == QLatin1String(settings::couleurAccent.key)) {

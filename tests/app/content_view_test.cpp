@@ -457,6 +457,78 @@ TEST_F(ContentViewTest, UndoesTheLastSaveWhenNothingIsPending) {
     EXPECT_FALSE(content->canUndo());
 }
 
+TEST_F(ContentViewTest, UndoesOneSaveAfterTheOther) {
+    const Bytes before = readFile(folder / "B.wav");
+    open();
+    for (const char* scene : {"2A", "2B"}) {
+        edit(1, RowField::scene, scene);
+        content->saveAll();
+        settle();
+    }
+    dialogs.answers = {{0, false}, {0, false}};
+    content->undo();
+    settle();
+    EXPECT_EQ(row(1).groupe.scene, "2A");
+    content->undo();
+    settle();
+    EXPECT_EQ(readFile(folder / "B.wav"), before);
+    EXPECT_FALSE(content->canUndo());
+}
+
+TEST_F(ContentViewTest, ARefusedSaveLeavesNothingToUndo) {
+    open();
+    edit(1, RowField::name, "C");  // which is there
+    content->saveAll();
+    settle();
+    ASSERT_THAT(dialogs.asked, SizeIs(1));
+    content->rows().discard();
+    EXPECT_FALSE(content->canUndo());
+}
+
+TEST_F(ContentViewTest, UndoDoesNotBringBackWhatOthersHaveChangedSince) {
+    open();
+    edit(1, RowField::scene, "2A");
+    recorderFile({.scene = "2", .note = "by another program"}, {.channels = 2}, 4800).write(folder / "B.wav");
+    content->reload();
+    settle();
+    EXPECT_EQ(row(1).groupe.notes, "by another program");
+    content->undo();
+    EXPECT_EQ(row(1).groupe.notes, "by another program");
+    EXPECT_EQ(row(1).groupe.scene, "2");
+    EXPECT_FALSE(content->hasUnsavedChanges());
+}
+
+TEST_F(ContentViewTest, TypingThatIsTakenBackLeavesNoStep) {
+    open();
+    content->selectionnerLigne(1);
+    settle();
+    content->modifications().setScene("2x");
+    content->modifications().setScene("2");
+    EXPECT_FALSE(content->canUndo());
+    EXPECT_FALSE(content->hasUnsavedChanges());
+}
+
+TEST_F(ContentViewTest, FilesFromOutsideWaitForAnOpenQuestion) {
+    open();
+    edit(1, RowField::scene, "2A");
+    termination.applicationShouldTerminate();
+    router.route({folder / "C.wav"});
+    dialogs.answer(2);
+    QCoreApplication::processEvents();
+    ASSERT_THAT(dialogs.asked, SizeIs(2)) << "now about these files";
+    dialogs.answer(1);
+    settle();
+    EXPECT_EQ(content->fichierSelectionne(), folder / "C.wav");
+}
+
+TEST_F(ContentViewTest, CanGoAwayInTheMiddleOfAReading) {
+    for (int i = 0; i < 300; ++i)
+        recorderFile({}, {.channels = 2}, 100).write(folder / ("D" + std::to_string(i) + ".wav"));
+    content->gererActionProtegee(OuvrirDossier{folder.path()});
+    content.reset();
+    QCoreApplication::processEvents();
+}
+
 TEST_F(ContentViewTest, KeepsWhatIsOpenWhenAFolderIsNotThere) {
     open();
     open("/nowhere/at/all");

@@ -125,8 +125,10 @@ class MainWindowStage {
     std::unique_ptr<ContentView> content = makeContent(dialogs);
 
     [[nodiscard]] std::unique_ptr<ContentView> makeContent(Dialogs& asking) {
-        return std::make_unique<ContentView>(
+        auto made = std::make_unique<ContentView>(
             ContentView::Services{settings, asking, clock, background, files, codecs, commands, router, termination});
+        made->start();
+        return made;
     }
 };
 

@@ -49,7 +49,7 @@ class SaveUndo : public testing::Test {
             for (SaveItem& item : planSave(row, original))
                 items.push_back(std::move(item));
         }
-        SaveSnapshot snapshot = takeSnapshot(items);
+        SaveSnapshot snapshot = takeSnapshot(ops, items);
         const SaveReport report = runSave(ops, items, {});
         EXPECT_FALSE(report.failed());
         noteSaved(ops, snapshot, report);
