@@ -26,6 +26,9 @@ QStringList listedNameFilters() {
     return filters;
 }
 
+/// How many takes a message names before it only counts them.
+constexpr std::size_t namedTakes = 10;
+
 }  // namespace
 
 ContentView::ContentView(const Services& services)
@@ -41,6 +44,16 @@ ContentView::ContentView(const Services& services)
         showError(recovery.failures.empty() ? QStringLiteral("Interrupted Work Was Put Right")
                                             : QStringLiteral("Critical Rename Recovery Needed"),
                   lines.join(QLatin1Char('\n')));
+    });
+    connect(&listing_, &FolderListing::unreachable, this, [this] {
+        if (reading_ == TakeRows::Reading::again) {
+            // A card that was pulled may come back: its rows and their edits stay.
+            emit notice(
+                QStringLiteral("%1 cannot be reached. What is shown is what was read before.").arg(folderLabel()));
+        } else {
+            showError(QStringLiteral("Folder Not Found"),
+                      QStringLiteral("%1 is not there, or cannot be read.").arg(folderLabel()));
+        }
     });
     connect(&rows_, &TakeRows::rowsChanged, this, &ContentView::onRowsChanged);
     connect(&rows_, &TakeRows::pendingChanged, this, &ContentView::pendingChanged);
@@ -273,10 +286,12 @@ void ContentView::onRowsRead(const std::shared_ptr<ReadRows>& rows, bool complet
     if (complete) reading_ = TakeRows::Reading::last;
     if (!gone.empty()) {
         QStringList names;
-        for (const std::string& name : gone)
-            names << toQt(name);
+        for (std::size_t at = 0; at < std::min(gone.size(), namedTakes); ++at)
+            names << toQt(gone[at]);
+        if (gone.size() > namedTakes) names << QStringLiteral("and %1 more").arg(gone.size() - namedTakes);
         showError(QStringLiteral("Takes Are Gone"),
-                  QStringLiteral("These takes had unsaved changes, and are not in the folder any more: %1.")
+                  QStringLiteral("These takes are not in the folder any more, and their unsaved changes went with "
+                                 "them: %1.")
                       .arg(names.join(QStringLiteral(", "))));
     }
     selectAfterReading(complete);

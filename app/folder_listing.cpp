@@ -82,6 +82,12 @@ void FolderListing::start(std::filesystem::path folder, std::vector<std::filesys
     auto work = [this, tell, token, &files = files_, &codecs = codecs_, folder = std::move(folder),
                  fichiers = std::move(fichiers), regrouperFichiersMono]() mutable {
         if (!folder.empty()) {
+            std::error_code error;
+            std::filesystem::directory_iterator(folder, error);
+            if (error) {
+                tell([this] { emit unreachable(); });
+                return;
+            }
             const Recovery recovery = recoverFolder(files, folder);
             if (!recovery.empty()) tell([this, recovery] { emit recovered(recovery); });
             fichiers = listerFichiers(folder);

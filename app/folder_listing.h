@@ -42,6 +42,8 @@ class FolderListing : public QObject {
     void progressed(int done, int all, const QString& name);
     /// At the end of every reading, also of a cancelled one.
     void finished(bool cancelled);
+    /// The folder is not there, or cannot be read: no rows come.
+    void unreachable();
     void recovered(const Recovery& recovery);
     /// The folder was changed by somebody else, and has been quiet for a moment.
     void folderChanged();

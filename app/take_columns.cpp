@@ -188,7 +188,7 @@ QString whyNot(const GroupeFichiers& groupe, TakeColumn column, const QString& t
             if (text.startsWith(QLatin1Char('.'))) {
                 return QStringLiteral("A name cannot start with a dot: the file would be hidden.");
             }
-            return QStringLiteral("No file can have this name. It may be too long.");
+            return QStringLiteral("No file can have this name, or it differs from the present one only in case.");
         case TakeColumn::fps:
             return QStringLiteral("This frame rate cannot be written.");
         default:
@@ -198,7 +198,11 @@ QString whyNot(const GroupeFichiers& groupe, TakeColumn column, const QString& t
 
 QString whyReadOnly(const GroupeFichiers& groupe) {
     for (const InfoFichier& fichier : groupe.fichiers) {
-        if (isEditable(fichier.url)) continue;
+        if (isEditable(fichier.url)) {
+            if (fichier.channels > 0) continue;
+            return QStringLiteral("%1 cannot be read as audio, and cannot be changed.")
+                .arg(toQt(fichier.url.filename()));
+        }
         const QString format = fichier.format.empty() ? QStringLiteral("this file") : toQt(fichier.format);
         return QStringLiteral("Dravik can open %1 files, but changes cannot be saved to this format.").arg(format);
     }

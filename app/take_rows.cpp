@@ -1,6 +1,7 @@
 #include "app/take_rows.h"
 
 #include "base/paths.h"
+#include "base/text.h"
 
 #include <algorithm>
 #include <iterator>
@@ -169,6 +170,8 @@ std::vector<std::string> TakeRows::refresh(ReadRows read, Reading reading) {
     if (reading != Reading::partial) {
         for (const auto& [key, row] : waiting_)
             gone.push_back(row.groupe.nom);
+        std::sort(gone.begin(), gone.end(),
+                  [](const std::string& a, const std::string& b) { return compareNatural(a, b) < 0; });
         waiting_.clear();
         waitingOriginals_.clear();
     }

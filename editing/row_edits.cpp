@@ -109,6 +109,10 @@ bool setText(GroupeFichiers& groupe, RowField field, const std::string& text) {
     if (!isValidUtf8(text)) return false;
     if (field == RowField::name) {
         if (!isValidName(text)) return false;
+        // On the volumes that recorders write, names that differ only in case are one: nothing would be renamed.
+        const std::string& onDisk = groupe.fichiers.front().nom;
+        const std::string wanted = newBaseName(groupe, 0, text);
+        if (wanted != onDisk && foldedCase(wanted) == foldedCase(onDisk)) return false;
         groupe.nom = text;
         return true;
     }
@@ -150,8 +154,9 @@ void setTrackName(GroupeFichiers& groupe, int piste, const std::string& nom) {
 }
 
 bool isEditable(const GroupeFichiers& groupe) {
+    // A file without channels could not be read as audio: nothing can be put into it.
     return std::all_of(groupe.fichiers.begin(), groupe.fichiers.end(),
-                       [](const InfoFichier& fichier) { return isEditable(fichier.url); });
+                       [](const InfoFichier& fichier) { return isEditable(fichier.url) && fichier.channels > 0; });
 }
 
 bool isMixed(const GroupeFichiers& groupe, RowField field) {

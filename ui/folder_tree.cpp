@@ -138,7 +138,10 @@ bool FolderTree::viewportEvent(QEvent* event) {
 
 void FolderTree::keyPressEvent(QKeyEvent* event) {
     hooks_.touched();
-    if (event->key() == Qt::Key_Enter) {
+    if ((event->key() == Qt::Key_Enter || event->key() == Qt::Key_Return) && state() == EditingState) {
+        // It ends the typing of a name, and goes on to here.
+        event->accept();
+    } else if (event->key() == Qt::Key_Enter) {
         hooks_.open(currentIndex());
     } else if (QAction* action = actionFor(*event)) {
         action->trigger();  // does nothing while it is disabled

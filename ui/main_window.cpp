@@ -204,7 +204,7 @@ QAction* MainWindow::action(const QString& text, const QKeySequence& shortcut, c
     made->setToolTip(tip);
     made->setStatusTip(help);
     if (!icon.isEmpty()) icons_.emplace_back(made, icon);
-    connect(made, &QAction::triggered, this, [run = std::move(run)] { run(); });
+    if (run) connect(made, &QAction::triggered, this, [run = std::move(run)] { run(); });
     return made;
 }
 
@@ -243,7 +243,8 @@ void MainWindow::makeActions() {
 void MainWindow::makeMenus() {
     const auto take = [this](const QString& text, const QKeySequence& shortcut, const QString& help,
                              void (TakeTable::*run)()) {
-        QAction* made = action(text, shortcut, {}, help, [this, run] { (table_->*run)(); });
+        QAction* made = action(text, shortcut, {}, help, {});
+        connect(made, &QAction::triggered, table_, run);
         takeActions_.push_back(made);
         return made;
     };

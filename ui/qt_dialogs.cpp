@@ -5,6 +5,7 @@
 #include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QFileDialog>
+#include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -13,6 +14,11 @@
 #include <memory>
 
 namespace dravik {
+namespace {
+
+constexpr int alertWidth = 420;
+
+}  // namespace
 
 void QtDialogs::enqueue(std::function<void()> open) {
     waiting_.push_back(std::move(open));
@@ -38,6 +44,11 @@ void QtDialogs::ask(const Alert& alert, std::function<void(AlertAnswer)> answere
         box->setTextFormat(Qt::RichText);
         if (auto* label = box->findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"))) {
             label->setTextFormat(Qt::PlainText);
+        }
+        // Wide enough for a sentence to be read as one.
+        if (auto* grid = qobject_cast<QGridLayout*>(box->layout())) {
+            grid->addItem(std::make_unique<QSpacerItem>(alertWidth, 0).release(), grid->rowCount(), 0, 1,
+                          grid->columnCount());
         }
         if (!alert.checkBox.isEmpty()) box->setCheckBox(new QCheckBox(alert.checkBox, box));
         std::vector<QAbstractButton*> buttons;

@@ -314,6 +314,7 @@ void TakeEditor::refresh() {
     const bool mayEdit = editable && !content_.sauvegardeEnCours();
     message_->setVisible(!editable);
     message_->setText(whyReadOnly(groupe));
+    takeName_->setTextFormat(Qt::PlainText);  // a name may look like markup
     takeName_->setText(toQt(groupe.nom));
     takeName_->setToolTip(toQt(groupe.nom));
 

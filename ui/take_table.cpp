@@ -565,7 +565,10 @@ void TakeTable::showMenu(const QPoint& globalPosition) {
 
 bool TakeTable::eventFilter(QObject* watched, QEvent* event) {
     if (watched != filter_) return QWidget::eventFilter(watched, event);
-    if (event->type() == QEvent::FocusIn) content_.setEnSaisie(true);
+    if (event->type() == QEvent::FocusIn) {
+        content_.setEnSaisie(true);
+        filterColumn_ = std::max(0, view_->currentIndex().column());
+    }
     if (event->type() == QEvent::FocusOut) content_.setEnSaisie(false);
     const bool override = event->type() == QEvent::ShortcutOverride;
     if (override || event->type() == QEvent::KeyPress) {
@@ -582,6 +585,9 @@ bool TakeTable::eventFilter(QObject* watched, QEvent* event) {
             filterDelay_.stop();
             model_->setFilter(filter_->text());
             if (!view_->currentIndex().isValid()) showLoadedTake();
+            // Back in the column that was left, also when the filter has taken its row away.
+            const QModelIndex current = view_->currentIndex();
+            view_->goTo(current.isValid() ? current.siblingAtColumn(filterColumn_) : model_->index(0, filterColumn_));
             focusTable();
             return true;
         }

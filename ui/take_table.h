@@ -87,6 +87,7 @@ class TakeTable : public QWidget {
     bool showing_ = false;       ///< the selection follows the controller just now, not the other way round
     bool hadSelection_ = false;  ///< before what is shown was arranged anew
     bool readingCancelled_ = false;
+    int filterColumn_ = 0;  ///< the column in which the user was when the filter got the keyboard
 };
 
 }  // namespace dravik

@@ -185,6 +185,12 @@ void TakeTableView::applyColours() {
     viewport()->update();
 }
 
+void TakeTableView::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight, const QList<int>& roles) {
+    QTreeView::dataChanged(topLeft, bottomRight, roles);
+    // The mark of an edited row stands left of its first cell, which is all that would be drawn again.
+    viewport()->update();
+}
+
 void TakeTableView::changeEvent(QEvent* event) {
     QTreeView::changeEvent(event);
     if (event->type() == QEvent::FontChange && header() != nullptr) header()->setFont(scaled(font(), 0.92));
@@ -346,6 +352,11 @@ void TakeTableView::keyPressEvent(QKeyEvent* event) {
         } else {
             emit refused(current);
         }
+    } else if ((event->key() == Qt::Key_Home || event->key() == Qt::Key_End) &&
+               event->modifiers() == Qt::ControlModifier && model_.rowCount() > 0) {
+        // Selects the row as well, as a spreadsheet does.
+        const int row = event->key() == Qt::Key_Home ? 0 : model_.rowCount() - 1;
+        goTo(model_.index(row, event->key() == Qt::Key_Home || !current.isValid() ? 0 : current.column()));
     } else {
         QTreeView::keyPressEvent(event);
     }

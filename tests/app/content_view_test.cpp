@@ -457,6 +457,22 @@ TEST_F(ContentViewTest, UndoesTheLastSaveWhenNothingIsPending) {
     EXPECT_FALSE(content->canUndo());
 }
 
+TEST_F(ContentViewTest, KeepsRowsAndEditsOfACardThatIsPulled) {
+    open();
+    edit(1, RowField::scene, "2A");
+    const std::filesystem::path away = settingsFolder / "away";
+    std::filesystem::rename(folder.path(), away);
+    content->reload();
+    settle();
+    EXPECT_EQ(rowCount(), 3U);
+    EXPECT_EQ(row(1).groupe.scene, "2A");
+    EXPECT_THAT(dialogs.asked, IsEmpty());
+    std::filesystem::rename(away, folder.path());
+    content->reload();
+    settle();
+    EXPECT_THAT(content->rows().editedRows(), SizeIs(1));
+}
+
 TEST_F(ContentViewTest, UndoesOneSaveAfterTheOther) {
     const Bytes before = readFile(folder / "B.wav");
     open();

@@ -37,9 +37,13 @@ TEST(RowEdits, CountATakeUpAsASlateDoes) {
 }
 
 TEST(RowEdits, RefuseWhatIsNoValueOfTheField) {
-    const std::pair<RowField, const char*> bad[] = {{RowField::name, ""},          {RowField::name, "a/b"},
-                                                    {RowField::name, ".hidden"},   {RowField::timecode, "10:00:00:25"},
-                                                    {RowField::timecode, "later"}, {RowField::framerate, "26"},
+    const std::pair<RowField, const char*> bad[] = {{RowField::name, ""},
+                                                    {RowField::name, "a/b"},
+                                                    {RowField::name, ".hidden"},
+                                                    {RowField::name, "a"},
+                                                    {RowField::timecode, "10:00:00:25"},
+                                                    {RowField::timecode, "later"},
+                                                    {RowField::framerate, "26"},
                                                     {RowField::scene, "\xFF"}};
     for (const auto& [field, text] : bad) {
         GroupeFichiers groupe = set();
