@@ -58,21 +58,36 @@ for _ in $(seq 100); do
     sleep 0.1
 done
 DISPLAY=:$(cat "$work/display")
-export DISPLAY HOME=$work/home XDG_CONFIG_HOME=$work/home XDG_CACHE_HOME=$work/home QT_QPA_PLATFORM=xcb
+# Its own folder for sockets as well: a Dravik that runs already would take the files over.
+export DISPLAY TMPDIR=$work/home HOME=$work/home XDG_CONFIG_HOME=$work/home XDG_CACHE_HOME=$work/home QT_QPA_PLATFORM=xcb
 unset WAYLAND_DISPLAY
 openbox >/dev/null 2>&1 &
 manager_pid=$!
+# A window that is mapped while the window manager takes the display over can stay unmapped.
+for _ in $(seq 100); do
+    xdotool get_desktop >/dev/null 2>&1 && break
+    sleep 0.1
+done
 
 "$dravik" --verbose "$work/day" >"$work/program.log" 2>&1 &
 program_pid=$!
 window=''
 for _ in $(seq 150); do
-    window=$(xdotool search --onlyvisible --name 'Dravik' 2>/dev/null | head -n 1) && [ -n "$window" ] && break
+    window=$(xdotool search --onlyvisible --class dravik 2>/dev/null | head -n 1) || true
+    [ -n "$window" ] && break
     kill -0 "$program_pid" 2>/dev/null || fail "the program ended by itself"
     sleep 0.2
 done
 [ -n "$window" ] || fail "no window came up"
-xdotool windowactivate --sync "$window"
+# The window manager may still be starting.
+active=''
+for _ in $(seq 50); do
+    xdotool windowactivate "$window" 2>/dev/null || true
+    active=$(xdotool getactivewindow 2>/dev/null) || true
+    [ "$active" = "$window" ] && break
+    sleep 0.2
+done
+[ "$active" = "$window" ] || fail "the window did not get the keyboard"
 sleep 1
 
 scene="E2E 7"
