@@ -128,6 +128,12 @@ CueList::CueList(ContentView& content, const Theme& theme, QWidget* parent)
     connect(&theme_, &Theme::changed, this, &CueList::showWhetherValid);
 }
 
+CueList::~CueList() {
+    // A field that goes while it has the keyboard says that it was left, to nobody any more.
+    for (QObject* child : findChildren<QObject*>())
+        child->disconnect(this);
+}
+
 const GroupeFichiers* CueList::groupe() const {
     const int row = content_.selectedRow();
     return row < 0 ? nullptr : &content_.rows().groupesTableau().at(static_cast<std::size_t>(row)).groupe;

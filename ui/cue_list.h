@@ -18,6 +18,7 @@ class CueList : public QWidget {
     Q_OBJECT
   public:
     CueList(ContentView& content, const Theme& theme, QWidget* parent = nullptr);
+    ~CueList() override;
 
     /// Shows the loaded take's markers as they are now.
     void refresh(bool editable);

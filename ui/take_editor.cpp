@@ -84,6 +84,12 @@ TakeEditor::TakeEditor(ContentView& content, const Theme& theme, QWidget* parent
     applyTheme();
 }
 
+TakeEditor::~TakeEditor() {
+    // A field that goes while it has the keyboard says that it was left, to nobody any more.
+    for (QObject* child : findChildren<QObject*>())
+        child->disconnect(this);
+}
+
 QVBoxLayout* TakeEditor::column(QWidget* parent, const QString& title, QLabel*& label) {
     auto* layout = new QVBoxLayout(parent);
     layout->setContentsMargins({});

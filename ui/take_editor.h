@@ -27,6 +27,7 @@ class TakeEditor : public QWidget {
     Q_OBJECT
   public:
     TakeEditor(ContentView& content, const Theme& theme, QWidget* parent = nullptr);
+    ~TakeEditor() override;
 
     void focusFirstField();
     /// Takes over what is typed but not entered yet: the start timecode. To be called before a save; leaving the field

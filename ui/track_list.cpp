@@ -222,6 +222,12 @@ TrackList::TrackList(ContentView& content, const Theme& theme, QWidget* parent)
     setItemDelegate(new NameDelegate(std::move(hooks), this));
 }
 
+TrackList::~TrackList() {
+    // A field that goes while it has the keyboard says that it was left, to nobody any more.
+    for (QObject* child : findChildren<QObject*>())
+        child->disconnect(this);
+}
+
 void TrackList::refresh(bool editable) {
     const int row = content_.selectedRow();
     std::vector<TrackModel::Row> rows;

@@ -15,6 +15,7 @@ class TrackList : public QTableView {
     Q_OBJECT
   public:
     TrackList(ContentView& content, const Theme& theme, QWidget* parent = nullptr);
+    ~TrackList() override;
     enum Column { number, channel, name };
 
     /// Shows the loaded take's tracks as they are now.
