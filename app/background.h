@@ -30,6 +30,12 @@ class Background : public QObject {
             });
     }
 
+    /// Frees what is large on another thread.
+    template <typename Value>
+    void letGo(Value value) {
+        pool_.start([held = std::make_shared<Value>(std::move(value))]() mutable { held.reset(); });
+    }
+
     /// Any thread: calls back on the main thread, unless `context` is gone then. In the order of the posts.
     void post(const QPointer<QObject>& context, std::function<void()> call);
 

@@ -26,9 +26,6 @@ QStringList listedNameFilters() {
     return filters;
 }
 
-/// How many takes a message names before it only counts them.
-constexpr std::size_t namedTakes = 10;
-
 }  // namespace
 
 ContentView::ContentView(const Services& services)
@@ -146,7 +143,7 @@ void ContentView::gererActionProtegee(const ActionEnAttente& action) {
         if (answer.button == 0) {
             saveAll([go, refuse](bool saved) { saved ? go() : refuse(); });
         } else if (answer.button == 1) {
-            rows_.discard();
+            rows_.discardAll();
             go();
         } else {
             refuse();
@@ -238,7 +235,7 @@ void ContentView::openFolder(const std::filesystem::path& folder, std::vector<st
     for (const std::filesystem::path& file : select)
         toSelect_.push_back(*dossier_ / file.filename());
     clearSelection();
-    rows_.load({});
+    loadNone();
     services_.settings.set(settings::lastFolder, toQt(*dossier_));
     emit folderChanged();
     opening_ = true;
@@ -257,10 +254,16 @@ void ContentView::openFiles(std::vector<std::filesystem::path> files) {
     fichiersDossier_ = std::move(files);
     toSelect_ = fichiersDossier_;
     clearSelection();
-    rows_.load({});
+    loadNone();
     emit folderChanged();
     reading_ = TakeRows::Reading::partial;
     startReading();
+}
+
+void ContentView::loadNone() {
+    ReadRows rows;
+    rows_.load(rows);
+    services_.background.letGo(std::move(rows));
 }
 
 void ContentView::startReading() {
@@ -280,19 +283,18 @@ void ContentView::reload() {
 void ContentView::onRowsRead(const std::shared_ptr<ReadRows>& rows, bool complete) {
     const bool again = reading_ == TakeRows::Reading::again;
     if (again && !complete) return;  // what was read before is shown until all of it is there anew
-    const std::vector<std::string> gone = rows_.refresh(std::move(*rows), again      ? TakeRows::Reading::again
-                                                                          : complete ? TakeRows::Reading::last
-                                                                                     : TakeRows::Reading::partial);
+    if (sauvegardeEnCours()) {
+        // What is being written keeps its rows; all of it is read again afterwards.
+        missedReading_ = true;
+        return;
+    }
+    const std::size_t missingBefore = rows_.missingRows().size();
+    rows_.refresh(*rows, reading_ == TakeRows::Reading::partial && complete ? TakeRows::Reading::last : reading_);
+    services_.background.letGo(std::move(*rows));
     if (complete) reading_ = TakeRows::Reading::last;
-    if (!gone.empty()) {
-        QStringList names;
-        for (std::size_t at = 0; at < std::min(gone.size(), namedTakes); ++at)
-            names << toQt(gone[at]);
-        if (gone.size() > namedTakes) names << QStringLiteral("and %1 more").arg(gone.size() - namedTakes);
-        showError(QStringLiteral("Takes Are Gone"),
-                  QStringLiteral("These takes are not in the folder any more, and their unsaved changes went with "
-                                 "them: %1.")
-                      .arg(names.join(QStringLiteral(", "))));
+    if (const std::size_t missing = rows_.missingRows().size(); complete && missing > missingBefore) {
+        emit notice(QStringLiteral("%1 with unsaved changes not in the folder any more. The changes are kept.")
+                        .arg(missing == 1 ? QStringLiteral("1 take is") : QStringLiteral("%1 takes are").arg(missing)));
     }
     selectAfterReading(complete);
 }
@@ -398,9 +400,9 @@ void ContentView::clearSelection() {
     filling_ = false;
     enChargement_ = false;
     emit enChargementChanged();
-    emit selectionChanged();
     emit takeChanged();
     emit cueMarkersChanged();
+    emit selectionChanged();
 }
 
 void ContentView::showTake(int row) {
@@ -418,9 +420,9 @@ void ContentView::showTake(int row) {
     loadID_ = Uuid::random();
     enChargement_ = true;
     emit enChargementChanged();
-    emit selectionChanged();
     emit takeChanged();
     emit cueMarkersChanged();
+    emit selectionChanged();
     services_.background.run(
         this, [url = selected_.front()] { return lireCues(url); },
         [this, load = loadID_](std::vector<CueMarker> cues) {
@@ -466,6 +468,10 @@ void ContentView::onRowsChanged(const std::vector<int>& rows) {
 void ContentView::onFieldEdited(RowField field) {
     const int row = selectedRow();
     if (filling_ || row < 0) return;
+    if (!rows_.canEdit(row)) {
+        fillModifications(row);
+        return;
+    }
     RowState state = rows_.groupesTableau().at(static_cast<std::size_t>(row));
     const EditedFields& edited = modifications_.fields();
     switch (field) {

@@ -148,6 +148,7 @@ class ContentView : public QObject {
     void openFiles(std::vector<std::filesystem::path> files);
     void onRowsRead(const std::shared_ptr<ReadRows>& rows, bool complete);
     void onRowsChanged(const std::vector<int>& rows);
+    void loadNone();
     void startReading();
     void selectAfterReading(bool complete);
     void clearSelection();
@@ -157,11 +158,14 @@ class ContentView : public QObject {
     void editCues(const QString& name, std::vector<CueMarker> markers, const QString& collapseKey = {});
     [[nodiscard]] QString cueName(const CueMarker& marker) const;
 
+    /// Asks whether the edits of these rows may go, when there are any; `goOn` hears whether to go on.
+    void offerDiscard(Alert alert, std::set<int> rows, std::function<void(bool)> goOn);
+    void checkMissing(std::function<void(bool)> goOn);
     void checkFormats(std::function<void(bool)> goOn);
     void startSave(std::function<void(bool)> saved);
     struct SaveEnd;
     void runInBackground(std::function<void(SaveEnd&, const TaskContext&)> write, std::function<void(SaveEnd)> ended);
-    void endSave(SaveEnd end, const std::function<void(bool)>& saved);
+    void endSave(SaveEnd end, const std::set<int>& planned, const std::function<void(bool)>& saved);
     void followMoves(const SaveReport& report);
     void remember(SaveSnapshot snapshot);
     void undoLastSave();
@@ -178,7 +182,8 @@ class ContentView : public QObject {
     std::vector<std::filesystem::path> selected_;         ///< files of the loaded take
     std::vector<std::filesystem::path> toSelect_;         ///< files to load as soon as they have been read
     TakeRows::Reading reading_ = TakeRows::Reading::last;
-    bool opening_ = false;  ///< no take of the folder has been loaded yet
+    bool missedReading_ = false;  ///< rows came while a save ran
+    bool opening_ = false;        ///< no take of the folder has been loaded yet
     std::optional<AudioMetadata> metadata_;
     std::vector<Piste> pistes_;
     std::vector<CueMarker> cuesOriginaux_;

@@ -30,8 +30,10 @@ void ContentView::editCues(const QString& name, std::vector<CueMarker> markers, 
     const int row = selectedRow();
     if (row < 0 || enChargement_) return;
     RowState state = rows_.groupesTableau().at(static_cast<std::size_t>(row));
-    if (!isEditable(state.groupe)) {
-        emit notice(QStringLiteral("Cues of this format are read-only."));
+    if (rows_.isLocked()) return;
+    if (!rows_.canEdit(row)) {
+        emit notice(rows_.isMissing(row) ? QStringLiteral("The files of this take are gone.")
+                                         : QStringLiteral("Cues of this format are read-only."));
         return;
     }
     std::stable_sort(markers.begin(), markers.end(),

@@ -15,6 +15,8 @@ constexpr auto progressInterval = std::chrono::milliseconds(50);
 /// How far back a save can be undone, and the memory that may be held for it.
 constexpr std::size_t maxUndoableSaves = 20;
 constexpr std::size_t maxUndoBytes = std::size_t{256} * 1024 * 1024;
+/// How many takes a message names before it only counts them.
+constexpr std::size_t namedTakes = 10;
 
 /// The extensions of the row's files that no writer takes, as they are shown.
 void addUnwritable(const GroupeFichiers& groupe, std::set<QString>& extensions) {
@@ -47,10 +49,6 @@ void ContentView::checkFormats(std::function<void(bool)> goOn) {
         addUnwritable(groupe, extensions);
         unwritable.insert(row);
     }
-    if (extensions.empty()) {
-        goOn(true);
-        return;
-    }
     const QStringList shown(extensions.begin(), extensions.end());
     Alert alert;
     alert.title = QStringLiteral("Format Not Supported for Editing");
@@ -60,14 +58,50 @@ void ContentView::checkFormats(std::function<void(bool)> goOn) {
             : QStringLiteral("Changes cannot be saved to these file formats: %1.")
                   .arg(shown.join(QStringLiteral(", ")));
     alert.text += QStringLiteral("\n\nWould you like to discard your changes?");
+    offerDiscard(std::move(alert), std::move(unwritable), std::move(goOn));
+}
+
+void ContentView::checkMissing(std::function<void(bool)> goOn) {
+    const std::set<int>& missing = rows_.missingRows();
+    std::vector<std::string> names;
+    for (const int row : missing)
+        names.push_back(rows_.groupesOriginauxTableau().at(static_cast<std::size_t>(row)).nom);
+    std::sort(names.begin(), names.end(),
+              [](const std::string& a, const std::string& b) { return compareNatural(a, b) < 0; });
+    QStringList shown;
+    for (std::size_t at = 0; at < std::min(names.size(), namedTakes); ++at)
+        shown << toQt(names[at]);
+    if (names.size() > namedTakes) shown << QStringLiteral("and %1 more").arg(names.size() - namedTakes);
+    Alert alert;
+    alert.title = QStringLiteral("Takes Are Gone");
+    alert.text = QStringLiteral(
+                     "Changes of takes that are not in the folder any more cannot be saved: %1.\n\nWould you like to "
+                     "discard these changes?")
+                     .arg(shown.join(QStringLiteral(", ")));
+    offerDiscard(std::move(alert), missing, std::move(goOn));
+}
+
+void ContentView::offerDiscard(Alert alert, std::set<int> rows, std::function<void(bool)> goOn) {
+    if (rows.empty()) {
+        goOn(true);
+        return;
+    }
     alert.buttons = {QStringLiteral("Discard"), QStringLiteral("Cancel")};
     alert.destructive = true;
-    services_.dialogs.ask(alert, [this, unwritable, goOn = std::move(goOn)](AlertAnswer answer) {
+    // By key: while the question is open the folder may be read again, and rows have other numbers.
+    std::vector<std::string> keys;
+    for (const int row : rows)
+        keys.push_back(TakeRows::keyOf(rows_.groupesOriginauxTableau().at(static_cast<std::size_t>(row))));
+    services_.dialogs.ask(alert, [this, keys = std::move(keys), goOn = std::move(goOn)](AlertAnswer answer) {
         if (answer.button != 0) {
             goOn(false);
             return;
         }
-        rows_.discard(unwritable);
+        std::set<int> found;
+        for (const std::string& key : keys) {
+            if (const int row = rows_.indexOf(key); row >= 0) found.insert(row);
+        }
+        rows_.discard(found);
         goOn(true);
     });
 }
@@ -83,13 +117,14 @@ void ContentView::saveAll(std::function<void(bool)> saved) {
         saved(true);
         return;
     }
-    checkFormats([this, saved = std::move(saved)](bool goOn) {
+    const auto save = [this, saved](bool goOn) {
         if (goOn && hasUnsavedChanges()) {
             startSave(saved);
         } else {
             saved(goOn);
         }
-    });
+    };
+    checkMissing([this, save](bool goOn) { goOn ? checkFormats(save) : save(false); });
 }
 
 void ContentView::startSave(std::function<void(bool)> saved) {
@@ -106,13 +141,16 @@ void ContentView::startSave(std::function<void(bool)> saved) {
         noteSaved(files, snapshot, *end.report);
         end.snapshot = std::move(snapshot);
     };
-    runInBackground(write, [this, saved = std::move(saved)](SaveEnd end) { endSave(std::move(end), saved); });
+    runInBackground(write, [this, planned = rows_.editedRows(), saved = std::move(saved)](SaveEnd end) {
+        endSave(std::move(end), planned, saved);
+    });
 }
 
 void ContentView::runInBackground(std::function<void(SaveEnd&, const TaskContext&)> write,
                                   std::function<void(SaveEnd)> ended) {
     saving_ = std::make_shared<CancellationToken>();
     listing_.setQuiet(true);
+    rows_.setLocked(true);
     emit sauvegardeEnCoursChanged();
     emit pendingChanged();
 
@@ -146,10 +184,10 @@ void ContentView::runInBackground(std::function<void(SaveEnd&, const TaskContext
     services_.background.run(this, std::move(work), [this, ended = std::move(ended)](SaveEnd end) {
         saving_.reset();
         listing_.setQuiet(false);
-        if (end.report) {
-            followMoves(*end.report);
-            reload();  // before what waited for the save, which may open another folder
-        }
+        rows_.setLocked(false);
+        if (end.report) followMoves(*end.report);
+        // Before what waited for the save, which may open another folder.
+        if (end.report || std::exchange(missedReading_, false)) reload();
         ended(std::move(end));
         emit sauvegardeEnCoursChanged();
         emit pendingChanged();
@@ -170,11 +208,11 @@ void ContentView::followMoves(const SaveReport& report) {
     rows_.filesMoved(report.moved);
 }
 
-void ContentView::endSave(SaveEnd end, const std::function<void(bool)>& saved) {
+void ContentView::endSave(SaveEnd end, const std::set<int>& planned, const std::function<void(bool)>& saved) {
     const bool success = end.error.isEmpty() && !end.cancelled;
     const std::size_t written = end.report ? end.report->written() : 0;
     if (success) {
-        rows_.accept();
+        rows_.accept(planned);
         tellSuccess(written);
     } else if (end.cancelled) {
         emit notice(QStringLiteral("Saving was cancelled. %1 saved; the other changes are still pending.")
@@ -257,7 +295,7 @@ void ContentView::discardAll() {
     alert.buttons = {QStringLiteral("Discard"), QStringLiteral("Cancel")};
     alert.destructive = true;
     services_.dialogs.ask(alert, [this](AlertAnswer answer) {
-        if (answer.button == 0) rows_.discard();
+        if (answer.button == 0) rows_.discardAll();
     });
 }
 

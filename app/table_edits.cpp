@@ -25,9 +25,11 @@ using Setter = std::function<bool(GroupeFichiers&, std::size_t position)>;
 TableEditResult editEach(TakeRows& rows, const std::vector<int>& which, const QString& name, const Setter& set) {
     TableEditResult result;
     std::vector<std::pair<int, RowState>> changes;
+    if (rows.isLocked()) return result;
+    changes.reserve(which.size());
     for (std::size_t position = 0; position < which.size(); ++position) {
         RowState row = rows.groupesTableau().at(static_cast<std::size_t>(which[position]));
-        if (!isEditable(row.groupe)) {
+        if (!rows.canEdit(which[position])) {
             ++result.readOnly;
         } else if (!set(row.groupe, position)) {
             ++result.refused;

@@ -209,6 +209,15 @@ QString whyReadOnly(const GroupeFichiers& groupe) {
     return {};
 }
 
+QString whyReadOnly(const TakeRows& rows, int row) {
+    if (rows.isMissing(row)) {
+        return QStringLiteral(
+            "The files of this take are not in the folder any more. Its unsaved changes are kept until the files are "
+            "back, or until you discard them.");
+    }
+    return whyReadOnly(rows.groupesTableau().at(static_cast<std::size_t>(row)).groupe);
+}
+
 std::string clipboardText(const GroupeFichiers& groupe, TakeColumn column) {
     if (isFlagColumn(column)) return flagOf(groupe, column) ? "yes" : "";
     return cellText(groupe, column);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "editing/row_edits.h"
+#include "app/take_rows.h"
 
 #include <QString>
 #include <QStringList>
@@ -59,6 +59,8 @@ inline constexpr int takeColumnCount = 18;
 [[nodiscard]] QString whyNot(const GroupeFichiers& groupe, TakeColumn column, const QString& text);
 /// Why nothing in the row can be edited; empty when it can.
 [[nodiscard]] QString whyReadOnly(const GroupeFichiers& groupe);
+/// The same, also of takes whose files are gone.
+[[nodiscard]] QString whyReadOnly(const TakeRows& rows, int row);
 
 /// The cell as other programs take it: of flags "yes" or nothing.
 [[nodiscard]] std::string clipboardText(const GroupeFichiers& groupe, TakeColumn column);

@@ -1,10 +1,11 @@
 #include "app/take_rows.h"
 
 #include "base/paths.h"
-#include "base/text.h"
 
 #include <algorithm>
 #include <iterator>
+#include <numeric>
+#include <utility>
 
 namespace dravik {
 namespace {
@@ -69,11 +70,18 @@ bool sameEdits(const RowState& a, const RowState& b) {
 
 ReadRows::ReadRows(std::vector<GroupeFichiers> read) : originals(std::move(read)) {
     rows.reserve(originals.size());
-    for (const GroupeFichiers& groupe : originals)
+    byKey.reserve(originals.size());
+    byFile.reserve(originals.size());
+    for (const GroupeFichiers& groupe : originals) {
+        const int row = static_cast<int>(rows.size());
+        byKey.emplace(TakeRows::keyOf(groupe), row);
+        for (const InfoFichier& fichier : groupe.fichiers)
+            byFile.emplace(fichier.url.native(), row);
         rows.push_back({groupe, std::nullopt});
+    }
 }
 
-std::string TakeRows::keyOf(const GroupeFichiers& groupe) { return groupe.fichiers.front().url.native(); }
+const std::string& TakeRows::keyOf(const GroupeFichiers& groupe) { return groupe.fichiers.front().url.native(); }
 
 int TakeRows::indexOf(const std::string& key) const {
     const auto found = byKey_.find(key);
@@ -85,99 +93,105 @@ int TakeRows::indexOfFile(const std::filesystem::path& file) const {
     return found == byFile_.end() ? -1 : found->second;
 }
 
-void TakeRows::index(std::size_t from) {
-    if (from == 0) {
-        byKey_.clear();
-        byFile_.clear();
-    }
-    for (std::size_t at = from; at < originals_.size(); ++at) {
-        byKey_.emplace(keyOf(originals_[at]), static_cast<int>(at));
-        for (const InfoFichier& fichier : originals_[at].fichiers)
-            byFile_.emplace(fichier.url.native(), static_cast<int>(at));
-    }
+// --- Reading -------------------------------------------------------------------------------------------------------
+
+void TakeRows::exchange(ReadRows& read) {
+    originals_.swap(read.originals);
+    rows_.swap(read.rows);
+    byKey_.swap(read.byKey);
+    byFile_.swap(read.byFile);
 }
 
-void TakeRows::load(std::vector<GroupeFichiers> groupes) {
-    ReadRows read(std::move(groupes));
-    originals_ = std::move(read.originals);
-    rows_ = std::move(read.rows);
+void TakeRows::load(ReadRows& read) {
+    exchange(read);
     edited_.clear();
-    undo_.clear();
-    redo_.clear();
-    waiting_.clear();
-    waitingOriginals_.clear();
-    collapse_.clear();
-    index();
-    emit rowsReset();
+    missing_.clear();
+    forget();
+    emit rowsReset(std::vector<int>(read.rows.size(), -1));
     emit pendingChanged();
 }
 
-std::vector<std::string> TakeRows::refresh(ReadRows read, Reading reading) {
+void TakeRows::append(ReadRows& read) {
+    const auto first = static_cast<std::ptrdiff_t>(originals_.size());
+    originals_.insert(originals_.end(), std::make_move_iterator(read.originals.begin() + first),
+                      std::make_move_iterator(read.originals.end()));
+    rows_.insert(rows_.end(), std::make_move_iterator(read.rows.begin() + first),
+                 std::make_move_iterator(read.rows.end()));
+    byKey_.swap(read.byKey);
+    byFile_.swap(read.byFile);
+    const int last = static_cast<int>(originals_.size()) - 1;
+    if (last >= first) emit rowsAppended(static_cast<int>(first), last);
+}
+
+void TakeRows::refresh(ReadRows& read, Reading reading) {
     // While a folder streams in, most readings are the rows so far and some more.
-    const bool extends = reading != Reading::again && waiting_.empty() && read.originals.size() >= originals_.size() &&
+    const bool extends = reading != Reading::again && missing_.empty() && read.originals.size() >= originals_.size() &&
                          std::equal(originals_.begin(), originals_.end(), read.originals.begin(), sameFiles);
     if (extends) {
-        const auto first = originals_.size();
-        const auto begin = static_cast<std::ptrdiff_t>(first);
-        originals_.insert(originals_.end(), std::make_move_iterator(read.originals.begin() + begin),
-                          std::make_move_iterator(read.originals.end()));
-        rows_.insert(rows_.end(), std::make_move_iterator(read.rows.begin() + begin),
-                     std::make_move_iterator(read.rows.end()));
-        index(first);
-        if (originals_.size() > first) {
-            emit rowsAppended(static_cast<int>(first), static_cast<int>(originals_.size()) - 1);
-        }
-        return {};
+        append(read);
+        return;
     }
+    exchange(read);
+    const ReadRows& before = read;
+    const std::set<int> editedBefore = std::exchange(edited_, {});
+    missing_.clear();
 
-    std::set<std::string> unfolded;
-    for (const RowState& row : rows_) {
-        if (row.groupe.estDeplie) unfolded.insert(keyOf(row.groupe));
+    std::vector<int> renumbered(before.rows.size(), -1);
+    for (std::size_t row = 0; row < renumbered.size(); ++row) {
+        const std::string& key = keyOf(before.originals[row]);
+        // Most are where they were.
+        const bool stays = row < originals_.size() && keyOf(originals_[row]) == key;
+        renumbered[row] = stays ? static_cast<int>(row) : indexOf(key);
+        if (renumbered[row] >= 0 && before.rows[row].groupe.estDeplie) setDeplie(renumbered[row], true);
     }
-    for (const int row : edited_) {
+    for (const int row : editedBefore) {
         const auto at = static_cast<std::size_t>(row);
-        const std::string key = keyOf(originals_[at]);
-        waiting_.insert_or_assign(key, std::move(rows_[at]));
-        waitingOriginals_.insert_or_assign(key, std::move(originals_[at]));
+        int& now = renumbered[at];
+        if (now >= 0) {
+            RowState& edited = rows_[static_cast<std::size_t>(now)];
+            edited = editedAgain(before.rows[at], before.originals[at], edited.groupe);
+        } else {
+            now = keepMissing(before.rows[at], before.originals[at]);
+        }
+        markEdited(now);
     }
-    edited_.clear();
-    if (!undo_.empty() || !redo_.empty()) {
-        for (const GroupeFichiers& now : read.originals) {
-            const std::string key = keyOf(now);
-            const auto waiting = waitingOriginals_.find(key);
-            const int row = indexOf(key);
-            if (waiting != waitingOriginals_.end()) {
-                carrySteps(key, waiting->second, now);
-            } else if (row >= 0) {
-                carrySteps(key, originals_[static_cast<std::size_t>(row)], now);
+    carrySteps(before, renumbered);
+    emit rowsReset(renumbered);
+    emit pendingChanged();
+}
+
+int TakeRows::keepMissing(const RowState& row, const GroupeFichiers& original) {
+    const int at = static_cast<int>(rows_.size());
+    rows_.push_back(row);
+    originals_.push_back(original);
+    byKey_.emplace(keyOf(original), at);
+    for (const InfoFichier& fichier : original.fichiers)
+        byFile_.emplace(fichier.url.native(), at);
+    missing_.insert(at);
+    return at;
+}
+
+void TakeRows::carrySteps(const ReadRows& before, const std::vector<int>& renumbered) {
+    for (std::vector<Step>* steps : {&undo_, &redo_}) {
+        for (Step& step : *steps) {
+            for (Change& change : step.changes) {
+                const auto found = before.byKey.find(change.key);
+                if (found == before.byKey.end()) continue;
+                const auto row = static_cast<std::size_t>(found->second);
+                if (renumbered[row] < 0 || missing_.contains(renumbered[row])) continue;
+                const GroupeFichiers& was = before.originals[row];
+                const GroupeFichiers& now = originals_[static_cast<std::size_t>(renumbered[row])];
+                change.before = editedAgain(change.before, was, now);
+                change.after = editedAgain(change.after, was, now);
             }
         }
     }
-    originals_ = std::move(read.originals);
-    rows_ = std::move(read.rows);
-    for (std::size_t at = 0; at < rows_.size() && !(waiting_.empty() && unfolded.empty()); ++at) {
-        const std::string key = keyOf(originals_[at]);
-        if (const auto pending = waiting_.find(key); pending != waiting_.end()) {
-            rows_[at] = editedAgain(pending->second, waitingOriginals_.at(key), originals_[at]);
-            waiting_.erase(pending);
-            waitingOriginals_.erase(key);
-            markEdited(static_cast<int>(at));
-        }
-        rows_[at].groupe.estDeplie = rows_[at].groupe.estDeplie || unfolded.contains(key);
-    }
-    index();
-    std::vector<std::string> gone;
-    if (reading != Reading::partial) {
-        for (const auto& [key, row] : waiting_)
-            gone.push_back(row.groupe.nom);
-        std::sort(gone.begin(), gone.end(),
-                  [](const std::string& a, const std::string& b) { return compareNatural(a, b) < 0; });
-        waiting_.clear();
-        waitingOriginals_.clear();
-    }
-    emit rowsReset();
-    emit pendingChanged();
-    return gone;
+}
+
+// --- Editing -------------------------------------------------------------------------------------------------------
+
+bool TakeRows::canEdit(int row) const {
+    return !locked_ && !missing_.contains(row) && isEditable(rows_.at(static_cast<std::size_t>(row)).groupe);
 }
 
 std::set<RowField> TakeRows::editedFields(int row) const {
@@ -196,6 +210,7 @@ void TakeRows::markEdited(int row) {
 }
 
 void TakeRows::edit(const QString& name, std::vector<std::pair<int, RowState>> changes, const QString& collapseKey) {
+    if (locked_) return;
     Step step{name, {}};
     std::vector<int> touched;
     for (auto& [row, state] : changes) {
@@ -247,96 +262,129 @@ void TakeRows::replay(const Step& step, bool forwards) {
     emit pendingChanged();
 }
 
-void TakeRows::carrySteps(const std::string& key, const GroupeFichiers& before, const GroupeFichiers& now) {
-    for (std::vector<Step>* steps : {&undo_, &redo_}) {
-        for (Step& step : *steps) {
-            for (Change& change : step.changes) {
-                if (change.key != key) continue;
-                change.before = editedAgain(change.before, before, now);
-                change.after = editedAgain(change.after, before, now);
-            }
-        }
-    }
-}
-
-void TakeRows::forgetSteps() {
+void TakeRows::forget() {
     undo_.clear();
     redo_.clear();
     collapse_.clear();
+}
+
+void TakeRows::forgetSteps() {
+    forget();
     emit pendingChanged();
 }
 
 void TakeRows::undo() {
-    if (undo_.empty()) return;
+    if (undo_.empty() || locked_) return;
     redo_.push_back(std::move(undo_.back()));
     undo_.pop_back();
     replay(redo_.back(), false);
 }
 
 void TakeRows::redo() {
-    if (redo_.empty()) return;
+    if (redo_.empty() || locked_) return;
     undo_.push_back(std::move(redo_.back()));
     redo_.pop_back();
     replay(undo_.back(), true);
 }
 
 void TakeRows::discard(const std::set<int>& rows) {
-    const std::set<int> which = rows.empty() ? edited_ : rows;
+    if (locked_) return;
     std::vector<int> touched;
-    for (const int row : which) {
+    bool gone = false;
+    for (const int row : rows) {
         const auto at = static_cast<std::size_t>(row);
         const bool estDeplie = rows_.at(at).groupe.estDeplie;
         rows_[at] = {originals_[at], std::nullopt};
         rows_[at].groupe.estDeplie = estDeplie;
         edited_.erase(row);
+        gone = gone || missing_.contains(row);
         touched.push_back(row);
     }
-    undo_.clear();
-    redo_.clear();
-    collapse_.clear();
+    forget();
     emit rowsChanged(touched);
+    if (gone) dropMissing();
     emit pendingChanged();
 }
 
-void TakeRows::accept() {
-    std::vector<int> touched(edited_.begin(), edited_.end());
-    for (const int row : touched) {
-        const auto at = static_cast<std::size_t>(row);
-        rows_[at].cues.reset();
-        originals_[at] = rows_[at].groupe;
+void TakeRows::dropMissing() {
+    // They stand behind all others: whoever stays keeps its number, or gets a lower one.
+    std::vector<GroupeFichiers> there;
+    std::vector<RowState> states;
+    std::vector<int> renumbered;
+    std::set<int> edited;
+    std::set<int> missing;
+    for (std::size_t at = 0; at < rows_.size(); ++at) {
+        const int row = static_cast<int>(at);
+        const bool stays = !missing_.contains(row) || edited_.contains(row);
+        renumbered.push_back(stays ? static_cast<int>(there.size()) : -1);
+        if (!stays) continue;
+        if (edited_.contains(row)) edited.insert(renumbered.back());
+        if (missing_.contains(row)) missing.insert(renumbered.back());
+        there.push_back(std::move(originals_[at]));
+        states.push_back(std::move(rows_[at]));
     }
-    edited_.clear();
-    undo_.clear();
-    redo_.clear();
-    collapse_.clear();
-    emit rowsChanged(touched);
+    ReadRows read(std::move(there));
+    read.rows = std::move(states);
+    exchange(read);
+    edited_ = std::move(edited);
+    missing_ = std::move(missing);
+    emit rowsReset(renumbered);
+}
+
+void TakeRows::accept(const std::set<int>& rows) {
+    for (const int row : rows) {
+        const auto at = static_cast<std::size_t>(row);
+        rows_.at(at).cues.reset();
+        originals_[at] = rows_[at].groupe;
+        edited_.erase(row);
+    }
+    forget();
+    emit rowsChanged({rows.begin(), rows.end()});
     emit pendingChanged();
 }
 
 void TakeRows::filesMoved(const std::map<std::filesystem::path, std::filesystem::path>& moved) {
+    std::set<int> touched;
+    for (const auto& [from, to] : moved) {
+        const int row = indexOfFile(from);
+        if (row >= 0 && !missing_.contains(row)) touched.insert(row);
+    }
     const auto follow = [&](GroupeFichiers& groupe) {
-        bool any = false;
-        for (InfoFichier& fichier : groupe.fichiers) {
-            const auto found = moved.find(fichier.url);
-            if (found == moved.end()) continue;
-            fichier.url = found->second;
-            fichier.nom = baseNameText(found->second);
-            any = true;
-        }
-        return any;
+        groupe.fichiers.edit([&](std::vector<InfoFichier>& fichiers) {
+            for (InfoFichier& fichier : fichiers) {
+                const auto found = moved.find(fichier.url);
+                if (found == moved.end()) continue;
+                fichier.url = found->second;
+                fichier.nom = baseNameText(found->second);
+            }
+        });
     };
-    for (std::size_t at = 0; at < rows_.size(); ++at) {
-        if (!follow(rows_[at].groupe)) continue;
+    // Names may be passed on from one take to another: all old ones go before the first new one comes.
+    for (const int row : touched) {
+        const auto at = static_cast<std::size_t>(row);
+        byKey_.erase(keyOf(originals_[at]));
+        for (const InfoFichier& fichier : originals_[at].fichiers)
+            byFile_.erase(fichier.url.native());
+    }
+    for (const int row : touched) {
+        const auto at = static_cast<std::size_t>(row);
+        const bool sameNames = rows_[at].groupe.fichiers.isSharedWith(originals_[at].fichiers);
         follow(originals_[at]);
         originals_[at].nom = rows_[at].groupe.nom;
-        markEdited(static_cast<int>(at));
+        if (sameNames) {
+            rows_[at].groupe.fichiers = originals_[at].fichiers;
+        } else {
+            follow(rows_[at].groupe);
+        }
+        byKey_.emplace(keyOf(originals_[at]), row);
+        for (const InfoFichier& fichier : originals_[at].fichiers)
+            byFile_.emplace(fichier.url.native(), row);
+        markEdited(row);
     }
-    // The steps lead to names that are no more.
-    undo_.clear();
-    redo_.clear();
-    collapse_.clear();
-    index();
-    emit rowsReset();
+    forget();  // the steps lead to names that are no more
+    std::vector<int> unmoved(rows_.size());
+    std::iota(unmoved.begin(), unmoved.end(), 0);
+    emit rowsReset(unmoved);
     emit pendingChanged();
 }
 

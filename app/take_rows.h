@@ -13,12 +13,14 @@
 
 namespace dravik {
 
-/// Takes as they were read, twice: as what edits are compared with, and as what is edited. Made where they are read, so
-/// that the main thread has nothing to copy.
+/// Takes as they were read, twice: as what edits are compared with, and as what is edited; and where each is found.
+/// Made where they are read, and let go on another thread, so that the main thread has nothing to copy or to free.
 struct ReadRows {
-    explicit ReadRows(std::vector<GroupeFichiers> read);
+    explicit ReadRows(std::vector<GroupeFichiers> read = {});
     std::vector<GroupeFichiers> originals;
     std::vector<RowState> rows;
+    /// Row by the key of the take, and by the path of any of its files.
+    std::unordered_map<std::string, int> byKey, byFile;
 };
 
 /// The rows of the take table: as shown, as read, and the steps between the two that can be undone. It touches no file
@@ -32,13 +34,17 @@ class TakeRows : public QObject {
 
     [[nodiscard]] const std::vector<RowState>& groupesTableau() const noexcept { return rows_; }
     [[nodiscard]] const std::vector<GroupeFichiers>& groupesOriginauxTableau() const noexcept { return originals_; }
-    [[nodiscard]] static std::string keyOf(const GroupeFichiers& groupe);
+    [[nodiscard]] static const std::string& keyOf(const GroupeFichiers& groupe);
     /// Index of the row with this key, or of the row that holds the file; -1 when there is none.
     [[nodiscard]] int indexOf(const std::string& key) const;
     [[nodiscard]] int indexOfFile(const std::filesystem::path& file) const;
 
     /// Other takes altogether: nothing is pending, nothing can be undone.
-    void load(std::vector<GroupeFichiers> groupes);
+    void load(ReadRows& read);
+    void load(std::vector<GroupeFichiers> groupes) {
+        ReadRows read(std::move(groupes));
+        load(read);
+    }
     /// Which rows those are that were read.
     enum class Reading {
         partial,  ///< of a folder that is being read for the first time: more will come
@@ -46,9 +52,23 @@ class TakeRows : public QObject {
         again,    ///< all of a folder that was read before
     };
     /// More rows of the same folder, or all of them read again. Pending edits and their steps stay with their rows.
-    /// Gives the names of edited takes that are gone for good, whose edits went with them.
-    std::vector<std::string> refresh(ReadRows read, Reading reading);
+    /// Edited takes that are not there any more stay, behind all others, until they are discarded or found again.
+    /// What was shown before is left in `read`.
+    void refresh(ReadRows& read, Reading reading);
+    void refresh(std::vector<GroupeFichiers> groupes, Reading reading) {
+        ReadRows read(std::move(groupes));
+        refresh(read, reading);
+    }
+    /// An edited take whose files are not where they were read?
+    [[nodiscard]] bool isMissing(int row) const { return missing_.contains(row); }
+    [[nodiscard]] const std::set<int>& missingRows() const noexcept { return missing_; }
 
+    /// While what is pending is being written no row can be edited, undone or discarded.
+    void setLocked(bool locked) noexcept { locked_ = locked; }
+    [[nodiscard]] bool isLocked() const noexcept { return locked_; }
+
+    /// Can it be edited now: is it there, of a writable format, and not being written?
+    [[nodiscard]] bool canEdit(int row) const;
     [[nodiscard]] bool isEdited(int row) const { return edited_.contains(row); }
     [[nodiscard]] const std::set<int>& editedRows() const noexcept { return edited_; }
     [[nodiscard]] std::set<RowField> editedFields(int row) const;
@@ -66,10 +86,11 @@ class TakeRows : public QObject {
     void undo();
     void redo();
 
-    /// These rows (all edited ones when empty) are again as they were read. No step; the steps go.
-    void discard(const std::set<int>& rows = {});
-    /// Everything pending was saved: what is shown is what is on disk. The steps go.
-    void accept();
+    /// These rows are again as they were read; those of missing takes go. No step; the steps go.
+    void discard(const std::set<int>& rows);
+    void discardAll() { discard(std::set<int>(edited_)); }
+    /// What is pending in these rows was saved: what they show is what is on disk. The steps go.
+    void accept(const std::set<int>& rows);
     /// Nothing can be undone or redone any more; what is pending stays.
     void forgetSteps();
     /// Files have other names now (old path -> new path); their rows and edits go with them.
@@ -79,8 +100,8 @@ class TakeRows : public QObject {
     void setDeplie(int row, bool estDeplie);
 
   signals:
-    /// Other rows, or another number of them.
-    void rowsReset();
+    /// Other rows, or another number of them; `renumbered` gives for each row before the row it is now, -1 for none.
+    void rowsReset(const std::vector<int>& renumbered);
     /// Rows behind those that were there, which are as before.
     void rowsAppended(int first, int last);
     void rowsChanged(const std::vector<int>& rows);
@@ -97,19 +118,21 @@ class TakeRows : public QObject {
         std::vector<Change> changes;
     };
     void put(const std::string& key, const RowState& state, std::vector<int>& touched);
-    void index(std::size_t from = 0);
+    void exchange(ReadRows& read);
+    void append(ReadRows& read);
     void markEdited(int row);
     void replay(const Step& step, bool forwards);
-    /// The steps of a row whose take was read again become steps on what was read.
-    void carrySteps(const std::string& key, const GroupeFichiers& before, const GroupeFichiers& now);
+    void forget();
+    /// The steps of rows whose takes were read again become steps on what was read.
+    void carrySteps(const ReadRows& before, const std::vector<int>& renumbered);
+    [[nodiscard]] int keepMissing(const RowState& row, const GroupeFichiers& original);
+    void dropMissing();
 
     std::vector<RowState> rows_;
     std::vector<GroupeFichiers> originals_;
-    std::unordered_map<std::string, int> byKey_;
-    std::unordered_map<std::string, int> byFile_;
-    std::set<int> edited_;
-    std::unordered_map<std::string, RowState> waiting_;  ///< edits of rows that are not there yet in a refresh
-    std::unordered_map<std::string, GroupeFichiers> waitingOriginals_;
+    std::unordered_map<std::string, int> byKey_, byFile_;
+    std::set<int> edited_, missing_;
+    bool locked_ = false;
     std::vector<Step> undo_, redo_;
     QString collapse_;
 };

@@ -20,6 +20,15 @@ template <std::same_as<std::filesystem::path> Path>
 }
 [[nodiscard]] std::filesystem::path toPath(const QString& path);
 
+/// Fields lay out all of a text for each key typed; a longer one, which nobody writes, is only shown, and not whole.
+inline constexpr qsizetype longestTypedText = 10'000;
+/// What one line of a table shows of a text at most.
+inline constexpr qsizetype longestCellText = 500;
+/// The text, or its beginning.
+[[nodiscard]] inline QString shortened(const QString& text, qsizetype limit) {
+    return text.size() <= limit ? text : text.left(limit) + QChar(0x2026);
+}
+
 /// "1 file", "2 files", "1,204 files".
 [[nodiscard]] QString counted(std::size_t number, const QString& noun);
 

@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <filesystem>
+#include <numeric>
 
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
@@ -42,20 +43,22 @@ InfoFichier recording(int number, int track) {
 }
 
 /// Every fourth take is a set of two files.
+std::vector<GroupeFichiers> readTakes() {
+    std::vector<GroupeFichiers> groupes;
+    for (int number = 0; number < takeCount; ++number) {
+        GroupeFichiers groupe;
+        groupe.estPoly = number % 4 != 0;
+        groupe.fichiers = {recording(number, 1)};
+        if (!groupe.estPoly) groupe.fichiers = {recording(number, 1), recording(number, 2)};
+        groupe.nom = groupe.fichiers.front().nom;
+        mergeMetadata(groupe);
+        groupes.push_back(std::move(groupe));
+    }
+    return groupes;
+}
+
 const std::vector<GroupeFichiers>& takes() {
-    static const std::vector<GroupeFichiers> made = [] {
-        std::vector<GroupeFichiers> groupes;
-        for (int number = 0; number < takeCount; ++number) {
-            GroupeFichiers groupe;
-            groupe.fichiers = {recording(number, 1)};
-            groupe.estPoly = number % 4 != 0;
-            if (!groupe.estPoly) groupe.fichiers.push_back(recording(number, 2));
-            groupe.nom = groupe.fichiers.front().nom;
-            mergeMetadata(groupe);
-            groupes.push_back(std::move(groupe));
-        }
-        return groupes;
-    }();
+    static const std::vector<GroupeFichiers> made = readTakes();
     return made;
 }
 
@@ -127,7 +130,11 @@ void appended(benchmark::State& state) {
         stage.view.selectAll();
         ReadRows read(all);
         state.ResumeTiming();
-        stage.rows.refresh(std::move(read), TakeRows::Reading::last);
+        stage.rows.refresh(read, TakeRows::Reading::last);
+        state.PauseTiming();
+        stage.rows.load({});
+        read = ReadRows();  // the window lets go of it on another thread
+        state.ResumeTiming();
     }
 }
 BENCHMARK(appended)->Name("table/rows_appended")->Unit(benchmark::kMillisecond)->Iterations(10);
@@ -138,9 +145,12 @@ void readAgain(benchmark::State& state) {
     stage.view.goTo(stage.model.index(takeCount / 2, 3));
     for (auto _ : state) {
         state.PauseTiming();
-        ReadRows read(takes());
+        ReadRows read(readTakes());
         state.ResumeTiming();
-        stage.rows.refresh(std::move(read), TakeRows::Reading::again);
+        stage.rows.refresh(read, TakeRows::Reading::again);
+        state.PauseTiming();
+        read = ReadRows();
+        state.ResumeTiming();
     }
 }
 BENCHMARK(readAgain)->Name("table/read_again")->Unit(benchmark::kMillisecond)->Iterations(10);
@@ -152,9 +162,13 @@ void readAlone(benchmark::State& state, TakeRows::Reading reading) {
         TakeRows rows;
         const bool half = reading == TakeRows::Reading::last;
         rows.load({takes().begin(), takes().begin() + (half ? takeCount / 2 : takeCount)});
-        ReadRows read(takes());
+        ReadRows read(readTakes());
         state.ResumeTiming();
-        rows.refresh(std::move(read), reading);
+        rows.refresh(read, reading);
+        state.PauseTiming();
+        rows.load({});
+        read = ReadRows();
+        state.ResumeTiming();
     }
 }
 BENCHMARK_CAPTURE(readAlone, appended, TakeRows::Reading::last)
@@ -173,6 +187,32 @@ void edited(benchmark::State& state) {
         setField(stage.rows, {takeCount / 2}, RowField::scene, QString::number(++number));
 }
 BENCHMARK(edited)->Name("table/edit_one_cell")->Unit(benchmark::kMillisecond);
+
+std::vector<int> allRows() {
+    std::vector<int> rows(takeCount);
+    std::iota(rows.begin(), rows.end(), 0);
+    return rows;
+}
+
+void filled(benchmark::State& state) {
+    Stage stage;
+    const std::vector<int> all = allRows();
+    int number = 0;
+    for (auto _ : state)
+        setField(stage.rows, all, RowField::scene, QString::number(++number));
+}
+BENCHMARK(filled)->Name("table/edit_all_rows")->Unit(benchmark::kMillisecond)->Iterations(20);
+
+void undone(benchmark::State& state) {
+    Stage stage;
+    setField(stage.rows, allRows(), RowField::scene, QStringLiteral("99"));
+    bool back = true;
+    for (auto _ : state) {
+        back ? stage.rows.undo() : stage.rows.redo();
+        back = !back;
+    }
+}
+BENCHMARK(undone)->Name("table/undo_and_redo_all_rows")->Unit(benchmark::kMillisecond);
 
 void painted(benchmark::State& state) {
     Stage stage;

@@ -93,7 +93,7 @@ class Page {
         using enum Table::Align;
         Table table({{"#", 3, right, {}}, {"Channel", 1, right, {}}, {"Name", 2, left, 8}});
         GroupeFichiers alone;
-        alone.fichiers.push_back(file_.info);
+        alone.fichiers = {file_.info};
         alone.estPoly = file_.info.channels > 1;
         bool worthTelling = false;
         for (const Piste& piste : tracksOfGroup(alone)) {

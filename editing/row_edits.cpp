@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <string_view>
 
 namespace dravik {
 namespace {
@@ -74,6 +75,11 @@ std::optional<std::string> validTimecode(const GroupeFichiers& groupe, const std
     return parseTypedTimecode(text, *groupe.framerate);
 }
 
+/// An empty text is no value.
+bool sameText(const std::optional<std::string>& a, const std::optional<std::string>& b) {
+    return (a ? std::string_view(*a) : std::string_view()) == (b ? std::string_view(*b) : std::string_view());
+}
+
 std::vector<std::string> trackNames(const GroupeFichiers& groupe) {
     std::vector<std::string> names;
     for (Piste& piste : tracksOfGroup(groupe))
@@ -137,7 +143,9 @@ void setFlag(GroupeFichiers& groupe, RowField field, bool valeur) {
 }
 
 void setTrackName(GroupeFichiers& groupe, int piste, const std::string& nom) {
-    if (piste < 1) return;
+    const std::vector<std::string> names = trackNames(groupe);
+    if (piste < 1 || static_cast<std::size_t>(piste) > names.size()) return;
+    if (names[static_cast<std::size_t>(piste) - 1] == nom) return;
     const auto put = [&](InfoFichier& fichier, bool sole) {
         const int cle = !sole ? piste : fichier.nomsPistes.empty() ? 1 : fichier.nomsPistes.begin()->first;
         // Stored texts are escaped, shown ones are not; a bare "&" reads the same either way, "&amp;" would not.
@@ -145,12 +153,11 @@ void setTrackName(GroupeFichiers& groupe, int piste, const std::string& nom) {
     };
     if (groupe.isMonoSet()) {
         const auto position = static_cast<std::size_t>(piste - 1);
-        if (position < groupe.fichiers.size()) put(groupe.fichiers[position], true);
+        groupe.fichiers.edit([&](std::vector<InfoFichier>& fichiers) { put(fichiers[position], true); });
         return;
     }
-    InfoFichier& fichier = groupe.fichiers.front();
-    const auto tracks = tracksOfGroup(groupe).size();
-    if (static_cast<std::size_t>(piste) <= tracks) put(fichier, tracks == 1 && fichier.channels == 1);
+    const bool sole = names.size() == 1 && groupe.fichiers.front().channels == 1;
+    groupe.fichiers.edit([&](std::vector<InfoFichier>& fichiers) { put(fichiers.front(), sole); });
 }
 
 bool isEditable(const GroupeFichiers& groupe) {
@@ -166,9 +173,10 @@ bool isMixed(const GroupeFichiers& groupe, RowField field) {
 
 std::set<RowField> editedFields(const RowState& row, const GroupeFichiers& original) {
     std::set<RowField> fields;
-    for (const RowField field : {RowField::name, RowField::project, RowField::scene, RowField::prise, RowField::tape,
-                                 RowField::note, RowField::timecode, RowField::framerate}) {
-        if (textOf(row.groupe, field) != textOf(original, field)) fields.insert(field);
+    if (row.groupe.nom != original.nom) fields.insert(RowField::name);
+    for (const RowField field : {RowField::project, RowField::scene, RowField::prise, RowField::tape, RowField::note,
+                                 RowField::timecode, RowField::framerate}) {
+        if (!sameText(*textIn(row.groupe, field), *textIn(original, field))) fields.insert(field);
     }
     if (row.groupe.circled != original.circled) fields.insert(RowField::circled);
     if (row.groupe.wild != original.wild) fields.insert(RowField::wild);
@@ -176,7 +184,10 @@ std::set<RowField> editedFields(const RowState& row, const GroupeFichiers& origi
         const auto field = static_cast<RowField>(at);
         if (isMixed(original, field) && !isMixed(row.groupe, field)) fields.insert(field);
     }
-    if (trackNames(row.groupe) != trackNames(original)) fields.insert(RowField::tracks);
+    // Names stand in the files; a row whose files nobody has touched has those of the original.
+    if (!row.groupe.fichiers.isSharedWith(original.fichiers) && trackNames(row.groupe) != trackNames(original)) {
+        fields.insert(RowField::tracks);
+    }
     if (row.cues) fields.insert(RowField::cues);
     return fields;
 }

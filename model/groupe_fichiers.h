@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/info_fichier.h"
+#include "model/fichiers.h"
 #include "model/piste.h"
 
 #include <filesystem>
@@ -28,7 +28,7 @@ struct GroupeFichiers {
 
     Uuid id;
     std::string nom;  ///< file name without extension; the common base name of a mono set
-    std::vector<InfoFichier> fichiers;
+    Fichiers fichiers;
     bool estPoly = false;
     bool estDeplie = false;  ///< expanded in the file list
     /// The files' value where they agree; absent or false, and named in `mixedFields`, where they do not.

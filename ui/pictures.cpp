@@ -121,7 +121,7 @@ void drawAllWindows(MainWindow& window, ContentView& content, PreferencesWindow&
     });
     steps.emplace_back([top] { return top(QStringLiteral("licences")); });
     steps.emplace_back([&content] {
-        content.rows().discard();
+        content.rows().discardAll();
         return true;
     });
     whenIdle(&window, content, [sequence] { sequence->next(); });

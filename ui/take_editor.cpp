@@ -74,12 +74,15 @@ TakeEditor::TakeEditor(ContentView& content, const Theme& theme, QWidget* parent
     pages_->addWidget(hint_);
     pages_->addWidget(page);
 
+    // Another take is shown at once: what is typed next is typed into it. What else changes comes in threes and fours.
+    refreshSoon_.setSingleShot(true);
+    connect(&refreshSoon_, &QTimer::timeout, this, &TakeEditor::refresh);
     connect(&content_, &ContentView::selectionChanged, this, &TakeEditor::refresh);
-    connect(&content_, &ContentView::takeChanged, this, &TakeEditor::refresh);
-    connect(&content_, &ContentView::cueMarkersChanged, this, &TakeEditor::refresh);
-    connect(&content_, &ContentView::enChargementChanged, this, &TakeEditor::refresh);
-    connect(&content_, &ContentView::sauvegardeEnCoursChanged, this, &TakeEditor::refresh);
-    connect(&content_, &ContentView::pendingChanged, this, &TakeEditor::refresh);
+    for (const auto changed :
+         {&ContentView::takeChanged, &ContentView::cueMarkersChanged, &ContentView::enChargementChanged,
+          &ContentView::sauvegardeEnCoursChanged, &ContentView::pendingChanged}) {
+        connect(&content_, changed, &refreshSoon_, qOverload<>(&QTimer::start));
+    }
     connect(&theme_, &Theme::changed, this, &TakeEditor::applyTheme);
     applyTheme();
 }
@@ -299,6 +302,7 @@ void TakeEditor::focusFirstField() {
 }
 
 void TakeEditor::refresh() {
+    refreshSoon_.stop();
     const int row = content_.selectedRow();
     pages_->setCurrentIndex(row < 0 ? 0 : 1);
     if (row < 0) {
@@ -315,19 +319,19 @@ void TakeEditor::refresh() {
         timecodeTyped_ = false;
         files_->verticalScrollBar()->setValue(0);
     }
-    const bool editable = isEditable(groupe);
+    const bool editable = isEditable(groupe) && !content_.rows().isMissing(row);
     // What is being written must not change under the pen.
     const bool mayEdit = editable && !content_.sauvegardeEnCours();
     message_->setVisible(!editable);
-    message_->setText(whyReadOnly(groupe));
+    message_->setText(whyReadOnly(content_.rows(), row));
     takeName_->setTextFormat(Qt::PlainText);  // a name may look like markup
     takeName_->setText(toQt(groupe.nom));
     takeName_->setToolTip(toQt(groupe.nom));
 
     filling_ = true;
-    refreshFields(state, mayEdit);
+    refreshFields(state, editable, mayEdit);
     refreshRates(groupe);
-    refreshTimecode(state, mayEdit);
+    refreshTimecode(state, editable, mayEdit);
     filling_ = false;
     tracks_->refresh(mayEdit);
     const std::size_t tracks = tracksOfGroup(groupe).size();
@@ -339,25 +343,25 @@ void TakeEditor::refresh() {
     refreshMarks(row);
 }
 
-void TakeEditor::refreshFields(const RowState& row, bool mayEdit) {
+void TakeEditor::refreshFields(const RowState& row, bool editable, bool mayEdit) {
     const GroupeFichiers& groupe = row.groupe;
-    const bool editable = isEditable(groupe);
     for (const TextField& text : texts_) {
         // During a save fields stay enabled, so that the one with the cursor keeps it.
         text.line->setEnabled(editable);
-        text.line->setReadOnly(!mayEdit);
         text.line->setPlaceholderText(isMixed(groupe, text.field) ? mixedText() : QString());
-        const QString value = toQt((content_.modifications().*text.get)());
+        const QString whole = toQt((content_.modifications().*text.get)());
+        const QString value = shortened(whole, longestTypedText);
+        text.line->setReadOnly(!mayEdit || value != whole);
         if (text.line->text() == value) continue;
         text.line->setText(value);
         if (!text.line->hasFocus()) text.line->setCursorPosition(0);  // a long text is read from its start
     }
     note_->setEnabled(editable);
-    note_->setReadOnly(!mayEdit);
     note_->setPlaceholderText(isMixed(groupe, RowField::note) ? mixedText() : QString());
-    if (const QString value = toQt(content_.modifications().note()); note_->toPlainText() != value) {
-        note_->setPlainText(value);
-    }
+    const QString note = toQt(content_.modifications().note());
+    const QString shownNote = shortened(note, longestTypedText);
+    note_->setReadOnly(!mayEdit || shownNote != note);
+    if (note_->toPlainText() != shownNote) note_->setPlainText(shownNote);
     for (const auto& [box, field, on] : {std::tuple(circled_, RowField::circled, content_.modifications().circled()),
                                          std::tuple(wild_, RowField::wild, content_.modifications().wild())}) {
         const bool mixed = isMixed(groupe, field);
@@ -386,10 +390,10 @@ void TakeEditor::refreshRates(const GroupeFichiers& groupe) {
     rate_->setCurrentIndex(label.isEmpty() ? -1 : static_cast<int>(labels.indexOf(label)));
 }
 
-void TakeEditor::refreshTimecode(const RowState& row, bool mayEdit) {
+void TakeEditor::refreshTimecode(const RowState& row, bool editable, bool mayEdit) {
     const GroupeFichiers& groupe = row.groupe;
     const bool countable = groupe.framerate && isWritableLabel(*groupe.framerate);
-    timecode_->setEnabled(isEditable(groupe) && countable);
+    timecode_->setEnabled(editable && countable);
     timecode_->setReadOnly(!mayEdit);
     timecode_->setPlaceholderText(isMixed(groupe, RowField::timecode) ? mixedText() : QStringLiteral("HH:MM:SS:FF"));
     timecode_->setToolTip(countable ? QStringLiteral("Start timecode, HH:MM:SS:FF or HHMMSSFF; Return takes it over")

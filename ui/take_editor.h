@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QStackedLayout>
+#include <QTimer>
 #include <QWidget>
 #include <string>
 #include <vector>
@@ -66,8 +67,8 @@ class TakeEditor : public QWidget {
                        const QString& help);
 
     void refresh();
-    void refreshFields(const RowState& row, bool mayEdit);
-    void refreshTimecode(const RowState& row, bool mayEdit);
+    void refreshFields(const RowState& row, bool editable, bool mayEdit);
+    void refreshTimecode(const RowState& row, bool editable, bool mayEdit);
     void refreshRates(const GroupeFichiers& groupe);
     void refreshSummary(const GroupeFichiers& groupe);
     void refreshMarks(int row);
@@ -104,8 +105,9 @@ class TakeEditor : public QWidget {
     QLabel* date_ = nullptr;
     QPlainTextEdit* files_ = nullptr;
 
-    std::string shownKey_;        ///< of the row that is shown
-    bool filling_ = false;        ///< the widgets follow the row just now, not the other way round
+    std::string shownKey_;  ///< of the row that is shown
+    bool filling_ = false;  ///< the widgets follow the row just now, not the other way round
+    QTimer refreshSoon_;
     bool timecodeTyped_ = false;  ///< the field holds what was typed and not taken over
 };
 

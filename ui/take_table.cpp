@@ -152,9 +152,13 @@ void TakeTable::connectView() {
     connect(view_, &TakeTableView::refused, this, [this](const QModelIndex& index) {
         const int row = model_->sourceRow(index);
         if (row < 0 || !mayEdit()) return;
-        QString why = whyReadOnly(model_->groupe(row));
+        QString why = whyReadOnly(content_.rows(), row);
         if (why.isEmpty() && index.parent().isValid()) {
             why = QStringLiteral("The files of a set are edited together, in the row of the set.");
+        }
+        const auto column = static_cast<TakeColumn>(index.column());
+        if (why.isEmpty() && isTextColumn(column) && content_.rows().canEdit(row)) {
+            why = QStringLiteral("This text is too long to be edited here.");
         }
         if (!why.isEmpty()) emit content_.notice(why);
     });
@@ -211,10 +215,7 @@ void TakeTable::connectContent() {
         view_->viewport()->update();
         emit selectionChanged();
     });
-    connect(&content_, &ContentView::sauvegardeEnCoursChanged, this, [this] {
-        model_->setLocked(content_.sauvegardeEnCours());
-        view_->viewport()->update();
-    });
+    connect(&content_, &ContentView::sauvegardeEnCoursChanged, this, [this] { view_->viewport()->update(); });
     connect(&content_, &ContentView::folderChanged, this, [this] {
         readingCancelled_ = false;
         filter_->clear();
@@ -522,8 +523,7 @@ void TakeTable::showMenu(const QPoint& globalPosition) {
     const std::vector<int> rows = selectedRows();
     const bool any = column && !rows.empty();
     const bool writable =
-        any && !content_.sauvegardeEnCours() &&
-        std::any_of(rows.begin(), rows.end(), [this](int row) { return isEditable(model_->groupe(row)); });
+        any && std::any_of(rows.begin(), rows.end(), [this](int row) { return content_.rows().canEdit(row); });
     const bool field = writable && fieldOf(*column);
     const bool several = rows.size() > 1;
     const QString title = column ? columnTitle(*column) : QString();

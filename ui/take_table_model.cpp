@@ -23,7 +23,7 @@ TakeTableModel::TakeTableModel(TakeRows& rows, QObject* parent) : QAbstractItemM
     connect(&rows_, &TakeRows::rowsReset, this, &TakeTableModel::onRowsReset);
     connect(&rows_, &TakeRows::rowsAppended, this, &TakeTableModel::onRowsAppended);
     connect(&rows_, &TakeRows::rowsChanged, this, &TakeTableModel::onRowsChanged);
-    onRowsReset();
+    onRowsReset({});
 }
 
 // --- Structure -----------------------------------------------------------------------------------------------------
@@ -80,7 +80,11 @@ Qt::ItemFlags TakeTableModel::flags(const QModelIndex& index) const {
     Qt::ItemFlags flags = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
     const bool member = index.internalId() != takeId;
     if (member || !groupe(row).isMonoSet()) flags |= Qt::ItemNeverHasChildren;
-    if (!member && !locked_ && isTextColumn(columnOf(index)) && isEditable(groupe(row))) flags |= Qt::ItemIsEditable;
+    const TakeColumn column = columnOf(index);
+    if (!member && isTextColumn(column) && rows_.canEdit(row) &&
+        toQt(cellText(groupe(row), column)).size() <= longestTypedText) {
+        flags |= Qt::ItemIsEditable;
+    }
     return flags;
 }
 
@@ -111,7 +115,7 @@ QVariant TakeTableModel::groupData(int sourceRow, TakeColumn column, int role) c
     switch (role) {
         case Qt::DisplayRole:
             if (isMixedCell(of, column)) return isFlagColumn(column) ? QString() : QStringLiteral("mixed");
-            [[fallthrough]];
+            return shortened(toQt(cellText(of, column)), longestCellText);
         case Qt::EditRole:
             return toQt(cellText(of, column));
         case Qt::AccessibleTextRole: {
@@ -129,7 +133,7 @@ QVariant TakeTableModel::groupData(int sourceRow, TakeColumn column, int role) c
         case MixedRole:
             return isMixedCell(of, column);
         case ReadOnlyRole:
-            return !isEditable(of);
+            return rows_.isMissing(sourceRow) || !isEditable(of);
         case FlagRole:
             return isFlagColumn(column) ? QVariant(flagOf(of, column)) : QVariant();
         case EditedRowRole:
@@ -152,7 +156,7 @@ QVariant TakeTableModel::memberData(int sourceRow, std::size_t member, TakeColum
         case Qt::ToolTipRole:
             return QStringLiteral("One file of the set %1, which is edited as a whole.").arg(toQt(of.nom));
         case ReadOnlyRole:
-            return !isEditable(of);
+            return rows_.isMissing(sourceRow) || !isEditable(of);
         case MemberRole:
             return true;
         case PendingRole:
@@ -166,7 +170,7 @@ QVariant TakeTableModel::memberData(int sourceRow, std::size_t member, TakeColum
 
 QString TakeTableModel::toolTip(int sourceRow, TakeColumn column) const {
     const GroupeFichiers& of = groupe(sourceRow);
-    if (const QString why = whyReadOnly(of); !why.isEmpty()) return why;
+    if (const QString why = whyReadOnly(rows_, sourceRow); !why.isEmpty()) return why;
     const std::optional<RowField> field = fieldOf(column);
     const GroupeFichiers& original = rows_.groupesOriginauxTableau().at(static_cast<std::size_t>(sourceRow));
     if (field && editedFields(sourceRow).contains(*field)) {
@@ -225,7 +229,7 @@ void TakeTableModel::arrangeWithoutMoving(const std::vector<int>& before) {
     place(std::move(shown));
 }
 
-void TakeTableModel::relayout(const std::function<void()>& arrange, const std::function<int(int)>& renumbered) {
+void TakeTableModel::relayout(const std::function<void()>& arrange, const std::vector<int>* renumbered) {
     emit layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
     const QModelIndexList from = persistentIndexList();
     struct Place {
@@ -237,7 +241,8 @@ void TakeTableModel::relayout(const std::function<void()>& arrange, const std::f
         const bool member = index.internalId() != takeId;
         const auto at = static_cast<std::size_t>(index.row());
         const int row = member ? static_cast<int>(index.internalId()) - 1 : at < shown_.size() ? shown_[at] : -1;
-        places.push_back({renumbered && row >= 0 ? renumbered(row) : row, member ? index.row() : -1, index.column()});
+        places.push_back({renumbered != nullptr && row >= 0 ? renumbered->at(static_cast<std::size_t>(row)) : row,
+                          member ? index.row() : -1, index.column()});
     }
     arrange();
     QModelIndexList to;
@@ -274,22 +279,9 @@ void TakeTableModel::setFrozen(bool frozen) {
 
 // --- What the rows tell --------------------------------------------------------------------------------------------
 
-void TakeTableModel::onRowsReset() {
-    const std::vector<std::string> before = std::move(keys_);
-    keys_.clear();
-    for (const GroupeFichiers& groupe : rows_.groupesOriginauxTableau())
-        keys_.push_back(TakeRows::keyOf(groupe));
+void TakeTableModel::onRowsReset(const std::vector<int>& renumbered) {
     edited_.clear();
-    searchable_.assign(keys_.size(), {});
-
-    // Files that were renamed have other keys, but their rows their old numbers.
-    const auto renumbered = [&](int row) {
-        const auto at = static_cast<std::size_t>(row);
-        if (at >= before.size()) return -1;
-        const int found = rows_.indexOf(before[at]);
-        if (found >= 0 || before.size() != keys_.size()) return found;
-        return std::find(before.begin(), before.end(), keys_[at]) == before.end() ? row : -1;
-    };
+    searchable_.assign(rows_.groupesTableau().size(), {});
     relayout(
         [&] {
             if (!frozen_) {
@@ -298,17 +290,14 @@ void TakeTableModel::onRowsReset() {
             }
             std::vector<int> rows;
             for (const int row : shown_)
-                rows.push_back(renumbered(row));
+                rows.push_back(renumbered.at(static_cast<std::size_t>(row)));
             arrangeWithoutMoving(rows);
         },
-        renumbered);
+        &renumbered);
 }
 
-void TakeTableModel::onRowsAppended(int first, int last) {
-    for (int row = first; row <= last; ++row) {
-        keys_.push_back(TakeRows::keyOf(rows_.groupesOriginauxTableau().at(static_cast<std::size_t>(row))));
-    }
-    searchable_.resize(keys_.size());
+void TakeTableModel::onRowsAppended(int, int last) {
+    searchable_.resize(static_cast<std::size_t>(last) + 1);
     relayout([this] {
         if (!frozen_) {
             arrange();

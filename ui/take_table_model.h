@@ -16,14 +16,14 @@ namespace dravik {
 /// into TakeRows and nothing of their content. Main thread.
 ///
 /// Whatever changes (other rows, another order, another filter) is told as a change of layout in which every index
-/// finds its row again by its key, so that views keep selection, current cell, expansion and an open editor.
+/// finds its row again, so that views keep selection, current cell, expansion and an open editor.
 class TakeTableModel : public QAbstractItemModel {
     Q_OBJECT
   public:
     enum Role {
         PendingRole = Qt::UserRole,  ///< bool: the cell differs from what is on disk
         MixedRole,                   ///< bool: the files disagree
-        ReadOnlyRole,                ///< bool: the row's format cannot be written
+        ReadOnlyRole,                ///< bool: the row cannot be edited: its format, or it is missing
         FlagRole,                    ///< bool; invalid for cells that are no flag
         EditedRowRole,               ///< bool: anything of the row is pending
         MemberRole                   ///< bool: a file of a set
@@ -53,15 +53,13 @@ class TakeTableModel : public QAbstractItemModel {
 
     /// While a cell is edited no row changes its place; what is due is done when it is let go.
     void setFrozen(bool frozen);
-    /// No cell can be edited at all for a while.
-    void setLocked(bool locked) noexcept { locked_ = locked; }
 
   private:
-    void onRowsReset();
+    void onRowsReset(const std::vector<int>& renumbered);
     void onRowsAppended(int first, int last);
     void onRowsChanged(const std::vector<int>& rows);
     /// Changes what is shown by `arrange`, all indices following their rows; `renumbered` gives a row's new number.
-    void relayout(const std::function<void()>& arrange, const std::function<int(int)>& renumbered = {});
+    void relayout(const std::function<void()>& arrange, const std::vector<int>* renumbered = nullptr);
     void arrange();
     void arrangeWithoutMoving(const std::vector<int>& before);
     void place(std::vector<int> shown);
@@ -77,12 +75,10 @@ class TakeTableModel : public QAbstractItemModel {
     QString filterText_;
     std::vector<int> shown_;               ///< row of the view -> index into groupesTableau
     std::vector<int> position_;            ///< the other way round; -1 for hidden rows
-    std::vector<std::string> keys_;        ///< by index into groupesTableau, to find rows again after a reading
     std::vector<std::string> searchable_;  ///< by index into groupesTableau; empty until it is looked through
     mutable std::unordered_map<int, std::set<RowField>> edited_;  ///< asked again and again while painting
     bool frozen_ = false;
     bool due_ = false;  ///< the order is to be made anew
-    bool locked_ = false;
 };
 
 }  // namespace dravik

@@ -34,7 +34,7 @@ class ContentViewTest : public testing::Test, public MainWindowStage {
         recorderFile({.scene = "3"}, {.channels = 2}, 4800).write(folder / "C.wav");
     }
     void discardAll() {
-        content->rows().discard();
+        content->rows().discardAll();
         ASSERT_FALSE(content->hasUnsavedChanges());
     }
 };
@@ -195,7 +195,7 @@ TEST_F(ContentViewTest, CallsAFileWithoutExtensionThisFile) {
     recorderFile().write(folder / "noext");
     open();
     GroupeFichiers odd = row(1).groupe;
-    odd.fichiers.front().url = folder / "noext";
+    odd.fichiers.edit([&](auto& fichiers) { fichiers.front().url = folder / "noext"; });
     content->rows().load({odd});
     edit(0, RowField::scene, "9");
     content->saveAll();
@@ -308,13 +308,57 @@ TEST_F(ContentViewTest, KeepsEditsAndSelectionWhenTheFolderChangesOutside) {
     EXPECT_EQ(content->rows().editedRows(), (std::set<int>{2, 3}));
     content->undo();
     EXPECT_EQ(row(3).groupe.notes, std::nullopt) << "steps follow their rows";
+}
+
+TEST_F(ContentViewTest, EditsOfATakeThatVanishedStayUntilItIsBackOrDiscarded) {
+    open();
+    content->selectionnerLigne(1);
+    edit(1, RowField::scene, "2A");
+    edit(2, RowField::note, "saved");
+    std::filesystem::rename(folder / "B.wav", folder / "B.away");
+    content->reload();
+    settle();
+    ASSERT_EQ(rowCount(), 3U);
+    EXPECT_EQ(row(2).groupe.scene, "2A") << "behind the takes that are there";
+    EXPECT_EQ(content->rows().missingRows(), std::set<int>{2});
+    EXPECT_FALSE(content->rows().canEdit(2));
+    EXPECT_EQ(content->fichierSelectionne(), folder / "B.wav");
+
+    std::filesystem::rename(folder / "B.away", folder / "B.wav");
+    content->reload();
+    settle();
+    EXPECT_EQ(row(1).groupe.scene, "2A");
+    EXPECT_THAT(content->rows().missingRows(), IsEmpty());
 
     std::filesystem::remove(folder / "B.wav");
     content->reload();
     settle();
+    content->saveAll();
     ASSERT_THAT(dialogs.asked, SizeIs(1));
     EXPECT_EQ(dialogs.asked[0].title, QStringLiteral("Takes Are Gone"));
-    EXPECT_EQ(content->selectedRow(), -1);
+    dialogs.answer(0);
+    settle();
+    EXPECT_EQ(rowCount(), 2U);
+    EXPECT_EQ(onDisk().at(1).notes, "saved");
+    EXPECT_FALSE(content->hasUnsavedChanges());
+}
+
+TEST_F(ContentViewTest, NothingCanBeEditedWhileItIsWritten) {
+    open();
+    content->selectionnerLigne(1);
+    edit(1, RowField::scene, "2A");
+    content->saveAll();
+    ASSERT_TRUE(content->sauvegardeEnCours());
+    edit(1, RowField::scene, "lost");
+    content->modifications().setNote("lost");
+    content->rows().undo();
+    content->addCue(100);
+    content->discardAll();
+    settle();
+    EXPECT_FALSE(content->hasUnsavedChanges());
+    EXPECT_EQ(row(1).groupe.scene, "2A");
+    EXPECT_EQ(content->modifications().note(), "");
+    EXPECT_EQ(onDisk().at(1).scene, "2A");
 }
 
 TEST_F(ContentViewTest, AsksBeforeEverythingIsDiscarded) {
@@ -497,7 +541,7 @@ TEST_F(ContentViewTest, ARefusedSaveLeavesNothingToUndo) {
     content->saveAll();
     settle();
     ASSERT_THAT(dialogs.asked, SizeIs(1));
-    content->rows().discard();
+    content->rows().discardAll();
     EXPECT_FALSE(content->canUndo());
 }
 

@@ -53,9 +53,11 @@ TEST(TakeOrder, NumbersAreComparedByValueAndEqualOnesStayAsListed) {
     const std::vector<std::string> rates = {"29.97 DF", "25", "29.97", "23.976"};
     const std::vector<double> sampleRates = {96000, 48000, 48000, 192000};
     for (std::size_t at = 0; at < takes.size(); ++at) {
-        takes[at].fichiers.front().taille = sizes[at];
         takes[at].framerate = rates[at];
-        takes[at].fichiers.front().sampleRate = sampleRates[at];
+        takes[at].fichiers.edit([&](auto& fichiers) {
+            fichiers.front().taille = sizes[at];
+            fichiers.front().sampleRate = sampleRates[at];
+        });
     }
     const struct {
         TakeColumn column;
@@ -87,7 +89,7 @@ TEST(TakeFilter, EveryWordMustStandSomewhereInTheRowsTexts) {
     groupe.tape = "R001";
     groupe.project = "Überfahrt";
     groupe.notes = "plane at the end";
-    groupe.fichiers.front().nomsPistes = {{1, "Boom"}, {2, "Anna &amp; Ben"}};
+    groupe.fichiers.edit([](auto& fichiers) { fichiers.front().nomsPistes = {{1, "Boom"}, {2, "Anna &amp; Ben"}}; });
     const std::string searchable = searchableText(groupe);
     const struct {
         const char* text;
@@ -103,9 +105,11 @@ TEST(TakeFilter, EveryWordMustStandSomewhereInTheRowsTexts) {
 
 TEST(TakeFilter, AMixedSetIsFoundByTheValueOfEachOfItsFiles) {
     GroupeFichiers groupe = take("A_T1");
-    groupe.fichiers.push_back(groupe.fichiers.front());
-    groupe.fichiers[0].scene = "7";
-    groupe.fichiers[1].scene = "8B";
+    groupe.fichiers = {groupe.fichiers.front(), groupe.fichiers.front()};
+    groupe.fichiers.edit([](auto& fichiers) {
+        fichiers[0].scene = "7";
+        fichiers[1].scene = "8B";
+    });
     mergeMetadata(groupe);
     EXPECT_TRUE(TakeFilter(QStringLiteral("8b")).matches(searchableText(groupe)));
 }
@@ -128,18 +132,19 @@ TEST(TakeColumns, TheEndIsStartPlusDurationCountedAtTheRate) {
         GroupeFichiers groupe = take("T");
         if (*start != '\0') groupe.timecode = start;
         if (*rate != '\0') groupe.framerate = rate;
-        groupe.fichiers.front().dureeSecondes = seconds;
+        groupe.fichiers.edit([&](auto& fichiers) { fichiers.front().dureeSecondes = seconds; });
         EXPECT_EQ(endTimecode(groupe), end) << start << " at " << rate;
     }
 }
 
 TEST(TakeColumns, AFileOfASetTellsItsOwnValueOnlyWhereTheSetIsMixed) {
     GroupeFichiers groupe = take("A_T1");
-    groupe.fichiers.push_back(groupe.fichiers.front());
-    groupe.fichiers[0].nomsPistes = {{1, "Boom"}};
-    groupe.fichiers[1].notes = "noisy";
-    for (InfoFichier& fichier : groupe.fichiers)
-        fichier.scene = "7";
+    groupe.fichiers = {groupe.fichiers.front(), groupe.fichiers.front()};
+    groupe.fichiers.edit([](auto& fichiers) {
+        fichiers[0].nomsPistes = {{1, "Boom"}};
+        fichiers[1].notes = "noisy";
+        fichiers[0].scene = fichiers[1].scene = "7";
+    });
     mergeMetadata(groupe);
     EXPECT_EQ(memberText(groupe, 1, TakeColumn::note), "noisy");
     EXPECT_EQ(memberText(groupe, 1, TakeColumn::scene), "");
@@ -161,8 +166,10 @@ TEST(TakeColumns, WhatCannotBeAValueIsRefusedWithTheReason) {
     EXPECT_NE(why(TakeColumn::duration, "1"), "");
 
     EXPECT_TRUE(whyReadOnly(groupe).isEmpty());
-    groupe.fichiers.front().url = "/day/T.mp3";
-    groupe.fichiers.front().format = "MP3";
+    groupe.fichiers.edit([](auto& fichiers) {
+        fichiers.front().url = "/day/T.mp3";
+        fichiers.front().format = "MP3";
+    });
     EXPECT_EQ(whyReadOnly(groupe), "Dravik can open MP3 files, but changes cannot be saved to this format.");
 }
 

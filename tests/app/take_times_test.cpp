@@ -11,9 +11,10 @@ namespace {
 
 GroupeFichiers takeOf(double seconds, std::optional<std::string> timecode, std::optional<std::string> rate) {
     GroupeFichiers groupe;
-    groupe.fichiers.resize(1);
-    groupe.fichiers.front().dureeSecondes = seconds;
-    groupe.fichiers.front().sampleRate = 48000;
+    InfoFichier fichier;
+    fichier.dureeSecondes = seconds;
+    fichier.sampleRate = 48000;
+    groupe.fichiers = {fichier};
     groupe.timecode = std::move(timecode);
     groupe.framerate = std::move(rate);
     return groupe;

@@ -22,7 +22,7 @@ GroupeFichiers set() {
         fichier.notes = std::string("note of ") + name;
         fichier.framerate = "25";
         fichier.nomsPistes = {{1, "Mic &amp; co"}};
-        groupe.fichiers.push_back(fichier);
+        groupe.fichiers.edit([&](auto& fichiers) { fichiers.push_back(fichier); });
     }
     mergeMetadata(groupe);
     return groupe;

@@ -22,10 +22,12 @@ using testing::HasSubstr;
 GroupeFichiers setOf(const std::string& nom, const std::vector<std::string>& fichiers) {
     GroupeFichiers groupe;
     groupe.nom = nom;
-    for (const std::string& fichier : fichiers) {
-        groupe.fichiers.emplace_back().nom = fichier;
-        groupe.fichiers.back().url = "/takes/" + fichier + ".wav";
-    }
+    groupe.fichiers.edit([&](auto& files) {
+        for (const std::string& fichier : fichiers) {
+            files.emplace_back().nom = fichier;
+            files.back().url = "/takes/" + fichier + ".wav";
+        }
+    });
     return groupe;
 }
 

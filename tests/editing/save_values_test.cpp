@@ -32,7 +32,7 @@ struct LoadedTake {
             info.framerate = "25";
             for (int c = 1; c <= channels; ++c)
                 info.nomsPistes[c] = "Track " + std::to_string(c);
-            groupe.fichiers.push_back(info);
+            groupe.fichiers.edit([&](auto& fichiers) { fichiers.push_back(info); });
         }
         mergeMetadata(groupe);
         ModificationsEnCours loaded;
@@ -76,7 +76,7 @@ TEST(SaveValues, HandTimecodeAndRateOverTogetherEachFileItsOwnOther) {
     EXPECT_EQ(rate.values(1).timecode, "10:00:00:01");
     LoadedTake start(2);
     start.edited.timecode = "11:00:00:00";
-    start.groupe.fichiers[1].framerate = "29.97 DF";
+    start.groupe.fichiers.edit([](auto& fichiers) { fichiers[1].framerate = "29.97 DF"; });
     EXPECT_EQ(start.values(0).framerate, "25");
     EXPECT_EQ(start.values(1).framerate, "29.97 DF");
     EXPECT_EQ(start.values(1).timecode, "11:00:00:00");
@@ -102,7 +102,7 @@ TEST(SaveValues, PutTheNameOfATrackIntoItsOwnFileOnly) {
 
 TEST(SaveValues, LoseNoNameOfAMonoFileThatListsSeveralTracks) {
     LoadedTake mono(1);
-    mono.groupe.fichiers[0].nomsPistes = {{1, "Boom"}, {2, "Lav"}};
+    mono.groupe.fichiers.edit([](auto& fichiers) { fichiers[0].nomsPistes = {{1, "Boom"}, {2, "Lav"}}; });
     mono.edited.nomsPistes[2] = mono.originals.nomsPistes[2] = "Lav";
     mono.edited.nomsPistes[2] = "Lav 2";
     EXPECT_THAT(mono.values(0).nomsPistes, ElementsAre(Pair(2, "Lav 2")));
@@ -124,7 +124,7 @@ TEST(SaveItems, AreEmptyForFilesWithNothingToDo) {
     EXPECT_TRUE(items().at(0).valeurs);
     EXPECT_TRUE(items().at(1).empty());
 
-    take.groupe.fichiers[1].forcerSauvegardeMetadata = true;
+    take.groupe.fichiers.edit([](auto& fichiers) { fichiers[1].forcerSauvegardeMetadata = true; });
     EXPECT_TRUE(items().at(1).valeurs);
     EXPECT_TRUE(items().at(2).empty());
     take.groupe.forcerSauvegardeMetadata = true;

@@ -47,9 +47,8 @@ TEST(GroupeFichiers, HasTheValuesThatItsFilesAgreeOnAndNamesTheOthers) {
     EXPECT_THAT(groupe.mixedFields, ElementsAre(MetadataField::note, MetadataField::circled, MetadataField::timecode));
     EXPECT_FALSE(groupe.forcerSauvegardeMetadata);
 
-    for (InfoFichier& fichier : groupe.fichiers)
-        fichier = mono("13", "wind");
-    groupe.fichiers[1].forcerSauvegardeMetadata = true;
+    groupe.fichiers = {mono("13", "wind"), mono("13", "wind"), mono("13", "wind")};
+    groupe.fichiers.edit([](auto& files) { files[1].forcerSauvegardeMetadata = true; });
     mergeMetadata(groupe);
     EXPECT_THAT(groupe.mixedFields, IsEmpty());
     EXPECT_EQ(groupe.notes, "wind");
@@ -71,8 +70,10 @@ TEST(GroupeFichiers, ToldByItsDatesIsConsistentMixedOrWithout) {
     };
     for (const auto& [dates, status] : cases) {
         GroupeFichiers groupe;
-        for (const auto& date : dates)
-            groupe.fichiers.emplace_back().recordingDate = date;
+        groupe.fichiers.edit([&](auto& files) {
+            for (const auto& date : dates)
+                files.emplace_back().recordingDate = date;
+        });
         EXPECT_EQ(groupe.recordingDateStatus(), status);
         EXPECT_EQ(groupe.recordingDate(), status == Status::consistent ? std::optional(first) : std::nullopt);
     }

@@ -49,9 +49,23 @@ class TakeEditorTest : public testing::Test {
     }
     void TearDown() override { editor.reset(); }
 
+    // The editor shows what has changed as soon as the events are done.
+    static void type(QWidget* widget, const QString& text) {
+        QTest::keyClicks(widget, text);
+        QCoreApplication::processEvents();
+    }
+    static void press(QWidget* widget, Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(widget, key, modifiers);
+        QCoreApplication::processEvents();
+    }
+    void undo() {
+        stage.content->undo();
+        QCoreApplication::processEvents();
+    }
     void select(int row) {
         stage.content->selectionnerLigne(row);
         stage.settle();
+        QCoreApplication::processEvents();
     }
     template <typename Widget>
     [[nodiscard]] Widget& named(const QString& name) const {
@@ -82,28 +96,28 @@ TEST_F(TakeEditorTest, TypingIsOneStepOfTheTakeAndUndoTakesItBackInTheField) {
     scene.setFocus();
     EXPECT_TRUE(stage.content->enSaisie());
     scene.selectAll();
-    QTest::keyClicks(&scene, "21C");
+    type(&scene, "21C");
     EXPECT_EQ(stage.row(0).groupe.scene, "21C");
-    QTest::keyClick(&scene, Qt::Key_Z, Qt::ControlModifier);
+    press(&scene, Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(scene.text(), "12A");
     EXPECT_FALSE(stage.content->hasUnsavedChanges());
-    QTest::keyClicks(&scene, "x");
-    QTest::keyClick(&scene, Qt::Key_Tab);
+    type(&scene, "x");
+    press(&scene, Qt::Key_Tab);
     EXPECT_FALSE(stage.content->enSaisie() && QApplication::focusWidget() == &scene);
-    QTest::keyClick(&scene, Qt::Key_Tab, Qt::ShiftModifier);
+    press(&scene, Qt::Key_Tab, Qt::ShiftModifier);
     scene.setFocus();
     scene.deselect();
-    QTest::keyClicks(&scene, "y");
-    stage.content->undo();  // leaving the field has ended the first step
+    type(&scene, "y");
+    undo();  // leaving the field has ended the first step
     EXPECT_EQ(scene.text(), "12Ax");
 }
 
 TEST_F(TakeEditorTest, EditedFieldsAreMarkedUntilTheyAreAsRead) {
     QLineEdit& tape = line("Tape");
     tape.setFocus();
-    QTest::keyClicks(&tape, "9");
+    type(&tape, "9");
     EXPECT_EQ(tape.accessibleDescription(), "not saved; was R001");
-    QTest::keyClick(&tape, Qt::Key_Backspace);
+    press(&tape, Qt::Key_Backspace);
     EXPECT_EQ(tape.accessibleDescription(), "");
 }
 
@@ -111,16 +125,16 @@ TEST_F(TakeEditorTest, ATimecodeIsTakenOverWhenItIsOneAndSaidToBeInvalidWhileItI
     QLineEdit& timecode = line("Start timecode");
     timecode.setFocus();
     timecode.selectAll();
-    QTest::keyClicks(&timecode, "11:00:00:25");
+    type(&timecode, "11:00:00:25");
     EXPECT_TRUE(shows("Invalid Timecode"));
-    QTest::keyClick(&timecode, Qt::Key_Return);
+    press(&timecode, Qt::Key_Return);
     EXPECT_EQ(stage.row(0).groupe.timecode, "10:00:00:00");
-    QTest::keyClick(&timecode, Qt::Key_Escape);
+    press(&timecode, Qt::Key_Escape);
     EXPECT_EQ(timecode.text(), "10:00:00:00");
     EXPECT_FALSE(shows("Invalid Timecode"));
 
     timecode.selectAll();
-    QTest::keyClicks(&timecode, "11000024");
+    type(&timecode, "11000024");
     EXPECT_EQ(stage.row(0).groupe.timecode, "10:00:00:00");  // not before it is entered
     line("Scene").setFocus();
     EXPECT_EQ(stage.row(0).groupe.timecode, "11:00:00:24");
@@ -128,8 +142,8 @@ TEST_F(TakeEditorTest, ATimecodeIsTakenOverWhenItIsOneAndSaidToBeInvalidWhileItI
 
     timecode.setFocus();
     timecode.selectAll();
-    QTest::keyClicks(&timecode, "12000000");
-    QTest::keyClick(&timecode, Qt::Key_S, Qt::ControlModifier);  // a shortcut may save
+    type(&timecode, "12000000");
+    press(&timecode, Qt::Key_S, Qt::ControlModifier);  // a shortcut may save
     EXPECT_EQ(stage.row(0).groupe.timecode, "12:00:00:00");
 }
 
@@ -137,23 +151,23 @@ TEST_F(TakeEditorTest, TrackNamesAreTypedOneAfterTheOther) {
     TrackList& tracks = editor->trackList();
     EXPECT_EQ(tracks.model()->index(1, TrackList::channel).data().toInt(), 4);
     tracks.setFocus();
-    QTest::keyClick(&tracks, Qt::Key_Return);
+    press(&tracks, Qt::Key_Return);
     ASSERT_NE(openName(), nullptr);
-    QTest::keyClicks(openName(), "Anna");
+    type(openName(), "Anna");
     EXPECT_EQ(trackName(0), "Anna");  // with every keystroke
-    QTest::keyClick(openName(), Qt::Key_Return);
+    press(openName(), Qt::Key_Return);
     ASSERT_NE(openName(), nullptr);
     EXPECT_EQ(openName()->text(), "Lav");
-    QTest::keyClicks(openName(), "Ben");
-    QTest::keyClick(openName(), Qt::Key_Tab);
+    type(openName(), "Ben");
+    press(openName(), Qt::Key_Tab);
     EXPECT_TRUE(stage.content->enSaisie());
     EXPECT_EQ(openName()->text(), "Mix");
-    QTest::keyClick(openName(), Qt::Key_Return);
+    press(openName(), Qt::Key_Return);
     EXPECT_EQ(QApplication::focusWidget(), &tracks);
     EXPECT_FALSE(stage.content->enSaisie());
     EXPECT_EQ(fieldsOf(stage.row(0).groupe).nomsPistes,
               (std::map<int, std::string>{{1, "Anna"}, {2, "Ben"}, {3, "Mix"}}));
-    stage.content->undo();
+    undo();
     EXPECT_EQ(trackName(1), "Lav");
     EXPECT_EQ(trackName(0), "Anna");
 }
@@ -163,14 +177,14 @@ TEST_F(TakeEditorTest, LinesArePastedDownwardsAsOneStep) {
     tracks.setFocus();
     tracks.setCurrentIndex(tracks.model()->index(1, TrackList::name));
     QApplication::clipboard()->setText("Clara\tx\r\nDan\r\nToo many\r\n");
-    QTest::keyClick(&tracks, Qt::Key_V, Qt::ControlModifier);
+    press(&tracks, Qt::Key_V, Qt::ControlModifier);
     EXPECT_EQ(trackName(0), "Boom");
     EXPECT_EQ(trackName(1), "Clara");
     EXPECT_EQ(trackName(2), "Dan");
-    stage.content->undo();
+    undo();
     EXPECT_FALSE(stage.content->hasUnsavedChanges());
-    QTest::keyClick(&tracks, Qt::Key_Return);
-    QTest::keyClick(openName(), Qt::Key_V, Qt::ControlModifier);
+    press(&tracks, Qt::Key_Return);
+    press(openName(), Qt::Key_V, Qt::ControlModifier);
     EXPECT_EQ(trackName(2), "Dan");
 }
 
@@ -178,12 +192,12 @@ TEST_F(TakeEditorTest, CuesAreAddedAtATypedPositionNamedAndDeletedByKeys) {
     CueList& cues = editor->cueList();
     QLineEdit& position = cues.positionField();
     position.setFocus();
-    QTest::keyClicks(&position, "10:00:02:00");  // behind the end
-    QTest::keyClick(&position, Qt::Key_Return);
+    type(&position, "10:00:02:00");  // behind the end
+    press(&position, Qt::Key_Return);
     EXPECT_EQ(stage.content->cueMarkers().size(), 1U);
     position.selectAll();
-    QTest::keyClicks(&position, "10:00:00:05");
-    QTest::keyClick(&position, Qt::Key_Return);
+    type(&position, "10:00:00:05");
+    press(&position, Qt::Key_Return);
     ASSERT_EQ(stage.content->cueMarkers().size(), 2U);
     EXPECT_EQ(stage.content->cueMarkers().front().frame, 9600);
     EXPECT_EQ(position.text(), "");
@@ -191,11 +205,11 @@ TEST_F(TakeEditorTest, CuesAreAddedAtATypedPositionNamedAndDeletedByKeys) {
     cues.table().setFocus();
     cues.table().setCurrentIndex(cues.table().model()->index(0, 0));
     stage.dialogs.typed.push_back("Clap");
-    QTest::keyClick(&cues.table(), Qt::Key_F2);
+    press(&cues.table(), Qt::Key_F2);
     EXPECT_EQ(cues.table().model()->index(0, 2).data().toString(), "Clap");
     cues.table().setCurrentIndex(cues.table().model()->index(1, 0));
     stage.dialogs.answers.push_back({0, false});
-    QTest::keyClick(&cues.table(), Qt::Key_Delete);
+    press(&cues.table(), Qt::Key_Delete);
     ASSERT_EQ(stage.content->cueMarkers().size(), 1U);
     EXPECT_EQ(stage.content->cueMarkers().front().label, "Clap");
 }
@@ -206,7 +220,7 @@ TEST_F(TakeEditorTest, AFieldOnWhichFilesDisagreeSaysSoUntilItIsDecided) {
     EXPECT_EQ(scene.text(), "");
     EXPECT_EQ(scene.placeholderText(), "mixed");
     scene.setFocus();
-    QTest::keyClicks(&scene, "9");
+    type(&scene, "9");
     EXPECT_EQ(scene.placeholderText(), "");
     EXPECT_EQ(scene.accessibleDescription(), "not saved; was mixed");
     EXPECT_TRUE(named<QPlainTextEdit>("Files").toPlainText().startsWith("b_1.wav\nb_2.wav"));
@@ -224,7 +238,7 @@ TEST_F(TakeEditorTest, TheRateMenuHasTheOfferedRatesInTheirOrderAndIgnoresTheWhe
     QApplication::sendEvent(&rate, &wheel);
     EXPECT_FALSE(stage.content->hasUnsavedChanges());
     rate.setFocus();
-    QTest::keyClick(&rate, Qt::Key_Down);
+    press(&rate, Qt::Key_Down);
     EXPECT_EQ(stage.row(0).groupe.framerate, "29.97");
 }
 

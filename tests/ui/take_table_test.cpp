@@ -38,12 +38,13 @@ InfoFichier file(const std::string& name) {
 GroupeFichiers take(const std::vector<InfoFichier>& fichiers, const std::string& name, const std::string& scene) {
     GroupeFichiers groupe;
     groupe.nom = name;
-    groupe.fichiers = fichiers;
     groupe.estPoly = fichiers.size() == 1;
-    for (InfoFichier& fichier : groupe.fichiers) {
+    std::vector<InfoFichier> own = fichiers;
+    for (InfoFichier& fichier : own) {
         if (!fichier.scene) fichier.scene = scene;
         fichier.prise = "1";
     }
+    groupe.fichiers = own;
     mergeMetadata(groupe);
     return groupe;
 }
@@ -398,12 +399,12 @@ TEST_F(TakeTableTest, RowsThatStreamInWaitForTheEditorAndDisturbNothing) {
     type("44");
     std::vector<GroupeFichiers> more = day();
     more.push_back(take({file("Z.wav")}, "Z", "9"));
-    content->rows().refresh(ReadRows(more), TakeRows::Reading::partial);
+    content->rows().refresh(more, TakeRows::Reading::partial);
     EXPECT_TRUE(view->isEditing());
     EXPECT_THAT(texts(TakeColumn::name), ElementsAre("E", "D", "C", "B", "A", "Z"));
     // Read again altogether, in another order.
     std::reverse(more.begin(), more.end());
-    content->rows().refresh(ReadRows(more), TakeRows::Reading::again);
+    content->rows().refresh(more, TakeRows::Reading::again);
     EXPECT_TRUE(view->isEditing());
     EXPECT_THAT(texts(TakeColumn::name), ElementsAre("E", "D", "C", "B", "A", "Z"));
     key(Qt::Key_Return);
@@ -422,7 +423,7 @@ TEST_F(TakeTableTest, EverythingSelectedLeavesTheCurrentRowSelectedWhenRowsJoin)
     click(3, TakeColumn::scene);
     view->selectAll();
     ASSERT_EQ(selected().size(), 90U);
-    content->rows().refresh(ReadRows(many), TakeRows::Reading::last);
+    content->rows().refresh(many, TakeRows::Reading::last);
     EXPECT_THAT(selected(), testing::Contains("T103"));
     EXPECT_EQ(table.visibleRows(), 100);
 }
@@ -442,7 +443,7 @@ TEST_F(TakeTableTest, RenamedFilesKeepTheSelection) {
 
 TEST_F(TakeTableTest, NothingIsEditedWhileASaveRuns) {
     click(0, TakeColumn::scene);
-    static_cast<TakeTableModel*>(view->model())->setLocked(true);
+    content->rows().setLocked(true);
     type("7");
     EXPECT_FALSE(view->isEditing());
     EXPECT_EQ(text(0, TakeColumn::scene), "3");
@@ -475,7 +476,7 @@ TEST(TakeTableModel, IsAConsistentModelWhateverHappensToTheRows) {
     EXPECT_EQ(model.rowCount(), 4);
     std::vector<GroupeFichiers> more = day();
     more.insert(more.begin(), take({file("0.wav")}, "0", "0"));
-    rows.refresh(ReadRows(more), TakeRows::Reading::again);
+    rows.refresh(more, TakeRows::Reading::again);
     EXPECT_EQ(member.data().toString(), "D_T2");
     EXPECT_EQ(member.parent().data().toString(), "D");
     setField(rows, {0}, RowField::scene, QStringLiteral("x"));
