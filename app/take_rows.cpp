@@ -10,8 +10,9 @@
 namespace dravik {
 namespace {
 
-/// Far more steps than anybody goes back.
+/// Far more steps than anybody goes back, and the rows that all of them hold together: about a kilobyte each.
 constexpr std::size_t maxSteps = 200;
+constexpr std::size_t maxStepRows = 100'000;
 
 /// Made of the same files, whatever was read from them?
 bool sameFiles(const GroupeFichiers& a, const GroupeFichiers& b) {
@@ -135,6 +136,7 @@ void TakeRows::refresh(ReadRows& read, Reading reading) {
     const ReadRows& before = read;
     const std::set<int> editedBefore = std::exchange(edited_, {});
     missing_.clear();
+    collapse_.clear();  // what is typed next may be typed into a row of another number
 
     std::vector<int> renumbered(before.rows.size(), -1);
     for (std::size_t row = 0; row < renumbered.size(); ++row) {
@@ -181,8 +183,7 @@ void TakeRows::carrySteps(const ReadRows& before, const std::vector<int>& renumb
                 if (renumbered[row] < 0 || missing_.contains(renumbered[row])) continue;
                 const GroupeFichiers& was = before.originals[row];
                 const GroupeFichiers& now = originals_[static_cast<std::size_t>(renumbered[row])];
-                change.before = editedAgain(change.before, was, now);
-                change.after = editedAgain(change.after, was, now);
+                change.other = editedAgain(change.other, was, now);
             }
         }
     }
@@ -212,13 +213,15 @@ void TakeRows::markEdited(int row) {
 void TakeRows::edit(const QString& name, std::vector<std::pair<int, RowState>> changes, const QString& collapseKey) {
     if (locked_) return;
     Step step{name, {}};
+    step.changes.reserve(changes.size());
     std::vector<int> touched;
+    touched.reserve(changes.size());
     for (auto& [row, state] : changes) {
         RowState& current = rows_.at(static_cast<std::size_t>(row));
         if (sameEdits(state, current)) continue;
         state.groupe.estDeplie = current.groupe.estDeplie;
-        step.changes.push_back({keyOf(originals_[static_cast<std::size_t>(row)]), std::move(current), state});
-        current = std::move(state);
+        std::swap(current, state);
+        step.changes.push_back({keyOf(originals_[static_cast<std::size_t>(row)]), std::move(state)});
         markEdited(row);
         touched.push_back(row);
     }
@@ -226,15 +229,14 @@ void TakeRows::edit(const QString& name, std::vector<std::pair<int, RowState>> c
     const bool collapses = !collapseKey.isEmpty() && collapseKey == collapse_ && !undo_.empty() &&
                            undo_.back().changes.size() == step.changes.size();
     if (collapses) {
-        for (std::size_t at = 0; at < step.changes.size(); ++at)
-            undo_.back().changes[at].after = std::move(step.changes[at].after);
-        // Typed and taken back: nothing to undo.
-        std::erase_if(undo_.back().changes,
-                      [](const Change& change) { return sameEdits(change.before, change.after); });
+        // The step before holds the rows as they were before both. Typed and taken back, there is nothing to undo.
+        std::erase_if(undo_.back().changes, [this](const Change& change) {
+            return sameEdits(change.other, rows_[static_cast<std::size_t>(indexOf(change.key))]);
+        });
         if (undo_.back().changes.empty()) undo_.pop_back();
     } else {
         undo_.push_back(std::move(step));
-        if (undo_.size() > maxSteps) undo_.erase(undo_.begin());
+        dropOldSteps();
     }
     redo_.clear();
     collapse_ = collapseKey;
@@ -242,21 +244,29 @@ void TakeRows::edit(const QString& name, std::vector<std::pair<int, RowState>> c
     emit pendingChanged();
 }
 
-void TakeRows::put(const std::string& key, const RowState& state, std::vector<int>& touched) {
-    const int row = indexOf(key);
-    if (row < 0) return;  // the take is not in the folder any more
-    RowState& current = rows_[static_cast<std::size_t>(row)];
-    const bool estDeplie = current.groupe.estDeplie;
-    current = state;
-    current.groupe.estDeplie = estDeplie;
-    markEdited(row);
-    touched.push_back(row);
+void TakeRows::dropOldSteps() {
+    std::size_t rows = 0;
+    auto kept = undo_.end();
+    while (kept != undo_.begin() && undo_.end() - kept < static_cast<std::ptrdiff_t>(maxSteps)) {
+        rows += std::prev(kept)->changes.size();
+        if (rows > maxStepRows && kept != undo_.end()) break;
+        --kept;
+    }
+    undo_.erase(undo_.begin(), kept);
 }
 
-void TakeRows::replay(const Step& step, bool forwards) {
+void TakeRows::replay(Step& step) {
     std::vector<int> touched;
-    for (const Change& change : step.changes)
-        put(change.key, forwards ? change.after : change.before, touched);
+    touched.reserve(step.changes.size());
+    for (Change& change : step.changes) {
+        const int row = indexOf(change.key);
+        if (row < 0) continue;  // the take is not in the folder any more
+        RowState& current = rows_[static_cast<std::size_t>(row)];
+        change.other.groupe.estDeplie = current.groupe.estDeplie;
+        std::swap(current, change.other);
+        markEdited(row);
+        touched.push_back(row);
+    }
     collapse_.clear();
     emit rowsChanged(touched);
     emit pendingChanged();
@@ -277,14 +287,14 @@ void TakeRows::undo() {
     if (undo_.empty() || locked_) return;
     redo_.push_back(std::move(undo_.back()));
     undo_.pop_back();
-    replay(redo_.back(), false);
+    replay(redo_.back());
 }
 
 void TakeRows::redo() {
     if (redo_.empty() || locked_) return;
     undo_.push_back(std::move(redo_.back()));
     redo_.pop_back();
-    replay(undo_.back(), true);
+    replay(undo_.back());
 }
 
 void TakeRows::discard(const std::set<int>& rows) {

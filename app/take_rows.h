@@ -109,19 +109,20 @@ class TakeRows : public QObject {
     void pendingChanged();
 
   private:
+    /// A step holds each row as it is on its other side: to undo or redo it is to exchange the two.
     struct Change {
         std::string key;
-        RowState before, after;
+        RowState other;
     };
     struct Step {
         QString name;
         std::vector<Change> changes;
     };
-    void put(const std::string& key, const RowState& state, std::vector<int>& touched);
     void exchange(ReadRows& read);
     void append(ReadRows& read);
     void markEdited(int row);
-    void replay(const Step& step, bool forwards);
+    void dropOldSteps();
+    void replay(Step& step);
     void forget();
     /// The steps of rows whose takes were read again become steps on what was read.
     void carrySteps(const ReadRows& before, const std::vector<int>& renumbered);

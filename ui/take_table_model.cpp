@@ -317,6 +317,7 @@ void TakeTableModel::onRowsChanged(const std::vector<int>& rows) {
         if (at < 0) continue;
         top = std::min(top, at);
         bottom = std::max(bottom, at);
+        if (!groupe(row).estDeplie) continue;  // nobody sees its files
         const QModelIndex set = index(at, 0);
         if (const int members = rowCount(set); members > 0) {
             emit dataChanged(index(0, 0, set), index(members - 1, takeColumnCount - 1, set));

@@ -186,6 +186,12 @@ void TakeTableView::applyColours() {
 }
 
 void TakeTableView::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight, const QList<int>& roles) {
+    // The base class asks for the place of each cell, also of the thousands that are not on the screen.
+    constexpr int rowsOfAScreen = 200;
+    if (bottomRight.row() - topLeft.row() > rowsOfAScreen && !isEditing()) {
+        viewport()->update();
+        return;
+    }
     QTreeView::dataChanged(topLeft, bottomRight, roles);
     // The mark of an edited row stands left of its first cell, which is all that would be drawn again.
     viewport()->update();
