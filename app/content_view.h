@@ -162,8 +162,9 @@ class ContentView : public QObject {
     void offerDiscard(Alert alert, std::set<int> rows, std::function<void(bool)> goOn);
     void checkMissing(std::function<void(bool)> goOn);
     void checkFormats(std::function<void(bool)> goOn);
-    void startSave(std::function<void(bool)> saved);
+    void startSave(std::set<int> planned, std::function<void(bool)> saved);
     struct SaveEnd;
+    void tellFailure(const SaveEnd& end, const std::set<int>& planned);
     void runInBackground(std::function<void(SaveEnd&, const TaskContext&)> write, std::function<void(SaveEnd)> ended);
     void endSave(SaveEnd end, const std::set<int>& planned, const std::function<void(bool)>& saved);
     void followMoves(const SaveReport& report);

@@ -37,7 +37,8 @@ struct ContentView::SaveEnd {
     QString error;                     ///< empty when all went well
     bool rollbackFailed = false;
     bool cancelled = false;
-    SaveSnapshot snapshot;  ///< what the save has replaced
+    std::set<std::filesystem::path> refused;  ///< files and folders for which nothing at all was written
+    SaveSnapshot snapshot;                    ///< what the save has replaced
 };
 
 void ContentView::checkFormats(std::function<void(bool)> goOn) {
@@ -119,7 +120,7 @@ void ContentView::saveAll(std::function<void(bool)> saved) {
     }
     const auto save = [this, saved](bool goOn) {
         if (goOn && hasUnsavedChanges()) {
-            startSave(saved);
+            startSave(rows_.editedRows(), saved);
         } else {
             saved(goOn);
         }
@@ -127,9 +128,9 @@ void ContentView::saveAll(std::function<void(bool)> saved) {
     checkMissing([this, save](bool goOn) { goOn ? checkFormats(save) : save(false); });
 }
 
-void ContentView::startSave(std::function<void(bool)> saved) {
+void ContentView::startSave(std::set<int> planned, std::function<void(bool)> saved) {
     std::vector<SaveItem> items;
-    for (const int row : rows_.editedRows()) {
+    for (const int row : planned) {
         const auto at = static_cast<std::size_t>(row);
         std::vector<SaveItem> own = planSave(rows_.groupesTableau().at(at), rows_.groupesOriginauxTableau().at(at));
         std::move(own.begin(), own.end(), std::back_inserter(items));
@@ -141,7 +142,7 @@ void ContentView::startSave(std::function<void(bool)> saved) {
         noteSaved(files, snapshot, *end.report);
         end.snapshot = std::move(snapshot);
     };
-    runInBackground(write, [this, planned = rows_.editedRows(), saved = std::move(saved)](SaveEnd end) {
+    runInBackground(write, [this, planned = std::move(planned), saved = std::move(saved)](SaveEnd end) {
         endSave(std::move(end), planned, saved);
     });
 }
@@ -173,6 +174,10 @@ void ContentView::runInBackground(std::function<void(SaveEnd&, const TaskContext
             if (!end.cancelled) end.report->throwIfFailed();
         } catch (const Cancelled&) {
             end.cancelled = true;
+        } catch (const SaveRefused& error) {
+            end.error = toQt(error.what());
+            for (const SaveProblem& problem : error.problems())
+                end.refused.insert(problem.path);
         } catch (const MainSaveRenameError& error) {
             end.error = toQt(error.what());
             end.rollbackFailed = error.reason() == MainSaveRenameError::Reason::rollbackFailed;
@@ -217,13 +222,45 @@ void ContentView::endSave(SaveEnd end, const std::set<int>& planned, const std::
     } else if (end.cancelled) {
         emit notice(QStringLiteral("Saving was cancelled. %1 saved; the other changes are still pending.")
                         .arg(counted(written, QStringLiteral("file"))));
+    } else if (end.rollbackFailed) {
+        showError(QStringLiteral("Critical Rename Recovery Needed"), end.error);
     } else {
-        showError(
-            end.rollbackFailed ? QStringLiteral("Critical Rename Recovery Needed") : QStringLiteral("Save Failed"),
-            end.error);
+        tellFailure(end, planned);
     }
     remember(std::move(end.snapshot));
     saved(success);
+}
+
+void ContentView::tellFailure(const SaveEnd& end, const std::set<int>& planned) {
+    const QString title = QStringLiteral("Save Failed");
+    // By key: the folder is read again while the question is open.
+    std::vector<std::string> others;
+    for (const int row : planned) {
+        const GroupeFichiers& groupe = rows_.groupesOriginauxTableau().at(static_cast<std::size_t>(row));
+        const bool refused =
+            std::any_of(groupe.fichiers.begin(), groupe.fichiers.end(), [&](const InfoFichier& fichier) {
+                return end.refused.contains(fichier.url) || end.refused.contains(folderOf(fichier.url));
+            });
+        if (!refused) others.push_back(TakeRows::keyOf(groupe));
+    }
+    if (end.refused.empty() || others.empty()) {
+        showError(title, end.error);
+        return;
+    }
+    Alert alert;
+    alert.title = title;
+    alert.text = end.error;
+    alert.buttons = {QStringLiteral("OK"), QStringLiteral("Save the Others")};
+    alert.cancelButton = 0;
+    services_.dialogs.ask(alert, [this, others = std::move(others)](AlertAnswer answer) {
+        if (answer.button != 1 || sauvegardeEnCours()) return;
+        std::set<int> rows;
+        for (const std::string& key : others) {
+            const int row = rows_.indexOf(key);
+            if (rows_.isEdited(row) && rows_.canEdit(row)) rows.insert(row);
+        }
+        if (!rows.empty()) startSave(std::move(rows), [](bool) {});
+    });
 }
 
 void ContentView::remember(SaveSnapshot snapshot) {

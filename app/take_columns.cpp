@@ -199,7 +199,11 @@ QString whyNot(const GroupeFichiers& groupe, TakeColumn column, const QString& t
 QString whyReadOnly(const GroupeFichiers& groupe) {
     for (const InfoFichier& fichier : groupe.fichiers) {
         if (isEditable(fichier.url)) {
-            if (fichier.channels > 0) continue;
+            if (fichier.channels > 0 && fichier.estRiff) continue;
+            if (fichier.channels > 0) {
+                return QStringLiteral("%1 is not a RIFF/WAVE file inside: Dravik can open it, but not change it.")
+                    .arg(toQt(fichier.url.filename()));
+            }
             return QStringLiteral("%1 cannot be read as audio, and cannot be changed.")
                 .arg(toQt(fichier.url.filename()));
         }

@@ -162,8 +162,9 @@ void setTrackName(GroupeFichiers& groupe, int piste, const std::string& nom) {
 
 bool isEditable(const GroupeFichiers& groupe) {
     // A file without channels could not be read as audio: nothing can be put into it.
-    return std::all_of(groupe.fichiers.begin(), groupe.fichiers.end(),
-                       [](const InfoFichier& fichier) { return isEditable(fichier.url) && fichier.channels > 0; });
+    return std::all_of(groupe.fichiers.begin(), groupe.fichiers.end(), [](const InfoFichier& fichier) {
+        return isEditable(fichier.url) && fichier.channels > 0 && fichier.estRiff;
+    });
 }
 
 bool isMixed(const GroupeFichiers& groupe, RowField field) {

@@ -38,7 +38,7 @@ void setFlag(GroupeFichiers& groupe, RowField field, bool valeur);
 /// Name of a track of the take, as shown; `piste` counts from 1 as in tracksOfGroup. Unknown tracks are passed over.
 void setTrackName(GroupeFichiers& groupe, int piste, const std::string& nom);
 
-/// Can this row be edited: could all its files be read, and are they of a writable format?
+/// Can this row be edited: could all its files be read, and are they of a writable format, in name and in fact?
 [[nodiscard]] bool isEditable(const GroupeFichiers& groupe);
 /// Do its files disagree on the field?
 [[nodiscard]] bool isMixed(const GroupeFichiers& groupe, RowField field);

@@ -24,9 +24,7 @@ bool readsBack(const ByteSource& file, const PlannedRewrite& planned) {
 
 }  // namespace
 
-bool WaveView::isRiffWave() const noexcept {
-    return table && table->form == FourCC("RIFF") && table->type == FourCC("WAVE");
-}
+bool WaveView::isRiffWave() const noexcept { return table && table->isRiffWave(); }
 
 Bytes WaveView::payload(const Chunk& chunk) const {
     Bytes bytes = source.read(chunk.payload(), chunk.size);

@@ -30,6 +30,7 @@ struct InfoFichier {
     double sampleRate = 0;                  ///< Hz
     bool forcerSauvegardeMetadata = false;  ///< write even when nothing differs; set by editing code
     int bits = 0;                           ///< per channel
+    bool estRiff = true;                    ///< false for a WAV file that is RF64, or no RIFF/WAVE from its first byte
     std::uint64_t taille = 0;               ///< bytes
     std::string format;                     ///< extension, upper-cased
     std::map<int, std::string> nomsPistes;  ///< track number (from 1) -> name

@@ -103,6 +103,7 @@ InfoFichier analyserFichier(const std::filesystem::path& file, const AudioFileRe
     info.taille = source.size();
 
     const std::optional<ChunkTable>& table = opened.table();
+    info.estRiff = table && table->isRiffWave();
     std::optional<AudioFormat> audio;
     if (table) {
         info.recordingDate = recordingDateIn(source, *table);

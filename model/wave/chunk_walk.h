@@ -61,6 +61,8 @@ struct ChunkTable {
     std::uint64_t end = 0;      ///< behind the last chunk; bytes from here to fileSize belong to none
 
     [[nodiscard]] const Chunk* first(FourCC id) const noexcept;
+    /// The one form that is written to in place: RF64 and BW64 count their sizes elsewhere.
+    [[nodiscard]] bool isRiffWave() const noexcept { return form == FourCC("RIFF") && type == FourCC("WAVE"); }
     [[nodiscard]] std::uint64_t bytesBehind() const noexcept { return fileSize - end; }
 };
 

@@ -17,6 +17,7 @@ using test::MainWindowStage;
 using test::namesIn;
 using test::readFile;
 using test::recorderFile;
+using test::WavBuilder;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -341,6 +342,28 @@ TEST_F(ContentViewTest, EditsOfATakeThatVanishedStayUntilItIsBackOrDiscarded) {
     EXPECT_EQ(rowCount(), 2U);
     EXPECT_EQ(onDisk().at(1).notes, "saved");
     EXPECT_FALSE(content->hasUnsavedChanges());
+}
+
+TEST_F(ContentViewTest, OneFileThatCannotBeWrittenDoesNotKeepTheOthersFromBeingSaved) {
+    // It ends inside a chunk, behind which nothing can be put without losing what the chunk promised.
+    WavBuilder().fmt().audio(4800).chunkClaiming("LIST", test::audioBytes(20), 400).write(folder / "C.wav");
+    WavBuilder("RF64").ds64(4800).fmt().audio(4800).write(folder / "D.wav");
+    open();
+    EXPECT_TRUE(content->rows().canEdit(2));
+    EXPECT_FALSE(content->rows().canEdit(3)) << "RF64 under the name of a WAV file";
+    edit(1, RowField::scene, "2A");
+    edit(2, RowField::scene, "3A");
+    content->saveAll();
+    settle();
+    ASSERT_THAT(dialogs.asked, SizeIs(1));
+    EXPECT_EQ(dialogs.asked[0].title, QStringLiteral("Save Failed"));
+    EXPECT_TRUE(dialogs.asked[0].text.contains(QStringLiteral("C.wav"))) << dialogs.asked[0].text.toStdString();
+    EXPECT_EQ(dialogs.asked[0].buttons, QStringList({"OK", "Save the Others"}));
+    EXPECT_EQ(onDisk().at(1).scene, "2");
+    dialogs.answer(1);
+    settle();
+    EXPECT_EQ(onDisk().at(1).scene, "2A");
+    EXPECT_EQ(content->rows().editedRows(), std::set<int>{2}) << "what was refused stays pending";
 }
 
 TEST_F(ContentViewTest, NothingCanBeEditedWhileItIsWritten) {
