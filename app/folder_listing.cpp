@@ -82,8 +82,9 @@ class FolderListing::Reader {
     }
 
   private:
-    /// Only the current reading may speak. The thread may outlive the listing, but not what that was given.
+    /// Only the current reading may speak. The thread may outlive the listing, which cancels it then.
     void tell(std::function<void(FolderListing&)> call) {
+        if (token_->isCancelled()) return;
         background_.post(self_, [listing = listing_, token = token_, call = std::move(call)] {
             if (listing->token_ == token) call(*listing);
         });
@@ -104,6 +105,7 @@ class FolderListing::Reader {
     bool findFiles() {
         if (!task_.folder.empty()) {
             if (!isReachable(task_.folder)) return false;
+            // What the end of the process cuts off here is put right the next time.
             const Recovery recovery = recoverFolder(files_, task_.folder);
             if (!recovery.empty()) tell([recovery](FolderListing& listing) { emit listing.recovered(recovery); });
             noteFolder(task_.folder);
@@ -242,7 +244,7 @@ void FolderListing::start(Task task) {
     }
     if (token_) token_->cancel();
     token_ = std::make_shared<CancellationToken>();
-    background_.run(
+    reading_.run(
         this,
         [reader = std::make_shared<Reader>(*this, std::move(task), token_)] {
             reader->run();
@@ -298,7 +300,7 @@ void FolderListing::look() {
     if (growing_.empty()) lookTimer_.stop();
     if (files.empty()) return;
     looking_ = true;
-    looks_.run(
+    reading_.run(
         this,
         [&ops = files_, files = std::move(files)] {
             // One that is gone is told of by its folder's watch.

@@ -34,6 +34,8 @@ class FolderListing : public QObject {
         /// …until it has kept it for so long: a slow network share gets a recording in bursts.
         std::chrono::milliseconds rest{30'000};
     };
+    /// What has been read comes back by way of `background`. The file operations and the codecs outlive also a reading
+    /// that is left behind because its volume does not answer (LooseBackground).
     FolderListing(Background& background, FileOps& files, const AudioFileReader& codecs, Pace pace);
     FolderListing(Background& background, FileOps& files, const AudioFileReader& codecs)
         : FolderListing(background, files, codecs, Pace()) {}
@@ -95,7 +97,7 @@ class FolderListing : public QObject {
     std::unordered_map<std::string, Time> growing_;  ///< files that may still grow, and until when they are looked at
     QTimer lookTimer_;
     bool looking_ = false;
-    LooseBackground looks_;
+    LooseBackground reading_;
 };
 
 }  // namespace dravik

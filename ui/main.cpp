@@ -204,7 +204,7 @@ int run(int argc, char** argv) {
         // Somewhere a volume does not answer, and whoever asked it would come back to what is being destroyed. All that
         // matters is on disk.
         spdlog::info("a volume does not answer; the program ends without it");
-        std::fflush(nullptr);
+        static_cast<void>(std::fflush(nullptr));
         std::_Exit(code);
     }
     return code;

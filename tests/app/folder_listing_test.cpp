@@ -7,8 +7,10 @@
 #include "tests/support/temp_folder.h"
 #include "tests/support/wav_builder.h"
 
+#include <QElapsedTimer>
 #include <QTest>
 #include <chrono>
+#include <semaphore>
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
@@ -85,12 +87,11 @@ TEST_F(FolderListingTest, RowsComeInBatchesOfAllSoFarTheFirstOfThemSmall) {
 TEST_F(FolderListingTest, AfterACancelNothingMoreComes) {
     for (int at = 0; at < 300; ++at)
         recorderFile().write(folder / fmt::format("T{:03}.wav", at));
+    QObject::connect(&listing, &FolderListing::rowsRead, &listing, &FolderListing::cancel);
     listing.readFolder(folder.path(), true);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !counts.empty(); }));
-    listing.cancel();
-    const std::size_t before = counts.size();
+    ASSERT_TRUE(settles(1));
     QTest::qWait(300);
-    EXPECT_EQ(counts.size(), before);
+    EXPECT_EQ(counts.size(), 1U);
     EXPECT_TRUE(wasCancelled);
     EXPECT_EQ(readings, 1);
     EXPECT_FALSE(listing.isReading());
@@ -184,6 +185,32 @@ TEST_F(FolderListingTest, AFolderThatComesBackIsReadAgain) {
     fs::rename(away, folder.path());
     ASSERT_TRUE(QTest::qWaitFor([&] { return counts.size() > before; }, 10'000));
     EXPECT_THAT(names(), ElementsAre("A", "B"));
+}
+
+/// A file whose volume does not answer.
+class SilentCodecs final : public AudioFileReader {
+  public:
+    [[nodiscard]] std::optional<AudioFormat> format(const fs::path&) const noexcept override {
+        asked.release();
+        answer.acquire();
+        return {};
+    }
+    mutable std::binary_semaphore asked{0}, answer{0};
+};
+
+TEST_F(FolderListingTest, AReadingThatHangsIsLeftBehind) {
+    writeFile(folder / "A.mp3", "for the codecs");
+    const SilentCodecs silent;
+    auto hung = std::make_unique<FolderListing>(background, files, silent);
+    hung->readFolder(folder.path(), true);
+    silent.asked.acquire();
+    QElapsedTimer closing;
+    closing.start();
+    hung.reset();
+    EXPECT_LT(closing.elapsed(), 10'000);
+    EXPECT_FALSE(LooseBackground::waitForAbandoned(0ms));
+    silent.answer.release();
+    EXPECT_TRUE(LooseBackground::waitForAbandoned(20s));
 }
 
 }  // namespace
