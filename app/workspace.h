@@ -15,8 +15,9 @@ struct Volume {
     bool ejectable = false;
 };
 
-/// The desktop around the program. `open` and `reveal` return at once, for the main thread; `moveToTrash`, `eject` and
-/// `volumes` wait for disks and belong on another. What fails gives a sentence for the user, empty when all went well.
+/// The desktop around the program. `open` returns at once, for the main thread. The others wait for disks and other
+/// programs, as long as these take, and belong on another thread; several may be called at the same time. What fails
+/// gives a sentence for the user, empty when all went well.
 class Workspace {
   public:
     virtual ~Workspace() = default;

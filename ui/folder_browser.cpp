@@ -1,7 +1,6 @@
 #include "ui/folder_browser.h"
 
 #include "app/text.h"
-#include "base/paths.h"
 #include "editing/folder_actions.h"
 #include "model/audio_metadata.h"
 #include "ui/folder_tree.h"
@@ -11,6 +10,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <chrono>
 
 namespace dravik {
@@ -23,32 +23,12 @@ constexpr auto volumesEvery = 3s;
 /// A recorder that empties itself into a folder changes it many times in a row.
 constexpr auto settleTime = 300ms;
 /// What the system grants a user is a few thousand; no screen shows more open folders than this.
-constexpr int maxWatched = 256;
-constexpr auto progressEvery = 100ms;
+constexpr std::size_t maxWatched = 256;
 constexpr int smallPixels = 11;
 
-/// A result of work on another thread: a path, or why there is none.
-struct Outcome {
-    std::filesystem::path path;
-    QString error;
-    bool cancelled = false;
-};
-
-template <typename Work>
-Outcome outcomeOf(Work work) {
-    Outcome outcome;
-    try {
-        outcome.path = work();
-    } catch (const Cancelled&) {
-        outcome.cancelled = true;
-    } catch (const std::exception& error) {
-        outcome.error = toQt(userText(error));
-    }
-    return outcome;
-}
-
-QString shownName(const std::filesystem::path& folder) {
-    return folder.has_filename() ? toQt(folder.filename()) : toQt(folder);
+/// Is it this folder or one above it? Letter case counts: a folder may just have got another.
+bool leadsTo(const std::filesystem::path& folder, const std::filesystem::path& target) {
+    return std::mismatch(folder.begin(), folder.end(), target.begin(), target.end()).first == folder.end();
 }
 
 }  // namespace
@@ -57,10 +37,8 @@ FolderBrowser::FolderBrowser(ContentView& content, Workspace& workspace, Dialogs
                              const Theme& theme, QWidget* parent)
     : QWidget(parent),
       content_(content),
-      workspace_(workspace),
-      dialogs_(dialogs),
-      files_(files),
       theme_(theme),
+      commands_({content, workspace, dialogs, files}),
       model_(new FolderTreeModel(files, theme, this)),
       tree_(new FolderTree(this)) {
     setAccessibleName(QStringLiteral("Folder browser"));
@@ -85,8 +63,10 @@ FolderBrowser::FolderBrowser(ContentView& content, Workspace& workspace, Dialogs
     tree_->setAccessibleName(QStringLiteral("Volumes and folders"));
     makeActions();
     FolderTree::Hooks hooks;
-    hooks.open = [this](const QModelIndex& index) { openIndex(index); };
-    hooks.eject = [this](const QModelIndex& index) { eject(index); };
+    hooks.open = [this](const QModelIndex& index) {
+        if (index.isValid()) commands_.open(model_->pathOf(index));
+    };
+    hooks.eject = [this](const QModelIndex& index) { commands_.eject(model_->pathOf(index)); };
     hooks.typing = [this](bool typing) { content_.setEnSaisie(typing); };
     hooks.actions = [this] {
         updateActions();
@@ -102,29 +82,55 @@ FolderBrowser::FolderBrowser(ContentView& content, Workspace& workspace, Dialogs
         continueReveal();
     });
     // After the field in which the name was typed has closed.
-    connect(model_, &FolderTreeModel::renameWanted, this, &FolderBrowser::renameTo, Qt::QueuedConnection);
-    connect(&watcher_, &QFileSystemWatcher::directoryChanged, this, &FolderBrowser::onFolderChanged);
+    connect(
+        model_, &FolderTreeModel::renameWanted, this,
+        [this](const QPersistentModelIndex& index, const QString& name) {
+            if (index.isValid()) commands_.rename(model_->pathOf(index), name);
+        },
+        Qt::QueuedConnection);
+    connect(&watch_, &FolderWatch::changed, this, &FolderBrowser::onFolderChanged);
     settled_.setSingleShot(true);
     settled_.setInterval(settleTime);
     connect(&settled_, &QTimer::timeout, this, [this] {
-        for (const QString& path : std::exchange(changed_, {}))
-            model_->readAgain(toPath(path));
+        for (const std::filesystem::path& folder : std::exchange(changed_, {}))
+            model_->readAgain(folder);
     });
     connect(&content_, &ContentView::folderChanged, this,
             [this] { model_->setCurrentFolder(content_.dossierSelectionne()); });
     model_->setCurrentFolder(content_.dossierSelectionne());
     volumesTimer_.setInterval(volumesEvery);
     connect(&volumesTimer_, &QTimer::timeout, this, [this] {
-        if (isVisible()) askVolumes();
+        if (isVisible()) commands_.askVolumes();
     });
     volumesTimer_.start();
+    connectCommands();
     connect(&theme_, &Theme::changed, this, &FolderBrowser::applyTheme);
     applyTheme();
-    askVolumes();
+    showRoots();  // the home folder needs no answer
+    tree_->setCurrentIndex(model_->index(0, 0));
+    commands_.askVolumes();
 }
 
-FolderBrowser::~FolderBrowser() {
-    if (copying_) copying_->cancel();
+void FolderBrowser::connectCommands() {
+    connect(&commands_, &FolderCommands::volumesChanged, this, [this] {
+        volumesKnown_ = true;
+        showRoots();
+        continueReveal();
+    });
+    // Watches would tell of every name that goes.
+    connect(&commands_, &FolderCommands::aboutToEject, this, [this](const std::filesystem::path& root) {
+        for (int row = 0; row < model_->rowCount(); ++row) {
+            const QModelIndex index = model_->index(row, 0);
+            if (model_->pathOf(index) == root) tree_->collapse(index);
+        }
+    });
+    connect(&commands_, &FolderCommands::contentsChanged, model_, &FolderTreeModel::readAgain);
+    connect(&commands_, &FolderCommands::arrived, this, &FolderBrowser::reveal);
+    connect(&commands_, &FolderCommands::created, this,
+            [this](const std::filesystem::path& folder) { revealThen(folder, Then::rename); });
+    connect(&commands_, &FolderCommands::copyingChanged, this,
+            [this] { progress_->setVisible(commands_.isCopying()); });
+    connect(&commands_, &FolderCommands::copyProgressed, this, &FolderBrowser::showProgress);
 }
 
 QTreeView& FolderBrowser::tree() noexcept { return *tree_; }
@@ -138,16 +144,16 @@ void FolderBrowser::makeActions() {
         connect(action, &QAction::triggered, this, run);
         return action;
     };
-    open_ = make(QStringLiteral("Open"), Qt::Key_Return, [this] { openCurrent(); });
-    newFolder_ = make(QStringLiteral("New Folder"), Qt::CTRL | Qt::SHIFT | Qt::Key_N, [this] { newFolder(); });
-    duplicate_ = make(QStringLiteral("Duplicate"), Qt::CTRL | Qt::Key_D, [this] { duplicate(); });
+    open_ = make(QStringLiteral("Open"), Qt::Key_Return, [this] { commands_.open(currentPath()); });
+    newFolder_ = make(QStringLiteral("New Folder"), Qt::CTRL | Qt::SHIFT | Qt::Key_N,
+                      [this] { commands_.createIn(currentPath()); });
+    duplicate_ =
+        make(QStringLiteral("Duplicate"), Qt::CTRL | Qt::Key_D, [this] { commands_.duplicate(currentPath()); });
     rename_ = make(QStringLiteral("Rename"), Qt::Key_F2, [this] { tree_->edit(tree_->currentIndex()); });
-    trash_ = make(QStringLiteral("Move to Trash"), Qt::Key_Delete, [this] { trash(); });
-    reveal_ = make(QStringLiteral("Show in File Manager"), Qt::CTRL | Qt::SHIFT | Qt::Key_R, [this] {
-        const QString error = workspace_.reveal(currentPath());
-        if (!error.isEmpty()) fail(QStringLiteral("Show in File Manager"), error);
-    });
-    eject_ = make(QStringLiteral("Eject"), Qt::CTRL | Qt::Key_E, [this] { eject(tree_->currentIndex()); });
+    trash_ = make(QStringLiteral("Move to Trash"), Qt::Key_Delete, [this] { commands_.moveToTrash(currentPath()); });
+    reveal_ = make(QStringLiteral("Show in File Manager"), Qt::CTRL | Qt::SHIFT | Qt::Key_R,
+                   [this] { commands_.reveal(currentPath()); });
+    eject_ = make(QStringLiteral("Eject"), Qt::CTRL | Qt::Key_E, [this] { commands_.eject(currentPath()); });
     refresh_ = make(QStringLiteral("Refresh"), Qt::Key_F5, [this] { refresh(); });
     for (const auto& [button, action] : {std::pair(newButton_, newFolder_), std::pair(refreshButton_, refresh_)}) {
         button->setAutoRaise(true);
@@ -155,7 +161,10 @@ void FolderBrowser::makeActions() {
         button->setAccessibleName(action->text());
         button->setToolTip(
             QStringLiteral("%1 (%2)").arg(action->text(), action->shortcut().toString(QKeySequence::NativeText)));
-        connect(button, &QToolButton::clicked, action, &QAction::trigger);
+        connect(button, &QToolButton::clicked, this, [this, action = action] {
+            updateActions();
+            action->trigger();
+        });
     }
 }
 
@@ -173,9 +182,7 @@ void FolderBrowser::makeProgress() {
     cancel->setAutoRaise(true);
     cancel->setToolTip(QStringLiteral("Stop copying; what was copied is removed"));
     cancel->setAccessibleName(QStringLiteral("Cancel copying"));
-    connect(cancel, &QToolButton::clicked, this, [this] {
-        if (copying_) copying_->cancel();
-    });
+    connect(cancel, &QToolButton::clicked, &commands_, &FolderCommands::cancelCopy);
     auto* row = new QHBoxLayout;
     row->setSpacing(6);
     row->addWidget(progressBar_, 1);
@@ -204,42 +211,27 @@ void FolderBrowser::applyTheme() {
 
 void FolderBrowser::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    askVolumes();
+    commands_.askVolumes();
 }
 
 // --- Volumes, watching, finding a folder ---------------------------------------------------------------------------
 
-void FolderBrowser::askVolumes() {
-    if (volumesAsked_) return;
-    volumesAsked_ = true;
-    background_.run(
-        this, [this] { return workspace_.volumes(); },
-        [this](std::vector<Volume> volumes) {
-            volumesAsked_ = false;
-            showVolumes(std::move(volumes));
-        });
-}
-
-void FolderBrowser::showVolumes(std::vector<Volume> volumes) {
+void FolderBrowser::showRoots() {
     std::vector<FolderTreeModel::Root> roots;
     const std::filesystem::path home = toPath(QDir::homePath());
     roots.push_back({home, QStringLiteral("Home"), toQt(home), false});
-    for (const Volume& volume : volumes) {
+    for (const Volume& volume : commands_.volumes()) {
         if (volume.root == home) continue;
         roots.push_back({volume.root, volume.name,
                          QStringLiteral("%1\n%2 free of %3")
                              .arg(toQt(volume.root), toQt(sizeText(volume.freeBytes)), toQt(sizeText(volume.allBytes))),
                          volume.ejectable});
     }
-    volumes_ = std::move(volumes);
     model_->setRoots(roots);
-    const bool first = !std::exchange(volumesKnown_, true);
-    if (first && !tree_->currentIndex().isValid()) tree_->setCurrentIndex(model_->index(0, 0));
-    continueReveal();
 }
 
 void FolderBrowser::updateWatched() {
-    QSet<QString> wanted;
+    std::set<std::filesystem::path> wanted;
     std::vector<QModelIndex> open{QModelIndex()};
     while (!open.empty() && wanted.size() < maxWatched) {
         const QModelIndex parent = open.back();
@@ -247,25 +239,19 @@ void FolderBrowser::updateWatched() {
         for (int row = 0; row < model_->rowCount(parent); ++row) {
             const QModelIndex index = model_->index(row, 0, parent);
             if (!tree_->isExpanded(index)) continue;
-            wanted.insert(index.data(FolderTreeModel::pathRole).toString());
+            wanted.insert(model_->pathOf(index));
             open.push_back(index);
         }
     }
-    const QStringList now = watcher_.directories();
-    const QSet<QString> watched(now.begin(), now.end());
-    if (const QSet<QString> gone = watched - wanted; !gone.isEmpty()) watcher_.removePaths({gone.begin(), gone.end()});
-    if (const QSet<QString> fresh = wanted - watched; !fresh.isEmpty()) {
-        watcher_.addPaths({fresh.begin(), fresh.end()});
-        // What changed while nobody watched.
-        for (const QString& path : fresh) {
-            changed_.insert(path);
-        }
-        settled_.start();
+    // What changed while nobody watched.
+    for (const std::filesystem::path& folder : wanted) {
+        if (!watch_.folders().contains(folder)) onFolderChanged(folder);
     }
+    watch_.setFolders(wanted);
 }
 
-void FolderBrowser::onFolderChanged(const QString& path) {
-    changed_.insert(path);
+void FolderBrowser::onFolderChanged(const std::filesystem::path& folder) {
+    changed_.insert(folder);
     settled_.start();
 }
 
@@ -277,37 +263,44 @@ void FolderBrowser::revealThen(const std::filesystem::path& folder, Then then) {
     continueReveal();
 }
 
+QModelIndex FolderBrowser::startOfReveal(const std::filesystem::path& target) const {
+    // A folder may be in several places of the tree: the one where the user is comes first.
+    for (QModelIndex at = tree_->currentIndex(); at.isValid(); at = at.parent()) {
+        if (leadsTo(model_->pathOf(at), target)) return at;
+    }
+    // From the root that is nearest.
+    QModelIndex start;
+    std::size_t nearest = 0;
+    for (int row = 0; row < model_->rowCount(); ++row) {
+        const QModelIndex root = model_->index(row, 0);
+        const std::filesystem::path path = model_->pathOf(root);
+        if (!isWithin(target, path) || path.native().size() <= nearest) continue;
+        nearest = path.native().size();
+        start = root;
+    }
+    return start;
+}
+
 void FolderBrowser::continueReveal() {
-    if (!revealing_ || !volumesKnown_) return;
+    if (!revealing_) return;
     const std::filesystem::path target = *revealing_;
-    QModelIndex at = tree_->currentIndex();
-    if (!at.isValid() || model_->pathOf(at) != target) {
-        // From the root that is nearest.
-        at = {};
-        std::size_t nearest = 0;
-        for (int row = 0; row < model_->rowCount(); ++row) {
-            const QModelIndex root = model_->index(row, 0);
-            const std::filesystem::path path = model_->pathOf(root);
-            if (!isWithin(target, path) || path.native().size() <= nearest) continue;
-            nearest = path.native().size();
-            at = root;
+    if (!volumesKnown_ && !isWithin(target, toPath(QDir::homePath()))) return;
+    QModelIndex at = startOfReveal(target);
+    while (at.isValid() && model_->pathOf(at) != target) {
+        std::filesystem::path next = target;
+        const std::filesystem::path here = model_->pathOf(at);
+        while (next.has_relative_path() && next.parent_path() != here)
+            next = next.parent_path();
+        const QModelIndex child = model_->childAt(at, next);
+        if (child.isValid()) {
+            at = child;
+            continue;
         }
-        while (at.isValid() && model_->pathOf(at) != target) {
-            std::filesystem::path next = target;
-            const std::filesystem::path here = model_->pathOf(at);
-            while (next.has_relative_path() && next.parent_path() != here)
-                next = next.parent_path();
-            const QModelIndex child = model_->childAt(at, next);
-            if (child.isValid()) {
-                at = child;
-                continue;
-            }
-            if (!model_->wasRead(at) && !model_->isReading(at)) model_->read(at);
-            if (model_->isReading(at)) return;  // goes on when its folders are there
-            // Hidden, but where the user works; or gone, and this is as near as it gets.
-            if (next.filename().native().starts_with('.') && model_->showAnyway(at, next)) return;
-            break;
-        }
+        if (!model_->wasRead(at) && !model_->isReading(at)) model_->read(at);
+        if (model_->isReading(at)) return;  // goes on when its folders are there
+        // Hidden, but where the user works; or gone, and this is as near as it gets.
+        if (next.filename().native().starts_with('.') && model_->showAnyway(at, next)) return;
+        break;
     }
     revealing_.reset();
     if (!at.isValid()) return;
@@ -333,7 +326,7 @@ void FolderBrowser::updateActions() {
         action->setEnabled(any);
     rename_->setEnabled(isFolder);
     trash_->setEnabled(isFolder);
-    duplicate_->setEnabled(isFolder && !isCopying());
+    duplicate_->setEnabled(isFolder && !commands_.isCopying());
     eject_->setEnabled(any && current.data(FolderTreeModel::ejectableRole).toBool());
 }
 
@@ -353,211 +346,17 @@ void FolderBrowser::showMenu(const QPoint& where) {
     menu->popup(tree_->viewport()->mapToGlobal(where));
 }
 
-void FolderBrowser::openCurrent() { openIndex(tree_->currentIndex()); }
-
-void FolderBrowser::openIndex(const QModelIndex& index) {
-    if (!index.isValid()) return;
-    const std::filesystem::path folder = model_->pathOf(index);
-    if (content_.dossierSelectionne() == folder) return;
-    content_.gererActionProtegee(OuvrirDossier{folder});
-}
-
-void FolderBrowser::fail(const QString& title, const QString& text) {
-    Alert alert;
-    alert.title = title;
-    alert.text = text;
-    alert.buttons = {QStringLiteral("OK")};
-    dialogs_.ask(alert, [](AlertAnswer) {});
-}
-
-QString FolderBrowser::refusal(const std::filesystem::path& folder, const QString& doing) const {
-    const QString name = shownName(folder);
-    const TakeRows& rows = content_.rows();
-    for (const int row : rows.editedRows()) {
-        for (const InfoFichier& fichier : rows.groupesTableau().at(static_cast<std::size_t>(row)).groupe.fichiers) {
-            if (!isWithin(fichier.url, folder)) continue;
-            return content_.sauvegardeEnCours()
-                       ? QStringLiteral("“%1” is being saved into. Wait until that is done before %2 it.")
-                             .arg(name, doing)
-                       : QStringLiteral("“%1” holds takes with unsaved changes. Save or discard them before %2 it.")
-                             .arg(name, doing);
-        }
-    }
-    return {};
-}
-
-void FolderBrowser::newFolder() {
-    const std::filesystem::path parent = currentPath();
-    if (parent.empty()) return;
-    background_.run(
-        this, [this, parent] { return outcomeOf([&] { return createFolder(files_, parent); }); },
-        [this, parent](const Outcome& outcome) {
-            if (!outcome.error.isEmpty()) {
-                fail(QStringLiteral("New Folder Failed"), outcome.error);
-                return;
-            }
-            model_->readAgain(parent);
-            revealThen(outcome.path, Then::rename);
-        });
-}
-
-void FolderBrowser::renameTo(const QModelIndex& index, const QString& name) {
-    if (!index.isValid()) return;
-    const std::filesystem::path folder = model_->pathOf(index);
-    if (const QString why = refusal(folder, QStringLiteral("renaming")); !why.isEmpty()) {
-        fail(QStringLiteral("Rename Refused"), why);
-        return;
-    }
-    background_.run(
-        this,
-        [this, folder, name = name.toStdString()] {
-            return outcomeOf([&] { return renameFolder(files_, folder, name); });
-        },
-        [this, folder](const Outcome& outcome) {
-            if (!outcome.error.isEmpty()) {
-                fail(QStringLiteral("Rename Failed"), outcome.error);
-                return;
-            }
-            model_->readAgain(folderOf(folder));
-            reveal(outcome.path);
-            follow(folder, outcome.path);
-        });
-}
-
-void FolderBrowser::follow(const std::filesystem::path& from, const std::filesystem::path& to) {
-    if (const auto& open = content_.dossierSelectionne()) {
-        if (isWithin(*open, from)) content_.gererActionProtegee(OuvrirDossier{movedAlong(*open, from, to)});
-        return;
-    }
-    // Takes from several folders.
-    OuvrirDepotFichiers moved;
-    bool touched = false;
-    for (const GroupeFichiers& groupe : content_.rows().groupesOriginauxTableau()) {
-        for (const InfoFichier& fichier : groupe.fichiers) {
-            const bool inside = isWithin(fichier.url, from);
-            touched = touched || inside;
-            moved.fichiers.push_back(inside ? movedAlong(fichier.url, from, to) : fichier.url);
-        }
-    }
-    if (touched) content_.gererActionProtegee(moved);
-}
-
-void FolderBrowser::trash() {
-    const QModelIndex current = tree_->currentIndex();
-    if (!current.isValid() || model_->isRoot(current)) return;
-    const std::filesystem::path folder = model_->pathOf(current);
-    const QString doing = QStringLiteral("moving");
-    if (const QString why = refusal(folder, doing); !why.isEmpty()) {
-        fail(QStringLiteral("Move to Trash Refused"), why);
-        return;
-    }
-    Alert alert;
-    alert.title = QStringLiteral("Move “%1” to the Trash?").arg(shownName(folder));
-    alert.text = QStringLiteral("The folder %1 goes there with everything in it.").arg(toQt(folder));
-    alert.buttons = {QStringLiteral("Move to Trash"), QStringLiteral("Cancel")};
-    alert.destructive = true;
-    dialogs_.ask(alert, [this, folder, doing](AlertAnswer answer) {
-        if (answer.button != 0) return;
-        // Another look: the question may have been open for long.
-        if (const QString why = refusal(folder, doing); !why.isEmpty()) {
-            fail(QStringLiteral("Move to Trash Refused"), why);
-            return;
-        }
-        background_.run(
-            this, [this, folder] { return workspace_.moveToTrash(folder); },
-            [this, folder](const QString& error) {
-                model_->readAgain(folderOf(folder));
-                if (!error.isEmpty()) {
-                    fail(QStringLiteral("Move to Trash Failed"), error);
-                    return;
-                }
-                reveal(folderOf(folder));
-                const auto& open = content_.dossierSelectionne();
-                if (open && isWithin(*open, folder)) content_.reload();
-            });
-    });
-}
-
-void FolderBrowser::eject(const QModelIndex& index) {
-    if (!index.isValid()) return;
-    const std::filesystem::path root = model_->pathOf(index);
-    const auto volume =
-        std::find_if(volumes_.begin(), volumes_.end(), [&](const Volume& one) { return one.root == root; });
-    if (volume == volumes_.end() || !volume->ejectable) return;
-    if (const QString why = refusal(root, QStringLiteral("ejecting")); !why.isEmpty()) {
-        fail(QStringLiteral("Eject Refused"), why);
-        return;
-    }
-    // Watches would tell of every name that goes.
-    tree_->collapse(index);
-    background_.run(
-        this, [this, volume = *volume] { return workspace_.eject(volume); },
-        [this](const QString& error) {
-            if (!error.isEmpty()) fail(QStringLiteral("Eject Failed"), error);
-            askVolumes();
-        });
-}
-
 void FolderBrowser::refresh() {
-    askVolumes();
-    for (const QString& path : watcher_.directories())
-        model_->readAgain(toPath(path));
+    commands_.askVolumes();
+    for (const std::filesystem::path& folder : watch_.folders())
+        model_->readAgain(folder);
     if (const QModelIndex current = tree_->currentIndex(); current.isValid()) model_->read(current);
+    content_.reload();
 }
 
-void FolderBrowser::duplicate() {
-    const QModelIndex current = tree_->currentIndex();
-    if (!current.isValid() || model_->isRoot(current) || isCopying()) return;
-    const std::filesystem::path folder = model_->pathOf(current);
-    if (content_.sauvegardeEnCours()) {
-        if (const QString why = refusal(folder, QStringLiteral("duplicating")); !why.isEmpty()) {
-            fail(QStringLiteral("Duplicate Refused"), why);
-            return;
-        }
-    }
-    copying_ = std::make_shared<CancellationToken>();
-    copyTime_.start();
-    progressText_->setText(QStringLiteral("Copying “%1”…").arg(shownName(folder)));
-    progressBar_->setValue(0);
-    progress_->show();
-    auto work = [this, self = QPointer<QObject>(this), token = copying_, folder] {
-        std::chrono::steady_clock::time_point told;
-        const auto report = [&](const Progress& progress) {
-            const auto now = std::chrono::steady_clock::now();
-            if (now - told < progressEvery) return;
-            told = now;
-            copies_.post(self, [this, done = progress.doneBytes, all = progress.allBytes,
-                                name = std::string(progress.currentName)] {
-                showProgress({done, all, name});
-            });
-        };
-        return outcomeOf([&] { return duplicateFolder(files_, folder, {token.get(), report}); });
-    };
-    copies_.run(this, std::move(work), [this, folder](const Outcome& outcome) {
-        copying_.reset();
-        progress_->hide();
-        if (outcome.cancelled) {
-            emit content_.notice(QStringLiteral("Copying was cancelled; nothing is left of the copy."));
-        } else if (!outcome.error.isEmpty()) {
-            fail(QStringLiteral("Duplicate Failed"), outcome.error);
-        } else {
-            model_->readAgain(folderOf(folder));
-            reveal(outcome.path);
-        }
-    });
-}
-
-void FolderBrowser::showProgress(const Progress& progress) {
-    if (!copying_ || progress.allBytes == 0) return;
-    const double fraction = static_cast<double>(progress.doneBytes) / static_cast<double>(progress.allBytes);
+void FolderBrowser::showProgress(double fraction, const QString& name, const QString& remaining) {
     progressBar_->setValue(static_cast<int>(fraction * progressBar_->maximum()));
-    QString text = toQt(progress.currentName);
-    const double seconds = static_cast<double>(copyTime_.elapsed()) / 1000;
-    if (seconds > 1 && fraction > 0) {
-        const int left = static_cast<int>(seconds / fraction - seconds) + 1;
-        text += left < 60 ? QStringLiteral(" – %1 s left").arg(left)
-                          : QStringLiteral(" – %1 min left").arg((left + 59) / 60);
-    }
+    const QString text = remaining.isEmpty() ? name : QStringLiteral("%1 – %2").arg(name, remaining);
     progressText_->setText(text);
     progressText_->setToolTip(text);
 }

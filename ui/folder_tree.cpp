@@ -19,6 +19,23 @@ constexpr int iconSide = 16;
 constexpr int margin = 6;
 constexpr int smallPixels = 11;
 
+/// Not letters: they may be the begin of a name, typed before the field for it is there.
+bool movesAbout(int key) {
+    switch (key) {
+        case Qt::Key_Up:
+        case Qt::Key_Down:
+        case Qt::Key_Left:
+        case Qt::Key_Right:
+        case Qt::Key_Home:
+        case Qt::Key_End:
+        case Qt::Key_PageUp:
+        case Qt::Key_PageDown:
+            return true;
+        default:
+            return false;
+    }
+}
+
 class FolderDelegate final : public QStyledItemDelegate {
   public:
     explicit FolderDelegate(FolderTree& tree) : QStyledItemDelegate(&tree), tree_(tree) {}
@@ -137,7 +154,7 @@ bool FolderTree::viewportEvent(QEvent* event) {
 }
 
 void FolderTree::keyPressEvent(QKeyEvent* event) {
-    hooks_.touched();
+    if (movesAbout(event->key())) hooks_.touched();
     if ((event->key() == Qt::Key_Enter || event->key() == Qt::Key_Return) && state() == EditingState) {
         // It ends the typing of a name, and goes on to here.
         event->accept();
@@ -170,6 +187,18 @@ void FolderTree::mouseReleaseEvent(QMouseEvent* event) {
         visualRect(index).contains(where) && index == currentIndex() && !isTyping()) {
         hooks_.open(index);
     }
+}
+
+void FolderTree::rowsAboutToBeRemoved(const QModelIndex& parent, int first, int last) {
+    // Of a folder that goes the one is left in which it lay. Its neighbour, which views mark by themselves, would be
+    // the next to be moved to the trash.
+    for (QModelIndex at = currentIndex(); at.isValid(); at = at.parent()) {
+        if (at.parent() != parent || at.row() < first || at.row() > last) continue;
+        selectionModel()->setCurrentIndex(parent, QItemSelectionModel::ClearAndSelect);
+        if (!parent.isValid()) selectionModel()->clear();
+        break;
+    }
+    QTreeView::rowsAboutToBeRemoved(parent, first, last);
 }
 
 void FolderTree::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {

@@ -19,7 +19,7 @@ class FolderTree : public QTreeView {
         std::function<void(const QModelIndex&)> eject;
         std::function<void(bool)> typing;                ///< a name is being typed, or not any more
         std::function<std::vector<QAction*>()> actions;  ///< whose shortcuts the tree answers, brought up to date
-        std::function<void()> touched;                   ///< the user moves about in it
+        std::function<void()> touched;                   ///< the user moves about in the tree
     };
     explicit FolderTree(QWidget* parent = nullptr);
 
@@ -40,6 +40,7 @@ class FolderTree : public QTreeView {
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
+    void rowsAboutToBeRemoved(const QModelIndex& parent, int first, int last) override;
 
   private:
     [[nodiscard]] QModelIndex ejectAt(const QPoint& where) const;

@@ -94,8 +94,8 @@ void FolderTreeModel::read(const QModelIndex& index) {
     node.reading = true;
     background_.run(
         this,
-        [this, folder = node.path, shownAnyway = shownAnyway_] {
-            removeAbandonedCopies(files_, folder);
+        [&files = files_, folder = node.path, shownAnyway = shownAnyway_] {
+            removeAbandonedCopies(files, folder);
             return subFoldersOf(folder, shownAnyway);
         },
         [this, at = QPersistentModelIndex(index)](std::vector<SubFolder> folders) {

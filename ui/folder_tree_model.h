@@ -17,7 +17,8 @@
 namespace dravik {
 
 /// The home folder and the volumes, with the folders below them as far as they were asked for. Folders are read in the
-/// background; a folder that is read again keeps the rows that stayed.
+/// background; a folder that is read again keeps the rows that stayed. The file operations outlive what readings leave
+/// behind (LooseBackground).
 class FolderTreeModel : public QAbstractItemModel {
     Q_OBJECT
   public:
@@ -97,7 +98,7 @@ class FolderTreeModel : public QAbstractItemModel {
     std::optional<std::filesystem::path> current_;
     std::set<std::filesystem::path> shownAnyway_;
     std::shared_ptr<CancellationToken> closing_ = std::make_shared<CancellationToken>();
-    Background background_;  ///< last: waits for what uses the others
+    LooseBackground background_;
 };
 
 }  // namespace dravik

@@ -14,10 +14,12 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QFileInfo>
 #include <QFileOpenEvent>
 #include <QTimer>
+#include <chrono>
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
 #include <memory>
 
 #include <fmt/format.h>
@@ -45,14 +47,20 @@ class Application final : public WatchedApplication {
     }
 };
 
-/// Everything that lives as long as the program, in the order in which it is made.
+/// What work in the background uses, also such that was left to itself because a volume does not answer.
+struct System {
+    const std::unique_ptr<FileOps> files = makeNativeFileOps();
+    const std::unique_ptr<AudioFileReader> codecs =
+        makeLazyMediaReader([](const std::string& complaint) { spdlog::warn("{}", complaint); });
+    const std::unique_ptr<Workspace> workspace = makeDesktopWorkspace();
+};
+
+/// Everything else that lives as long as the program, in the order in which it is made.
 class Program {
   public:
-    Program(Application& application, SingleInstance& instance)
+    Program(Application& application, SingleInstance& instance, System& system)
         : theme_(settings_),
-          files_(makeNativeFileOps()),
-          codecs_(makeLazyMediaReader([](const std::string& complaint) { spdlog::warn("{}", complaint); })),
-          workspace_(makeDesktopWorkspace()),
+          system_(system),
           termination_(commands_, [] { QApplication::quit(); }),
           router_(windows_),
           preferences_(settings_, commands_, theme_) {
@@ -81,23 +89,36 @@ class Program {
         windows_.presentMainWindow();
         spdlog::info("app launch finished; {} file(s) given", files.size());
         const QString last = settings_.value(settings::lastFolder);
-        if (files.empty() && settings_.value(settings::reopenLastFolder) && !last.isEmpty() &&
-            QFileInfo(last).isDir()) {
-            content_->gererActionProtegee(OuvrirDossier{toPath(last)});
-        }
+        if (files.empty() && settings_.value(settings::reopenLastFolder) && !last.isEmpty()) reopen(toPath(last));
     }
 
   private:
+    /// Opens the folder when it is there, unless the user was faster with another one.
+    void reopen(const std::filesystem::path& folder) {
+        asking_.run(
+            content_.get(),
+            [folder] {
+                std::error_code none;
+                return std::filesystem::is_directory(folder, none);
+            },
+            [this, folder](bool isThere) {
+                const bool isFree = content_->folderLabel().isEmpty() && !content_->actionEnAttente();
+                if (isThere && isFree) content_->gererActionProtegee(OuvrirDossier{folder});
+            });
+    }
+
     void openMainWindow() {
         opened_.start();
-        content_ = std::make_unique<ContentView>(ContentView::Services{
-            settings_, dialogs_, clock_, background_, *files_, *codecs_, commands_, router_, termination_});
+        content_ = std::make_unique<ContentView>(ContentView::Services{settings_, dialogs_, clock_, background_,
+                                                                       *system_.files, *system_.codecs, commands_,
+                                                                       router_, termination_});
         QObject::connect(content_.get(), &ContentView::folderChanged, content_.get(), [this] { opened_.start(); });
         QObject::connect(&content_->rows(), &TakeRows::rowsAppended, content_.get(), [this](int first, int last) {
             spdlog::info("rows {} to {} shown {} ms after the folder was opened", first, last, opened_.elapsed());
         });
-        window_ = std::make_unique<MainWindow>(MainWindow::Services{
-            *content_, settings_, commands_, dialogs_, *workspace_, *files_, termination_, windows_, theme_});
+        window_ = std::make_unique<MainWindow>(MainWindow::Services{*content_, settings_, commands_, dialogs_,
+                                                                    *system_.workspace, *system_.files, termination_,
+                                                                    windows_, theme_});
         dialogs_.setWindow(window_.get());
         QObject::connect(window_.get(), &MainWindow::preferencesRequested, &preferences_, &PreferencesWindow::present);
         QObject::connect(window_.get(), &MainWindow::shortcutsRequested, window_.get(),
@@ -111,9 +132,7 @@ class Program {
 
     UserDefaults settings_;
     Theme theme_;
-    std::unique_ptr<FileOps> files_;
-    std::unique_ptr<AudioFileReader> codecs_;
-    std::unique_ptr<Workspace> workspace_;
+    System& system_;
     SystemClock clock_;
     QtDialogs dialogs_;
     Commands commands_;
@@ -123,10 +142,26 @@ class Program {
     PreferencesWindow preferences_;
     // Waits for its threads when it goes, after the controller has cancelled them, and before what they work with.
     Background background_;
+    LooseBackground asking_;
     QElapsedTimer opened_;  ///< since the current folder was
     std::unique_ptr<ContentView> content_;
     std::unique_ptr<MainWindow> window_;
 };
+
+/// Until the user quits, or with one of the names until the picture is there.
+int runWindows(Application& application, System& system, const std::vector<std::filesystem::path>& files,
+               const QString& picture, const QString& pictures) {
+    SingleInstance instance(QStringLiteral("dravik-%1").arg(::getuid()));
+    const bool draws = !picture.isEmpty() || !pictures.isEmpty();
+    if (!draws) {
+        if (instance.handOver(files)) return 0;
+        if (!instance.listen()) spdlog::warn("Other starts of Dravik cannot hand their files over: no local socket.");
+    }
+    Program program(application, instance, system);
+    program.start(files);
+    if (draws) program.draw(picture, pictures);
+    return QApplication::exec();
+}
 
 int run(int argc, char** argv) {
     // A program that was to read what we say may be gone.
@@ -163,17 +198,16 @@ int run(int argc, char** argv) {
         const std::filesystem::path whole = std::filesystem::absolute(toPath(path), error);
         files.push_back(error ? toPath(path) : whole.lexically_normal());
     }
-    SingleInstance instance(QStringLiteral("dravik-%1").arg(::getuid()));
-    const bool draws = parser.isSet(picture) || parser.isSet(pictures);
-    if (!draws) {
-        if (instance.handOver(files)) return 0;
-        if (!instance.listen()) spdlog::warn("Other starts of Dravik cannot hand their files over: no local socket.");
+    System system;
+    const int code = runWindows(application, system, files, parser.value(picture), parser.value(pictures));
+    if (!LooseBackground::waitForAbandoned(std::chrono::milliseconds(0))) {
+        // Somewhere a volume does not answer, and whoever asked it would come back to what is being destroyed. All that
+        // matters is on disk.
+        spdlog::info("a volume does not answer; the program ends without it");
+        static_cast<void>(std::fflush(nullptr));
+        std::_Exit(code);
     }
-
-    Program program(application, instance);
-    program.start(files);
-    if (draws) program.draw(parser.value(picture), parser.value(pictures));
-    return QApplication::exec();
+    return code;
 }
 
 }  // namespace

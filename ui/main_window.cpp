@@ -224,9 +224,8 @@ void MainWindow::makeActions() {
                         refreshActions();  // it may have been refused
                     });
     group_->setCheckable(true);
-    reload_ =
-        action(QStringLiteral("Reload Folder"), QKeySequence::Refresh, {},
-               QStringLiteral("Read the folder again; unsaved changes stay"), [this] { services_.content.reload(); });
+    reload_ = action(QStringLiteral("Reload Folder"), QKeySequence::Refresh, {},
+                     QStringLiteral("Read the folder again; unsaved changes stay"), [this] { browser_->refresh(); });
     showBrowser_ = action(QStringLiteral("Folder Browser"), QKeySequence(Qt::CTRL | Qt::Key_B),
                           QStringLiteral("browser"), QStringLiteral("Show or hide the folder browser"), [this] {
                               browser_->setVisible(showBrowser_->isChecked());

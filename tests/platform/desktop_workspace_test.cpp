@@ -1,6 +1,7 @@
 #include "platform/desktop_workspace.h"
 
 #include "platform/desktop/mounts.h"
+#include "platform/desktop/system_desktop.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
 
@@ -45,6 +46,19 @@ TEST(Mounts, AVolumeIsCalledByItsLabelOrItsFolder) {
     EXPECT_EQ(volumeName({"/media/anna/1234-ABCD", "vfat", ""}, "CARD A"), "CARD A");
     EXPECT_EQ(volumeName({"/media/anna/1234-ABCD", "vfat", ""}, ""), "1234-ABCD");
     EXPECT_EQ(volumeName({"/", "ext4", ""}, ""), "Computer");
+}
+
+TEST(Programs, OfAProgramItsComplaintIsKeptAndTheTimeIsLimited) {
+    const auto run = [](const char* script, int milliseconds) {
+        return complaintOf("sh", {"-c", script}, std::chrono::milliseconds(milliseconds));
+    };
+    EXPECT_EQ(run("exit 0", 20'000), QString());
+    EXPECT_EQ(run("echo target is busy >&2; exit 1", 20'000), QString("target is busy"));
+    EXPECT_EQ(run("exit 1", 20'000), QString("the system refused."));
+    EXPECT_EQ(run("exec sleep 60", 100), QString("it is still busy."));
+    EXPECT_EQ(complaintOf("dravik-no-such-program", {}, std::chrono::seconds(1)), std::nullopt);
+    EXPECT_EQ(startOpener({"dravik-none", "dravik-no-other"}, "a.pdf"),
+              QString("“a.pdf” could not be opened: the program “dravik-none” or “dravik-no-other” is not there."));
 }
 
 /// A user who has never had a trash, and a program that runs in some folder of the day.

@@ -1,13 +1,14 @@
 #include "ui/folder_browser.h"
 
 #include "app/text.h"
+#include "tests/app/folder_workspace.h"
 #include "tests/app/main_window_stage.h"
 #include "tests/support/files.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QLineEdit>
 #include <QTest>
-#include <mutex>
 
 #include <gtest/gtest.h>
 
@@ -15,38 +16,6 @@ namespace dravik::test {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// A desktop with one card in it. Called on several threads.
-class FakeWorkspace final : public Workspace {
-  public:
-    QString open(const QString&) override { return {}; }
-    QString reveal(const fs::path& file) override {
-        revealed = file;
-        return {};
-    }
-    QString moveToTrash(const fs::path& file) override {
-        if (trashFails) return QStringLiteral("There is no trash.");
-        fs::rename(file, trash.path() / file.filename());
-        return {};
-    }
-    QString eject(const Volume& volume) override {
-        const std::lock_guard lock(mutex);
-        ejected.push_back(volume.root);
-        card.reset();
-        return {};
-    }
-    std::vector<Volume> volumes() override {
-        const std::lock_guard lock(mutex);
-        return card ? std::vector<Volume>{*card} : std::vector<Volume>();
-    }
-
-    std::mutex mutex;
-    std::optional<Volume> card;
-    std::vector<fs::path> ejected;
-    fs::path revealed;
-    bool trashFails = false;
-    TempFolder trash;
-};
 
 class FolderBrowserTest : public testing::Test {
   protected:
@@ -56,7 +25,7 @@ class FolderBrowserTest : public testing::Test {
         recorderFile().write(stage.folder / "Day 9" / "a.wav");
         previousHome = qgetenv("HOME");
         qputenv("HOME", stage.settingsFolder.path().c_str());
-        workspace.card = Volume{stage.folder.path(), "CARD", 500'000'000, 1'000'000'000, true};
+        workspace.insert({stage.folder.path(), "CARD", 500'000'000, 1'000'000'000, true});
         theme = std::make_unique<Theme>(stage.settings);
         browser = std::make_unique<FolderBrowser>(*stage.content, workspace, stage.dialogs, stage.files, *theme);
         browser->resize(260, 400);
@@ -68,6 +37,7 @@ class FolderBrowserTest : public testing::Test {
     }
     void TearDown() override {
         browser.reset();
+        ASSERT_TRUE(LooseBackground::waitForAbandoned(std::chrono::seconds(20)));
         qputenv("HOME", previousHome);
     }
 
@@ -80,6 +50,12 @@ class FolderBrowserTest : public testing::Test {
         ASSERT_TRUE(QTest::qWaitFor([&] { return isCurrent(stage.folder / name); })) << current().toStdString();
     }
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) { QTest::keyClick(&browser->tree(), key, modifiers); }
+    void openCurrent() {
+        const QString folder = current();
+        key(Qt::Key_Return);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return stage.content->folderLabel() == folder; }));
+        stage.settle();
+    }
     /// The names below the card as the tree shows them.
     [[nodiscard]] QStringList shown() const {
         const QAbstractItemModel& model = *browser->tree().model();
@@ -99,7 +75,7 @@ class FolderBrowserTest : public testing::Test {
 
     QByteArray previousHome;
     MainWindowStage stage;
-    FakeWorkspace workspace;
+    CardWorkspace workspace;
     std::unique_ptr<Theme> theme;
     std::unique_ptr<FolderBrowser> browser;
 };
@@ -113,15 +89,14 @@ TEST_F(FolderBrowserTest, FoldersAreInNaturalOrderWithTheNumberOfTheirFiles) {
 }
 
 TEST_F(FolderBrowserTest, ReturnAndClickOpenTheFolderThroughTheGate) {
-    key(Qt::Key_Return);
-    stage.settle();
+    openCurrent();
     EXPECT_EQ(stage.content->dossierSelectionne(), stage.folder / "Day 9");
     ASSERT_EQ(stage.rowCount(), 1U);
     stage.edit(0, RowField::scene, "99");
     QTreeView& tree = browser->tree();
     const QModelIndex other = tree.currentIndex().siblingAtRow(1);
     QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.visualRect(other).center());
-    ASSERT_EQ(stage.dialogs.asked.size(), 1U);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return stage.dialogs.asked.size() == 1; }));
     EXPECT_EQ(stage.dialogs.asked.front().title, "Unsaved modifications");
     EXPECT_EQ(stage.content->dossierSelectionne(), stage.folder / "Day 9");
 }
@@ -145,6 +120,42 @@ TEST_F(FolderBrowserTest, WhatComesAndGoesOutsideIsShownAndTheSelectionStays) {
     EXPECT_TRUE(isCurrent(stage.folder / "Day 9"));
 }
 
+TEST_F(FolderBrowserTest, WhenAFolderGoesTheOneItLayInIsMarkedAndNotItsNeighbour) {
+    openCurrent();
+    fs::rename(stage.folder / "Day 9", workspace.trash / "Day 9");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shown() == QStringList{"Day 10"}; }));
+    EXPECT_TRUE(isCurrent(stage.folder.path())) << current().toStdString();
+}
+
+TEST_F(FolderBrowserTest, ANewFolderIsMarkedWhereverItIsMadeAndAsksForItsName) {
+    for (const char* parent : {"Day 10", "Day 9", "Day 9/inner", "."}) {
+        const fs::path folder = (stage.folder / parent).lexically_normal();
+        browser->reveal(parent == std::string_view(".") ? stage.folder.path() : folder);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return QDir(current()) == QDir(toQt(folder)); })) << parent;
+        key(Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
+        // Keys that come before the field do not take the wish back.
+        key(Qt::Key_Shift);
+        key(Qt::Key_X);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return openField() != nullptr; })) << parent;
+        EXPECT_EQ(browser->tree().currentIndex().data().toString(), "New Folder") << parent;
+        EXPECT_EQ(browser->tree().selectionModel()->selectedIndexes(), QModelIndexList{browser->tree().currentIndex()});
+        EXPECT_TRUE(stage.content->enSaisie());
+        QTest::qWait(400);  // the notice that the folder has changed comes, and changes nothing
+        ASSERT_NE(openField(), nullptr) << parent;
+        QTest::keyClick(openField(), Qt::Key_Escape);
+        EXPECT_EQ(browser->tree().currentIndex().data().toString(), "New Folder") << parent;
+        EXPECT_FALSE(stage.content->enSaisie());
+    }
+}
+
+TEST_F(FolderBrowserTest, RefreshReadsTheTakesToo) {
+    openCurrent();
+    int readings = 0;
+    QObject::connect(&stage.content->listing(), &FolderListing::finished, browser.get(), [&] { ++readings; });
+    key(Qt::Key_F5);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return readings == 1; }));
+}
+
 TEST_F(FolderBrowserTest, ANewFolderIsNamedAtOnce) {
     browser->tree().setCurrentIndex(browser->tree().currentIndex().parent());
     key(Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
@@ -156,8 +167,7 @@ TEST_F(FolderBrowserTest, ANewFolderIsNamedAtOnce) {
 }
 
 TEST_F(FolderBrowserTest, TheOpenFolderIsFollowedWhenItIsRenamedAndKeptWhenItHoldsUnsavedEdits) {
-    key(Qt::Key_Return);
-    stage.settle();
+    openCurrent();
     stage.edit(0, RowField::scene, "99");
     key(Qt::Key_F2);
     typeName("Monday");
@@ -202,9 +212,9 @@ TEST_F(FolderBrowserTest, TheTrashIsAskedForByTheFoldersNameAndAFailureIsTold) {
 
 TEST_F(FolderBrowserTest, ADuplicateAppearsWhenItIsComplete) {
     key(Qt::Key_D, Qt::ControlModifier);
-    EXPECT_TRUE(browser->isCopying());
+    EXPECT_TRUE(browser->commands().isCopying());
     EXPECT_TRUE(QTest::qWaitFor([&] { return isCurrent(stage.folder / "Day 9 copy"); }));
-    EXPECT_FALSE(browser->isCopying());
+    EXPECT_FALSE(browser->commands().isCopying());
     EXPECT_EQ(readFile(stage.folder / "Day 9 copy" / "a.wav"), readFile(stage.folder / "Day 9" / "a.wav"));
 }
 
@@ -215,13 +225,14 @@ TEST_F(FolderBrowserTest, AVolumeIsNeitherRenamedNorTrashedButEjected) {
     key(Qt::Key_D, Qt::ControlModifier);
     key(Qt::Key_F2);
     EXPECT_TRUE(stage.dialogs.asked.empty());
-    EXPECT_FALSE(browser->isCopying());
+    EXPECT_FALSE(browser->commands().isCopying());
     EXPECT_EQ(openField(), nullptr);
     key(Qt::Key_R, Qt::ControlModifier | Qt::ShiftModifier);
-    EXPECT_EQ(workspace.revealed, stage.folder.path());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !workspace.revealed().empty(); }));
+    EXPECT_EQ(workspace.revealed().front(), stage.folder.path());
     key(Qt::Key_E, Qt::ControlModifier);
     EXPECT_TRUE(QTest::qWaitFor([&] { return tree.model()->rowCount() == 1; }));
-    EXPECT_EQ(workspace.ejected, std::vector<fs::path>{stage.folder.path()});
+    EXPECT_EQ(workspace.ejected(), std::vector<fs::path>{stage.folder.path()});
 }
 
 }  // namespace
