@@ -66,7 +66,7 @@ LecteurCoreAudio::~LecteurCoreAudio() {
 void LecteurCoreAudio::load(const GroupeFichiers& take) {
     unload();
     takeKey_ = keyOf(take);
-    takeTimecode_ = TakeTimecode::of(take.timecode, take.framerate);
+    takeTimecode_ = TakeTimecode::of(take.framerate, take.timecode);
     if (!take.fichiers.empty()) urlFichier_ = take.fichiers.front().url;
 
     Request request;
