@@ -45,6 +45,8 @@ LecteurCoreAudio::LecteurCoreAudio(PlaybackSettings& settings, const SampleDecod
       decoder_(decoder),
       availableMemory_(std::move(availableMemory)),
       makeOutput_(std::move(makeOutput)) {
+    connect(
+        this, &LecteurCoreAudio::posted, this, [](const std::function<void()>& call) { call(); }, Qt::QueuedConnection);
     preparation_.setMaxThreadCount(1);
     ticks_.setTimerType(Qt::PreciseTimer);
     ticks_.setInterval(tickInterval);
@@ -78,12 +80,11 @@ void LecteurCoreAudio::load(const GroupeFichiers& take) {
     // The destructor waits for this thread, and what is posted to an object that is gone is dropped.
     preparation_.start([this, request] {
         const auto announce = [this, id = request.id](double fraction) {
-            QMetaObject::invokeMethod(
-                this,
+            emit posted(
                 [this, id, fraction] {
                     if (id == chargementAudioID_) emit loadProgress(fraction);
                 },
-                Qt::QueuedConnection);
+                {});
         };
         int percentTold = 0;
         const TaskContext task{request.token.get(), [&](const Progress& progress) {
@@ -103,9 +104,7 @@ void LecteurCoreAudio::load(const GroupeFichiers& take) {
         } catch (const std::exception& failure) {
             error = userText(failure);
         }
-        QMetaObject::invokeMethod(
-            this, [this, request, pcm = std::move(pcm), error] { applyLoaded(request, pcm, error); },
-            Qt::QueuedConnection);
+        emit posted([this, request, pcm = std::move(pcm), error] { applyLoaded(request, pcm, error); }, {});
     });
 }
 
@@ -188,13 +187,12 @@ void LecteurCoreAudio::buildEngine(bool goOn) {
     stopEngine();
     // The clock of the meters never goes back, whatever speed the last output ran at.
     mediaTime_ = std::max(mediaTime_, now());
-    renderer_ = std::make_unique<TakeRenderer>(take_, mediaTime_);
+    renderer_ = std::make_unique<TakeRenderer>(take_, mediaTime_, meters_);
     setEnLecture(goOn);
     sendMix();
     sendTransport(frameCourante_, goOn);
     // The output is destroyed before this object, and calls no more then.
-    moteur_ = makeOutput_(
-        [this] { QMetaObject::invokeMethod(this, &LecteurCoreAudio::configurationChanged, Qt::QueuedConnection); });
+    moteur_ = makeOutput_([this] { emit posted([this] { configurationChanged(); }, {}); });
     moteur_->start(take_->sampleRate, *renderer_);
     if (goOn) ticks_.start();
 }

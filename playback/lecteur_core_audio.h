@@ -14,6 +14,7 @@
 #include <QThreadPool>
 #include <QTimer>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -161,6 +162,9 @@ class LecteurCoreAudio : public QObject {
     void loaded();
     /// The take or the output could not be had; the text is for the user.
     void loadFailed(const std::string& text);
+
+    /// The way of this object's own background work back to the main thread. Any thread; calls in order.
+    void posted(const std::function<void()>& call, QPrivateSignal);
 
   private:
     struct Request;

@@ -5,7 +5,7 @@
 
 namespace dravik {
 
-TakeRenderer::TakeRenderer(std::shared_ptr<const PcmTake> take, double mediaTime)
+TakeRenderer::TakeRenderer(std::shared_ptr<const PcmTake> take, double mediaTime, const LevelMeters& meters)
     : take_(std::move(take)),
       mediaStart_(mediaTime),
       plan_(static_cast<std::size_t>(take_->nbCanaux)),
@@ -13,6 +13,7 @@ TakeRenderer::TakeRenderer(std::shared_ptr<const PcmTake> take, double mediaTime
       ownPlan_(plan_.size()),
       levels_(plan_.size(), meterMinimumDB) {
     heard_.mediaTime = ownHeard_.mediaTime = mediaTime;
+    if (meters.niveauxDB.size() == plan_.size()) meters_ = meters;
 }
 
 void TakeRenderer::setMix(const std::vector<MixTerm>& plan, float outputVolume) {

@@ -26,8 +26,9 @@ struct Transport {
 /// audio thread only tries: when it cannot have one, it goes on with its last copy and asks again with the next block.
 class TakeRenderer final : public AudioSource {
   public:
-    /// `mediaTime` (seconds) is where the clock of the meters stands at the first frame.
-    TakeRenderer(std::shared_ptr<const PcmTake> take, double mediaTime);
+    /// `mediaTime` (seconds) is where the clock of the meters stands at the first frame; `meters` is what they show
+    /// then, when it has an entry for every channel.
+    TakeRenderer(std::shared_ptr<const PcmTake> take, double mediaTime, const LevelMeters& meters = {});
 
     /// Audio thread.
     void render(std::span<float> left, std::span<float> right) noexcept override;

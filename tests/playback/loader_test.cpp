@@ -215,6 +215,41 @@ TEST(LoadTake, TellsHowFarItIsAndStopsWhenItIsCancelled) {
     EXPECT_LE(reports, 8) << "a block of each thread at most";
 }
 
+TEST(LoadTake, AFileOfAnotherFormatIsDecodedByTheCodecs) {
+    const TempFolder folder;
+    constexpr std::uint32_t frames = 100000;
+    // AIFF of two channels in 16 bits: as WAV, but with the bytes of every number the other way round.
+    Bytes file;
+    const auto big = [&file](std::uint64_t value, unsigned bytes) {
+        for (unsigned i = bytes; i-- > 0;)
+            file.push_back(static_cast<std::byte>((value >> (8 * i)) & 0xFFU));
+    };
+    append(file, "FORM");
+    big(4 + 26 + 16 + frames * 4, 4);
+    append(file, "AIFFCOMM");
+    big(18, 4);
+    big(2, 2);
+    big(frames, 4);
+    big(16, 2);
+    big(0x400E, 2);  // 48000 as an 80-bit float
+    big(0xBB80'0000'0000'0000ULL, 8);
+    append(file, "SSND");
+    big(8 + frames * 4, 4);
+    big(0, 8);
+    for (std::int64_t i = 0; i < frames; ++i) {
+        for (int c = 0; c < 2; ++c)
+            big(static_cast<std::uint64_t>(static_cast<std::int64_t>(valueAt(i, c) * 32768)), 2);
+    }
+    writeFile(folder / "a.aif", file);
+    const auto take = load({folder / "a.aif"}, true);
+    ASSERT_EQ(take->nbCanaux, 2);
+    ASSERT_EQ(take->frameTotal, frames);
+    for (int c = 0; c < 2; ++c) {
+        for (std::int64_t i = 0; i < frames; ++i)
+            ASSERT_EQ(double{take->canal(c)[static_cast<std::size_t>(i)]}, valueAt(i, c)) << i << " " << c;
+    }
+}
+
 TEST(LoadTake, ACompressedFileIsDecodedWhole) {
     DRAVIK_NEEDS_SAMPLES();
     int decoded = 0;

@@ -275,32 +275,32 @@ TEST(MixPlan, AMidSidePairIsDecodedByItsRules) {
 
 TEST(MixPlan, WhateverTheMixerIsSetToItSoundsAsTheRulesSay) {
     std::mt19937 random(7);
-    const auto upTo = [&](int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); };
+    const auto below = [&](int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); };
     for (int round = 0; round < 200; ++round) {
-        const int channels = 1 + upTo(9);
+        const int channels = 1 + below(9);
         MixerState mixer(channels);
         for (int step = 0; step < 25; ++step) {
-            const int i = upTo(channels);
-            const int j = upTo(channels);
-            switch (upTo(9)) {
+            const int i = below(channels);
+            const int j = below(channels);
+            switch (below(9)) {
                 case 0:
-                    mixer.setFader(i, upTo(130) - 110);
+                    mixer.setFader(i, below(130) - 110);
                     break;
                 case 1:
-                    mixer.setPan(i, static_cast<float>(upTo(21) - 10) / 10);
+                    mixer.setPan(i, static_cast<float>(below(21) - 10) / 10);
                     break;
                 case 2:
                     mixer.toggleMute(i);
                     break;
                 case 3:
-                    mixer.toggleSolo(i, upTo(2) == 0, upTo(2) == 0 ? "X" : "OR");
+                    mixer.toggleSolo(i, below(2) == 0, below(2) == 0 ? "X" : "OR");
                     break;
                 case 4:
                     mixer.toggleReversePolarity(i);
                     break;
                 case 5:
-                    mixer.setPaireMS(i, j, upTo(2) == 0 ? Orientation::ms : Orientation::sm,
-                                     0.1F * static_cast<float>(upTo(11)));
+                    mixer.setPaireMS(i, j, below(2) == 0 ? Orientation::ms : Orientation::sm,
+                                     0.1F * static_cast<float>(below(11)));
                     break;
                 case 6:
                     mixer.removePaireMS(i, j);

@@ -273,11 +273,14 @@ TEST_F(Player, ADeviceChangeKeepsThePositionAndThePlayback) {
     loadRamp(480000);
     player_.play();
     output_.run(1000);
+    ASSERT_TRUE(comes([&] { return player_.meterClipHeld()[0]; }));
     for (int i = 0; i < 5; ++i)
         output_.deviceChanges();
     ASSERT_TRUE(comes([&] { return output_.started == 2; })) << "one rebuild for a flock of changes";
     EXPECT_TRUE(player_.enLecture());
     EXPECT_EQ(nextHeard(), 1001);
+    QTest::qWait(60);
+    EXPECT_TRUE(player_.meterClipHeld()[0]) << "only the user clears it";
     QTest::qWait(150);
     EXPECT_EQ(output_.started, 2);
 
