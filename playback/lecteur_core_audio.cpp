@@ -72,7 +72,9 @@ void LecteurCoreAudio::load(const GroupeFichiers& take) {
     if (!take.fichiers.empty()) urlFichier_ = take.fichiers.front().url;
 
     Request request;
-    request.id = chargementAudioID_;
+    // Whoever was told that the old take is gone may have begun a load of its own: this one is the later.
+    if (preparationAudioTask_) preparationAudioTask_->cancel();
+    request.id = chargementAudioID_ = Uuid::random();
     request.estPoly = !take.isMonoSet();
     for (const InfoFichier& file : take.fichiers)
         request.files.push_back(file.url);
@@ -123,8 +125,9 @@ void LecteurCoreAudio::keepMonitoringSession() {
 }
 
 void LecteurCoreAudio::dropTake() {
-    setPret(false);
-    setEnLecture(false);
+    // All is said once all is done: a listener may begin another load.
+    const bool wasPret = std::exchange(pret_, false);
+    const bool wasPlaying = std::exchange(enLecture_, false);
     stopEngine();
     meterReset_.stop();
     reconfigurationAudioTask_.stop();
@@ -135,11 +138,16 @@ void LecteurCoreAudio::dropTake() {
     frameDepart_ = frameCourante_ = frameAuDemarrage_ = frameReferenceLecture_ = 0;
     tempsReferenceLecture_ = 0;
     const MixerState before = std::exchange(mixer_, MixerState());
-    announce(before);
     meters_ = {};
-    emit metersChanged();
-    setSelection({}, {});
+    const bool hadSelection = selectionDebut_ || selectionFin_;
+    selectionDebut_.reset();
+    selectionFin_.reset();
     publishPosition();
+    emit metersChanged();
+    if (hadSelection) emit selectionChanged();
+    announce(before);
+    if (wasPlaying) emit enLectureChanged();
+    if (wasPret) emit pretChanged();
 }
 
 void LecteurCoreAudio::applyLoaded(const Request& request, std::shared_ptr<const PcmTake> take,
@@ -155,18 +163,23 @@ void LecteurCoreAudio::applyLoaded(const Request& request, std::shared_ptr<const
     frameTotal_ = take_->frameTotal;
     const MixerState before = std::exchange(mixer_, MixerState(take_->nbCanaux));
     if (const auto known = sessions_.find(takeKey_); known != sessions_.end()) mixer_.restore(known->second);
-    announce(before);
     meters_ = LevelMeters(take_->nbCanaux);
-    emit metersChanged();
-    publishPosition();
+    std::string refused;
     try {
         buildEngine(false);
+        pret_ = true;
     } catch (const std::exception& failure) {
-        emit loadFailed(userText(failure));
-        return;
+        refused = userText(failure);
     }
-    setPret(true);
-    emit loaded();
+    announce(before);
+    emit metersChanged();
+    publishPosition();
+    if (!refused.empty()) {
+        emit loadFailed(refused);
+    } else if (request.id == chargementAudioID_) {
+        emit pretChanged();
+        emit loaded();
+    }
 }
 
 // --- Engine
@@ -188,7 +201,6 @@ void LecteurCoreAudio::buildEngine(bool goOn) {
     // The clock of the meters never goes back, whatever speed the last output ran at.
     mediaTime_ = std::max(mediaTime_, now());
     renderer_ = std::make_unique<TakeRenderer>(take_, mediaTime_, meters_);
-    setEnLecture(goOn);
     sendMix();
     sendTransport(frameCourante_, goOn);
     // The output is destroyed before this object, and calls no more then.
@@ -203,21 +215,25 @@ void LecteurCoreAudio::configurationChanged() {
 
 void LecteurCoreAudio::rebuildAfterDeviceChange() {
     if (!take_ || reconfigurationAudioEnCours_) return;
+    if (enLecture_) tick();  // what the old output has reached, its end perhaps
+    if (!take_) return;      // a listener has begun another load
     reconfigurationAudioEnCours_ = true;
-    if (enLecture_ && renderer_) tick();
-    const bool goOn = enLecture_;
+    const bool wasPlaying = enLecture_;
+    const bool wasPret = pret_;
+    std::string refused;
     try {
-        buildEngine(goOn);
-        setPret(true);
+        buildEngine(wasPlaying);
+        pret_ = true;
     } catch (const std::exception& failure) {
         // The output stays, without sound: it tells when a device comes.
-        ticks_.stop();
-        setEnLecture(false);
+        refused = userText(failure);
+        pret_ = enLecture_ = false;
         frameDepart_ = frameCourante_;
-        setPret(false);
-        emit loadFailed(userText(failure));
     }
     reconfigurationAudioEnCours_ = false;
+    if (wasPlaying != enLecture_) emit enLectureChanged();
+    if (wasPret != pret_) emit pretChanged();
+    if (!refused.empty()) emit loadFailed(refused);
 }
 
 // --- Transport
@@ -245,11 +261,12 @@ void LecteurCoreAudio::play() {
     frameAuDemarrage_ = frameDepart_;
     frameReferenceLecture_ = frameDepart_;
     tempsReferenceLecture_ = now();
-    setEnLecture(true);
+    enLecture_ = true;
     sendMix();
     sendTransport(frameDepart_, true);
-    publishPosition();
     ticks_.start();
+    publishPosition();
+    emit enLectureChanged();
 }
 
 void LecteurCoreAudio::pause() {
@@ -263,18 +280,19 @@ void LecteurCoreAudio::pause() {
         frameDepart_ = frameCourante_;
     }
     ticks_.stop();
-    setEnLecture(false);
+    enLecture_ = false;
     sendMix();
     sendTransport(frameCourante_, false);
     tempsReferenceLecture_ = 0;
-    publishPosition();
     meterReset_.start();
+    publishPosition();
+    emit enLectureChanged();
 }
 
 void LecteurCoreAudio::tick() {
     const TakeRenderer::Heard heard = renderer_->heard();
     frameCourante_ = heard.frameCourante;
-    if (renderer_->copyMeters(meters_)) emit metersChanged();
+    const bool metersMoved = renderer_->copyMeters(meters_);
     if (heard.tours != toursSeen_) {
         toursSeen_ = heard.tours;
         frameDepart_ = frameAuDemarrage_ = range().debut;
@@ -282,11 +300,13 @@ void LecteurCoreAudio::tick() {
     }
     if (heard.finAtteinte) {
         pause();
+        if (metersMoved) emit metersChanged();
         return;
     }
     if (settings_.lectureEnBoucle() != looping_) {
         renderer_->setRange(transport(frameCourante_, true));
     }
+    if (metersMoved) emit metersChanged();
     if (now() - dernierePublicationPosition_ >= positionPublicationSecondes) publishPosition();
 }
 
@@ -344,18 +364,6 @@ void LecteurCoreAudio::setSelection(std::optional<double> debut, std::optional<d
 void LecteurCoreAudio::toggleLoop() {
     settings_.setLectureEnBoucle(!settings_.lectureEnBoucle());
     emit lectureEnBoucleChanged();
-}
-
-void LecteurCoreAudio::setPret(bool pret) {
-    if (pret == pret_) return;
-    pret_ = pret;
-    emit pretChanged();
-}
-
-void LecteurCoreAudio::setEnLecture(bool enLecture) {
-    if (enLecture == enLecture_) return;
-    enLecture_ = enLecture;
-    emit enLectureChanged();
 }
 
 }  // namespace dravik

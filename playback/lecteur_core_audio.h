@@ -187,8 +187,6 @@ class LecteurCoreAudio : public QObject {
     auto changeMixer(Change change);
     void announce(const MixerState& before);
     void sendMix();
-    void setPret(bool pret);
-    void setEnLecture(bool enLecture);
 
     PlaybackSettings& settings_;
     const SampleDecoder& decoder_;

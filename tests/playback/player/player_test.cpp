@@ -251,6 +251,28 @@ TEST_F(Player, TheSameTakeComesBackWithItsMixer) {
     EXPECT_EQ(player_.mixer(), left) << "loaded again without another between";
 }
 
+TEST_F(Player, AListenerMayBeginAnotherLoadFromAnySignal) {
+    const auto first = takeOfFiles({writeFloats(folder_ / "a.wav", noise(1, 5000))});
+    const auto second = takeOfFiles({writeFloats(folder_ / "b.wav", noise(2, 5000))});
+    using Signal = void (LecteurCoreAudio::*)();
+    for (const Signal signal :
+         {&LecteurCoreAudio::pretChanged, &LecteurCoreAudio::enLectureChanged, &LecteurCoreAudio::positionChanged,
+          &LecteurCoreAudio::metersChanged, &LecteurCoreAudio::volumeParCanalChanged, &LecteurCoreAudio::loaded}) {
+        load(first);
+        bool armed = true;
+        const auto once = QObject::connect(&player_, signal, &player_, [&] {
+            if (std::exchange(armed, false)) player_.load(second);
+        });
+        player_.play();
+        output_.run(6000);
+        player_.toggleMute(0);
+        QTest::qWait(40);
+        if (armed) player_.load(first);
+        ASSERT_TRUE(comes([&] { return !armed && player_.pret(); }));
+        QObject::disconnect(once);
+    }
+}
+
 TEST_F(Player, AMixerChangeIsAnnouncedByWhatItChanged) {
     load(takeOfFiles({writeFloats(folder_ / "a.wav", noise(3, 100))}));
     QSignalSpy mute(&player_, &LecteurCoreAudio::muteParCanalChanged);
