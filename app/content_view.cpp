@@ -26,6 +26,9 @@ QStringList listedNameFilters() {
     return filters;
 }
 
+/// A disk that has not said by then whether something is there may never say it.
+constexpr std::chrono::milliseconds answerTime{2000};
+
 }  // namespace
 
 ContentView::ContentView(const Services& services)
@@ -153,33 +156,68 @@ void ContentView::gererActionProtegee(const ActionEnAttente& action) {
 
 void ContentView::perform(const ActionEnAttente& action) {
     if (const auto* file = std::get_if<OuvrirFichier>(&action)) {
-        openFolder(folderOf(file->fichier), {file->fichier});
+        const std::filesystem::path folder = folderOf(file->fichier);
+        lookAt(action, {folder}, [this, folder, fichier = file->fichier](const std::vector<bool>& areFolders) {
+            openFolder(folder, areFolders.front(), {fichier});
+        });
     } else if (const auto* group = std::get_if<OuvrirGroupe>(&action)) {
         spdlog::info("executing .ouvrirGroupe; chargerGroupe will be called with {} URL(s)", group->fichiers.size());
         chargerGroupe(group->fichiers);
     } else if (const auto* folder = std::get_if<OuvrirDossier>(&action)) {
-        openFolder(folder->dossier, {});
+        lookAt(action, {folder->dossier}, [this, dossier = folder->dossier](const std::vector<bool>& areFolders) {
+            openFolder(dossier, areFolders.front(), {});
+        });
     } else if (const auto* dropped = std::get_if<OuvrirDepotFichiers>(&action)) {
         spdlog::info("executing .ouvrirDepotFichiers; chargerGroupe will be called with {} URL(s)",
                      dropped->fichiers.size());
-        openDropped(*dropped);
+        std::vector<std::filesystem::path> paths = dropped->fichiers;
+        if (dropped->dossier) paths.push_back(*dropped->dossier);
+        lookAt(action, std::move(paths),
+               [this, dropped = *dropped](const std::vector<bool>& areFolders) { openDropped(dropped, areFolders); });
     } else {
         services_.termination.replyToApplicationShouldTerminate(true);
     }
 }
 
-void ContentView::openDropped(const OuvrirDepotFichiers& dropped) {
-    std::error_code error;
-    const auto folder =
-        std::find_if(dropped.fichiers.begin(), dropped.fichiers.end(),
-                     [&](const std::filesystem::path& path) { return std::filesystem::is_directory(path, error); });
+void ContentView::lookAt(const ActionEnAttente& action, std::vector<std::filesystem::path> paths,
+                         std::function<void(const std::vector<bool>& areFolders)> then) {
+    lookID_ = Uuid::random();
+    if (!paths.empty()) {
+        services_.clock.after(answerTime, this, [this, look = *lookID_, name = toQt(paths.front().filename())] {
+            if (lookID_ == look) emit notice(QStringLiteral("“%1” does not answer.").arg(name));
+        });
+    }
+    looking_.run(
+        this,
+        [paths = std::move(paths)] {
+            std::vector<bool> areFolders;
+            for (const std::filesystem::path& path : paths) {
+                std::error_code none;
+                areFolders.push_back(std::filesystem::is_directory(path, none));
+            }
+            return areFolders;
+        },
+        [this, action, look = *lookID_, then = std::move(then)](const std::vector<bool>& areFolders) {
+            if (lookID_ != look) return;
+            lookID_.reset();
+            if (hasUnsavedChanges() || sauvegardeEnCours()) {
+                gererActionProtegee(action);  // it took its time, in which something was edited
+            } else {
+                then(areFolders);
+            }
+        });
+}
+
+void ContentView::openDropped(const OuvrirDepotFichiers& dropped, const std::vector<bool>& areFolders) {
+    const auto first = std::find(areFolders.begin(), areFolders.end(), true) - areFolders.begin();
+    const auto folder = dropped.fichiers.begin() + std::min(first, std::ssize(dropped.fichiers));
     if (folder != dropped.fichiers.end()) {
-        openFolder(*folder, {});
+        openFolder(*folder, true, {});
         if (dropped.fichiers.size() > 1) {
             emit notice(QStringLiteral("%1 is open; one folder is shown at a time.").arg(toQt(folder->filename())));
         }
     } else if (dropped.dossier) {
-        openFolder(*dropped.dossier, dropped.fichiers);
+        openFolder(*dropped.dossier, areFolders.back(), dropped.fichiers);
     } else {
         openFiles(dropped.fichiers);
     }
@@ -220,14 +258,15 @@ void ContentView::loadFolder() {
     });
 }
 
-void ContentView::openFolder(const std::filesystem::path& folder, std::vector<std::filesystem::path> select) {
-    std::error_code error;
-    if (!std::filesystem::is_directory(folder, error)) {
+void ContentView::openFolder(const std::filesystem::path& folder, bool isThere,
+                             std::vector<std::filesystem::path> select) {
+    if (!isThere) {
         showError(QStringLiteral("Folder Not Found"),
                   QStringLiteral("%1 is not there, or cannot be read.").arg(toQt(folder)));
         return;
     }
     // The one form in which listed files are named, so that files named from outside are found among them.
+    std::error_code error;
     const std::filesystem::path whole = std::filesystem::absolute(folder, error).lexically_normal();
     dossier_ = error ? folder : whole.has_filename() ? whole : whole.parent_path();
     fichiersDossier_.clear();

@@ -69,6 +69,8 @@ class ContentView : public QObject {
     /// Of the take as it was read, edits not included.
     [[nodiscard]] const std::optional<AudioMetadata>& metadata() const noexcept { return metadata_; }
     [[nodiscard]] const std::vector<Piste>& pistes() const noexcept { return pistes_; }
+    /// Something is about to be opened, as soon as the disk has said what it is.
+    [[nodiscard]] bool isOpening() const noexcept { return lookID_.has_value(); }
     [[nodiscard]] bool enChargement() const noexcept { return enChargement_; }
     [[nodiscard]] const std::optional<ActionEnAttente>& actionEnAttente() const noexcept { return actionEnAttente_; }
     [[nodiscard]] bool sauvegardeEnCours() const noexcept { return saving_ != nullptr; }
@@ -142,9 +144,12 @@ class ContentView : public QObject {
 
   private:
     void perform(const ActionEnAttente& action);
-    void openDropped(const OuvrirDepotFichiers& dropped);
+    /// Asks the disk, which may take its time, which of the paths are folders; a later question makes this one void.
+    void lookAt(const ActionEnAttente& action, std::vector<std::filesystem::path> paths,
+                std::function<void(const std::vector<bool>& areFolders)> then);
+    void openDropped(const OuvrirDepotFichiers& dropped, const std::vector<bool>& areFolders);
     void takeNextAction();
-    void openFolder(const std::filesystem::path& folder, std::vector<std::filesystem::path> select);
+    void openFolder(const std::filesystem::path& folder, bool isThere, std::vector<std::filesystem::path> select);
     void openFiles(std::vector<std::filesystem::path> files);
     void onRowsRead(const std::shared_ptr<ReadRows>& rows, bool complete);
     void onRowsChanged(const std::vector<int>& rows);
@@ -184,6 +189,8 @@ class ContentView : public QObject {
     std::vector<std::filesystem::path> toSelect_;         ///< files to load as soon as they have been read
     TakeRows::Reading reading_ = TakeRows::Reading::last;
     bool missedReading_ = false;  ///< rows came while a save ran
+    LooseBackground looking_;
+    std::optional<Uuid> lookID_;  ///< of what is about to be opened
     bool opening_ = false;        ///< no take of the folder has been loaded yet
     std::optional<AudioMetadata> metadata_;
     std::vector<Piste> pistes_;

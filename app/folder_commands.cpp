@@ -17,8 +17,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto progressEvery = 100ms;
-/// A volume that has been silent for so long is worth a word.
-constexpr auto answerTime = 2s;
 
 /// A result of work on another thread: a path, or why there is none.
 struct Outcome {
@@ -48,7 +46,6 @@ QString shownName(const std::filesystem::path& folder) {
 
 FolderCommands::FolderCommands(const Services& services) : services_(services) {
     // What was opened by other ways since is what the user wants.
-    connect(&services_.content, &ContentView::folderChanged, this, [this] { opening_.clear(); });
 }
 
 FolderCommands::~FolderCommands() { cancelCopy(); }
@@ -169,28 +166,10 @@ void FolderCommands::eject(const std::filesystem::path& root) {
 // --- Folders -------------------------------------------------------------------------------------------------------
 
 void FolderCommands::open(const std::filesystem::path& folder) {
-    if (folder.empty() || services_.content.dossierSelectionne() == folder) return;
-    opening_ = folder;
-    const auto isStillWanted = [this, folder, number = ++openings_] {
-        return number == openings_ && opening_ == folder;
-    };
-    QTimer::singleShot(answerTime, this, [this, folder, isStillWanted] {
-        if (isStillWanted()) {
-            emit services_.content.notice(QStringLiteral("“%1” does not answer.").arg(shownName(folder)));
-        }
-    });
-    asking_.run(
-        this,
-        [folder] {
-            // Whatever it is: what was looked at once can be looked at again without a wait.
-            std::error_code none;
-            return std::filesystem::is_directory(folder, none);
-        },
-        [this, folder, isStillWanted](bool) {
-            if (!isStillWanted()) return;
-            opening_.clear();
-            services_.content.gererActionProtegee(OuvrirDossier{folder});
-        });
+    if (folder.empty()) return;
+    // Back to the open folder while another one has not answered yet: that one is not wanted any more.
+    if (services_.content.dossierSelectionne() == folder && !services_.content.isOpening()) return;
+    services_.content.gererActionProtegee(OuvrirDossier{folder});
 }
 
 void FolderCommands::reveal(const std::filesystem::path& folder) {

@@ -87,9 +87,6 @@ class FolderCommands : public QObject {
     bool volumesAsked_ = false;
     std::set<std::filesystem::path> ejecting_;
 
-    std::filesystem::path opening_;  ///< waits for its volume; empty when none does
-    int openings_ = 0;
-
     std::shared_ptr<CancellationToken> copying_;  ///< of the duplicate that is being made; null when none is
     std::filesystem::path copied_;                ///< what it is made of
     QElapsedTimer copyTime_;

@@ -93,7 +93,8 @@ class MainWindowStage {
     /// Lets everything in the background come to its end.
     void settle() { QTRY_VERIFY2_WITH_TIMEOUT(isIdle(), "the work in the background did not end", 20'000); }
     [[nodiscard]] bool isIdle() const {
-        return !content->listing().isReading() && !content->sauvegardeEnCours() && !content->enChargement();
+        return !content->isOpening() && !content->listing().isReading() && !content->sauvegardeEnCours() &&
+               !content->enChargement();
     }
     [[nodiscard]] const RowState& row(int at) const {
         return content->rows().groupesTableau().at(static_cast<std::size_t>(at));

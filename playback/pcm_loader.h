@@ -1,0 +1,47 @@
+#pragma once
+
+#include "base/error.h"
+#include "base/progress.h"
+#include "model/sample_decoder.h"
+#include "playback/pcm_buffer.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace dravik {
+
+/// A take that cannot be played; the text is for the user.
+class PlaybackError final : public Error {
+  public:
+    enum class Case { tooLong, noRoom, ratesDiffer, notMono, noAudio };
+
+    [[nodiscard]] static PlaybackError tooLong(const std::filesystem::path& file);
+    /// No buffer of that size could be had.
+    [[nodiscard]] static PlaybackError noRoom(std::uint64_t needed, std::optional<std::uint64_t> available);
+    [[nodiscard]] static PlaybackError ratesDiffer(const std::filesystem::path& file);
+    [[nodiscard]] static PlaybackError notMono(const std::filesystem::path& file);
+    [[nodiscard]] static PlaybackError noAudio(const std::filesystem::path& file);
+
+    [[nodiscard]] Case kind() const noexcept { return kind_; }
+
+  private:
+    PlaybackError(Case kind, const std::string& text) : Error(text), kind_(kind) {}
+    Case kind_;
+};
+
+/// Bytes of memory that a program can take now before the machine begins to swap; absent when nobody knows.
+using AvailableMemory = std::function<std::optional<std::uint64_t>()>;
+
+/// Reads a whole take into memory: one poly file, or the files of a mono set in track order. All files at once, and a
+/// large one in several places at once. Blocking; stops within a moment of a cancel. Throws PlaybackError (before
+/// anything is allocated when it would not fit), Cancelled, std::filesystem::filesystem_error; nothing is kept then.
+[[nodiscard]] std::shared_ptr<const PcmTake> loadTake(const std::vector<std::filesystem::path>& files, bool estPoly,
+                                                      const SampleDecoder& decoder, const AvailableMemory& available,
+                                                      const TaskContext& task);
+
+}  // namespace dravik
