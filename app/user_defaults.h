@@ -33,6 +33,19 @@ inline constexpr Setting<const char*> appearance{"appearance", "system"};  ///< 
 inline constexpr Setting<bool> reopenLastFolder{"reopenLastFolder", true};
 inline constexpr Setting<const char*> lastFolder{"lastFolder", ""};
 inline constexpr Setting<int> NSInitialToolTipDelay{"NSInitialToolTipDelay", 300};  ///< milliseconds
+
+// Listening.
+inline constexpr Setting<bool> lectureEnBoucle{"lectureEnBoucle", false};
+/// "retour": a pause goes back to where playback began.
+inline constexpr Setting<const char*> pauseComportement{"pauseComportement", ""};
+inline constexpr Setting<const char*> soloComportement{"soloComportement", "OR"};  ///< "X" adds, "OR" replaces
+inline constexpr Setting<const char*> nudgeValeur{"nudgeValeur", "1f"};            ///< "1f", "1s" or "5s"
+inline constexpr Setting<bool> followPlayhead{"followPlayhead", true};
+inline constexpr Setting<bool> counterShowsElapsedTime{"counterShowsElapsedTime", false};
+inline constexpr Setting<int> meterPlancher{"meterPlancher", -60};      ///< dB
+inline constexpr Setting<int> meterSeuilJaune{"meterSeuilJaune", -20};  ///< dB
+inline constexpr Setting<int> meterSeuilRouge{"meterSeuilRouge", -6};   ///< dB
+inline constexpr Setting<int> peakCacheMegabytes{"peakCacheMegabytes", 2048};
 }  // namespace settings
 
 /// What the user's choices are kept in. Main thread only. Values of the wrong kind count as absent; nothing throws.

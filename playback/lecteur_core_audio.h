@@ -100,6 +100,8 @@ class LecteurCoreAudio : public QObject {
     void resetMeters(bool clearClip);
 
     [[nodiscard]] bool enLecture() const noexcept { return enLecture_; }
+    /// The loaded samples, for views; null while no take is loaded.
+    [[nodiscard]] const std::shared_ptr<const PcmTake>& take() const noexcept { return take_; }
     [[nodiscard]] double positionLecture() const noexcept;
     [[nodiscard]] std::int64_t frameCourante() const noexcept { return frameCourante_; }  ///< last published
     [[nodiscard]] std::int64_t frameDepart() const noexcept { return frameDepart_; }

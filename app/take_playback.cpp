@@ -1,0 +1,127 @@
+#include "app/take_playback.h"
+
+#include "app/text.h"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+#include <fmt/format.h>
+
+namespace dravik {
+namespace {
+
+constexpr std::chrono::milliseconds loadDelay{120};
+/// A marker that has just been reached is not the one before the position: whoever presses twice wants the next.
+constexpr double reachedSeconds = 0.25;
+
+/// The same for the same audio, whatever a save has changed of its metadata.
+std::string audioKey(const GroupeFichiers& groupe) {
+    std::string key;
+    for (const InfoFichier& fichier : groupe.fichiers) {
+        key += fmt::format("{}\n{} {} {}\n", fichier.url.native(), fichier.dureeSecondes, fichier.channels,
+                           fichier.sampleRate);
+    }
+    return key;
+}
+
+}  // namespace
+
+TakePlayback::TakePlayback(ContentView& content, LecteurCoreAudio& player, UserDefaults& defaults)
+    : content_(content), player_(player), defaults_(defaults) {
+    load_.setSingleShot(true);
+    load_.setInterval(loadDelay);
+    connect(&load_, &QTimer::timeout, this, &TakePlayback::loadSelected);
+    connect(&content_, &ContentView::selectionChanged, this, &TakePlayback::onSelectionChanged);
+    connect(&player_, &LecteurCoreAudio::loadProgress, this, [this](double fraction) {
+        fraction_ = fraction;
+        emit stateChanged();
+    });
+    connect(&player_, &LecteurCoreAudio::loaded, this, [this] {
+        loading_ = false;
+        emit stateChanged();
+    });
+    connect(&player_, &LecteurCoreAudio::loadFailed, this, [this](const std::string& text) {
+        loading_ = false;
+        error_ = toQt(text);
+        emit stateChanged();
+    });
+}
+
+void TakePlayback::onSelectionChanged() {
+    const int row = content_.selectedRow();
+    if (row < 0) {
+        load_.stop();
+        key_.clear();
+        loading_ = false;
+        error_.clear();
+        player_.unload();
+        emit stateChanged();
+        return;
+    }
+    const GroupeFichiers& groupe = content_.rows().groupesOriginauxTableau().at(static_cast<std::size_t>(row));
+    if (std::string key = audioKey(groupe); key != std::exchange(key_, key)) {
+        // Silence at once: what is heard is what is selected.
+        player_.unload();
+        loading_ = true;
+        fraction_ = 0;
+        error_.clear();
+        load_.start();
+        emit stateChanged();
+    }
+}
+
+void TakePlayback::loadSelected() {
+    const int row = content_.selectedRow();
+    if (row >= 0) player_.load(content_.rows().groupesOriginauxTableau().at(static_cast<std::size_t>(row)));
+}
+
+void TakePlayback::togglePlay() {
+    if (!player_.pret()) return;
+    if (!player_.enLecture() && player_.frameDepart() >= player_.frameTotal()) player_.returnToBeginning();
+    player_.togglePlay();
+}
+
+void TakePlayback::nudge(LecteurCoreAudio::Direction direction) {
+    if (player_.enLecture()) player_.setFrame(player_.frameCourante());
+    player_.nudge(direction);
+}
+
+QString TakePlayback::nudgeAmount() const {
+    const QString value = defaults_.value(settings::nudgeValeur);
+    return value == QLatin1String("1s")   ? QStringLiteral("1 second")
+           : value == QLatin1String("5s") ? QStringLiteral("5 seconds")
+                                          : QStringLiteral("1 frame");
+}
+
+void TakePlayback::toggleSoloMode() {
+    defaults_.set(settings::soloComportement, addsSolos() ? QStringLiteral("OR") : QStringLiteral("X"));
+}
+
+void TakePlayback::toggleInsertionFollows() {
+    defaults_.set(settings::pauseComportement, insertionFollows() ? QStringLiteral("retour") : QString());
+}
+
+void TakePlayback::goToPreviousCue() {
+    const auto reached = static_cast<std::int64_t>(player_.enLecture() ? reachedSeconds * player_.sampleRate() : 0);
+    const std::int64_t before = player_.frameCourante() - reached;
+    std::int64_t target = 0;
+    for (const CueMarker& marker : content_.cueMarkers()) {
+        if (marker.frame < before) target = std::max(target, marker.frame);
+    }
+    player_.setFrame(target);
+}
+
+void TakePlayback::goToNextCue() {
+    std::optional<std::int64_t> target;
+    for (const CueMarker& marker : content_.cueMarkers()) {
+        if (marker.frame > player_.frameCourante() && (!target || marker.frame < *target)) target = marker.frame;
+    }
+    if (target) player_.setFrame(*target);
+}
+
+void TakePlayback::addCueAtPlayhead() {
+    if (player_.pret()) content_.addCue(player_.frameCourante());
+}
+
+}  // namespace dravik

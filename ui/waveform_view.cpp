@@ -1,0 +1,576 @@
+#include "ui/waveform_view.h"
+
+#include "app/text.h"
+
+#include <QApplication>
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QToolTip>
+#include <algorithm>
+#include <cmath>
+
+namespace dravik {
+namespace {
+
+constexpr int namesWidth = 120;
+constexpr int rulerHeight = 22;
+constexpr int overviewHeight = 34;
+constexpr int smallestLane = 34;
+constexpr int laneGap = 3;
+constexpr int cueReach = 5;  ///< pixels beside a marker that still take hold of it
+constexpr double largestGain = 256;
+
+double secondsOf(std::int64_t frame, double sampleRate) { return static_cast<double>(frame) / sampleRate; }
+
+QString cueText(const CueMarker& marker, std::size_t number) {
+    return marker.label && !marker.label->empty() ? toQt(*marker.label) : QStringLiteral("Cue %1").arg(number);
+}
+
+}  // namespace
+
+WaveformView::WaveformView(ContentView& content, TakePlayback& playback, TakeWaveform& waveform,
+                           UserDefaults& defaults, const Theme& theme, QWidget* parent)
+    : QAbstractScrollArea(parent),
+      content_(content),
+      playback_(playback),
+      waveform_(waveform),
+      defaults_(defaults),
+      theme_(theme) {
+    setAccessibleName(QStringLiteral("Waveform"));
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::StrongFocus);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setMinimumHeight(rulerHeight + overviewHeight + 2 * smallestLane);
+    viewport()->setMouseTracking(true);
+    const auto update = [this] { viewport()->update(); };
+    const LecteurCoreAudio& player = playback_.player();
+    connect(&waveform_, &TakeWaveform::takeChanged, this, &WaveformView::onTakeChanged);
+    connect(&waveform_, &TakeWaveform::grown, this, &WaveformView::onGrown);
+    connect(&player, &LecteurCoreAudio::positionChanged, this, &WaveformView::onPosition);
+    connect(&player, &LecteurCoreAudio::selectionChanged, viewport(), update);
+    connect(&player, &LecteurCoreAudio::pretChanged, this, &WaveformView::redraw);
+    connect(&player, &LecteurCoreAudio::volumeParCanalChanged, this, &WaveformView::redraw);
+    connect(&playback_, &TakePlayback::stateChanged, viewport(), update);
+    connect(&content_, &ContentView::cueMarkersChanged, viewport(), update);
+    connect(&content_, &ContentView::takeChanged, viewport(), update);
+    connect(&theme_, &Theme::changed, this, [this] {
+        overviewDue_ = true;
+        redraw();
+    });
+    connect(&defaults_, &UserDefaults::changed, this, [this](const QString& key) {
+        if (key == QLatin1String(settings::counterShowsElapsedTime.key)) viewport()->update();
+    });
+}
+
+// --- Geometry ------------------------------------------------------------------------------------------------------
+
+QRect WaveformView::rulerArea() const { return {namesWidth, 0, viewport()->width() - namesWidth, rulerHeight}; }
+
+QRect WaveformView::lanesArea() const {
+    return {namesWidth, rulerHeight, viewport()->width() - namesWidth,
+            std::max(0, viewport()->height() - rulerHeight - overviewHeight)};
+}
+
+QRect WaveformView::overviewArea() const {
+    return {namesWidth, viewport()->height() - overviewHeight + 4, viewport()->width() - namesWidth,
+            overviewHeight - 6};
+}
+
+double WaveformView::laneX(double x) const { return x - namesWidth; }
+double WaveformView::xOfFrame(double frame) const { return namesWidth + view_.xOf(frame); }
+
+std::int64_t WaveformView::frameTotal() const {
+    if (const TakePeaks* peaks = waveform_.peaks()) return peaks->frameTotal();
+    return playback_.player().frameTotal();
+}
+
+double WaveformView::sampleRate() const {
+    const int row = content_.selectedRow();
+    if (row < 0) return 0;
+    return content_.rows().groupesOriginauxTableau().at(static_cast<std::size_t>(row)).fichiers.front().sampleRate;
+}
+
+int WaveformView::laneHeight() const {
+    const TakePeaks* peaks = waveform_.peaks();
+    const int count = peaks == nullptr ? 1 : std::max(1, peaks->nbCanaux());
+    return std::max(smallestLane, lanesArea().height() / count);
+}
+
+std::vector<WaveformLane> WaveformView::lanes() const {
+    const TakePeaks* peaks = waveform_.peaks();
+    if (peaks == nullptr) return {};
+    const LecteurCoreAudio& player = playback_.player();
+    std::vector<WaveformLane> all;
+    const int height = laneHeight();
+    for (int canal = 0; canal < peaks->nbCanaux(); ++canal) {
+        const int top = canal * height - verticalScrollBar()->value();
+        const auto at = static_cast<std::size_t>(canal);
+        const bool silenced = at < player.volumeParCanal().size() && player.volumeParCanal()[at] <= 0;
+        all.push_back({canal, QRect(0, top, lanesArea().width(), height - laneGap), silenced});
+    }
+    return all;
+}
+
+QRect WaveformView::playheadRect(std::int64_t frame) const {
+    const int x = static_cast<int>(std::floor(xOfFrame(static_cast<double>(frame))));
+    return {x - 6, 0, 13, viewport()->height()};
+}
+
+void WaveformView::arrange() {
+    view_.setWidth(std::max(1, lanesArea().width()));
+    const TakePeaks* peaks = waveform_.peaks();
+    const int all = peaks == nullptr ? 0 : peaks->nbCanaux() * laneHeight();
+    verticalScrollBar()->setRange(0, std::max(0, all - lanesArea().height()));
+    verticalScrollBar()->setPageStep(lanesArea().height());
+    verticalScrollBar()->setSingleStep(laneHeight());
+}
+
+void WaveformView::redraw() {
+    pictureDue_ = true;
+    viewport()->update();
+}
+
+// --- What has changed ----------------------------------------------------------------------------------------------
+
+void WaveformView::onTakeChanged() {
+    drag_ = Drag::none;
+    view_.setTake(0);
+    playhead_ = 0;
+    verticalScrollBar()->setValue(0);
+    overviewDue_ = true;
+    arrange();
+    redraw();
+}
+
+void WaveformView::onGrown() {
+    if (view_.frameTotal() != frameTotal()) view_.setTake(frameTotal());
+    arrange();
+    overviewDue_ = true;
+    redraw();
+}
+
+void WaveformView::onPosition() {
+    const LecteurCoreAudio& player = playback_.player();
+    const std::int64_t before = std::exchange(playhead_, player.frameCourante());
+    if (playhead_ == before) return;
+    const bool follows = playback_.followsPlayhead() || !player.enLecture();
+    if (follows && drag_ == Drag::none && view_.pageTo(playhead_)) {
+        redraw();
+        return;
+    }
+    viewport()->update(playheadRect(before));
+    viewport()->update(playheadRect(playhead_));
+    viewport()->update(overviewArea());
+}
+
+void WaveformView::zoomAtPlayhead(double factor) {
+    const double x = view_.xOf(static_cast<double>(playhead_));
+    const bool inSight = x >= 0 && x <= view_.width();
+    view_.zoom(factor, inSight ? x : view_.width() / 2.0);
+    redraw();
+}
+
+void WaveformView::showWhole() {
+    view_.showWhole();
+    redraw();
+}
+
+void WaveformView::zoomToSelection() {
+    const LecteurCoreAudio& player = playback_.player();
+    if (!player.selectionDebut() || !player.selectionFin()) return;
+    view_.showRange(std::llround(*player.selectionDebut() * player.sampleRate()),
+                    std::llround(*player.selectionFin() * player.sampleRate()));
+    redraw();
+}
+
+void WaveformView::goInOverview(double x) {
+    const double middle = x / overviewArea().width() * static_cast<double>(view_.frameTotal());
+    view_.scrollTo(middle - view_.visibleFrames() / 2);
+    redraw();
+}
+
+// --- Drawing -------------------------------------------------------------------------------------------------------
+
+QString WaveformView::message() const {
+    if (content_.selectedRow() < 0) return QStringLiteral("Select a take to see its waveform.");
+    if (!waveform_.error().isEmpty()) return waveform_.error();
+    if (waveform_.peaks() == nullptr) return QStringLiteral("Reading the audio...");
+    return frameTotal() == 0 ? QStringLiteral("This take holds no audio.") : QString();
+}
+
+void WaveformView::paintEvent(QPaintEvent* event) {
+    QPainter painter(viewport());
+    painter.fillRect(event->rect(), palette().color(QPalette::Base));
+    if (const QString text = message(); !text.isEmpty()) {
+        painter.setPen(theme_.dimmed());
+        painter.drawText(viewport()->rect().adjusted(20, 0, -20, 0), Qt::AlignCenter | Qt::TextWordWrap, text);
+        return;
+    }
+    paintLanes(painter);
+    paintSelection(painter);
+    paintRuler(painter);
+    paintCues(painter);
+    paintOverview(painter);
+    const QRect over = playheadRect(playhead_);
+    if (over.right() >= namesWidth) {
+        const QColor colour = palette().color(QPalette::WindowText);
+        const double x = std::floor(xOfFrame(static_cast<double>(playhead_))) + 0.5;
+        painter.setPen(QPen(colour, 1));
+        painter.drawLine(QPointF(x, rulerHeight - 6), QPointF(x, lanesArea().bottom()));
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(colour);
+        painter.drawPolygon(QPolygonF({{x - 5, rulerHeight - 8.0}, {x + 5, rulerHeight - 8.0}, {x, rulerHeight - 1.0}}));
+        painter.setRenderHint(QPainter::Antialiasing, false);
+    }
+    paintNames(painter);
+}
+
+void WaveformView::paintLanes(QPainter& painter) {
+    const QRect area = lanesArea();
+    if (std::exchange(pictureDue_, false) || picture_.isNull()) {
+        // Drawn in the pixels of the screen.
+        const double scale = viewport()->devicePixelRatioF();
+        WaveformViewport fine = view_;
+        fine.setWidth(static_cast<int>(area.width() * scale));
+        fine.showRange(static_cast<std::int64_t>(view_.firstFrame()),
+                       static_cast<std::int64_t>(std::ceil(view_.firstFrame() + view_.visibleFrames())));
+        std::vector<WaveformLane> all = lanes();
+        for (WaveformLane& lane : all) {
+            lane.area = QRect(0, static_cast<int>(lane.area.top() * scale), static_cast<int>(area.width() * scale),
+                              static_cast<int>(lane.area.height() * scale));
+        }
+        const QColor wave = theme_.isDark() ? QColor(0x7F, 0xB2, 0xD9) : QColor(0x2F, 0x6F, 0xA3);
+        const QColor silenced = theme_.isDark() ? QColor(0x4A, 0x52, 0x5C) : QColor(0xB4, 0xBC, 0xC6);
+        QColor axis = palette().color(QPalette::Mid);
+        axis.setAlpha(140);
+        picture_ = drawWaveform(area.size() * scale, all, {waveform_.peaks(), playback_.player().take().get()}, fine,
+                                gain_, {wave, silenced, axis});
+        picture_.setDevicePixelRatio(scale);
+    }
+    painter.drawImage(area.topLeft(), picture_);
+}
+
+void WaveformView::paintRuler(QPainter& painter) {
+    const QRect area = rulerArea();
+    painter.fillRect(QRect(0, 0, viewport()->width(), rulerHeight), palette().color(QPalette::Window));
+    QFont small = font();
+    small.setPixelSize(10);
+    painter.setFont(small);
+    painter.setPen(theme_.dimmed());
+    painter.setClipRect(area, Qt::IntersectClip);
+    constexpr int labelPixels = 90;
+    const bool elapsed = defaults_.value(settings::counterShowsElapsedTime);
+    TakeTimecode timecode = playback_.player().takeTimecode();
+    if (!timecode.timecodeRateDisponible && content_.selectedRow() >= 0) {
+        const auto row = static_cast<std::size_t>(content_.selectedRow());
+        const GroupeFichiers& groupe = content_.rows().groupesOriginauxTableau().at(row);
+        timecode = TakeTimecode::of(groupe.framerate, groupe.timecode);
+    }
+    for (const RulerTick& tick : rulerTicks(view_, sampleRate(), timecode, elapsed, labelPixels)) {
+        const double x = std::floor(xOfFrame(tick.frame)) + 0.5;
+        painter.drawLine(QPointF(x, tick.label.empty() ? rulerHeight - 4 : rulerHeight - 9),
+                         QPointF(x, rulerHeight - 1));
+        if (!tick.label.empty()) painter.drawText(QPointF(x + 3, 11), toQt(tick.label));
+    }
+    painter.setClipping(false);
+}
+
+void WaveformView::paintNames(QPainter& painter) {
+    const QRect column(0, rulerHeight, namesWidth, lanesArea().height());
+    painter.fillRect(QRect(0, 0, namesWidth, viewport()->height()), palette().color(QPalette::Window));
+    painter.setPen(palette().color(QPalette::Mid));
+    painter.drawLine(namesWidth - 1, rulerHeight, namesWidth - 1, column.bottom());
+    QFont small = font();
+    small.setPixelSize(11);
+    painter.setFont(small);
+    painter.setClipRect(column);
+    const std::vector<Piste>& pistes = content_.pistes();
+    for (const WaveformLane& lane : lanes()) {
+        const auto at = static_cast<std::size_t>(lane.canal);
+        const int numero = at < pistes.size() ? pistes[at].numero : lane.canal + 1;
+        const QString nom = at < pistes.size() ? toQt(pistes[at].nom) : QString();
+        const QRect place(8, rulerHeight + lane.area.top(), namesWidth - 16, lane.area.height());
+        painter.setPen(theme_.dimmed());
+        painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter, QString::number(numero));
+        painter.setPen(lane.silenced ? theme_.dimmed() : palette().color(QPalette::WindowText));
+        const QRect text = place.adjusted(22, 0, 0, 0);
+        painter.drawText(text, Qt::AlignLeft | Qt::AlignVCenter,
+                         painter.fontMetrics().elidedText(nom, Qt::ElideRight, text.width()));
+    }
+    painter.setClipping(false);
+}
+
+void WaveformView::paintSelection(QPainter& painter) {
+    const LecteurCoreAudio& player = playback_.player();
+    if (!player.selectionDebut() || !player.selectionFin()) return;
+    const double left = std::max<double>(namesWidth, xOfFrame(*player.selectionDebut() * player.sampleRate()));
+    const double right = xOfFrame(*player.selectionFin() * player.sampleRate());
+    if (right <= left) return;
+    QColor fill = theme_.accent();
+    fill.setAlpha(50);
+    painter.fillRect(QRectF(left, rulerHeight, right - left, lanesArea().height()), fill);
+    painter.setPen(theme_.accent());
+    painter.drawLine(QPointF(left, rulerHeight), QPointF(left, lanesArea().bottom()));
+    painter.drawLine(QPointF(right, rulerHeight), QPointF(right, lanesArea().bottom()));
+}
+
+void WaveformView::paintCues(QPainter& painter) {
+    painter.setClipRect(QRect(namesWidth, 0, lanesArea().width(), lanesArea().bottom() + 1));
+    QFont small = font();
+    small.setPixelSize(10);
+    painter.setFont(small);
+    std::size_t number = 0;
+    for (const CueMarker& marker : content_.cueMarkers()) {
+        ++number;
+        const double x = std::floor(xOfFrame(static_cast<double>(marker.frame))) + 0.5;
+        if (x < namesWidth - 1 || x > viewport()->width() + 1) continue;
+        const QColor colour = theme_.pending();
+        painter.setPen(QPen(colour, 1, Qt::DashLine));
+        painter.drawLine(QPointF(x, rulerHeight), QPointF(x, lanesArea().bottom()));
+        const QString text = painter.fontMetrics().elidedText(cueText(marker, number), Qt::ElideRight, 110);
+        const QRectF flag(x, rulerHeight, painter.fontMetrics().horizontalAdvance(text) + 8, 14);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(colour);
+        painter.drawRect(flag);
+        painter.setPen(QColor(0x18, 0x14, 0x0C));
+        painter.drawText(flag, Qt::AlignCenter, text);
+    }
+    painter.setClipping(false);
+}
+
+void WaveformView::paintOverview(QPainter& painter) {
+    const QRect area = overviewArea();
+    painter.fillRect(QRect(0, area.top() - 4, viewport()->width(), viewport()->height() - area.top() + 4),
+                     palette().color(QPalette::Window));
+    const double scale = viewport()->devicePixelRatioF();
+    if (std::exchange(overviewDue_, false) || overview_.size() != area.size() * scale) {
+        overview_ = drawOverview(area.size() * scale, *waveform_.peaks(), theme_.dimmed());
+        overview_.setDevicePixelRatio(scale);
+    }
+    painter.drawImage(area.topLeft(), overview_);
+    const auto total = static_cast<double>(std::max<std::int64_t>(1, view_.frameTotal()));
+    const double perFrame = area.width() / total;
+    const QRectF part(area.left() + view_.firstFrame() * perFrame, area.top(),
+                      std::max(3.0, view_.visibleFrames() * perFrame), area.height());
+    if (!view_.isWhole()) {
+        QColor fill = palette().color(QPalette::WindowText);
+        fill.setAlpha(26);
+        painter.fillRect(part, fill);
+        painter.setPen(theme_.dimmed());
+        painter.drawRect(part.adjusted(0, 0, -1, -1));
+    }
+    const double x = std::floor(area.left() + static_cast<double>(playhead_) * perFrame) + 0.5;
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawLine(QPointF(x, area.top()), QPointF(x, area.bottom()));
+}
+
+// --- Events --------------------------------------------------------------------------------------------------------
+
+void WaveformView::resizeEvent(QResizeEvent* event) {
+    QAbstractScrollArea::resizeEvent(event);
+    arrange();
+    pictureDue_ = true;
+}
+
+void WaveformView::scrollContentsBy(int, int) { redraw(); }
+
+std::optional<CueMarker> WaveformView::cueAt(const QPoint& place) const {
+    if (place.y() > rulerHeight + 14 || place.x() < namesWidth) return std::nullopt;
+    std::optional<CueMarker> nearest;
+    double distance = 0;
+    for (const CueMarker& marker : content_.cueMarkers()) {
+        const double away = place.x() - xOfFrame(static_cast<double>(marker.frame));
+        // Its flag stands right of it.
+        constexpr double flagReach = 24;
+        if (away < -cueReach || away > flagReach || (nearest && std::abs(away) > distance)) continue;
+        nearest = marker;
+        distance = std::abs(away);
+    }
+    return nearest;
+}
+
+void WaveformView::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton || frameTotal() == 0) return;
+    pressedAt_ = event->pos();
+    const double x = laneX(event->position().x());
+    if (overviewArea().adjusted(0, -4, 0, 4).contains(event->pos())) {
+        drag_ = Drag::overview;
+        goInOverview(x);
+        return;
+    }
+    if (event->pos().x() < namesWidth) return;
+    if (const std::optional<CueMarker> cue = cueAt(event->pos())) {
+        drag_ = Drag::cue;
+        content_.beginCueDrag(cue->id);
+        return;
+    }
+    const LecteurCoreAudio& player = playback_.player();
+    drag_ = Drag::pressed;
+    anchor_ = view_.frameAt(x);
+    if (event->modifiers() & Qt::ShiftModifier) {
+        // The end that is further away stays.
+        const double rate = player.sampleRate();
+        const std::int64_t debut =
+            player.selectionDebut() ? std::llround(*player.selectionDebut() * rate) : player.frameCourante();
+        const std::int64_t fin = player.selectionFin() ? std::llround(*player.selectionFin() * rate) : debut;
+        anchor_ = std::abs(anchor_ - debut) > std::abs(anchor_ - fin) ? debut : fin;
+        drag_ = Drag::selecting;
+        mouseMoveEvent(event);
+    }
+}
+
+void WaveformView::mouseMoveEvent(QMouseEvent* event) {
+    const double x = laneX(event->position().x());
+    switch (drag_) {
+        case Drag::none:
+            viewport()->setCursor(cueAt(event->pos()) ? Qt::SizeHorCursor : Qt::ArrowCursor);
+            break;
+        case Drag::overview:
+            goInOverview(x);
+            break;
+        case Drag::cue:
+            content_.moveCue(view_.frameAt(x));
+            break;
+        case Drag::pressed:
+            if ((event->pos() - pressedAt_).manhattanLength() < QApplication::startDragDistance()) break;
+            drag_ = Drag::selecting;
+            [[fallthrough]];
+        case Drag::selecting: {
+            if (x < 0 || x > view_.width()) {
+                view_.scrollBy(x < 0 ? x : x - view_.width());
+                redraw();
+            }
+            const std::int64_t frame = view_.frameAt(x);
+            LecteurCoreAudio& player = playback_.player();
+            if (!player.pret()) break;
+            const double rate = player.sampleRate();
+            player.setSelection(secondsOf(std::min(frame, anchor_), rate), secondsOf(std::max(frame, anchor_), rate));
+            break;
+        }
+    }
+}
+
+void WaveformView::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) return;
+    LecteurCoreAudio& player = playback_.player();
+    switch (std::exchange(drag_, Drag::none)) {
+        case Drag::pressed:
+            player.clearSelection();
+            player.setFrame(anchor_);
+            break;
+        case Drag::selecting:
+            // What was selected is what one wants to hear.
+            if (player.selectionDebut()) player.setFrame(std::llround(*player.selectionDebut() * player.sampleRate()));
+            break;
+        case Drag::cue:
+            content_.endCueDrag();
+            break;
+        case Drag::none:
+        case Drag::overview:
+            break;
+    }
+}
+
+void WaveformView::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (const std::optional<CueMarker> cue = cueAt(event->pos())) {
+        content_.renameCue(cue->id);
+    } else if (overviewArea().contains(event->pos())) {
+        showWhole();
+    } else {
+        mousePressEvent(event);
+    }
+}
+
+void WaveformView::wheelEvent(QWheelEvent* event) {
+    constexpr double notch = 120.0;
+    const QPoint angle = event->angleDelta();
+    const double turned = (std::abs(angle.y()) >= std::abs(angle.x()) ? angle.y() : angle.x()) / notch;
+    const Qt::KeyboardModifiers keys = event->modifiers();
+    constexpr double zoomPerNotch = 1.3;
+    if ((keys & Qt::ControlModifier) && (keys & Qt::ShiftModifier)) {
+        gain_ = std::clamp(gain_ * std::pow(zoomPerNotch, turned), 1.0, largestGain);
+        redraw();
+    } else if (keys & Qt::ControlModifier) {
+        view_.zoom(std::pow(zoomPerNotch, turned), laneX(event->position().x()));
+        redraw();
+    } else if (std::abs(angle.x()) > std::abs(angle.y()) || (keys & Qt::ShiftModifier) ||
+               verticalScrollBar()->maximum() == 0) {
+        constexpr double pixelsPerNotch = 80;
+        view_.scrollBy(-turned * pixelsPerNotch);
+        redraw();
+    } else {
+        QAbstractScrollArea::wheelEvent(event);
+    }
+    event->accept();
+}
+
+void WaveformView::keyPressEvent(QKeyEvent* event) {
+    using Direction = LecteurCoreAudio::Direction;
+    const bool alt = event->modifiers() & Qt::AltModifier;
+    switch (event->key()) {
+        case Qt::Key_Plus:
+        case Qt::Key_Equal:
+            return zoomIn();
+        case Qt::Key_Minus:
+            return zoomOut();
+        case Qt::Key_0:
+            return showWhole();
+        case Qt::Key_Left:
+            return playback_.nudge(Direction::backward);
+        case Qt::Key_Right:
+            return playback_.nudge(Direction::forward);
+        case Qt::Key_Up:
+        case Qt::Key_Down:
+            if (!alt) break;
+            gain_ = std::clamp(gain_ * (event->key() == Qt::Key_Up ? 1.5 : 1 / 1.5), 1.0, largestGain);
+            return redraw();
+        case Qt::Key_Escape:
+            if (!playback_.player().selectionDebut()) break;
+            return playback_.player().clearSelection();
+        default:
+            break;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+void WaveformView::contextMenuEvent(QContextMenuEvent* event) {
+    if (frameTotal() == 0) return;
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
+    const QPoint place = viewport()->mapFromGlobal(event->globalPos());
+    if (const std::optional<CueMarker> cue = byKey ? std::nullopt : cueAt(place)) {
+        connect(menu->addAction(QStringLiteral("Edit Cue Name...")), &QAction::triggered, this,
+                [this, id = cue->id] { content_.renameCue(id); });
+        connect(menu->addAction(QStringLiteral("Delete Cue")), &QAction::triggered, this,
+                [this, id = cue->id] { content_.deleteCue(id); });
+        menu->addSeparator();
+    }
+    const std::int64_t frame = byKey ? playhead_ : view_.frameAt(laneX(place.x()));
+    QAction* add = menu->addAction(QStringLiteral("Add Cue"));
+    connect(add, &QAction::triggered, this, [this, frame] { content_.addCue(frame); });
+    add->setEnabled(content_.rows().canEdit(content_.selectedRow()));
+    menu->addSeparator();
+    QAction* selection = menu->addAction(QStringLiteral("Zoom to Selection"));
+    selection->setEnabled(playback_.player().selectionDebut().has_value());
+    connect(selection, &QAction::triggered, this, &WaveformView::zoomToSelection);
+    connect(menu->addAction(QStringLiteral("Show Whole Take")), &QAction::triggered, this, &WaveformView::showWhole);
+    menu->popup(event->globalPos());
+}
+
+bool WaveformView::viewportEvent(QEvent* event) {
+    if (event->type() == QEvent::ToolTip) {
+        const auto* help = static_cast<QHelpEvent*>(event);
+        const std::optional<CueMarker> cue = cueAt(help->pos());
+        if (cue && cue->label) QToolTip::showText(help->globalPos(), toQt(*cue->label), this);
+        return true;
+    }
+    return QAbstractScrollArea::viewportEvent(event);
+}
+
+}  // namespace dravik

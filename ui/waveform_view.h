@@ -1,0 +1,92 @@
+#pragma once
+
+#include "app/take_playback.h"
+#include "app/take_waveform.h"
+#include "app/waveform_viewport.h"
+#include "ui/theme.h"
+#include "ui/waveform_picture.h"
+
+#include <QAbstractScrollArea>
+#include <QImage>
+#include <optional>
+#include <vector>
+
+namespace dravik {
+
+/// The selected take, one lane a track under a ruler, with cue markers, selection and playhead, and the whole take in a
+/// strip below. Shows what the player, the markers and the waveform say, and sends them what is done here.
+///
+/// A click goes there, a drag selects; the wheel scrolls, with Ctrl zooms, with Ctrl+Shift enlarges the excursions. The
+/// picture of the lanes is kept: while playing only the playhead is drawn anew.
+class WaveformView : public QAbstractScrollArea {
+    Q_OBJECT
+  public:
+    WaveformView(ContentView& content, TakePlayback& playback, TakeWaveform& waveform, UserDefaults& defaults,
+                 const Theme& theme, QWidget* parent = nullptr);
+
+    void zoomIn() { zoomAtPlayhead(2); }
+    void zoomOut() { zoomAtPlayhead(0.5); }
+    void showWhole();
+    void zoomToSelection();
+    [[nodiscard]] const WaveformViewport& shown() const noexcept { return view_; }
+    [[nodiscard]] QRect lanesArea() const;
+    [[nodiscard]] QRect rulerArea() const;
+    [[nodiscard]] QRect overviewArea() const;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
+
+  private:
+    enum class Drag { none, pressed, selecting, cue, overview };
+
+    void onTakeChanged();
+    void onGrown();
+    void onPosition();
+    void redraw();
+    void arrange();
+    void zoomAtPlayhead(double factor);
+    void goInOverview(double x);
+    [[nodiscard]] double xOfFrame(double frame) const;
+    [[nodiscard]] double laneX(double x) const;
+    [[nodiscard]] QRect playheadRect(std::int64_t frame) const;
+    [[nodiscard]] std::vector<WaveformLane> lanes() const;
+    [[nodiscard]] int laneHeight() const;
+    [[nodiscard]] std::int64_t frameTotal() const;
+    [[nodiscard]] double sampleRate() const;
+    [[nodiscard]] std::optional<CueMarker> cueAt(const QPoint& place) const;
+    [[nodiscard]] QString message() const;
+
+    void paintLanes(QPainter& painter);
+    void paintRuler(QPainter& painter);
+    void paintNames(QPainter& painter);
+    void paintOverview(QPainter& painter);
+    void paintSelection(QPainter& painter);
+    void paintCues(QPainter& painter);
+
+    ContentView& content_;
+    TakePlayback& playback_;
+    TakeWaveform& waveform_;
+    UserDefaults& defaults_;
+    const Theme& theme_;
+    WaveformViewport view_;
+    double gain_ = 1;
+    QImage picture_, overview_;
+    bool pictureDue_ = true, overviewDue_ = true;
+    std::int64_t playhead_ = 0;
+
+    Drag drag_ = Drag::none;
+    QPoint pressedAt_;
+    std::int64_t anchor_ = 0;  ///< frame at which a selection began
+};
+
+}  // namespace dravik
