@@ -169,6 +169,11 @@ void SafeFile::write(const FilePlan& plan, const FileHandle& source, const TaskC
     if (shared) ops_.truncate(file_, temporary_, plan.size());
 }
 
+void SafeFile::writeAt(std::uint64_t offset, ByteSpan bytes) {
+    synced_ = false;
+    ops_.writeAt(file_, temporary_, offset, bytes);
+}
+
 void SafeFile::copyAttributesFrom(const FileHandle& original) {
     synced_ = false;
     ops_.copyAttributes(original, file_, temporary_);
@@ -179,8 +184,8 @@ void SafeFile::sync() {
     synced_ = true;
 }
 
-UnsyncedFolder SafeFile::commit(Existing existing) {
-    sync();
+UnsyncedFolder SafeFile::commit(Existing existing, Durability durability) {
+    if (durability == Durability::onMedium) sync();
     // The rename comes before the close: the lock guards the name until it is gone.
     if (existing == Existing::replace) {
         ops_.renameReplacing(temporary_, target_);

@@ -53,6 +53,9 @@ class SafeFile {
     void write(const FilePlan& plan, const FileHandle& source, const TaskContext& task,
                Source afterwards = Source::kept);
 
+    /// Writes some bytes at their place: for a large file made in memory, which a plan would hold a second time.
+    void writeAt(std::uint64_t offset, ByteSpan bytes);
+
     /// Mode, owner and extended attributes of the original.
     void copyAttributesFrom(const FileHandle& original);
 
@@ -64,8 +67,11 @@ class SafeFile {
     void sync();
 
     enum class Existing { replace, refuse };
+    /// `expendable` leaves out the sync: for a cache, whose reader checks every byte and whose loss is no harm. Waiting
+    /// for the medium would cost more than making it anew.
+    enum class Durability { onMedium, expendable };
     /// Syncs what is not synced yet and renames onto the target. Called once, last.
-    [[nodiscard]] UnsyncedFolder commit(Existing existing);
+    [[nodiscard]] UnsyncedFolder commit(Existing existing, Durability durability = Durability::onMedium);
 
   private:
     void discard() noexcept;

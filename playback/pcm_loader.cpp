@@ -1,18 +1,13 @@
 #include "playback/pcm_loader.h"
 
-#include "base/file_error.h"
 #include "base/paths.h"
 #include "model/audio_metadata.h"
-#include "model/wave/linear_samples.h"
-#include "model/wave/walked_file.h"
+#include "playback/parallel_work.h"
+#include "playback/take_source.h"
 
 #include <algorithm>
-#include <atomic>
-#include <exception>
 #include <limits>
-#include <mutex>
 #include <new>
-#include <thread>
 
 #include <fmt/format.h>
 
@@ -23,31 +18,11 @@ namespace {
 constexpr std::uint64_t workBytes = 4U * 1024U * 1024U;
 /// One read: it stays in a core's own cache until it is converted.
 constexpr std::uint64_t blockBytes = 256U * 1024U;
-/// More threads than this only fight for the disk.
-constexpr unsigned mostThreads = 8;
 /// A share of the memory that is left for everything else: the next take's lists, the interface, other programs.
 constexpr std::uint64_t memoryLeftFree = 256U * 1024U * 1024U;
 
-/// A file of the take, open.
-struct Source {
-    std::filesystem::path path;
-    FileHandle handle;
-    std::optional<LinearLayout> linear;    // our own way
-    std::unique_ptr<SampleStream> stream;  // any other
-    AudioFormat format;
-};
-
-Source open(const std::filesystem::path& path, const SampleDecoder& decoder) {
-    Source source{path, FileHandle::openForReading(path), {}, {}, {}};
-    const FileSource bytes(source.handle);
-    if (const std::optional<ChunkTable> table = walkChunks(bytes)) source.linear = linearLayoutIn(bytes, *table);
-    if (source.linear) {
-        source.format = {source.linear->channels, source.linear->sampleRate, 0, source.linear->frames};
-    } else {
-        source.stream = decoder.open(path);
-        source.format = source.stream->format();
-    }
-    if (source.format.channels <= 0 || !(source.format.sampleRate > 0)) throw PlaybackError::noAudio(path);
+TakeSource open(const std::filesystem::path& path, const SampleDecoder& decoder) {
+    TakeSource source = TakeSource::open(path, decoder);
     if (source.format.frames < 0 || source.format.frames > std::numeric_limits<std::uint32_t>::max()) {
         throw PlaybackError::tooLong(path);
     }
@@ -60,131 +35,89 @@ struct Work {
     std::int64_t from = 0, count = 0;
 };
 
-class Loading {
-  public:
-    Loading(std::vector<Source>& sources, std::vector<PcmBuffer>& buffers, const TaskContext& task)
-        : sources_(sources), buffers_(buffers), task_(task) {
-        for (std::size_t i = 0; i < sources.size(); ++i) {
-            const Source& source = sources[i];
-            allBytes_ += bytesOf(source, source.format.frames);
-            if (source.stream) {
-                work_.insert(work_.begin(), {i, 0, source.format.frames});  // the long ones first
-                continue;
-            }
-            const auto frames =
-                static_cast<std::int64_t>(std::max<std::uint64_t>(1, workBytes / source.linear->frameBytes));
-            for (std::int64_t from = 0; from < source.format.frames; from += frames)
-                work_.push_back({i, from, std::min(frames, source.format.frames - from)});
+std::vector<Work> workOn(const std::vector<TakeSource>& sources) {
+    std::vector<Work> all;
+    for (std::size_t i = 0; i < sources.size(); ++i) {
+        const TakeSource& source = sources[i];
+        if (source.stream) {
+            all.insert(all.begin(), {i, 0, source.format.frames});  // the long ones first
+            continue;
         }
+        const auto frames =
+            static_cast<std::int64_t>(std::max<std::uint64_t>(1, workBytes / source.linear->frameBytes));
+        for (std::int64_t from = 0; from < source.format.frames; from += frames)
+            all.push_back({i, from, std::min(frames, source.format.frames - from)});
     }
+    return all;
+}
 
-    void run() {
-        const std::size_t count =
-            std::min<std::size_t>({work_.size(), std::max(1U, std::thread::hardware_concurrency()), mostThreads});
-        {
-            std::vector<std::jthread> threads;
-            for (std::size_t i = 1; i < count; ++i)
-                threads.emplace_back([this] { takeWork(); });
-            takeWork();
+/// What one thread reads with.
+class Worker {
+  public:
+    Worker(const std::vector<TakeSource>& sources, std::vector<PcmBuffer>& buffers, const std::vector<Work>& work,
+           ParallelWork& all)
+        : sources_(sources), buffers_(buffers), work_(work), all_(all) {}
+
+    void operator()(std::size_t index) {
+        const Work& work = work_[index];
+        if (sources_[work.file].stream) {
+            decode(work);
+        } else {
+            convert(work);
         }
-        if (failure_) std::rethrow_exception(failure_);
     }
 
   private:
-    static std::uint64_t bytesOf(const Source& source, std::int64_t frames) noexcept {
-        const std::uint64_t frameBytes = source.linear
-                                             ? source.linear->frameBytes
-                                             : static_cast<std::uint64_t>(source.format.channels) * sizeof(float);
-        return static_cast<std::uint64_t>(frames) * frameBytes;
-    }
-
-    void takeWork() noexcept {
-        try {
-            Bytes block;
-            std::vector<float*> planes;
-            std::vector<float> interleaved;
-            while (!stopped_.load(std::memory_order_relaxed)) {
-                const std::size_t next = next_.fetch_add(1, std::memory_order_relaxed);
-                if (next >= work_.size()) return;
-                const Work& work = work_[next];
-                if (sources_[work.file].stream) {
-                    decode(work, interleaved);
-                } else {
-                    convert(work, block, planes);
-                }
-            }
-        } catch (...) {
-            // The reason first: the others end as if cancelled as soon as they see the sign.
-            const std::lock_guard held(mutex_);
-            if (!failure_) failure_ = std::current_exception();
-            stopped_.store(true, std::memory_order_release);
-        }
-    }
-
-    void advance(const Source& source, std::int64_t frames) {
-        if (stopped_.load(std::memory_order_acquire)) throw Cancelled();  // another worker has failed, and says why
-        task_.checkCancelled();
-        const std::lock_guard held(mutex_);
-        doneBytes_ += bytesOf(source, frames);
-        const std::string name = fileNameText(source.path);
-        task_.advance({doneBytes_, allBytes_, name});
-    }
-
-    void convert(const Work& work, Bytes& block, std::vector<float*>& planes) {
-        const Source& source = sources_[work.file];
+    void convert(const Work& work) {
+        const TakeSource& source = sources_[work.file];
         PcmBuffer& buffer = buffers_[work.file];
         const LinearLayout& layout = *source.linear;
-        const FileSource bytes(source.handle);
+        const std::string name = fileNameText(source.path);
         const auto most = static_cast<std::int64_t>(std::max<std::uint64_t>(1, blockBytes / layout.frameBytes));
-        planes.resize(static_cast<std::size_t>(buffer.channels()));
+        planes_.resize(static_cast<std::size_t>(buffer.channels()));
         for (std::int64_t done = 0; done < work.count;) {
             const std::int64_t count = std::min(most, work.count - done);
             const std::int64_t from = work.from + done;
-            block.resize(static_cast<std::size_t>(count) * layout.frameBytes);
-            if (bytes.readAt(layout.offset + static_cast<std::uint64_t>(from) * layout.frameBytes, block) <
-                block.size()) {
-                if (bytes.error()) throw std::filesystem::filesystem_error("read", source.path, bytes.error());
-                throw FileError("it became shorter while it was read", source.path, std::errc::io_error);
-            }
+            block_.resize(static_cast<std::size_t>(count) * layout.frameBytes);
+            source.readFrames(from, block_);
             for (int c = 0; c < buffer.channels(); ++c)
-                planes[static_cast<std::size_t>(c)] = buffer.channel(c).data() + from;
-            samplesToPlanes(block, layout, planes);
+                planes_[static_cast<std::size_t>(c)] = buffer.channel(c).data() + from;
+            samplesToPlanes(block_, layout, planes_);
             done += count;
-            advance(source, count);
+            all_.advance(source.bytesOf(count), name);
         }
     }
 
-    void decode(const Work& work, std::vector<float>& interleaved) {
-        const Source& source = sources_[work.file];
+    void decode(const Work& work) {
+        const TakeSource& source = sources_[work.file];
         PcmBuffer& buffer = buffers_[work.file];
+        const std::string name = fileNameText(source.path);
         const auto channels = static_cast<std::size_t>(source.format.channels);
-        interleaved.resize(std::max<std::size_t>(1, blockBytes / sizeof(float) / channels) * channels);
+        interleaved_.resize(std::max<std::size_t>(1, blockBytes / sizeof(float) / channels) * channels);
         std::int64_t done = 0;
         while (done < work.count) {
             const std::size_t wanted = static_cast<std::size_t>(
-                std::min<std::uint64_t>(interleaved.size() / channels, static_cast<std::uint64_t>(work.count - done)));
-            const std::size_t count = source.stream->read(std::span(interleaved).first(wanted * channels));
+                std::min<std::uint64_t>(interleaved_.size() / channels, static_cast<std::uint64_t>(work.count - done)));
+            const std::size_t count = source.stream->read(std::span(interleaved_).first(wanted * channels));
             if (count == 0) break;
             for (std::size_t c = 0; c < channels; ++c) {
                 float* out = buffer.channel(static_cast<int>(c)).data() + done;
                 for (std::size_t i = 0; i < count; ++i)
-                    out[i] = interleaved[i * channels + c];
+                    out[i] = interleaved_[i * channels + c];
             }
             done += static_cast<std::int64_t>(count);
-            advance(source, static_cast<std::int64_t>(count));
+            all_.advance(source.bytesOf(static_cast<std::int64_t>(count)), name);
         }
         buffer.shorten(done);  // fewer than announced: a damaged end
     }
 
-    std::vector<Source>& sources_;
+    const std::vector<TakeSource>& sources_;
     std::vector<PcmBuffer>& buffers_;
-    const TaskContext& task_;
-    std::vector<Work> work_;
-    std::atomic<std::size_t> next_{0};
-    std::atomic<bool> stopped_{false};
-    std::mutex mutex_;
-    std::exception_ptr failure_;
-    std::uint64_t doneBytes_ = 0, allBytes_ = 0;
+    const std::vector<Work>& work_;
+    ParallelWork& all_;
+    Bytes block_;
+    std::vector<float*> planes_;
+    std::vector<float> interleaved_;
 };
 
 }  // namespace
@@ -228,7 +161,7 @@ std::shared_ptr<const PcmTake> loadTake(const std::vector<std::filesystem::path>
                                         const SampleDecoder& decoder, const AvailableMemory& available,
                                         const TaskContext& task) {
     if (files.empty()) throw PlaybackError::noAudio({});
-    std::vector<Source> sources;
+    std::vector<TakeSource> sources;
     std::uint64_t needed = 0;
     for (const std::filesystem::path& file : files) {
         task.checkCancelled();
@@ -245,12 +178,17 @@ std::shared_ptr<const PcmTake> loadTake(const std::vector<std::filesystem::path>
     auto take = std::make_shared<PcmTake>();
     take->estPoly = estPoly;
     try {
-        for (const Source& source : sources)
+        for (const TakeSource& source : sources)
             take->buffers.emplace_back(source.format.channels, source.format.frames);
     } catch (const std::bad_alloc&) {
         throw PlaybackError::noRoom(needed, std::nullopt);
     }
-    Loading(sources, take->buffers, task).run();
+    std::uint64_t allBytes = 0;
+    for (const TakeSource& source : sources)
+        allBytes += source.bytesOf(source.format.frames);
+    const std::vector<Work> work = workOn(sources);
+    ParallelWork all(task, allBytes);
+    all.run(work.size(), [&] { return Worker(sources, take->buffers, work, all); });
 
     take->sampleRate = sources.front().format.sampleRate;
     take->nbCanaux = estPoly ? sources.front().format.channels : static_cast<int>(sources.size());

@@ -2,14 +2,13 @@
 #include "base/paths.h"
 #include "platform/available_memory.h"
 #include "platform/linux/linux_memory.h"
-#include "platform/media/lazy_sample_decoder.h"
 #include "playback/pcm_loader.h"
+#include "tests/playback/sample_files.h"
 #include "tests/support/files.h"
 #include "tests/support/samples.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/wav_builder.h"
 
-#include <bit>
 #include <cmath>
 #include <limits>
 #include <mutex>
@@ -20,40 +19,10 @@
 namespace dravik::test {
 namespace {
 
-/// The codec module is loaded once for all tests.
-const SampleDecoder& codecs() {
-    static const std::unique_ptr<SampleDecoder> decoder = makeLazySampleDecoder();
-    return *decoder;
-}
-
 std::shared_ptr<const PcmTake> load(const std::vector<std::filesystem::path>& files, bool estPoly,
                                     const TaskContext& task = {}, const AvailableMemory& memory = {}) {
     return loadTake(files, estPoly, codecs(), memory, task);
 }
-
-void appendSample(Bytes& out, double value, unsigned bits, bool isFloat) {
-    if (isFloat && bits == 64) return appendLE(out, std::bit_cast<std::uint64_t>(value));
-    if (isFloat) return appendLE(out, std::bit_cast<std::uint32_t>(static_cast<float>(value)));
-    const auto number = static_cast<std::int64_t>(value * std::ldexp(1.0, static_cast<int>(bits) - 1));
-    if (bits == 8) return appendLE(out, static_cast<std::uint8_t>(number + 128));
-    for (unsigned i = 0; i < bits; i += 8)
-        out.push_back(static_cast<std::byte>((static_cast<std::uint64_t>(number) >> i) & 0xFFU));
-}
-
-Bytes fmtOf(std::uint16_t tag, std::uint16_t channels, std::uint16_t bits, std::uint32_t rate = 48000) {
-    Bytes out;
-    const auto frame = static_cast<std::uint16_t>(channels * (bits / 8));
-    appendLE(out, tag);
-    appendLE(out, channels);
-    appendLE(out, rate);
-    appendLE(out, static_cast<std::uint32_t>(rate * frame));
-    appendLE(out, frame);
-    appendLE(out, bits);
-    return out;
-}
-
-/// Multiples of an eighth are exact in every encoding; which one it is tells the frame and the channel.
-double valueAt(std::int64_t frame, int channel) { return static_cast<double>((frame * 5 + channel * 3) % 15 - 7) / 8; }
 
 TEST(LoadTake, EveryLinearEncodingComesOutExact) {
     const TempFolder folder;
