@@ -1,6 +1,7 @@
 #include "app/take_waveform.h"
 
 #include "app/text.h"
+#include "base/paths.h"
 #include "playback/peak_cache.h"
 
 #include <QPointer>

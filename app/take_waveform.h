@@ -55,7 +55,7 @@ class TakeWaveform : public QObject {
     std::string key_;
     std::vector<std::filesystem::path> files_;
     std::shared_ptr<CancellationToken> token_;
-    std::unique_ptr<TakePeaks> growing_;           ///< while they are being found
+    std::unique_ptr<TakePeaks> growing_;      ///< while they are being found
     std::shared_ptr<const TakePeaks> whole_;  ///< once they are
     QString error_;
 };

@@ -11,7 +11,8 @@ namespace {
 /// From here on single samples are dots on their line.
 constexpr double dotsFromPixelsPerFrame = 6;
 
-/// A column of one lane, filled from the highest to the lowest excursion; at least one pixel, so that silence is a line.
+/// A column of one lane, filled from the highest to the lowest excursion; at least one pixel, so that silence is a
+/// line.
 void fillColumn(QImage& image, int x, const QRect& lane, double gain, const PeakColumn& column, QRgb colour) {
     if (!column.known) return;
     const double centre = lane.top() + lane.height() / 2.0;
@@ -72,8 +73,7 @@ QImage drawWaveform(QSize size, const std::vector<WaveformLane>& lanes, const Wa
         }
         if (content.peaks == nullptr || lane.canal >= content.peaks->nbCanaux()) continue;
         const auto first = static_cast<std::int64_t>(std::floor(viewport.firstFrame()));
-        const TakePeaks::Detail detail =
-            content.peaks->columns(lane.canal, first, viewport.framesPerPixel(), columns);
+        const TakePeaks::Detail detail = content.peaks->columns(lane.canal, first, viewport.framesPerPixel(), columns);
         const bool hasSamples = content.samples != nullptr && lane.canal < content.samples->nbCanaux;
         if (detail == TakePeaks::Detail::samples && hasSamples) {
             close.push_back(&lane);

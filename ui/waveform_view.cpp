@@ -32,8 +32,8 @@ QString cueText(const CueMarker& marker, std::size_t number) {
 
 }  // namespace
 
-WaveformView::WaveformView(ContentView& content, TakePlayback& playback, TakeWaveform& waveform,
-                           UserDefaults& defaults, const Theme& theme, QWidget* parent)
+WaveformView::WaveformView(ContentView& content, TakePlayback& playback, TakeWaveform& waveform, UserDefaults& defaults,
+                           const Theme& theme, QWidget* parent)
     : QAbstractScrollArea(parent),
       content_(content),
       playback_(playback),
@@ -224,7 +224,8 @@ void WaveformView::paintEvent(QPaintEvent* event) {
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
         painter.setBrush(colour);
-        painter.drawPolygon(QPolygonF({{x - 5, rulerHeight - 8.0}, {x + 5, rulerHeight - 8.0}, {x, rulerHeight - 1.0}}));
+        painter.drawPolygon(
+            QPolygonF({{x - 5, rulerHeight - 8.0}, {x + 5, rulerHeight - 8.0}, {x, rulerHeight - 1.0}}));
         painter.setRenderHint(QPainter::Antialiasing, false);
     }
     paintNames(painter);
