@@ -4,6 +4,7 @@
 #include "editing/folder_actions.h"
 #include "model/audio_metadata.h"
 #include "ui/folder_tree.h"
+#include "ui/list_looks.h"
 
 #include <QDir>
 #include <QHBoxLayout>
@@ -24,7 +25,6 @@ constexpr auto volumesEvery = 3s;
 constexpr auto settleTime = 300ms;
 /// What the system grants a user is a few thousand; no screen shows more open folders than this.
 constexpr std::size_t maxWatched = 256;
-constexpr int smallPixels = 11;
 
 /// Is it this folder or one above it? Letter case counts: a folder may just have got another.
 bool leadsTo(const std::filesystem::path& folder, const std::filesystem::path& target) {
@@ -157,7 +157,7 @@ void FolderBrowser::makeActions() {
     refresh_ = make(QStringLiteral("Refresh"), Qt::Key_F5, [this] { refresh(); });
     for (const auto& [button, action] : {std::pair(newButton_, newFolder_), std::pair(refreshButton_, refresh_)}) {
         button->setAutoRaise(true);
-        button->setIconSize({16, 16});
+        button->setIconSize({metrics::iconSide, metrics::iconSide});
         button->setAccessibleName(action->text());
         button->setToolTip(
             QStringLiteral("%1 (%2)").arg(action->text(), action->shortcut().toString(QKeySequence::NativeText)));
@@ -196,16 +196,15 @@ void FolderBrowser::makeProgress() {
 }
 
 void FolderBrowser::applyTheme() {
-    QFont small = font();
-    small.setPixelSize(smallPixels);
     for (QLabel* label : {title_, progressText_}) {
-        label->setFont(small);
+        label->setFont(metrics::smallFont(*this));
         QPalette palette;
         palette.setColor(QPalette::WindowText, theme_.dimmed());
         label->setPalette(palette);
     }
     newButton_->setIcon(theme_.icon(QStringLiteral("new_folder")));
     refreshButton_->setIcon(theme_.icon(QStringLiteral("refresh")));
+    tree_->setPalette(listPalette(theme_));
     tree_->setLook(theme_.dimmed(), theme_.icon(QStringLiteral("eject")));
 }
 

@@ -3,6 +3,8 @@
 #include "app/text.h"
 #include "model/audio_metadata.h"
 #include "ui/folder_browser.h"
+#include "ui/metrics.h"
+#include "ui/status_line.h"
 #include "ui/take_editor.h"
 #include "ui/take_table.h"
 
@@ -11,19 +13,22 @@
 #include <QFileInfo>
 #include <QMenuBar>
 #include <QMimeData>
-#include <QStatusBar>
+#include <QStatusTipEvent>
 #include <QToolBar>
 #include <QVBoxLayout>
 #include <cmath>
+#include <utility>
 
 namespace dravik {
 namespace {
 
 constexpr const char* geometryKey = "DravikMainWindow.geometry";
 constexpr QSize firstSize(1280, 800);
-constexpr int noticeMilliseconds = 8000;
-/// Work that is over before anybody could read its progress shows none.
-constexpr qint64 showProgressAfterMilliseconds = 250;
+/// Below that the panes are too narrow to be of use.
+constexpr QSize leastSize(760, 480);
+/// What the editor is given when the window is too low for the table that is remembered.
+constexpr int editorHeight = 250;
+constexpr int leastTableHeight = 150;
 
 /// "1:02:07" or "2:07".
 QString clockText(double seconds) {
@@ -32,12 +37,6 @@ QString clockText(double seconds) {
                              .arg(all / 60 % 60, all >= 3600 ? 2 : 1, 10, QLatin1Char('0'))
                              .arg(all % 60, 2, 10, QLatin1Char('0'));
     return all >= 3600 ? QStringLiteral("%1:%2").arg(all / 3600).arg(tail) : tail;
-}
-
-QString remaining(qint64 elapsedMilliseconds, double fraction) {
-    if (fraction <= 0.02 || elapsedMilliseconds < 1000) return {};
-    const double left = static_cast<double>(elapsedMilliseconds) / 1000.0 * (1.0 - fraction) / fraction;
-    return QStringLiteral(" – %1 left").arg(clockText(std::max(1.0, left)));
 }
 
 }  // namespace
@@ -54,7 +53,6 @@ MainWindow::MainWindow(const Services& services) : services_(services) {
     makeActions();
     makeMenus();
     makeToolbar();
-    makeStatusLine();
     restoreLayout();
 
     ContentView& content = services_.content;
@@ -64,51 +62,17 @@ MainWindow::MainWindow(const Services& services) : services_(services) {
     connect(&content, &ContentView::pendingChanged, this, &MainWindow::refreshTitle);
     connect(&content, &ContentView::selectionChanged, this, &MainWindow::refreshActions);
     connect(&content, &ContentView::folderChanged, this, [this] {
+        status_->tell({});  // what was told is of the folder before
         refreshTitle();
         if (const auto& folder = services_.content.dossierSelectionne()) browser_->reveal(*folder);
     });
-    connect(&content, &ContentView::sauvegardeEnCoursChanged, this, [this] {
-        working_.start();
-        refreshActions();
-        refreshStatus();
-    });
-    connect(&content, &ContentView::messageSuccesSauvegardeChanged, this, &MainWindow::refreshStatus);
-    connect(&content, &ContentView::notice, this,
-            [this](const QString& text) { statusBar()->showMessage(text, noticeMilliseconds); });
-    connect(&content, &ContentView::saveProgressed, this,
-            [this](std::uint64_t done, std::uint64_t all, const QString& name) {
-                const double fraction = all == 0 ? 0 : static_cast<double>(done) / static_cast<double>(all);
-                progress_->setRange(0, 1000);
-                progress_->setValue(static_cast<int>(fraction * 1000));
-                message_->setText(QStringLiteral("Saving... %1%2").arg(name, remaining(working_.elapsed(), fraction)));
-            });
-    FolderListing& listing = content.listing();
-    connect(&listing, &FolderListing::progressed, this, [this](int done, int all, const QString& name) {
-        if (services_.content.sauvegardeEnCours()) return;
-        if (!progress_->isVisible()) {
-            if (!working_.isValid()) working_.start();
-            if (working_.elapsed() < showProgressAfterMilliseconds) return;
-        }
-        progress_->setRange(0, all);
-        progress_->setValue(done);
-        const double fraction = all == 0 ? 0 : static_cast<double>(done) / all;
-        message_->setText(QStringLiteral("Reading %1%2").arg(name, remaining(working_.elapsed(), fraction)));
-        progress_->show();
-        cancel_->show();
-    });
-    connect(&listing, &FolderListing::finished, this, [this](bool cancelled) {
-        working_.invalidate();
-        if (cancelled && !services_.content.rows().groupesTableau().empty()) {
-            statusBar()->showMessage(QStringLiteral("Reading was stopped: not all takes are shown. Reload reads them."),
-                                     noticeMilliseconds);
-        }
-        refreshStatus();
-    });
+    connectStatusLine();
     TakeRows& rows = content.rows();
     connect(&rows, &TakeRows::rowsReset, this, &MainWindow::refreshCounts);
     connect(&rows, &TakeRows::rowsAppended, this, &MainWindow::refreshCounts);
     connect(table_, &TakeTable::selectionChanged, this, &MainWindow::refreshCounts);
     connect(table_, &TakeTable::selectionChanged, this, &MainWindow::refreshActions);
+    connect(editor_, &TakeEditor::stepReplayed, table_, &TakeTable::showLastChange);
     connect(&services_.theme, &Theme::changed, this, &MainWindow::refreshIcons);
 
     Commands& commands = services_.commands;
@@ -119,7 +83,6 @@ MainWindow::MainWindow(const Services& services) : services_(services) {
     refreshActions();
     refreshTitle();
     refreshCounts();
-    refreshStatus();
     services_.windows.setMainWindow(this);
 }
 
@@ -165,12 +128,16 @@ void MainWindow::arrange() {
 }
 
 void MainWindow::restoreLayout() {
+    setMinimumSize(leastSize);
     resize(firstSize);
     restoreGeometry(services_.settings.stored(QString::fromLatin1(geometryKey)).toByteArray());
     const int browserWidth = services_.settings.value(settings::layoutLargeurNavigateur);
     const int tableHeight = services_.settings.value(settings::layoutHauteurZoneTableau);
     across_->setSizes({browserWidth, std::max(200, width() - browserWidth)});
-    down_->setSizes({tableHeight, std::max(200, height() - tableHeight - 120)});
+    // Less than is remembered where the window is too low for both.
+    const int room = height() - menuBar()->sizeHint().height() - 60;
+    const int table = std::clamp(tableHeight, leastTableHeight, std::max(leastTableHeight, room - editorHeight));
+    down_->setSizes({table, std::max(editorHeight, room - table)});
     browser_->setVisible(services_.settings.value(settings::layoutNavigateurVisible));
     showBrowser_->setChecked(services_.settings.value(settings::layoutNavigateurVisible));
     setPresentation(presentationMode(services_.settings.value(settings::layoutVueActive)));
@@ -214,10 +181,15 @@ void MainWindow::makeActions() {
                [this] { emit services_.commands.dravikSaveChanges(); });
     discard_ = action(QStringLiteral("Discard"), {}, QStringLiteral("discard"),
                       QStringLiteral("Discard all unsaved changes"), [this] { services_.content.discardAll(); });
-    undo_ = action(QStringLiteral("Undo"), QKeySequence::Undo, QStringLiteral("undo"), {},
-                   [this] { services_.content.undo(); });
+    undo_ = action(QStringLiteral("Undo"), QKeySequence::Undo, QStringLiteral("undo"), {}, [this] {
+        services_.content.undo();
+        table_->showLastChange();
+    });
     redo_ = action(QStringLiteral("Redo"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QStringLiteral("redo"), {},
-                   [this] { services_.content.redo(); });
+                   [this] {
+                       services_.content.redo();
+                       table_->showLastChange();
+                   });
     group_ = action(QStringLiteral("Group Mono Files"), {}, {},
                     QStringLiteral("Show the mono files of one take as one row"), [this] {
                         services_.content.setRegrouperFichiersMono(group_->isChecked());
@@ -264,8 +236,8 @@ void MainWindow::makeMenus() {
     file->addAction(action(QStringLiteral("Preferences..."), QKeySequence(Qt::CTRL | Qt::Key_Comma), {}, {},
                            [this] { emit preferencesRequested(); }));
     file->addSeparator();
-    QAction* quit = action(QStringLiteral("Quit"), QKeySequence(Qt::CTRL | Qt::Key_Q), {}, {},
-                           [this] { services_.termination.applicationShouldTerminate(); });
+    QAction* quit =
+        action(QStringLiteral("Quit"), QKeySequence(Qt::CTRL | Qt::Key_Q), {}, {}, [this] { this->quit(); });
     quit->setMenuRole(QAction::QuitRole);
     file->addAction(quit);
 
@@ -329,7 +301,7 @@ void MainWindow::makeToolbar() {
     bar->setObjectName(QStringLiteral("toolbar"));
     bar->setMovable(false);
     bar->setContextMenuPolicy(Qt::PreventContextMenu);
-    bar->setIconSize(QSize(18, 18));
+    bar->setIconSize(QSize(metrics::toolIconSide, metrics::toolIconSide));
     bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     bar->addAction(showBrowser_);
     for (QAction* one : menuBar()->actions().front()->menu()->actions().mid(0, 1))
@@ -347,31 +319,48 @@ void MainWindow::makeToolbar() {
     }
 }
 
-void MainWindow::makeStatusLine() {
-    counts_ = new QLabel(this);
-    counts_->setContentsMargins(8, 0, 0, 0);
-    message_ = new QLabel(this);
-    message_->setAccessibleName(QStringLiteral("Status"));
-    progress_ = new QProgressBar(this);
-    progress_->setFixedSize(160, 12);
-    progress_->setTextVisible(false);
-    progress_->setAccessibleName(QStringLiteral("Progress"));
-    cancel_ = new QToolButton(this);
-    cancel_->setText(QStringLiteral("Cancel"));
-    cancel_->setAutoRaise(true);
-    connect(cancel_, &QToolButton::clicked, this, [this] {
+void MainWindow::connectStatusLine() {
+    status_ = new StatusLine(this);
+    setStatusBar(status_);
+    ContentView& content = services_.content;
+    connect(status_, &StatusLine::cancelRequested, this, [this] {
         if (services_.content.sauvegardeEnCours()) {
             services_.content.cancelSave();
         } else {
             services_.content.listing().cancel();
         }
     });
-    statusBar()->setSizeGripEnabled(false);
-    statusBar()->addWidget(counts_);
-    for (QWidget* widget :
-         {static_cast<QWidget*>(message_), static_cast<QWidget*>(progress_), static_cast<QWidget*>(cancel_)}) {
-        statusBar()->addPermanentWidget(widget);
-    }
+    connect(&content, &ContentView::sauvegardeEnCoursChanged, this, [this] {
+        refreshActions();
+        if (!services_.content.sauvegardeEnCours()) {
+            status_->endWork();
+            return;
+        }
+        status_->beginWork();
+        status_->showWork(QStringLiteral("Saving..."), 0, 0, true);
+    });
+    connect(&content, &ContentView::saveProgressed, this,
+            [this](std::uint64_t done, std::uint64_t all, const QString& name) {
+                // One may be on its way when the save has ended.
+                if (!services_.content.sauvegardeEnCours()) return;
+                status_->showWork(QStringLiteral("Saving... %1").arg(name), done, all, true);
+            });
+    connect(&content, &ContentView::messageSuccesSauvegardeChanged, this,
+            [this] { status_->setSuccess(services_.content.messageSuccesSauvegarde()); });
+    connect(&content, &ContentView::notice, status_, &StatusLine::tell);
+    FolderListing& listing = content.listing();
+    connect(&listing, &FolderListing::progressed, this, [this](int done, int all, const QString& name) {
+        if (services_.content.sauvegardeEnCours()) return;
+        status_->showWork(QStringLiteral("Reading %1").arg(name), static_cast<std::uint64_t>(std::max(0, done)),
+                          static_cast<std::uint64_t>(std::max(0, all)), false);
+    });
+    connect(&listing, &FolderListing::finished, this, [this](bool cancelled) {
+        if (services_.content.sauvegardeEnCours()) return;
+        status_->endWork();
+        if (cancelled && !services_.content.rows().groupesTableau().empty()) {
+            status_->tell(QStringLiteral("Reading was stopped: not all takes are shown. Reload reads them."));
+        }
+    });
 }
 
 // --- Showing the state ---------------------------------------------------------------------------------------------
@@ -430,26 +419,13 @@ void MainWindow::refreshCounts() {
             add(row);
     }
     if (rows.empty()) {
-        counts_->clear();
+        status_->setCounts({});
         return;
     }
-    counts_->setText(QStringLiteral("%1%2 · %3 · %4 · %5")
-                         .arg(part ? QStringLiteral("Selected: ") : QString(),
-                              counted(part ? selected.size() : rows.size(), QStringLiteral("take")),
-                              counted(files, QStringLiteral("file")), clockText(seconds), toQt(sizeText(bytes))));
-}
-
-void MainWindow::refreshStatus() {
-    const ContentView& content = services_.content;
-    const bool saving = content.sauvegardeEnCours();
-    if (saving) {
-        progress_->setRange(0, 0);
-        message_->setText(QStringLiteral("Saving..."));
-    } else {
-        message_->setText(content.messageSuccesSauvegarde());
-    }
-    progress_->setVisible(saving);
-    cancel_->setVisible(saving);
+    status_->setCounts(QStringLiteral("%1%2 · %3 · %4 · %5")
+                           .arg(part ? QStringLiteral("Selected: ") : QString(),
+                                counted(part ? selected.size() : rows.size(), QStringLiteral("take")),
+                                counted(files, QStringLiteral("file")), clockText(seconds), toQt(sizeText(bytes))));
 }
 
 // --- From outside --------------------------------------------------------------------------------------------------
@@ -458,7 +434,43 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     // The answer comes from the gate, later.
     event->ignore();
     rememberLayout();
-    services_.termination.applicationShouldTerminate();
+    quit();
+}
+
+void MainWindow::quit() {
+    editor_->commitPending();
+    const QString invalid = editor_->invalidTimecode();
+    if (invalid.isEmpty()) {
+        services_.termination.applicationShouldTerminate();
+        return;
+    }
+    // A line at the bottom of a window that closes is read by nobody.
+    if (std::exchange(quitAsked_, true)) return;
+    Alert alert;
+    alert.title = QStringLiteral("Invalid Timecode");
+    alert.text = QStringLiteral(
+                     "The start timecode that you typed is not one: %1. It was not taken over.\n\nWould you "
+                     "like to quit without it?")
+                     .arg(invalid);
+    alert.buttons = {QStringLiteral("Quit"), QStringLiteral("Cancel")};
+    alert.destructive = true;
+    services_.dialogs.ask(alert, [this](AlertAnswer answer) {
+        quitAsked_ = false;
+        if (answer.button == 0) {
+            services_.termination.applicationShouldTerminate();
+        } else {
+            editor_->focusTimecode();
+        }
+    });
+}
+
+bool MainWindow::event(QEvent* event) {
+    // What a control does is told beside the counts, not in their place.
+    if (event->type() == QEvent::StatusTip) {
+        status_->setHint(static_cast<QStatusTipEvent*>(event)->tip());
+        return true;
+    }
+    return QMainWindow::event(event);
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {

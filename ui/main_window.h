@@ -6,15 +6,14 @@
 #include "app/workspace.h"
 #include "ui/theme.h"
 
-#include <QLabel>
+#include <QAction>
 #include <QMainWindow>
-#include <QProgressBar>
 #include <QSplitter>
-#include <QToolButton>
 
 namespace dravik {
 
 class FolderBrowser;
+class StatusLine;
 class TakeEditor;
 class TakeTable;
 
@@ -46,6 +45,7 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     [[nodiscard]] TakeTable& takeTable() noexcept { return *table_; }
     [[nodiscard]] TakeEditor& takeEditor() noexcept { return *editor_; }
     [[nodiscard]] FolderBrowser& folderBrowser() noexcept { return *browser_; }
+    [[nodiscard]] StatusLine& statusLine() noexcept { return *status_; }
 
   signals:
     void preferencesRequested();
@@ -54,6 +54,7 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     void licencesRequested();
 
   protected:
+    bool event(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
@@ -64,7 +65,8 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     void makeActions();
     void makeMenus();
     void makeToolbar();
-    void makeStatusLine();
+    void connectStatusLine();
+    void quit();
     void arrange();
     void restoreLayout();
     void rememberLayout();
@@ -73,7 +75,6 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     void refreshActions();
     void refreshTitle();
     void refreshCounts();
-    void refreshStatus();
 
     Services services_;
     FolderBrowser* browser_ = nullptr;
@@ -93,11 +94,8 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     QAction* tableOnly_ = nullptr;
     std::vector<QAction*> takeActions_;  ///< need a selected take
 
-    QLabel* counts_ = nullptr;
-    QLabel* message_ = nullptr;
-    QProgressBar* progress_ = nullptr;
-    QToolButton* cancel_ = nullptr;
-    QElapsedTimer working_;
+    StatusLine* status_ = nullptr;
+    bool quitAsked_ = false;
 };
 
 }  // namespace dravik

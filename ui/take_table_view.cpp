@@ -1,5 +1,8 @@
 #include "ui/take_table_view.h"
 
+#include "ui/colours.h"
+#include "ui/list_looks.h"
+
 #include <QActionEvent>
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -66,52 +69,6 @@ QFont scaled(QFont font, double by) {
     return font;
 }
 
-/// Titles that stand exactly above their cells, and no louder than they need to.
-class TakeHeader final : public QHeaderView {
-  public:
-    TakeHeader(const Theme& theme, QWidget* parent) : QHeaderView(Qt::Horizontal, parent), theme_(theme) {
-        setSectionsClickable(true);
-        setHighlightSections(false);
-    }
-
-    [[nodiscard]] QSize sizeHint() const override {
-        return {QHeaderView::sizeHint().width(), fontMetrics().height() + 9};
-    }
-
-  protected:
-    void paintSection(QPainter* painter, const QRect& rect, int logical) const override {
-        const QPalette& colours = palette();
-        const QColor line = colours.color(QPalette::Mid);
-        const bool sorted = sortIndicatorSection() == logical;
-        painter->fillRect(rect, colours.color(QPalette::Window));
-        painter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), line);
-        painter->fillRect(QRect(rect.right(), rect.top() + 5, 1, rect.height() - 10), line);
-        QRect text = rect.adjusted(cellPadding, 0, -cellPadding, 0);
-        painter->setPen(sorted ? colours.color(QPalette::WindowText) : theme_.dimmed());
-        if (sorted) {
-            constexpr int arrow = 7;
-            const bool up = sortIndicatorOrder() == Qt::AscendingOrder;
-            const int middle = rect.center().y();
-            const int tip = middle + (up ? -2 : 2);
-            const int foot = middle + (up ? 2 : -2);
-            const int right = rect.right() - 4;
-            painter->setRenderHint(QPainter::Antialiasing);
-            painter->setBrush(painter->pen().color());
-            painter->drawPolygon(QPolygon({{right - arrow, foot}, {right, foot}, {right - arrow / 2, tip}}));
-            painter->setRenderHint(QPainter::Antialiasing, false);
-            text.setRight(right - arrow - 3);
-        }
-        painter->setFont(font());
-        const auto alignment = model()->headerData(logical, Qt::Horizontal, Qt::TextAlignmentRole).toInt();
-        const QString title = model()->headerData(logical, Qt::Horizontal, Qt::DisplayRole).toString();
-        painter->drawText(text, alignment | Qt::TextSingleLine,
-                          fontMetrics().elidedText(title, Qt::ElideRight, text.width()));
-    }
-
-  private:
-    const Theme& theme_;
-};
-
 }  // namespace
 
 QString shortcutText(TakeCommand command) {
@@ -125,7 +82,7 @@ QString shortcutText(TakeCommand command) {
 
 TakeTableView::TakeTableView(TakeTableModel& model, const Theme& theme, QWidget* parent)
     : QTreeView(parent), model_(model), theme_(theme), delegate_(new TakeDelegate(theme, this)) {
-    setHeader(new TakeHeader(theme, this));
+    setHeader(new ListHeader(metrics::cellPadding, this));
     setModel(&model);
     setItemDelegate(delegate_);
     setAccessibleName(QStringLiteral("Takes"));
@@ -145,7 +102,7 @@ TakeTableView::TakeTableView(TakeTableModel& model, const Theme& theme, QWidget*
     setMouseTracking(true);
     viewport()->setAttribute(Qt::WA_Hover);
 
-    header()->setFont(scaled(font(), 0.92));
+    header()->setSectionsClickable(true);
     header()->setSectionsMovable(true);
     header()->setFirstSectionMovable(true);
     header()->setStretchLastSection(false);
@@ -172,16 +129,7 @@ TakeTableView::TakeTableView(TakeTableModel& model, const Theme& theme, QWidget*
 }
 
 void TakeTableView::applyColours() {
-    // A selection that texts in the accent colour can be read on.
-    QPalette palette = QApplication::palette();
-    const QColor base = palette.color(QPalette::Base);
-    const QColor text = palette.color(QPalette::Text);
-    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
-        palette.setColor(group, QPalette::HighlightedText, text);
-    }
-    palette.setColor(QPalette::Active, QPalette::Highlight, mixed(base, theme_.accent(), 0.24));
-    palette.setColor(QPalette::Inactive, QPalette::Highlight, mixed(base, text, 0.13));
-    setPalette(palette);
+    setPalette(listPalette(theme_));
     viewport()->update();
 }
 
@@ -195,11 +143,6 @@ void TakeTableView::dataChanged(const QModelIndex& topLeft, const QModelIndex& b
     QTreeView::dataChanged(topLeft, bottomRight, roles);
     // The mark of an edited row stands left of its first cell, which is all that would be drawn again.
     viewport()->update();
-}
-
-void TakeTableView::changeEvent(QEvent* event) {
-    QTreeView::changeEvent(event);
-    if (event->type() == QEvent::FontChange && header() != nullptr) header()->setFont(scaled(font(), 0.92));
 }
 
 void TakeTableView::keepPlaceDuringLayouts() {
@@ -513,15 +456,18 @@ void TakeTableView::drawRow(QPainter* painter, const QStyleOptionViewItem& optio
     const QRect row(0, option.rect.y(), viewport()->width(), option.rect.height());
     const bool member = index.parent().isValid();
     const bool loaded = !member && delegate_->isLoaded && delegate_->isLoaded(index);
-    if (loaded) {
+    if (selectionModel()->isSelected(index)) {
+        // Also where there are no columns any more.
+        const auto group = option.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
+        painter->fillRect(row, palette().color(group, QPalette::Highlight));
+    } else if (loaded) {
         painter->fillRect(row, mixed(palette().color(QPalette::Base), theme_.accent(), 0.1));
     } else if (!member && index.row() % 2 != 0) {
         painter->fillRect(row, palette().color(QPalette::AlternateBase));
     }
     QTreeView::drawRow(painter, option, index);
     if (index.data(TakeTableModel::EditedRowRole).toBool()) {
-        constexpr int markWidth = 3;
-        painter->fillRect(QRect(0, row.y(), markWidth, row.height()), theme_.pending());
+        painter->fillRect(QRect(0, row.y(), metrics::editMark, row.height()), theme_.pending());
     }
 }
 

@@ -2,7 +2,7 @@
 
 #include "app/take_columns.h"
 #include "app/text.h"
-#include "ui/flat_header.h"
+#include "ui/list_looks.h"
 
 #include <QAbstractTableModel>
 #include <QApplication>
@@ -73,7 +73,7 @@ class TrackModel final : public QAbstractTableModel {
                 return alignment(at.column());
             case Qt::ForegroundRole:
                 if (!editable_ || at.column() != TrackList::name) return theme_.dimmed();
-                return row.edited ? QVariant(theme_.pending()) : QVariant();
+                return row.edited ? QVariant(theme_.pendingText()) : QVariant();
             case Qt::ToolTipRole:
                 return row.file;
             case Qt::AccessibleTextRole:
@@ -131,6 +131,7 @@ class NameDelegate final : public QStyledItemDelegate {
         auto* line = new QLineEdit(parent);
         line->setFrame(false);
         line->setAutoFillBackground(true);
+        line->setPalette(QApplication::palette());  // selected text as in other fields
         line->setAccessibleName(QStringLiteral("Name of track %1").arg(index.row() + 1));
         line->setProperty("row", index.row());
         auto* self = const_cast<NameDelegate*>(this);  // the signals of a delegate are not const
@@ -199,12 +200,8 @@ class NameDelegate final : public QStyledItemDelegate {
 TrackList::TrackList(ContentView& content, const Theme& theme, QWidget* parent)
     : QTableView(parent), content_(content), model_(new TrackModel(content, theme, this)) {
     setModel(model_);
-    makeDense(*this);
-    setAccessibleName(QStringLiteral("Tracks"));
+    makeDense(*this, theme, QStringLiteral("Tracks"), {32, 38});
     setEditTriggers(DoubleClicked | SelectedClicked | EditKeyPressed | AnyKeyPressed);
-    horizontalHeader()->resizeSection(number, 32);
-    horizontalHeader()->resizeSection(channel, 38);
-    horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     horizontalHeader()->setToolTip(
         QStringLiteral("Position in the take, channel number of the recorder, name.\n"
                        "Type or press Return to edit a name; Return and Tab go on to the next one."));
@@ -216,17 +213,19 @@ TrackList::TrackList(ContentView& content, const Theme& theme, QWidget* parent)
         pasteFrom(row);
         return true;
     };
-    hooks.undo = [this] { content_.undo(); };
-    hooks.redo = [this] { content_.redo(); };
+    hooks.undo = [this] {
+        content_.undo();
+        emit stepReplayed();
+    };
+    hooks.redo = [this] {
+        content_.redo();
+        emit stepReplayed();
+    };
     hooks.opened = [this] { setTyping(true); };
     setItemDelegate(new NameDelegate(std::move(hooks), this));
 }
 
-TrackList::~TrackList() {
-    // A field that goes while it has the keyboard says that it was left, to nobody any more.
-    for (QObject* child : findChildren<QObject*>())
-        child->disconnect(this);
-}
+TrackList::~TrackList() { stopListeningToChildren(*this); }
 
 void TrackList::refresh(bool editable) {
     const int row = content_.selectedRow();
