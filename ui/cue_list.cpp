@@ -3,6 +3,7 @@
 #include "app/take_times.h"
 #include "app/text.h"
 #include "ui/list_looks.h"
+#include "ui/shortcuts.h"
 
 #include <QAbstractTableModel>
 #include <QContextMenuEvent>
@@ -201,10 +202,10 @@ bool CueList::eventFilter(QObject* object, QEvent* event) {
         return QWidget::eventFilter(object, event);
     }
     if (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
+        const auto& key = static_cast<QKeyEvent&>(*event);
         const bool pressed = event->type() == QEvent::KeyPress;
-        const bool renames = key == Qt::Key_F2 || key == Qt::Key_Return || key == Qt::Key_Enter;
-        const bool deletes = key == Qt::Key_Delete || key == Qt::Key_Backspace;
+        const bool renames = isKey(KeyId::renameCue, key);
+        const bool deletes = isKey(KeyId::deleteCue, key);
         if (renames || deletes) {
             if (pressed) renames ? renameCurrent() : deleteCurrent();
             event->accept();

@@ -5,6 +5,7 @@
 #include "model/audio_metadata.h"
 #include "ui/folder_tree.h"
 #include "ui/list_looks.h"
+#include "ui/shortcuts.h"
 
 #include <QDir>
 #include <QHBoxLayout>
@@ -136,25 +137,22 @@ void FolderBrowser::connectCommands() {
 QTreeView& FolderBrowser::tree() noexcept { return *tree_; }
 
 void FolderBrowser::makeActions() {
-    const auto make = [this](const QString& text, const QKeySequence& key, const auto& run) {
-        auto* action = new QAction(text, this);
-        action->setShortcut(key);
+    const auto make = [this](KeyId key, const auto& run) {
+        auto* action = new QAction(shortcut(key).name, this);
+        action->setShortcut(keyOf(key));
         // The tree itself answers the keys, so that they mean this only where the focus is.
         action->setShortcutContext(Qt::WidgetShortcut);
         connect(action, &QAction::triggered, this, run);
         return action;
     };
-    open_ = make(QStringLiteral("Open"), Qt::Key_Return, [this] { commands_.open(currentPath()); });
-    newFolder_ = make(QStringLiteral("New Folder"), Qt::CTRL | Qt::SHIFT | Qt::Key_N,
-                      [this] { commands_.createIn(currentPath()); });
-    duplicate_ =
-        make(QStringLiteral("Duplicate"), Qt::CTRL | Qt::Key_D, [this] { commands_.duplicate(currentPath()); });
-    rename_ = make(QStringLiteral("Rename"), Qt::Key_F2, [this] { tree_->edit(tree_->currentIndex()); });
-    trash_ = make(QStringLiteral("Move to Trash"), Qt::Key_Delete, [this] { commands_.moveToTrash(currentPath()); });
-    reveal_ = make(QStringLiteral("Show in File Manager"), Qt::CTRL | Qt::SHIFT | Qt::Key_R,
-                   [this] { commands_.reveal(currentPath()); });
-    eject_ = make(QStringLiteral("Eject"), Qt::CTRL | Qt::Key_E, [this] { commands_.eject(currentPath()); });
-    refresh_ = make(QStringLiteral("Refresh"), Qt::Key_F5, [this] { refresh(); });
+    open_ = make(KeyId::openFolder, [this] { commands_.open(currentPath()); });
+    newFolder_ = make(KeyId::newFolder, [this] { commands_.createIn(currentPath()); });
+    duplicate_ = make(KeyId::duplicateFolder, [this] { commands_.duplicate(currentPath()); });
+    rename_ = make(KeyId::renameFolder, [this] { tree_->edit(tree_->currentIndex()); });
+    trash_ = make(KeyId::trashFolder, [this] { commands_.moveToTrash(currentPath()); });
+    reveal_ = make(KeyId::revealFolder, [this] { commands_.reveal(currentPath()); });
+    eject_ = make(KeyId::ejectVolume, [this] { commands_.eject(currentPath()); });
+    refresh_ = make(KeyId::refreshBrowser, [this] { refresh(); });
     for (const auto& [button, action] : {std::pair(newButton_, newFolder_), std::pair(refreshButton_, refresh_)}) {
         button->setAutoRaise(true);
         button->setIconSize({metrics::iconSide, metrics::iconSide});

@@ -2,6 +2,7 @@
 
 #include "ui/folder_tree_model.h"
 #include "ui/metrics.h"
+#include "ui/shortcuts.h"
 
 #include <QApplication>
 #include <QHelpEvent>
@@ -146,7 +147,7 @@ bool FolderTree::viewportEvent(QEvent* event) {
     if (event->type() == QEvent::ToolTip) {
         auto* help = static_cast<QHelpEvent*>(event);
         if (ejectAt(help->pos()).isValid()) {
-            QToolTip::showText(help->globalPos(), QStringLiteral("Eject (Ctrl+E)"), this);
+            QToolTip::showText(help->globalPos(), QStringLiteral("Eject (%1)").arg(keyText(KeyId::ejectVolume)), this);
             return true;
         }
     }

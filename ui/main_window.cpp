@@ -161,14 +161,16 @@ void MainWindow::setPresentation(PresentationMode mode) {
 
 // --- Actions -------------------------------------------------------------------------------------------------------
 
-QAction* MainWindow::action(const QString& text, const QKeySequence& shortcut, const QString& icon, const QString& help,
-                            std::function<void()> run) {
+QAction* MainWindow::action(KeyId key, const QString& icon, const QString& help, std::function<void()> run) {
+    QAction* made = action(shortcut(key).name, icon, help, std::move(run));
+    made->setShortcut(keyOf(key));
+    made->setToolTip(QStringLiteral("%1 (%2)").arg(made->toolTip(), keyText(key)));
+    return made;
+}
+
+QAction* MainWindow::action(const QString& text, const QString& icon, const QString& help, std::function<void()> run) {
     auto* made = new QAction(text, this);
-    made->setData(text);  // what it is called when its text says what it would do just now
-    made->setShortcut(shortcut);
-    QString tip = help.isEmpty() ? text : help;
-    if (!shortcut.isEmpty()) tip += QStringLiteral(" (%1)").arg(shortcut.toString(QKeySequence::NativeText));
-    made->setToolTip(tip);
+    made->setToolTip(help.isEmpty() ? text : help);
     made->setStatusTip(help);
     if (!icon.isEmpty()) icons_.emplace_back(made, icon);
     if (run) connect(made, &QAction::triggered, this, [run = std::move(run)] { run(); });
@@ -176,68 +178,59 @@ QAction* MainWindow::action(const QString& text, const QKeySequence& shortcut, c
 }
 
 void MainWindow::makeActions() {
-    saveAll_ =
-        action(QStringLiteral("Save All"), {}, QStringLiteral("save"), QStringLiteral("Save all pending changes"),
-               [this] { emit services_.commands.dravikSaveChanges(); });
-    discard_ = action(QStringLiteral("Discard"), {}, QStringLiteral("discard"),
+    saveAll_ = action(QStringLiteral("Save All"), QStringLiteral("save"), QStringLiteral("Save all pending changes"),
+                      [this] { emit services_.commands.dravikSaveChanges(); });
+    discard_ = action(QStringLiteral("Discard"), QStringLiteral("discard"),
                       QStringLiteral("Discard all unsaved changes"), [this] { services_.content.discardAll(); });
-    undo_ = action(QStringLiteral("Undo"), QKeySequence::Undo, QStringLiteral("undo"), {}, [this] {
+    undo_ = action(KeyId::undo, QStringLiteral("undo"), {}, [this] {
         services_.content.undo();
         table_->showLastChange();
     });
-    redo_ = action(QStringLiteral("Redo"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QStringLiteral("redo"), {},
-                   [this] {
-                       services_.content.redo();
-                       table_->showLastChange();
-                   });
-    group_ = action(QStringLiteral("Group Mono Files"), {}, {},
+    redo_ = action(KeyId::redo, QStringLiteral("redo"), {}, [this] {
+        services_.content.redo();
+        table_->showLastChange();
+    });
+    group_ = action(QStringLiteral("Group Mono Files"), {},
                     QStringLiteral("Show the mono files of one take as one row"), [this] {
                         services_.content.setRegrouperFichiersMono(group_->isChecked());
                         refreshActions();  // it may have been refused
                     });
     group_->setCheckable(true);
-    reload_ = action(QStringLiteral("Reload Folder"), QKeySequence::Refresh, {},
-                     QStringLiteral("Read the folder again; unsaved changes stay"), [this] { browser_->refresh(); });
-    showBrowser_ = action(QStringLiteral("Folder Browser"), QKeySequence(Qt::CTRL | Qt::Key_B),
-                          QStringLiteral("browser"), QStringLiteral("Show or hide the folder browser"), [this] {
+    reload_ = action(KeyId::reload, {}, QStringLiteral("Read the folder again; unsaved changes stay"),
+                     [this] { browser_->refresh(); });
+    showBrowser_ = action(KeyId::showBrowser, QStringLiteral("browser"),
+                          QStringLiteral("Show or hide the folder browser"), [this] {
                               browser_->setVisible(showBrowser_->isChecked());
                               services_.settings.set(settings::layoutNavigateurVisible, showBrowser_->isChecked());
                           });
     showBrowser_->setCheckable(true);
-    tableOnly_ = action(
-        QStringLiteral("Table Only"), QKeySequence(Qt::CTRL | Qt::Key_1), {},
-        QStringLiteral("Hide or show the editor below the table"),
-        [this] { setPresentation(tableOnly_->isChecked() ? PresentationMode::table : PresentationMode::waveforms); });
+    tableOnly_ = action(KeyId::tableOnly, {}, QStringLiteral("Hide or show the editor below the table"), [this] {
+        setPresentation(tableOnly_->isChecked() ? PresentationMode::table : PresentationMode::waveforms);
+    });
     tableOnly_->setCheckable(true);
 }
 
 void MainWindow::makeMenus() {
-    const auto take = [this](const QString& text, const QKeySequence& shortcut, const QString& help,
-                             void (TakeTable::*run)()) {
-        QAction* made = action(text, shortcut, {}, help, {});
+    const auto take = [this](const auto& what, const QString& help, void (TakeTable::*run)()) {
+        QAction* made = action(what, {}, help, {});
         connect(made, &QAction::triggered, table_, run);
         takeActions_.push_back(made);
         return made;
     };
     QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
-    file->addAction(action(QStringLiteral("Load Folder..."), QKeySequence::Open, QStringLiteral("folder"),
-                           QStringLiteral("Open a folder of recordings"),
+    file->addAction(action(KeyId::loadFolder, QStringLiteral("folder"), QStringLiteral("Open a folder of recordings"),
                            [this] { emit services_.commands.dravikLoadFolder(); }));
-    file->addAction(action(QStringLiteral("Load File..."), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O),
-                           QStringLiteral("file"), QStringLiteral("Open a recording and its folder"),
+    file->addAction(action(KeyId::loadFile, QStringLiteral("file"), QStringLiteral("Open a recording and its folder"),
                            [this] { emit services_.commands.dravikLoadFile(); }));
     file->addAction(reload_);
     file->addSeparator();
-    file->addAction(action(QStringLiteral("Save Changes"), QKeySequence::Save, QStringLiteral("save"),
-                           QStringLiteral("Save all pending changes"),
+    file->addAction(action(KeyId::save, QStringLiteral("save"), QStringLiteral("Save all pending changes"),
                            [this] { emit services_.commands.dravikSaveChanges(); }));
     file->addAction(discard_);
     file->addSeparator();
-    file->addAction(action(QStringLiteral("Preferences..."), QKeySequence(Qt::CTRL | Qt::Key_Comma), {}, {},
-                           [this] { emit preferencesRequested(); }));
+    file->addAction(action(KeyId::preferences, {}, {}, [this] { emit preferencesRequested(); }));
     file->addSeparator();
-    QAction* quit =
-        action(QStringLiteral("Quit"), QKeySequence(Qt::CTRL | Qt::Key_Q), {}, {}, [this] { this->quit(); });
+    QAction* quit = action(KeyId::quit, {}, {}, [this] { this->quit(); });
     quit->setMenuRole(QAction::QuitRole);
     file->addAction(quit);
 
@@ -246,28 +239,27 @@ void MainWindow::makeMenus() {
     edit->addAction(redo_);
     edit->addSeparator();
     // The table has these keys while it has the keyboard; text fields keep their own.
-    edit->addAction(take(QStringLiteral("Copy Column"), {}, QStringLiteral("Copy the current column of the selection"),
+    edit->addAction(take(QStringLiteral("Copy Column"), QStringLiteral("Copy the current column of the selection"),
                          &TakeTable::copy));
-    edit->addAction(take(QStringLiteral("Paste Column"), {},
+    edit->addAction(take(QStringLiteral("Paste Column"),
                          QStringLiteral("Paste lines downwards from the first selected row"), &TakeTable::paste));
     edit->addSeparator();
-    edit->addAction(action(QStringLiteral("Find"), QKeySequence::Find, QStringLiteral("search"),
-                           QStringLiteral("Filter the takes"), [this] { table_->focusFilter(); }));
+    edit->addAction(action(KeyId::find, QStringLiteral("search"), QStringLiteral("Filter the takes"),
+                           [this] { table_->focusFilter(); }));
 
     QMenu* takes = menuBar()->addMenu(QStringLiteral("&Take"));
-    takes->addAction(take(QStringLiteral("Edit Cell"), {}, QStringLiteral("Edit the current cell of the table (F2)"),
+    takes->addAction(take(QStringLiteral("Edit Cell"),
+                          QStringLiteral("Edit the current cell of the table (%1)").arg(keyText(KeyId::editCell)),
                           &TakeTable::editCurrentCell));
-    takes->addAction(take(QStringLiteral("Toggle Circled"), QKeySequence(Qt::CTRL | Qt::Key_K),
-                          QStringLiteral("Circle the selected takes, or take the circle away"),
+    takes->addAction(take(KeyId::toggleCircled, QStringLiteral("Circle the selected takes, or take the circle away"),
                           &TakeTable::toggleCircled));
     takes->addSeparator();
-    takes->addAction(take(QStringLiteral("Fill Down"), QKeySequence(Qt::CTRL | Qt::Key_D),
-                          QStringLiteral("The value of the first selected row for all selected rows"),
+    takes->addAction(take(KeyId::fillDown, QStringLiteral("The value of the first selected row for all selected rows"),
                           &TakeTable::fillDown));
-    takes->addAction(take(QStringLiteral("Increment Take"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_I),
-                          QStringLiteral("Each selected row gets the take after its own"), &TakeTable::incrementTakes));
-    takes->addAction(take(QStringLiteral("Number Takes"), {},
-                          QStringLiteral("Count up from the first selected row's take"), &TakeTable::numberTakes));
+    takes->addAction(take(KeyId::incrementTakes, QStringLiteral("Each selected row gets the take after its own"),
+                          &TakeTable::incrementTakes));
+    takes->addAction(take(QStringLiteral("Number Takes"), QStringLiteral("Count up from the first selected row's take"),
+                          &TakeTable::numberTakes));
     takes->addSeparator();
     takes->addAction(group_);
 
@@ -275,23 +267,21 @@ void MainWindow::makeMenus() {
     view->addAction(tableOnly_);
     view->addAction(showBrowser_);
     view->addSeparator();
-    view->addAction(action(QStringLiteral("Go to Browser"), QKeySequence(Qt::ALT | Qt::Key_1), {}, {}, [this] {
+    view->addAction(action(KeyId::goToBrowser, {}, {}, [this] {
         if (!showBrowser_->isChecked()) showBrowser_->trigger();
         browser_->focusTree();
     }));
-    view->addAction(action(QStringLiteral("Go to Table"), QKeySequence(Qt::ALT | Qt::Key_2), {}, {},
-                           [this] { table_->focusTable(); }));
-    view->addAction(action(QStringLiteral("Go to Editor"), QKeySequence(Qt::ALT | Qt::Key_3), {}, {}, [this] {
+    view->addAction(action(KeyId::goToTable, {}, {}, [this] { table_->focusTable(); }));
+    view->addAction(action(KeyId::goToEditor, {}, {}, [this] {
         if (tableOnly_->isChecked()) tableOnly_->trigger();
         editor_->focusFirstField();
     }));
 
     QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
-    help->addAction(action(QStringLiteral("Show Keyboard Shortcuts"), QKeySequence(Qt::Key_F1), {}, {},
-                           [this] { emit shortcutsRequested(); }));
-    help->addAction(action(QStringLiteral("Third-Party Licenses…"), {}, {}, {}, [this] { emit licencesRequested(); }));
+    help->addAction(action(KeyId::showShortcuts, {}, {}, [this] { emit shortcutsRequested(); }));
+    help->addAction(action(QStringLiteral("Third-Party Licenses…"), {}, {}, [this] { emit licencesRequested(); }));
     help->addSeparator();
-    QAction* about = action(QStringLiteral("About Dravik"), {}, {}, {}, [this] { emit aboutRequested(); });
+    QAction* about = action(QStringLiteral("About Dravik"), {}, {}, [this] { emit aboutRequested(); });
     about->setMenuRole(QAction::AboutRole);
     help->addAction(about);
 }
@@ -382,10 +372,8 @@ void MainWindow::refreshActions() {
     undo_->setText(content.canUndo() ? QStringLiteral("Undo %1").arg(content.undoName()) : QStringLiteral("Undo"));
     redo_->setEnabled(content.canRedo());
     redo_->setText(content.canRedo() ? QStringLiteral("Redo %1").arg(content.redoName()) : QStringLiteral("Redo"));
-    undo_->setToolTip(undo_->text() +
-                      QStringLiteral(" (%1)").arg(undo_->shortcut().toString(QKeySequence::NativeText)));
-    redo_->setToolTip(redo_->text() +
-                      QStringLiteral(" (%1)").arg(redo_->shortcut().toString(QKeySequence::NativeText)));
+    undo_->setToolTip(QStringLiteral("%1 (%2)").arg(undo_->text(), keyText(KeyId::undo)));
+    redo_->setToolTip(QStringLiteral("%1 (%2)").arg(redo_->text(), keyText(KeyId::redo)));
     group_->setChecked(content.regrouperFichiersMono());
     const bool any = !content.rows().groupesTableau().empty();
     for (QAction* one : takeActions_)

@@ -4,6 +4,7 @@
 #include "app/presentation_mode.h"
 #include "app/single_main_window_coordinator.h"
 #include "app/workspace.h"
+#include "ui/shortcuts.h"
 #include "ui/theme.h"
 
 #include <QAction>
@@ -60,8 +61,8 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     void dropEvent(QDropEvent* event) override;
 
   private:
-    QAction* action(const QString& text, const QKeySequence& shortcut, const QString& icon, const QString& help,
-                    std::function<void()> run);
+    QAction* action(KeyId key, const QString& icon, const QString& help, std::function<void()> run);
+    QAction* action(const QString& text, const QString& icon, const QString& help, std::function<void()> run);
     void makeActions();
     void makeMenus();
     void makeToolbar();

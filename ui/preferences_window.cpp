@@ -50,6 +50,7 @@ PreferencesWindow::PreferencesWindow(UserDefaults& settings, Commands& commands,
     setWindowTitle(QStringLiteral("Preferences"));
     setObjectName(QStringLiteral("preferences"));
     tabs_->setDocumentMode(true);
+    tabs_->setAccessibleName(QStringLiteral("Groups of settings"));
     tabs_->addTab(appearanceTab(), QStringLiteral("Appearance"));
     tabs_->addTab(filesTab(), QStringLiteral("Files and Editing"));
     tabs_->addTab(warningsTab(), QStringLiteral("Questions"));

@@ -4,6 +4,7 @@
 #include "model/wave/timecode.h"
 #include "ui/colours.h"
 #include "ui/metrics.h"
+#include "ui/shortcuts.h"
 #include "ui/take_table_model.h"
 
 #include <QAbstractItemView>
@@ -255,20 +256,25 @@ void TakeDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewI
 bool TakeDelegate::eventFilter(QObject* object, QEvent* event) {
     auto* editor = qobject_cast<QWidget*>(object);
     if (editor == nullptr || event->type() != QEvent::KeyPress) return QStyledItemDelegate::eventFilter(object, event);
-    const auto* key = static_cast<QKeyEvent*>(event);
-    const bool shift = key->modifiers().testFlag(Qt::ShiftModifier);
-    const bool control = key->modifiers().testFlag(Qt::ControlModifier);
-    switch (key->key()) {
-        case Qt::Key_Return:
-        case Qt::Key_Enter:
-            finish(editor, control ? CellMove::stay : shift ? CellMove::up : CellMove::down, control);
+    const std::optional<KeyId> key = keyIn(KeyContext::cell, *static_cast<QKeyEvent*>(event));
+    if (!key) return QStyledItemDelegate::eventFilter(object, event);
+    switch (*key) {
+        case KeyId::commitDown:
+            finish(editor, CellMove::down, false);
             return true;
-        case Qt::Key_Tab:
-        case Qt::Key_Backtab:
-            if (control) return QStyledItemDelegate::eventFilter(object, event);
-            finish(editor, key->key() == Qt::Key_Backtab || shift ? CellMove::previous : CellMove::next, false);
+        case KeyId::commitUp:
+            finish(editor, CellMove::up, false);
             return true;
-        case Qt::Key_Escape: {
+        case KeyId::commitToAll:
+            finish(editor, CellMove::stay, true);
+            return true;
+        case KeyId::commitNext:
+            finish(editor, CellMove::next, false);
+            return true;
+        case KeyId::commitPrevious:
+            finish(editor, CellMove::previous, false);
+            return true;
+        case KeyId::leaveCell: {
             const QModelIndex index = edited_;
             edited_ = QPersistentModelIndex();
             emit left(editor, index, CellMove::stay);

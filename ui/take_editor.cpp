@@ -6,6 +6,7 @@
 #include "model/wave/timecode.h"
 #include "ui/cue_list.h"
 #include "ui/list_looks.h"
+#include "ui/shortcuts.h"
 #include "ui/take_summary.h"
 #include "ui/track_list.h"
 
@@ -533,13 +534,13 @@ bool TakeEditor::eventFilter(QObject* object, QEvent* event) {
             auto* key = static_cast<QKeyEvent*>(event);
             const bool pressed = event->type() == QEvent::KeyPress;
             // Undo is the window's everywhere: a field has no history of its own beside it.
-            if (key->matches(QKeySequence::Undo) || key->matches(QKeySequence::Redo)) {
+            if (const std::optional<KeyId> step = undoOrRedo(*key)) {
                 event->accept();
                 if (!pressed) return true;
                 if (object == timecode_ && std::exchange(timecodeTyped_, false)) {
                     refresh();  // what was typed is no step yet
                 } else {
-                    key->matches(QKeySequence::Undo) ? content_.undo() : content_.redo();
+                    step == KeyId::undo ? content_.undo() : content_.redo();
                     emit stepReplayed();
                 }
                 return true;
@@ -547,7 +548,7 @@ bool TakeEditor::eventFilter(QObject* object, QEvent* event) {
             if (object != timecode_) break;
             if (!pressed && (key->modifiers() & Qt::ControlModifier) && key->key() != Qt::Key_Control) {
                 takeOverTimecode();  // the shortcut may be Save
-            } else if (pressed && key->key() == Qt::Key_Escape && timecodeTyped_) {
+            } else if (pressed && isKey(KeyId::timecodeAsItWas, *key) && timecodeTyped_) {
                 timecodeTyped_ = false;
                 refresh();
                 timecode_->selectAll();

@@ -2,6 +2,7 @@
 
 #include "app/text.h"
 #include "ui/list_looks.h"
+#include "ui/shortcuts.h"
 #include "ui/take_names.h"
 #include "ui/take_table_model.h"
 #include "ui/take_table_view.h"
@@ -287,7 +288,9 @@ void TakeTable::showPlaceholder() {
         view_->setPlaceholder(QStringLiteral("No take matches \u201c%1\u201d").arg(model_->filter().simplified()),
                               QStringLiteral("Press Escape to show all takes."));
     } else if (content_.folderLabel().isEmpty()) {
-        view_->setPlaceholder(QStringLiteral("Open a folder of recordings: drop it here or press Ctrl+O"), {});
+        view_->setPlaceholder(QStringLiteral("Open a folder of recordings"),
+                              QStringLiteral("Drop it here, choose it in the browser, or press %1.")
+                                  .arg(keyText(KeyId::loadFolder)));
     } else if (content_.listing().isReading()) {
         view_->setPlaceholder(QStringLiteral("Reading the folder..."), {});
     } else if (readingCancelled_) {
@@ -337,15 +340,14 @@ bool TakeTable::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::FocusOut) content_.setEnSaisie(false);
     const bool override = event->type() == QEvent::ShortcutOverride;
     if (override || event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        const bool leaves =
-            key == Qt::Key_Escape || key == Qt::Key_Down || key == Qt::Key_Return || key == Qt::Key_Enter;
+        const std::optional<KeyId> key = keyIn(KeyContext::filter, *static_cast<QKeyEvent*>(event));
+        const bool leaves = key.has_value();
         if (leaves && override) {
             event->accept();
             return true;
         }
         if (leaves) {
-            if (key == Qt::Key_Escape) filter_->clear();
+            if (key == KeyId::clearFilter) filter_->clear();
             // What was typed holds before the table is looked at.
             filterDelay_.stop();
             model_->setFilter(filter_->text());

@@ -2,6 +2,7 @@
 
 #include "ui/colours.h"
 #include "ui/list_looks.h"
+#include "ui/shortcuts.h"
 
 #include <QActionEvent>
 #include <QApplication>
@@ -22,28 +23,23 @@
 namespace dravik {
 namespace {
 
-struct CommandKey {
-    TakeCommand command;
-    int key;
-    Qt::KeyboardModifiers modifiers;
-};
-constexpr std::array commandKeys = {
-    CommandKey{TakeCommand::edit, Qt::Key_F2, Qt::NoModifier},
-    CommandKey{TakeCommand::fillDown, Qt::Key_D, Qt::ControlModifier},
-    CommandKey{TakeCommand::copyColumn, Qt::Key_C, Qt::ControlModifier},
-    CommandKey{TakeCommand::copyRows, Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier},
-    CommandKey{TakeCommand::paste, Qt::Key_V, Qt::ControlModifier},
-    CommandKey{TakeCommand::clear, Qt::Key_Delete, Qt::NoModifier},
-    CommandKey{TakeCommand::toggleCircled, Qt::Key_K, Qt::ControlModifier},
-    CommandKey{TakeCommand::incrementTakes, Qt::Key_I, Qt::ControlModifier | Qt::ShiftModifier},
-    CommandKey{TakeCommand::find, Qt::Key_F, Qt::ControlModifier},
-    CommandKey{TakeCommand::leaveFilter, Qt::Key_Escape, Qt::NoModifier},
-};
+/// Keys of the table, and those of the window that are its own while it has the keyboard.
+constexpr std::array<std::pair<KeyId, TakeCommand>, 10> commandKeys = {{
+    {KeyId::editCell, TakeCommand::edit},
+    {KeyId::fillDown, TakeCommand::fillDown},
+    {KeyId::copyColumn, TakeCommand::copyColumn},
+    {KeyId::copyRows, TakeCommand::copyRows},
+    {KeyId::pasteColumn, TakeCommand::paste},
+    {KeyId::clearCells, TakeCommand::clear},
+    {KeyId::toggleCircled, TakeCommand::toggleCircled},
+    {KeyId::incrementTakes, TakeCommand::incrementTakes},
+    {KeyId::find, TakeCommand::find},
+    {KeyId::showAllTakes, TakeCommand::leaveFilter},
+}};
 
 std::optional<TakeCommand> commandOf(const QKeyEvent& event) {
-    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
-    for (const CommandKey& entry : commandKeys) {
-        if (entry.key == event.key() && entry.modifiers == modifiers) return entry.command;
+    for (const auto& [key, command] : commandKeys) {
+        if (isKey(key, event)) return command;
     }
     return std::nullopt;
 }
@@ -72,10 +68,8 @@ QFont scaled(QFont font, double by) {
 }  // namespace
 
 QString shortcutText(TakeCommand command) {
-    for (const CommandKey& entry : commandKeys) {
-        if (entry.command != command) continue;
-        const auto key = static_cast<int>(entry.modifiers) | entry.key;
-        return QKeySequence(key).toString(QKeySequence::NativeText);
+    for (const auto& [key, own] : commandKeys) {
+        if (own == command) return keyText(key);
     }
     return {};
 }
@@ -264,7 +258,7 @@ bool TakeTableView::event(QEvent* event) {
     if (event->type() == QEvent::ShortcutOverride) {
         const auto& key = static_cast<QKeyEvent&>(*event);
         const QModelIndex current = currentIndex();
-        const bool flag = key.key() == Qt::Key_Space && current.isValid() && isFlagColumn(columnOf(current));
+        const bool flag = isKey(KeyId::switchFlag, key) && current.isValid() && isFlagColumn(columnOf(current));
         const bool edits = types(key) && current.flags().testFlag(Qt::ItemIsEditable);
         const std::optional<TakeCommand> command = commandOf(key);
         const bool escapes = command == TakeCommand::leaveFilter && model_.filter().isEmpty();
@@ -286,7 +280,7 @@ void TakeTableView::keyPressEvent(QKeyEvent* event) {
         }
     } else if (isEnter(*event)) {
         goTo(rowBeside(current, event->modifiers().testFlag(Qt::ShiftModifier) ? -1 : 1));
-    } else if (event->key() == Qt::Key_Space && !event->modifiers()) {
+    } else if (isKey(KeyId::switchFlag, *event)) {
         if (current.isValid() && isFlagColumn(columnOf(current))) {
             emit flagAsked(current);
         } else {
@@ -301,11 +295,10 @@ void TakeTableView::keyPressEvent(QKeyEvent* event) {
         } else {
             emit refused(current);
         }
-    } else if ((event->key() == Qt::Key_Home || event->key() == Qt::Key_End) &&
-               event->modifiers() == Qt::ControlModifier && model_.rowCount() > 0) {
+    } else if ((isKey(KeyId::firstTake, *event) || isKey(KeyId::lastTake, *event)) && model_.rowCount() > 0) {
         // Selects the row as well, as a spreadsheet does.
-        const int row = event->key() == Qt::Key_Home ? 0 : model_.rowCount() - 1;
-        goTo(model_.index(row, event->key() == Qt::Key_Home || !current.isValid() ? 0 : current.column()));
+        const bool first = isKey(KeyId::firstTake, *event);
+        goTo(model_.index(first ? 0 : model_.rowCount() - 1, first || !current.isValid() ? 0 : current.column()));
     } else {
         QTreeView::keyPressEvent(event);
     }

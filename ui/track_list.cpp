@@ -3,6 +3,7 @@
 #include "app/take_columns.h"
 #include "app/text.h"
 #include "ui/list_looks.h"
+#include "ui/shortcuts.h"
 
 #include <QAbstractTableModel>
 #include <QApplication>
@@ -159,28 +160,14 @@ class NameDelegate final : public QStyledItemDelegate {
         auto* key = static_cast<QKeyEvent*>(event);
         const bool pressed = event->type() == QEvent::KeyPress;
         const int row = line->property("row").toInt();
-        if (key->matches(QKeySequence::Undo) || key->matches(QKeySequence::Redo)) {
-            if (pressed) key->matches(QKeySequence::Undo) ? hooks_.undo() : hooks_.redo();
+        if (const std::optional<KeyId> step = undoOrRedo(*key)) {
+            if (pressed) step == KeyId::undo ? hooks_.undo() : hooks_.redo();
             event->accept();
             return true;
         }
-        if (pressed && key->matches(QKeySequence::Paste) && hooks_.pasteLines(row)) return true;
-        if (pressed) {
-            switch (key->key()) {
-                case Qt::Key_Return:
-                case Qt::Key_Enter:
-                case Qt::Key_Tab:
-                    return leave(line, 1);
-                case Qt::Key_Backtab:
-                    return leave(line, -1);
-                case Qt::Key_Down:
-                    return leave(line, 1);
-                case Qt::Key_Up:
-                    return leave(line, -1);
-                default:
-                    break;
-            }
-        }
+        if (pressed && isKey(KeyId::pasteTracks, *key) && hooks_.pasteLines(row)) return true;
+        if (pressed && (isKey(KeyId::nextTrack, *key) || isKey(KeyId::nextField, *key))) return leave(line, 1);
+        if (pressed && isKey(KeyId::previousTrack, *key)) return leave(line, -1);
         return QStyledItemDelegate::eventFilter(object, event);
     }
 
@@ -288,9 +275,9 @@ bool TrackList::event(QEvent* event) {
         auto* key = static_cast<QKeyEvent*>(event);
         const bool character = !(key->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) &&
                                !key->text().isEmpty() && key->text().at(0).isPrint() && key->key() != Qt::Key_Space;
-        if (character || key->matches(QKeySequence::Copy) || key->matches(QKeySequence::Paste) ||
-            key->key() == Qt::Key_Delete || key->key() == Qt::Key_Backspace || key->key() == Qt::Key_F2 ||
-            ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) && key->modifiers() == Qt::NoModifier)) {
+        const std::optional<KeyId> own = keyIn(KeyContext::tracks, *key);
+        // Tab and the arrows go on to other names only while one is edited.
+        if (character || (own && own != KeyId::nextTrack && own != KeyId::previousTrack)) {
             event->accept();
             return true;
         }
@@ -299,13 +286,13 @@ bool TrackList::event(QEvent* event) {
 }
 
 void TrackList::keyPressEvent(QKeyEvent* event) {
-    if (event->matches(QKeySequence::Copy)) {
+    if (isKey(KeyId::copyTracks, *event)) {
         copyNames();
-    } else if (event->matches(QKeySequence::Paste)) {
+    } else if (isKey(KeyId::pasteTracks, *event)) {
         pasteFrom(currentIndex().row());
-    } else if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && currentIndex().isValid()) {
+    } else if (isKey(KeyId::editTrack, *event) && currentIndex().isValid()) {
         edit(model_->index(currentIndex().row(), name));
-    } else if (event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace) {
+    } else if (isKey(KeyId::clearTracks, *event)) {
         for (const QModelIndex& index : selectionModel()->selectedRows(name))
             model_->setData(index, QString(), Qt::EditRole);
         content_.rows().endCollapsing();

@@ -228,20 +228,5 @@ TEST_F(MainWindowTest, RemembersItsLayout) {
     EXPECT_TRUE(window->takeTable().isVisible());
 }
 
-TEST_F(MainWindowTest, NamesEveryControlForThoseWhoDoNotSeeIt) {
-    open();
-    content->selectionnerLigne(1);
-    settle();
-    for (const QWidget* widget : window->findChildren<QWidget*>()) {
-        const bool takesKeys = widget->focusPolicy() != Qt::NoFocus && widget->isVisibleTo(window.get());
-        if (!takesKeys || widget->objectName().startsWith(QStringLiteral("qt_"))) continue;
-        const auto* button = qobject_cast<const QAbstractButton*>(widget);
-        const bool speaksForItself =
-            (button != nullptr && !button->text().isEmpty()) || qobject_cast<const QLabel*>(widget) != nullptr;
-        const bool named = !widget->accessibleName().isEmpty() || speaksForItself;
-        EXPECT_TRUE(named) << widget->metaObject()->className() << " " << qPrintable(widget->objectName());
-    }
-}
-
 }  // namespace
 }  // namespace dravik
