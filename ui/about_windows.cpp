@@ -1,15 +1,15 @@
 #include "ui/about_windows.h"
 
+#include "ui/shortcuts.h"
+
 #include <QApplication>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QIcon>
 #include <QLabel>
-#include <QMainWindow>
-#include <QMenu>
-#include <QMenuBar>
 #include <QTextBrowser>
 #include <QVBoxLayout>
+#include <functional>
 
 namespace dravik {
 namespace {
@@ -27,19 +27,6 @@ constexpr Licence licences[] = {
     {"utf8proc", "letter case of file names", "MIT"},
     {"{fmt}", "text formatting", "MIT"},
     {"spdlog", "logging", "MIT"},
-};
-
-/// Keys that stand in no menu.
-constexpr std::pair<const char*, const char*> tableKeys[] = {
-    {"Edit the cell", "F2, double click, or type"},
-    {"Commit, go down", "Enter"},
-    {"Commit, go up", "Shift+Enter"},
-    {"Commit, next cell", "Tab"},
-    {"Commit to all selected rows", "Ctrl+Enter"},
-    {"Leave the cell as it was", "Escape"},
-    {"Copy the column of the selection", "Ctrl+C"},
-    {"Paste lines downwards", "Ctrl+V"},
-    {"Toggle circled or wild", "Space in its column"},
 };
 
 QDialog* makeDialog(QWidget& parent, const QString& title, QWidget* content) {
@@ -62,45 +49,41 @@ QTextBrowser* page(const QString& html, const QString& name) {
     return text;
 }
 
-QString row(const QString& left, const QString& right) {
-    return QStringLiteral(
-               "<tr><td width='260' style='padding:2px 24px 2px 0'>%1</td><td style='padding:2px 0'>%2</td></tr>")
-        .arg(left.toHtmlEscaped(), right.toHtmlEscaped());
-}
-
-void addShortcuts(const QMenu& menu, QString& rows) {
-    for (const QAction* action : menu.actions()) {
-        if (action->menu() != nullptr) {
-            addShortcuts(*action->menu(), rows);
-        } else if (!action->shortcut().isEmpty()) {
-            const QString name = action->data().toString();
-            QString text = name.isEmpty() ? action->text() : name;
-            rows += row(text.remove(QLatin1Char('&')), action->shortcut().toString(QKeySequence::NativeText));
+/// The groups of the shortcuts from one on, as long as `belongs` says so.
+QString shortcutGroups(const std::function<bool(const Shortcut&)>& belongs) {
+    QString html;
+    QString group;
+    for (const Shortcut& one : shortcuts()) {
+        if (!belongs(one)) continue;
+        if (one.group != group) {
+            html += QStringLiteral("%1<h4 style='margin:%2px 0 4px 0'>%3</h4><table width='100%'>")
+                        .arg(group.isEmpty() ? QString() : QStringLiteral("</table>"),
+                             group.isEmpty() ? QStringLiteral("0") : QStringLiteral("14"), one.group.toHtmlEscaped());
+            group = one.group;
         }
+        QString name = one.name;
+        html += QStringLiteral(
+                    "<tr><td width='210' style='padding:2px 16px 2px 0'>%1</td>"
+                    "<td style='padding:2px 0'>%2</td></tr>")
+                    .arg(name.remove(QStringLiteral("...")).toHtmlEscaped(), keysText(one).toHtmlEscaped());
     }
+    return html + QStringLiteral("</table>");
 }
 
 }  // namespace
 
 void showShortcuts(QWidget& parent) {
-    QString html;
-    if (const auto* window = qobject_cast<QMainWindow*>(&parent)) {
-        for (const QAction* action : window->menuBar()->actions()) {
-            QString rows;
-            if (action->menu() != nullptr) addShortcuts(*action->menu(), rows);
-            if (rows.isEmpty()) continue;
-            QString title = action->text();
-            html += QStringLiteral("<h4>%1</h4><table>%2</table>")
-                        .arg(title.remove(QLatin1Char('&')).toHtmlEscaped(), rows);
-        }
-    }
-    QString rows;
-    for (const auto& [what, keys] : tableKeys)
-        rows += row(QString::fromLatin1(what), QString::fromLatin1(keys));
-    html += QStringLiteral("<h4>Take table</h4><table>%1</table>").arg(rows);
+    const auto left = [](const Shortcut& one) {
+        return one.context == KeyContext::window || one.context == KeyContext::browser;
+    };
+    const QString html =
+        QStringLiteral(
+            "<table width='100%'><tr><td width='46%' style='padding-right:28px'>%1</td><td>%2</td></tr></table>")
+            .arg(shortcutGroups(left), shortcutGroups([&](const Shortcut& one) { return !left(one); }));
     QDialog* dialog =
         makeDialog(parent, QStringLiteral("Keyboard Shortcuts"), page(html, QStringLiteral("Keyboard shortcuts")));
-    dialog->resize(460, 620);
+    dialog->setObjectName(QStringLiteral("shortcuts"));
+    dialog->resize(860, 640);
     dialog->show();
 }
 

@@ -6,7 +6,7 @@ namespace dravik {
 
 /// The small windows of the Help menu. Each opens over `parent` and deletes itself when it is closed.
 
-/// All shortcuts of the window's menus, and the keys of the table.
+/// Every key of the program.
 void showShortcuts(QWidget& parent);
 void showAbout(QWidget& parent);
 void showLicences(QWidget& parent);

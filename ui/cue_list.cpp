@@ -2,7 +2,8 @@
 
 #include "app/take_times.h"
 #include "app/text.h"
-#include "ui/flat_header.h"
+#include "ui/list_looks.h"
+#include "ui/shortcuts.h"
 
 #include <QAbstractTableModel>
 #include <QContextMenuEvent>
@@ -58,7 +59,7 @@ class CueModel final : public QAbstractTableModel {
                 return alignment(at.column());
             case Qt::ForegroundRole:
                 if (!editable_ || at.column() == number) return theme_.dimmed();
-                return row.edited ? QVariant(theme_.pending()) : QVariant();
+                return row.edited ? QVariant(theme_.pendingText()) : QVariant();
             case Qt::AccessibleTextRole:
                 if (at.column() != number) return {};
                 return QStringLiteral("Cue %1 at %2%3")
@@ -96,13 +97,10 @@ CueList::CueList(ContentView& content, const Theme& theme, QWidget* parent)
       position_(new QLineEdit(this)),
       add_(new QToolButton(this)) {
     table_->setModel(model_);
-    makeDense(*table_);
-    table_->setAccessibleName(QStringLiteral("Cue markers"));
+    makeDense(*table_, theme, QStringLiteral("Cue markers"), {32, 96});
     table_->setSelectionMode(QAbstractItemView::SingleSelection);
     table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     table_->setToolTip(QStringLiteral("Double click or F2 to name a cue, Delete to delete it"));
-    table_->horizontalHeader()->resizeSection(CueModel::number, 32);
-    table_->horizontalHeader()->resizeSection(CueModel::position, 96);
     table_->installEventFilter(this);
     table_->viewport()->installEventFilter(this);
     connect(table_, &QTableView::doubleClicked, this, &CueList::renameCurrent);
@@ -117,22 +115,18 @@ CueList::CueList(ContentView& content, const Theme& theme, QWidget* parent)
     connect(add_, &QToolButton::clicked, this, &CueList::addTyped);
 
     auto* adding = new QHBoxLayout;
-    adding->setSpacing(4);
+    adding->setSpacing(metrics::fieldSpacing);
     adding->addWidget(position_, 1);
     adding->addWidget(add_);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
-    layout->setSpacing(4);
+    layout->setSpacing(metrics::fieldSpacing);
     layout->addWidget(table_, 1);
     layout->addLayout(adding);
     connect(&theme_, &Theme::changed, this, &CueList::showWhetherValid);
 }
 
-CueList::~CueList() {
-    // A field that goes while it has the keyboard says that it was left, to nobody any more.
-    for (QObject* child : findChildren<QObject*>())
-        child->disconnect(this);
-}
+CueList::~CueList() { stopListeningToChildren(*this); }
 
 const GroupeFichiers* CueList::groupe() const {
     const int row = content_.selectedRow();
@@ -208,10 +202,10 @@ bool CueList::eventFilter(QObject* object, QEvent* event) {
         return QWidget::eventFilter(object, event);
     }
     if (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
+        const auto& key = static_cast<QKeyEvent&>(*event);
         const bool pressed = event->type() == QEvent::KeyPress;
-        const bool renames = key == Qt::Key_F2 || key == Qt::Key_Return || key == Qt::Key_Enter;
-        const bool deletes = key == Qt::Key_Delete || key == Qt::Key_Backspace;
+        const bool renames = isKey(KeyId::renameCue, key);
+        const bool deletes = isKey(KeyId::deleteCue, key);
         if (renames || deletes) {
             if (pressed) renames ? renameCurrent() : deleteCurrent();
             event->accept();

@@ -4,6 +4,8 @@
 #include "editing/folder_actions.h"
 #include "model/audio_metadata.h"
 #include "ui/folder_tree.h"
+#include "ui/list_looks.h"
+#include "ui/shortcuts.h"
 
 #include <QDir>
 #include <QHBoxLayout>
@@ -24,7 +26,6 @@ constexpr auto volumesEvery = 3s;
 constexpr auto settleTime = 300ms;
 /// What the system grants a user is a few thousand; no screen shows more open folders than this.
 constexpr std::size_t maxWatched = 256;
-constexpr int smallPixels = 11;
 
 /// Is it this folder or one above it? Letter case counts: a folder may just have got another.
 bool leadsTo(const std::filesystem::path& folder, const std::filesystem::path& target) {
@@ -136,28 +137,25 @@ void FolderBrowser::connectCommands() {
 QTreeView& FolderBrowser::tree() noexcept { return *tree_; }
 
 void FolderBrowser::makeActions() {
-    const auto make = [this](const QString& text, const QKeySequence& key, const auto& run) {
-        auto* action = new QAction(text, this);
-        action->setShortcut(key);
+    const auto make = [this](KeyId key, const auto& run) {
+        auto* action = new QAction(shortcut(key).name, this);
+        action->setShortcut(keyOf(key));
         // The tree itself answers the keys, so that they mean this only where the focus is.
         action->setShortcutContext(Qt::WidgetShortcut);
         connect(action, &QAction::triggered, this, run);
         return action;
     };
-    open_ = make(QStringLiteral("Open"), Qt::Key_Return, [this] { commands_.open(currentPath()); });
-    newFolder_ = make(QStringLiteral("New Folder"), Qt::CTRL | Qt::SHIFT | Qt::Key_N,
-                      [this] { commands_.createIn(currentPath()); });
-    duplicate_ =
-        make(QStringLiteral("Duplicate"), Qt::CTRL | Qt::Key_D, [this] { commands_.duplicate(currentPath()); });
-    rename_ = make(QStringLiteral("Rename"), Qt::Key_F2, [this] { tree_->edit(tree_->currentIndex()); });
-    trash_ = make(QStringLiteral("Move to Trash"), Qt::Key_Delete, [this] { commands_.moveToTrash(currentPath()); });
-    reveal_ = make(QStringLiteral("Show in File Manager"), Qt::CTRL | Qt::SHIFT | Qt::Key_R,
-                   [this] { commands_.reveal(currentPath()); });
-    eject_ = make(QStringLiteral("Eject"), Qt::CTRL | Qt::Key_E, [this] { commands_.eject(currentPath()); });
-    refresh_ = make(QStringLiteral("Refresh"), Qt::Key_F5, [this] { refresh(); });
+    open_ = make(KeyId::openFolder, [this] { commands_.open(currentPath()); });
+    newFolder_ = make(KeyId::newFolder, [this] { commands_.createIn(currentPath()); });
+    duplicate_ = make(KeyId::duplicateFolder, [this] { commands_.duplicate(currentPath()); });
+    rename_ = make(KeyId::renameFolder, [this] { tree_->edit(tree_->currentIndex()); });
+    trash_ = make(KeyId::trashFolder, [this] { commands_.moveToTrash(currentPath()); });
+    reveal_ = make(KeyId::revealFolder, [this] { commands_.reveal(currentPath()); });
+    eject_ = make(KeyId::ejectVolume, [this] { commands_.eject(currentPath()); });
+    refresh_ = make(KeyId::refreshBrowser, [this] { refresh(); });
     for (const auto& [button, action] : {std::pair(newButton_, newFolder_), std::pair(refreshButton_, refresh_)}) {
         button->setAutoRaise(true);
-        button->setIconSize({16, 16});
+        button->setIconSize({metrics::iconSide, metrics::iconSide});
         button->setAccessibleName(action->text());
         button->setToolTip(
             QStringLiteral("%1 (%2)").arg(action->text(), action->shortcut().toString(QKeySequence::NativeText)));
@@ -196,16 +194,15 @@ void FolderBrowser::makeProgress() {
 }
 
 void FolderBrowser::applyTheme() {
-    QFont small = font();
-    small.setPixelSize(smallPixels);
     for (QLabel* label : {title_, progressText_}) {
-        label->setFont(small);
+        label->setFont(metrics::smallFont(*this));
         QPalette palette;
         palette.setColor(QPalette::WindowText, theme_.dimmed());
         label->setPalette(palette);
     }
     newButton_->setIcon(theme_.icon(QStringLiteral("new_folder")));
     refreshButton_->setIcon(theme_.icon(QStringLiteral("refresh")));
+    tree_->setPalette(listPalette(theme_));
     tree_->setLook(theme_.dimmed(), theme_.icon(QStringLiteral("eject")));
 }
 

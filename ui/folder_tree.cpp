@@ -1,6 +1,8 @@
 #include "ui/folder_tree.h"
 
 #include "ui/folder_tree_model.h"
+#include "ui/metrics.h"
+#include "ui/shortcuts.h"
 
 #include <QApplication>
 #include <QHelpEvent>
@@ -14,10 +16,8 @@
 namespace dravik {
 namespace {
 
-constexpr int rowHeight = 22;
-constexpr int iconSide = 16;
-constexpr int margin = 6;
-constexpr int smallPixels = 11;
+using metrics::iconSide;
+constexpr int margin = metrics::cellPadding;
 
 /// Not letters: they may be the begin of a name, typed before the field for it is there.
 bool movesAbout(int key) {
@@ -41,7 +41,7 @@ class FolderDelegate final : public QStyledItemDelegate {
     explicit FolderDelegate(FolderTree& tree) : QStyledItemDelegate(&tree), tree_(tree) {}
 
     [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
-        return {QStyledItemDelegate::sizeHint(option, index).width(), rowHeight};
+        return {QStyledItemDelegate::sizeHint(option, index).width(), metrics::rowHeight};
     }
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
@@ -64,7 +64,7 @@ class FolderDelegate final : public QStyledItemDelegate {
             text.setRight(button.left() - margin);
         } else if (const int files = index.data(FolderTreeModel::audioFilesRole).toInt(); files > 0) {
             QFont small = option.font;
-            small.setPixelSize(smallPixels);
+            small.setPixelSize(metrics::smallText);
             painter->setFont(small);
             painter->setPen(selected ? palette.color(QPalette::HighlightedText) : tree_.dimmed());
             const QString number = QString::number(files);
@@ -80,6 +80,7 @@ class FolderDelegate final : public QStyledItemDelegate {
 
     QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem&, const QModelIndex&) const override {
         auto* line = new QLineEdit(parent);
+        line->setPalette(QApplication::palette());  // selected text as in other fields
         line->setAccessibleName(QStringLiteral("Name of the folder"));
         tree_.typingStarted();
         return line;
@@ -146,7 +147,7 @@ bool FolderTree::viewportEvent(QEvent* event) {
     if (event->type() == QEvent::ToolTip) {
         auto* help = static_cast<QHelpEvent*>(event);
         if (ejectAt(help->pos()).isValid()) {
-            QToolTip::showText(help->globalPos(), QStringLiteral("Eject (Ctrl+E)"), this);
+            QToolTip::showText(help->globalPos(), QStringLiteral("Eject (%1)").arg(keyText(KeyId::ejectVolume)), this);
             return true;
         }
     }

@@ -2,12 +2,14 @@
 
 #include <QPainter>
 #include <QPainterPath>
+#include <QPlainTextEdit>
 #include <QStyleOption>
 
 namespace dravik {
 namespace {
 
 constexpr qreal radius = 2.5;
+constexpr int buttonPadding = 14;
 
 QColor outline(const QStyleOption& option) {
     const bool enabled = option.state.testFlag(QStyle::State_Enabled);
@@ -70,9 +72,40 @@ void HouseStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
         drawBox(*option, *painter,
                 element == PE_PanelLineEdit ? option->palette.color(QPalette::Base) : QColor(Qt::transparent));
         painter->restore();
+    } else if (element == PE_Frame && qobject_cast<const QPlainTextEdit*>(widget) != nullptr) {
+        // A text of several lines is a field like those of one line.
+        QStyleOption frame(*option);
+        frame.state.setFlag(State_HasFocus, widget->hasFocus());
+        painter->save();
+        drawBox(frame, *painter, QColor(Qt::transparent));
+        painter->restore();
     } else {
         QProxyStyle::drawPrimitive(element, option, painter, widget);
     }
+}
+
+void HouseStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                             const QWidget* widget) const {
+    if (element == CE_MenuBarEmptyArea || element == CE_ToolBar) {
+        // One quiet line below both, none between them.
+        painter->fillRect(option->rect, option->palette.color(QPalette::Window));
+        if (element == CE_ToolBar) {
+            const QRect& bar = option->rect;
+            painter->fillRect(QRect(bar.left(), bar.bottom(), bar.width(), 1), option->palette.color(QPalette::Mid));
+        }
+        return;
+    }
+    QProxyStyle::drawControl(element, option, painter, widget);
+    if (element == CE_MenuBarItem && !option->state.testFlag(State_Selected)) {
+        const QRect& item = option->rect;
+        painter->fillRect(QRect(item.left(), item.bottom(), item.width(), 1), option->palette.color(QPalette::Window));
+    }
+}
+
+QSize HouseStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                                   const QWidget* widget) const {
+    const QSize fusion = QProxyStyle::sizeFromContents(type, option, size, widget);
+    return type == CT_PushButton ? fusion.expandedTo({size.width() + 2 * buttonPadding, fusion.height()}) : fusion;
 }
 
 }  // namespace dravik

@@ -21,6 +21,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 
 #include <fmt/format.h>
 #include <spdlog/sinks/stdout_color_sinks.h>
@@ -74,14 +75,17 @@ class Program {
                          });
     }
 
-    /// Draws the main window, or with a folder's name all windows, and ends the program.
-    void draw(const QString& file, const QString& folder) {
-        const auto end = [](bool ok) { QApplication::exit(ok ? 0 : 1); };
-        if (folder.isEmpty()) {
-            drawMainWindow(*window_, *content_, file, end);
-        } else {
-            drawAllWindows(*window_, *content_, preferences_, folder, end);
-        }
+    /// Draws the main window with these files open into the picture, and ends the program.
+    void draw(const std::vector<std::filesystem::path>& files, const QString& picture) {
+        start(files);
+        drawMainWindow(*window_, *content_, picture, end);
+    }
+
+    /// Draws all windows, with the takes of the folder, into the folder of pictures, and ends the program.
+    void drawAll(const std::filesystem::path& day, const QString& folder) {
+        windows_.presentMainWindow();
+        all_.emplace(Windows{*window_, *content_, preferences_, dialogs_});
+        drawAllWindows(*all_, day, folder, end);
     }
 
     void start(const std::vector<std::filesystem::path>& files) {
@@ -93,6 +97,8 @@ class Program {
     }
 
   private:
+    static void end(bool ok) { QApplication::exit(ok ? 0 : 1); }
+
     /// Opens the folder when it is there, unless the user was faster with another one.
     void reopen(const std::filesystem::path& folder) {
         asking_.run(
@@ -146,6 +152,7 @@ class Program {
     QElapsedTimer opened_;  ///< since the current folder was
     std::unique_ptr<ContentView> content_;
     std::unique_ptr<MainWindow> window_;
+    std::optional<Windows> all_;
 };
 
 /// Until the user quits, or with one of the names until the picture is there.
@@ -158,8 +165,13 @@ int runWindows(Application& application, System& system, const std::vector<std::
         if (!instance.listen()) spdlog::warn("Other starts of Dravik cannot hand their files over: no local socket.");
     }
     Program program(application, instance, system);
-    program.start(files);
-    if (draws) program.draw(picture, pictures);
+    if (!pictures.isEmpty()) {
+        program.drawAll(files.empty() ? std::filesystem::current_path() : files.front(), pictures);
+    } else if (!picture.isEmpty()) {
+        program.draw(files, picture);
+    } else {
+        program.start(files);
+    }
     return QApplication::exec();
 }
 

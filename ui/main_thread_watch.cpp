@@ -20,10 +20,15 @@ bool WatchedApplication::notify(QObject* receiver, QEvent* event) {
         painted_ = true;
         spdlog::info("first paint {} ms after the start of main", sinceStart_.elapsed());
     }
-    if (timer.elapsed() > longestMilliseconds) {
-        ++slowEvents_;
-        const char* const kind = QMetaEnum::fromType<QEvent::Type>().valueToKey(type);
-        spdlog::info("main thread busy for {} ms: {} to {}", timer.elapsed(), kind != nullptr ? kind : "event", name);
+    const qint64 took = timer.elapsed();
+    if (took > longestMilliseconds || took > longest_.milliseconds) {
+        const char* const known = QMetaEnum::fromType<QEvent::Type>().valueToKey(type);
+        const char* const kind = known != nullptr ? known : "event";
+        if (took > longest_.milliseconds) longest_ = {took, QStringLiteral("%1 to %2").arg(kind, name)};
+        if (took > longestMilliseconds) {
+            ++slowEvents_;
+            spdlog::info("main thread busy for {} ms: {} to {}", took, kind, name);
+        }
     }
     return handled;
 }

@@ -2,7 +2,8 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <optional>
+#include <QString>
+#include <utility>
 
 namespace dravik {
 
@@ -17,6 +18,13 @@ class WatchedApplication : public QApplication {
 
     void startWatch() { watching_ = true; }
     [[nodiscard]] int slowEvents() const noexcept { return slowEvents_; }
+
+    /// The event that took longest since the watch began, or since this was asked for last.
+    struct Longest {
+        qint64 milliseconds = 0;
+        QString what;  ///< "KeyPress to QLineEdit"
+    };
+    Longest takeLongest() { return std::exchange(longest_, Longest()); }
     [[nodiscard]] qint64 millisecondsSinceStart() const { return sinceStart_.elapsed(); }
 
     bool notify(QObject* receiver, QEvent* event) override;
@@ -26,6 +34,7 @@ class WatchedApplication : public QApplication {
     bool painted_ = false;
     int depth_ = 0;
     int slowEvents_ = 0;
+    Longest longest_;
     QElapsedTimer sinceStart_;
 };
 

@@ -3,6 +3,8 @@
 #include "app/text.h"
 #include "model/audio_metadata.h"
 #include "ui/folder_browser.h"
+#include "ui/metrics.h"
+#include "ui/status_line.h"
 #include "ui/take_editor.h"
 #include "ui/take_table.h"
 
@@ -11,19 +13,22 @@
 #include <QFileInfo>
 #include <QMenuBar>
 #include <QMimeData>
-#include <QStatusBar>
+#include <QStatusTipEvent>
 #include <QToolBar>
 #include <QVBoxLayout>
 #include <cmath>
+#include <utility>
 
 namespace dravik {
 namespace {
 
 constexpr const char* geometryKey = "DravikMainWindow.geometry";
 constexpr QSize firstSize(1280, 800);
-constexpr int noticeMilliseconds = 8000;
-/// Work that is over before anybody could read its progress shows none.
-constexpr qint64 showProgressAfterMilliseconds = 250;
+/// Below that the panes are too narrow to be of use.
+constexpr QSize leastSize(760, 480);
+/// What the editor is given when the window is too low for the table that is remembered.
+constexpr int editorHeight = 250;
+constexpr int leastTableHeight = 150;
 
 /// "1:02:07" or "2:07".
 QString clockText(double seconds) {
@@ -32,12 +37,6 @@ QString clockText(double seconds) {
                              .arg(all / 60 % 60, all >= 3600 ? 2 : 1, 10, QLatin1Char('0'))
                              .arg(all % 60, 2, 10, QLatin1Char('0'));
     return all >= 3600 ? QStringLiteral("%1:%2").arg(all / 3600).arg(tail) : tail;
-}
-
-QString remaining(qint64 elapsedMilliseconds, double fraction) {
-    if (fraction <= 0.02 || elapsedMilliseconds < 1000) return {};
-    const double left = static_cast<double>(elapsedMilliseconds) / 1000.0 * (1.0 - fraction) / fraction;
-    return QStringLiteral(" – %1 left").arg(clockText(std::max(1.0, left)));
 }
 
 }  // namespace
@@ -54,7 +53,6 @@ MainWindow::MainWindow(const Services& services) : services_(services) {
     makeActions();
     makeMenus();
     makeToolbar();
-    makeStatusLine();
     restoreLayout();
 
     ContentView& content = services_.content;
@@ -64,51 +62,17 @@ MainWindow::MainWindow(const Services& services) : services_(services) {
     connect(&content, &ContentView::pendingChanged, this, &MainWindow::refreshTitle);
     connect(&content, &ContentView::selectionChanged, this, &MainWindow::refreshActions);
     connect(&content, &ContentView::folderChanged, this, [this] {
+        status_->tell({});  // what was told is of the folder before
         refreshTitle();
         if (const auto& folder = services_.content.dossierSelectionne()) browser_->reveal(*folder);
     });
-    connect(&content, &ContentView::sauvegardeEnCoursChanged, this, [this] {
-        working_.start();
-        refreshActions();
-        refreshStatus();
-    });
-    connect(&content, &ContentView::messageSuccesSauvegardeChanged, this, &MainWindow::refreshStatus);
-    connect(&content, &ContentView::notice, this,
-            [this](const QString& text) { statusBar()->showMessage(text, noticeMilliseconds); });
-    connect(&content, &ContentView::saveProgressed, this,
-            [this](std::uint64_t done, std::uint64_t all, const QString& name) {
-                const double fraction = all == 0 ? 0 : static_cast<double>(done) / static_cast<double>(all);
-                progress_->setRange(0, 1000);
-                progress_->setValue(static_cast<int>(fraction * 1000));
-                message_->setText(QStringLiteral("Saving... %1%2").arg(name, remaining(working_.elapsed(), fraction)));
-            });
-    FolderListing& listing = content.listing();
-    connect(&listing, &FolderListing::progressed, this, [this](int done, int all, const QString& name) {
-        if (services_.content.sauvegardeEnCours()) return;
-        if (!progress_->isVisible()) {
-            if (!working_.isValid()) working_.start();
-            if (working_.elapsed() < showProgressAfterMilliseconds) return;
-        }
-        progress_->setRange(0, all);
-        progress_->setValue(done);
-        const double fraction = all == 0 ? 0 : static_cast<double>(done) / all;
-        message_->setText(QStringLiteral("Reading %1%2").arg(name, remaining(working_.elapsed(), fraction)));
-        progress_->show();
-        cancel_->show();
-    });
-    connect(&listing, &FolderListing::finished, this, [this](bool cancelled) {
-        working_.invalidate();
-        if (cancelled && !services_.content.rows().groupesTableau().empty()) {
-            statusBar()->showMessage(QStringLiteral("Reading was stopped: not all takes are shown. Reload reads them."),
-                                     noticeMilliseconds);
-        }
-        refreshStatus();
-    });
+    connectStatusLine();
     TakeRows& rows = content.rows();
     connect(&rows, &TakeRows::rowsReset, this, &MainWindow::refreshCounts);
     connect(&rows, &TakeRows::rowsAppended, this, &MainWindow::refreshCounts);
     connect(table_, &TakeTable::selectionChanged, this, &MainWindow::refreshCounts);
     connect(table_, &TakeTable::selectionChanged, this, &MainWindow::refreshActions);
+    connect(editor_, &TakeEditor::stepReplayed, table_, &TakeTable::showLastChange);
     connect(&services_.theme, &Theme::changed, this, &MainWindow::refreshIcons);
 
     Commands& commands = services_.commands;
@@ -119,7 +83,6 @@ MainWindow::MainWindow(const Services& services) : services_(services) {
     refreshActions();
     refreshTitle();
     refreshCounts();
-    refreshStatus();
     services_.windows.setMainWindow(this);
 }
 
@@ -165,12 +128,16 @@ void MainWindow::arrange() {
 }
 
 void MainWindow::restoreLayout() {
+    setMinimumSize(leastSize);
     resize(firstSize);
     restoreGeometry(services_.settings.stored(QString::fromLatin1(geometryKey)).toByteArray());
     const int browserWidth = services_.settings.value(settings::layoutLargeurNavigateur);
     const int tableHeight = services_.settings.value(settings::layoutHauteurZoneTableau);
     across_->setSizes({browserWidth, std::max(200, width() - browserWidth)});
-    down_->setSizes({tableHeight, std::max(200, height() - tableHeight - 120)});
+    // Less than is remembered where the window is too low for both.
+    const int room = height() - menuBar()->sizeHint().height() - 60;
+    const int table = std::clamp(tableHeight, leastTableHeight, std::max(leastTableHeight, room - editorHeight));
+    down_->setSizes({table, std::max(editorHeight, room - table)});
     browser_->setVisible(services_.settings.value(settings::layoutNavigateurVisible));
     showBrowser_->setChecked(services_.settings.value(settings::layoutNavigateurVisible));
     setPresentation(presentationMode(services_.settings.value(settings::layoutVueActive)));
@@ -194,14 +161,16 @@ void MainWindow::setPresentation(PresentationMode mode) {
 
 // --- Actions -------------------------------------------------------------------------------------------------------
 
-QAction* MainWindow::action(const QString& text, const QKeySequence& shortcut, const QString& icon, const QString& help,
-                            std::function<void()> run) {
+QAction* MainWindow::action(KeyId key, const QString& icon, const QString& help, std::function<void()> run) {
+    QAction* made = action(shortcut(key).name, icon, help, std::move(run));
+    made->setShortcut(keyOf(key));
+    made->setToolTip(QStringLiteral("%1 (%2)").arg(made->toolTip(), keyText(key)));
+    return made;
+}
+
+QAction* MainWindow::action(const QString& text, const QString& icon, const QString& help, std::function<void()> run) {
     auto* made = new QAction(text, this);
-    made->setData(text);  // what it is called when its text says what it would do just now
-    made->setShortcut(shortcut);
-    QString tip = help.isEmpty() ? text : help;
-    if (!shortcut.isEmpty()) tip += QStringLiteral(" (%1)").arg(shortcut.toString(QKeySequence::NativeText));
-    made->setToolTip(tip);
+    made->setToolTip(help.isEmpty() ? text : help);
     made->setStatusTip(help);
     if (!icon.isEmpty()) icons_.emplace_back(made, icon);
     if (run) connect(made, &QAction::triggered, this, [run = std::move(run)] { run(); });
@@ -209,63 +178,59 @@ QAction* MainWindow::action(const QString& text, const QKeySequence& shortcut, c
 }
 
 void MainWindow::makeActions() {
-    saveAll_ =
-        action(QStringLiteral("Save All"), {}, QStringLiteral("save"), QStringLiteral("Save all pending changes"),
-               [this] { emit services_.commands.dravikSaveChanges(); });
-    discard_ = action(QStringLiteral("Discard"), {}, QStringLiteral("discard"),
+    saveAll_ = action(QStringLiteral("Save All"), QStringLiteral("save"), QStringLiteral("Save all pending changes"),
+                      [this] { emit services_.commands.dravikSaveChanges(); });
+    discard_ = action(QStringLiteral("Discard"), QStringLiteral("discard"),
                       QStringLiteral("Discard all unsaved changes"), [this] { services_.content.discardAll(); });
-    undo_ = action(QStringLiteral("Undo"), QKeySequence::Undo, QStringLiteral("undo"), {},
-                   [this] { services_.content.undo(); });
-    redo_ = action(QStringLiteral("Redo"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QStringLiteral("redo"), {},
-                   [this] { services_.content.redo(); });
-    group_ = action(QStringLiteral("Group Mono Files"), {}, {},
+    undo_ = action(KeyId::undo, QStringLiteral("undo"), {}, [this] {
+        services_.content.undo();
+        table_->showLastChange();
+    });
+    redo_ = action(KeyId::redo, QStringLiteral("redo"), {}, [this] {
+        services_.content.redo();
+        table_->showLastChange();
+    });
+    group_ = action(QStringLiteral("Group Mono Files"), {},
                     QStringLiteral("Show the mono files of one take as one row"), [this] {
                         services_.content.setRegrouperFichiersMono(group_->isChecked());
                         refreshActions();  // it may have been refused
                     });
     group_->setCheckable(true);
-    reload_ = action(QStringLiteral("Reload Folder"), QKeySequence::Refresh, {},
-                     QStringLiteral("Read the folder again; unsaved changes stay"), [this] { browser_->refresh(); });
-    showBrowser_ = action(QStringLiteral("Folder Browser"), QKeySequence(Qt::CTRL | Qt::Key_B),
-                          QStringLiteral("browser"), QStringLiteral("Show or hide the folder browser"), [this] {
+    reload_ = action(KeyId::reload, {}, QStringLiteral("Read the folder again; unsaved changes stay"),
+                     [this] { browser_->refresh(); });
+    showBrowser_ = action(KeyId::showBrowser, QStringLiteral("browser"),
+                          QStringLiteral("Show or hide the folder browser"), [this] {
                               browser_->setVisible(showBrowser_->isChecked());
                               services_.settings.set(settings::layoutNavigateurVisible, showBrowser_->isChecked());
                           });
     showBrowser_->setCheckable(true);
-    tableOnly_ = action(
-        QStringLiteral("Table Only"), QKeySequence(Qt::CTRL | Qt::Key_1), {},
-        QStringLiteral("Hide or show the editor below the table"),
-        [this] { setPresentation(tableOnly_->isChecked() ? PresentationMode::table : PresentationMode::waveforms); });
+    tableOnly_ = action(KeyId::tableOnly, {}, QStringLiteral("Hide or show the editor below the table"), [this] {
+        setPresentation(tableOnly_->isChecked() ? PresentationMode::table : PresentationMode::waveforms);
+    });
     tableOnly_->setCheckable(true);
 }
 
 void MainWindow::makeMenus() {
-    const auto take = [this](const QString& text, const QKeySequence& shortcut, const QString& help,
-                             void (TakeTable::*run)()) {
-        QAction* made = action(text, shortcut, {}, help, {});
+    const auto take = [this](const auto& what, const QString& help, void (TakeTable::*run)()) {
+        QAction* made = action(what, {}, help, {});
         connect(made, &QAction::triggered, table_, run);
         takeActions_.push_back(made);
         return made;
     };
     QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
-    file->addAction(action(QStringLiteral("Load Folder..."), QKeySequence::Open, QStringLiteral("folder"),
-                           QStringLiteral("Open a folder of recordings"),
+    file->addAction(action(KeyId::loadFolder, QStringLiteral("folder"), QStringLiteral("Open a folder of recordings"),
                            [this] { emit services_.commands.dravikLoadFolder(); }));
-    file->addAction(action(QStringLiteral("Load File..."), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O),
-                           QStringLiteral("file"), QStringLiteral("Open a recording and its folder"),
+    file->addAction(action(KeyId::loadFile, QStringLiteral("file"), QStringLiteral("Open a recording and its folder"),
                            [this] { emit services_.commands.dravikLoadFile(); }));
     file->addAction(reload_);
     file->addSeparator();
-    file->addAction(action(QStringLiteral("Save Changes"), QKeySequence::Save, QStringLiteral("save"),
-                           QStringLiteral("Save all pending changes"),
+    file->addAction(action(KeyId::save, QStringLiteral("save"), QStringLiteral("Save all pending changes"),
                            [this] { emit services_.commands.dravikSaveChanges(); }));
     file->addAction(discard_);
     file->addSeparator();
-    file->addAction(action(QStringLiteral("Preferences..."), QKeySequence(Qt::CTRL | Qt::Key_Comma), {}, {},
-                           [this] { emit preferencesRequested(); }));
+    file->addAction(action(KeyId::preferences, {}, {}, [this] { emit preferencesRequested(); }));
     file->addSeparator();
-    QAction* quit = action(QStringLiteral("Quit"), QKeySequence(Qt::CTRL | Qt::Key_Q), {}, {},
-                           [this] { services_.termination.applicationShouldTerminate(); });
+    QAction* quit = action(KeyId::quit, {}, {}, [this] { this->quit(); });
     quit->setMenuRole(QAction::QuitRole);
     file->addAction(quit);
 
@@ -274,28 +239,27 @@ void MainWindow::makeMenus() {
     edit->addAction(redo_);
     edit->addSeparator();
     // The table has these keys while it has the keyboard; text fields keep their own.
-    edit->addAction(take(QStringLiteral("Copy Column"), {}, QStringLiteral("Copy the current column of the selection"),
+    edit->addAction(take(QStringLiteral("Copy Column"), QStringLiteral("Copy the current column of the selection"),
                          &TakeTable::copy));
-    edit->addAction(take(QStringLiteral("Paste Column"), {},
+    edit->addAction(take(QStringLiteral("Paste Column"),
                          QStringLiteral("Paste lines downwards from the first selected row"), &TakeTable::paste));
     edit->addSeparator();
-    edit->addAction(action(QStringLiteral("Find"), QKeySequence::Find, QStringLiteral("search"),
-                           QStringLiteral("Filter the takes"), [this] { table_->focusFilter(); }));
+    edit->addAction(action(KeyId::find, QStringLiteral("search"), QStringLiteral("Filter the takes"),
+                           [this] { table_->focusFilter(); }));
 
     QMenu* takes = menuBar()->addMenu(QStringLiteral("&Take"));
-    takes->addAction(take(QStringLiteral("Edit Cell"), {}, QStringLiteral("Edit the current cell of the table (F2)"),
+    takes->addAction(take(QStringLiteral("Edit Cell"),
+                          QStringLiteral("Edit the current cell of the table (%1)").arg(keyText(KeyId::editCell)),
                           &TakeTable::editCurrentCell));
-    takes->addAction(take(QStringLiteral("Toggle Circled"), QKeySequence(Qt::CTRL | Qt::Key_K),
-                          QStringLiteral("Circle the selected takes, or take the circle away"),
+    takes->addAction(take(KeyId::toggleCircled, QStringLiteral("Circle the selected takes, or take the circle away"),
                           &TakeTable::toggleCircled));
     takes->addSeparator();
-    takes->addAction(take(QStringLiteral("Fill Down"), QKeySequence(Qt::CTRL | Qt::Key_D),
-                          QStringLiteral("The value of the first selected row for all selected rows"),
+    takes->addAction(take(KeyId::fillDown, QStringLiteral("The value of the first selected row for all selected rows"),
                           &TakeTable::fillDown));
-    takes->addAction(take(QStringLiteral("Increment Take"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_I),
-                          QStringLiteral("Each selected row gets the take after its own"), &TakeTable::incrementTakes));
-    takes->addAction(take(QStringLiteral("Number Takes"), {},
-                          QStringLiteral("Count up from the first selected row's take"), &TakeTable::numberTakes));
+    takes->addAction(take(KeyId::incrementTakes, QStringLiteral("Each selected row gets the take after its own"),
+                          &TakeTable::incrementTakes));
+    takes->addAction(take(QStringLiteral("Number Takes"), QStringLiteral("Count up from the first selected row's take"),
+                          &TakeTable::numberTakes));
     takes->addSeparator();
     takes->addAction(group_);
 
@@ -303,23 +267,21 @@ void MainWindow::makeMenus() {
     view->addAction(tableOnly_);
     view->addAction(showBrowser_);
     view->addSeparator();
-    view->addAction(action(QStringLiteral("Go to Browser"), QKeySequence(Qt::ALT | Qt::Key_1), {}, {}, [this] {
+    view->addAction(action(KeyId::goToBrowser, {}, {}, [this] {
         if (!showBrowser_->isChecked()) showBrowser_->trigger();
         browser_->focusTree();
     }));
-    view->addAction(action(QStringLiteral("Go to Table"), QKeySequence(Qt::ALT | Qt::Key_2), {}, {},
-                           [this] { table_->focusTable(); }));
-    view->addAction(action(QStringLiteral("Go to Editor"), QKeySequence(Qt::ALT | Qt::Key_3), {}, {}, [this] {
+    view->addAction(action(KeyId::goToTable, {}, {}, [this] { table_->focusTable(); }));
+    view->addAction(action(KeyId::goToEditor, {}, {}, [this] {
         if (tableOnly_->isChecked()) tableOnly_->trigger();
         editor_->focusFirstField();
     }));
 
     QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
-    help->addAction(action(QStringLiteral("Show Keyboard Shortcuts"), QKeySequence(Qt::Key_F1), {}, {},
-                           [this] { emit shortcutsRequested(); }));
-    help->addAction(action(QStringLiteral("Third-Party Licenses…"), {}, {}, {}, [this] { emit licencesRequested(); }));
+    help->addAction(action(KeyId::showShortcuts, {}, {}, [this] { emit shortcutsRequested(); }));
+    help->addAction(action(QStringLiteral("Third-Party Licenses…"), {}, {}, [this] { emit licencesRequested(); }));
     help->addSeparator();
-    QAction* about = action(QStringLiteral("About Dravik"), {}, {}, {}, [this] { emit aboutRequested(); });
+    QAction* about = action(QStringLiteral("About Dravik"), {}, {}, [this] { emit aboutRequested(); });
     about->setMenuRole(QAction::AboutRole);
     help->addAction(about);
 }
@@ -329,7 +291,7 @@ void MainWindow::makeToolbar() {
     bar->setObjectName(QStringLiteral("toolbar"));
     bar->setMovable(false);
     bar->setContextMenuPolicy(Qt::PreventContextMenu);
-    bar->setIconSize(QSize(18, 18));
+    bar->setIconSize(QSize(metrics::toolIconSide, metrics::toolIconSide));
     bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     bar->addAction(showBrowser_);
     for (QAction* one : menuBar()->actions().front()->menu()->actions().mid(0, 1))
@@ -347,31 +309,48 @@ void MainWindow::makeToolbar() {
     }
 }
 
-void MainWindow::makeStatusLine() {
-    counts_ = new QLabel(this);
-    counts_->setContentsMargins(8, 0, 0, 0);
-    message_ = new QLabel(this);
-    message_->setAccessibleName(QStringLiteral("Status"));
-    progress_ = new QProgressBar(this);
-    progress_->setFixedSize(160, 12);
-    progress_->setTextVisible(false);
-    progress_->setAccessibleName(QStringLiteral("Progress"));
-    cancel_ = new QToolButton(this);
-    cancel_->setText(QStringLiteral("Cancel"));
-    cancel_->setAutoRaise(true);
-    connect(cancel_, &QToolButton::clicked, this, [this] {
+void MainWindow::connectStatusLine() {
+    status_ = new StatusLine(this);
+    setStatusBar(status_);
+    ContentView& content = services_.content;
+    connect(status_, &StatusLine::cancelRequested, this, [this] {
         if (services_.content.sauvegardeEnCours()) {
             services_.content.cancelSave();
         } else {
             services_.content.listing().cancel();
         }
     });
-    statusBar()->setSizeGripEnabled(false);
-    statusBar()->addWidget(counts_);
-    for (QWidget* widget :
-         {static_cast<QWidget*>(message_), static_cast<QWidget*>(progress_), static_cast<QWidget*>(cancel_)}) {
-        statusBar()->addPermanentWidget(widget);
-    }
+    connect(&content, &ContentView::sauvegardeEnCoursChanged, this, [this] {
+        refreshActions();
+        if (!services_.content.sauvegardeEnCours()) {
+            status_->endWork();
+            return;
+        }
+        status_->beginWork();
+        status_->showWork(QStringLiteral("Saving..."), 0, 0, true);
+    });
+    connect(&content, &ContentView::saveProgressed, this,
+            [this](std::uint64_t done, std::uint64_t all, const QString& name) {
+                // One may be on its way when the save has ended.
+                if (!services_.content.sauvegardeEnCours()) return;
+                status_->showWork(QStringLiteral("Saving... %1").arg(name), done, all, true);
+            });
+    connect(&content, &ContentView::messageSuccesSauvegardeChanged, this,
+            [this] { status_->setSuccess(services_.content.messageSuccesSauvegarde()); });
+    connect(&content, &ContentView::notice, status_, &StatusLine::tell);
+    FolderListing& listing = content.listing();
+    connect(&listing, &FolderListing::progressed, this, [this](int done, int all, const QString& name) {
+        if (services_.content.sauvegardeEnCours()) return;
+        status_->showWork(QStringLiteral("Reading %1").arg(name), static_cast<std::uint64_t>(std::max(0, done)),
+                          static_cast<std::uint64_t>(std::max(0, all)), false);
+    });
+    connect(&listing, &FolderListing::finished, this, [this](bool cancelled) {
+        if (services_.content.sauvegardeEnCours()) return;
+        status_->endWork();
+        if (cancelled && !services_.content.rows().groupesTableau().empty()) {
+            status_->tell(QStringLiteral("Reading was stopped: not all takes are shown. Reload reads them."));
+        }
+    });
 }
 
 // --- Showing the state ---------------------------------------------------------------------------------------------
@@ -393,10 +372,8 @@ void MainWindow::refreshActions() {
     undo_->setText(content.canUndo() ? QStringLiteral("Undo %1").arg(content.undoName()) : QStringLiteral("Undo"));
     redo_->setEnabled(content.canRedo());
     redo_->setText(content.canRedo() ? QStringLiteral("Redo %1").arg(content.redoName()) : QStringLiteral("Redo"));
-    undo_->setToolTip(undo_->text() +
-                      QStringLiteral(" (%1)").arg(undo_->shortcut().toString(QKeySequence::NativeText)));
-    redo_->setToolTip(redo_->text() +
-                      QStringLiteral(" (%1)").arg(redo_->shortcut().toString(QKeySequence::NativeText)));
+    undo_->setToolTip(QStringLiteral("%1 (%2)").arg(undo_->text(), keyText(KeyId::undo)));
+    redo_->setToolTip(QStringLiteral("%1 (%2)").arg(redo_->text(), keyText(KeyId::redo)));
     group_->setChecked(content.regrouperFichiersMono());
     const bool any = !content.rows().groupesTableau().empty();
     for (QAction* one : takeActions_)
@@ -430,26 +407,13 @@ void MainWindow::refreshCounts() {
             add(row);
     }
     if (rows.empty()) {
-        counts_->clear();
+        status_->setCounts({});
         return;
     }
-    counts_->setText(QStringLiteral("%1%2 · %3 · %4 · %5")
-                         .arg(part ? QStringLiteral("Selected: ") : QString(),
-                              counted(part ? selected.size() : rows.size(), QStringLiteral("take")),
-                              counted(files, QStringLiteral("file")), clockText(seconds), toQt(sizeText(bytes))));
-}
-
-void MainWindow::refreshStatus() {
-    const ContentView& content = services_.content;
-    const bool saving = content.sauvegardeEnCours();
-    if (saving) {
-        progress_->setRange(0, 0);
-        message_->setText(QStringLiteral("Saving..."));
-    } else {
-        message_->setText(content.messageSuccesSauvegarde());
-    }
-    progress_->setVisible(saving);
-    cancel_->setVisible(saving);
+    status_->setCounts(QStringLiteral("%1%2 · %3 · %4 · %5")
+                           .arg(part ? QStringLiteral("Selected: ") : QString(),
+                                counted(part ? selected.size() : rows.size(), QStringLiteral("take")),
+                                counted(files, QStringLiteral("file")), clockText(seconds), toQt(sizeText(bytes))));
 }
 
 // --- From outside --------------------------------------------------------------------------------------------------
@@ -458,7 +422,43 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     // The answer comes from the gate, later.
     event->ignore();
     rememberLayout();
-    services_.termination.applicationShouldTerminate();
+    quit();
+}
+
+void MainWindow::quit() {
+    editor_->commitPending();
+    const QString invalid = editor_->invalidTimecode();
+    if (invalid.isEmpty()) {
+        services_.termination.applicationShouldTerminate();
+        return;
+    }
+    // A line at the bottom of a window that closes is read by nobody.
+    if (std::exchange(quitAsked_, true)) return;
+    Alert alert;
+    alert.title = QStringLiteral("Invalid Timecode");
+    alert.text = QStringLiteral(
+                     "The start timecode that you typed is not one: %1. It was not taken over.\n\nWould you "
+                     "like to quit without it?")
+                     .arg(invalid);
+    alert.buttons = {QStringLiteral("Quit"), QStringLiteral("Cancel")};
+    alert.destructive = true;
+    services_.dialogs.ask(alert, [this](AlertAnswer answer) {
+        quitAsked_ = false;
+        if (answer.button == 0) {
+            services_.termination.applicationShouldTerminate();
+        } else {
+            editor_->focusTimecode();
+        }
+    });
+}
+
+bool MainWindow::event(QEvent* event) {
+    // What a control does is told beside the counts, not in their place.
+    if (event->type() == QEvent::StatusTip) {
+        status_->setHint(static_cast<QStatusTipEvent*>(event)->tip());
+        return true;
+    }
+    return QMainWindow::event(event);
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {

@@ -4,17 +4,17 @@
 #include "app/presentation_mode.h"
 #include "app/single_main_window_coordinator.h"
 #include "app/workspace.h"
+#include "ui/shortcuts.h"
 #include "ui/theme.h"
 
-#include <QLabel>
+#include <QAction>
 #include <QMainWindow>
-#include <QProgressBar>
 #include <QSplitter>
-#include <QToolButton>
 
 namespace dravik {
 
 class FolderBrowser;
+class StatusLine;
 class TakeEditor;
 class TakeTable;
 
@@ -46,6 +46,7 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     [[nodiscard]] TakeTable& takeTable() noexcept { return *table_; }
     [[nodiscard]] TakeEditor& takeEditor() noexcept { return *editor_; }
     [[nodiscard]] FolderBrowser& folderBrowser() noexcept { return *browser_; }
+    [[nodiscard]] StatusLine& statusLine() noexcept { return *status_; }
 
   signals:
     void preferencesRequested();
@@ -54,17 +55,19 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     void licencesRequested();
 
   protected:
+    bool event(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
 
   private:
-    QAction* action(const QString& text, const QKeySequence& shortcut, const QString& icon, const QString& help,
-                    std::function<void()> run);
+    QAction* action(KeyId key, const QString& icon, const QString& help, std::function<void()> run);
+    QAction* action(const QString& text, const QString& icon, const QString& help, std::function<void()> run);
     void makeActions();
     void makeMenus();
     void makeToolbar();
-    void makeStatusLine();
+    void connectStatusLine();
+    void quit();
     void arrange();
     void restoreLayout();
     void rememberLayout();
@@ -73,7 +76,6 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     void refreshActions();
     void refreshTitle();
     void refreshCounts();
-    void refreshStatus();
 
     Services services_;
     FolderBrowser* browser_ = nullptr;
@@ -93,11 +95,8 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     QAction* tableOnly_ = nullptr;
     std::vector<QAction*> takeActions_;  ///< need a selected take
 
-    QLabel* counts_ = nullptr;
-    QLabel* message_ = nullptr;
-    QProgressBar* progress_ = nullptr;
-    QToolButton* cancel_ = nullptr;
-    QElapsedTimer working_;
+    StatusLine* status_ = nullptr;
+    bool quitAsked_ = false;
 };
 
 }  // namespace dravik

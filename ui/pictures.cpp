@@ -3,6 +3,7 @@
 #include "app/table_edits.h"
 #include "ui/about_windows.h"
 #include "ui/preferences_window.h"
+#include "ui/status_line.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -10,6 +11,7 @@
 #include <QTimer>
 #include <deque>
 #include <memory>
+#include <vector>
 
 namespace dravik {
 namespace {
@@ -47,6 +49,145 @@ struct Sequence : std::enable_shared_from_this<Sequence> {
     }
 };
 
+/// An alert as it looks; where it comes from needs files that are broken or gone.
+struct Sample {
+    const char* file;
+    const char* title;
+    const char* text;
+    QStringList buttons;
+    bool destructive = false;
+};
+const std::vector<Sample>& samples() {
+    static const std::vector<Sample> all = {
+        {"alert-save-failed",
+         "Save Failed",
+         "12-T01.WAV could not be written: there is no room left on the volume. The file is as it was.",
+         {QStringLiteral("OK"), QStringLiteral("Save the Others")}},
+        {"alert-format",
+         "Format Not Supported for Editing",
+         "Changes cannot be saved to these file formats: AIF, MP3.\n\nWould you like to discard your changes?",
+         {QStringLiteral("Discard"), QStringLiteral("Cancel")},
+         true},
+        {"alert-gone",
+         "Takes Are Gone",
+         "Changes of takes that are not in the folder any more cannot be saved: 12-T01, 12-T02, 12-T03, 12-T04, "
+         "12-WT01, 12-WT02, 12A-T01, 12A-T02, 12A-T03, 14-01, and 3 more.\n\nWould you like to discard these changes?",
+         {QStringLiteral("Discard"), QStringLiteral("Cancel")},
+         true},
+    };
+    return all;
+}
+
+/// Adds the steps that draw every window.
+struct Album {
+    const Windows& windows;
+    QString folder;
+    std::deque<std::function<bool()>>& steps;
+
+    [[nodiscard]] QString file(const QString& name) const { return QStringLiteral("%1/%2.png").arg(folder, name); }
+
+    void run(std::function<void()> what) const {
+        steps.emplace_back([what = std::move(what)] {
+            what();
+            return true;
+        });
+    }
+    void main(const QString& name) const {
+        steps.emplace_back([&window = windows.window, to = file(name)] { return draw(window, to); });
+    }
+    /// The dialog that is open, and closes it.
+    void dialog(const QString& name) const {
+        steps.emplace_back([to = file(name)] {
+            for (QWidget* widget : QApplication::topLevelWidgets()) {
+                auto* dialog = qobject_cast<QDialog*>(widget);
+                if (dialog == nullptr || !dialog->isVisible()) continue;
+                const bool ok = draw(*dialog, to);
+                dialog->reject();
+                return ok;
+            }
+            return false;
+        });
+    }
+
+    void empty() const { main(QStringLiteral("main-empty")); }
+
+    void take(const std::filesystem::path& day) const {
+        ContentView& content = windows.content;
+        MainWindow& window = windows.window;
+        run([&content, day] { content.gererActionProtegee(OuvrirDossier{day}); });
+        // Until the day has been read.
+        for (int wait = 0; wait < 8; ++wait)
+            run([] {});
+        run([&content] {
+            if (!content.rows().groupesTableau().empty()) content.selectionnerLigne(0);
+        });
+        main(QStringLiteral("main"));
+        run([&window] { window.statusLine().showWork(QStringLiteral("Reading 21B-T02.WAV"), 14, 24, true); });
+        main(QStringLiteral("main-reading"));
+        run([&window] { window.statusLine().endWork(); });
+    }
+
+    void edits() const {
+        ContentView& content = windows.content;
+        run([&content] {
+            std::vector<int> rows;
+            for (int row = 1; row < 4 && row < static_cast<int>(content.rows().groupesTableau().size()); ++row)
+                rows.push_back(row);
+            if (rows.empty()) return;
+            setField(content.rows(), rows, RowField::scene, QStringLiteral("12B"));
+            setField(content.rows(), {0}, RowField::note, QStringLiteral("Plane over the end of the take"));
+            setFlagField(content.rows(), rows, RowField::circled, true);
+        });
+        main(QStringLiteral("main-pending"));
+        run([&content] { content.gererActionProtegee(QuitterApp{}); });
+        dialog(QStringLiteral("alert-unsaved"));
+        run([&content] { content.discardAll(); });
+        dialog(QStringLiteral("alert-discard"));
+        run([&content] {
+            if (const auto cues = content.cueMarkers(); !cues.empty()) content.renameCue(cues.front().id);
+        });
+        dialog(QStringLiteral("cue-name"));
+        run([&content] {
+            if (const auto cues = content.cueMarkers(); !cues.empty()) content.deleteCue(cues.front().id);
+        });
+        dialog(QStringLiteral("alert-delete-cue"));
+    }
+
+    void alerts() const {
+        for (const Sample& sample : samples()) {
+            Alert alert;
+            alert.title = QString::fromLatin1(sample.title);
+            alert.text = QString::fromLatin1(sample.text);
+            alert.buttons = sample.buttons;
+            alert.destructive = sample.destructive;
+            run([&dialogs = windows.dialogs, alert] { dialogs.ask(alert, [](AlertAnswer) {}); });
+            dialog(QString::fromLatin1(sample.file));
+        }
+    }
+
+    void smallWindows() const {
+        MainWindow& window = windows.window;
+        PreferencesWindow& preferences = windows.preferences;
+        for (int tab = 0; tab < PreferencesWindow::tabCount; ++tab) {
+            run([&preferences, tab] {
+                preferences.present();
+                preferences.showTab(tab);
+            });
+            dialog(QStringLiteral("preferences-%1").arg(tab + 1));
+        }
+        run([&window] { showShortcuts(window); });
+        dialog(QStringLiteral("shortcuts"));
+        run([&window] { showAbout(window); });
+        dialog(QStringLiteral("about"));
+        run([&window] { showLicences(window); });
+        dialog(QStringLiteral("licences"));
+        for (const QSize size : {QSize(900, 600), QSize(2560, 1440)}) {
+            run([&window, size] { window.resize(size); });
+            main(QStringLiteral("main-%1x%2").arg(size.width()).arg(size.height()));
+        }
+    }
+};
+
 }  // namespace
 
 void drawMainWindow(MainWindow& window, ContentView& content, const QString& file, std::function<void(bool)> drawn) {
@@ -56,75 +197,25 @@ void drawMainWindow(MainWindow& window, ContentView& content, const QString& fil
     });
 }
 
-void drawAllWindows(MainWindow& window, ContentView& content, PreferencesWindow& preferences, const QString& folder,
+void drawAllWindows(const Windows& windows, const std::filesystem::path& day, const QString& folder,
                     std::function<void(bool)> drawn) {
     if (!QDir().mkpath(folder)) {
         drawn(false);
         return;
     }
-    const auto file = [folder](const QString& name) { return QStringLiteral("%1/%2.png").arg(folder, name); };
     const auto sequence = std::make_shared<Sequence>();
     sequence->ended = std::move(drawn);
-    auto& steps = sequence->steps;
-    const auto top = [file](const QString& name) {
-        for (QWidget* widget : QApplication::topLevelWidgets()) {
-            auto* dialog = qobject_cast<QDialog*>(widget);
-            if (dialog == nullptr || !dialog->isVisible()) continue;
-            const bool ok = draw(*dialog, file(name));
-            dialog->reject();
-            return ok;
-        }
-        return false;
-    };
-    steps.emplace_back([&content] {
-        if (!content.rows().groupesTableau().empty()) content.selectionnerLigne(0);
-        return true;
-    });
-    steps.emplace_back([&window, file] { return draw(window, file(QStringLiteral("main"))); });
-    steps.emplace_back([&content] {
-        std::vector<int> rows;
-        for (int row = 1; row < 4 && row < static_cast<int>(content.rows().groupesTableau().size()); ++row)
-            rows.push_back(row);
-        setField(content.rows(), rows, RowField::scene, QStringLiteral("12B"));
-        setField(content.rows(), {0}, RowField::note, QStringLiteral("Plane over the end of the take"));
-        setFlagField(content.rows(), rows, RowField::circled, true);
-        return true;
-    });
-    steps.emplace_back([&window, file] { return draw(window, file(QStringLiteral("main-pending"))); });
-    steps.emplace_back([&content] {
-        content.gererActionProtegee(QuitterApp{});
-        return true;
-    });
-    steps.emplace_back([top] { return top(QStringLiteral("unsaved")); });
-    steps.emplace_back([&preferences] {
-        preferences.present();
-        return true;
-    });
-    steps.emplace_back([&preferences, file] {
-        const bool ok = draw(preferences, file(QStringLiteral("preferences")));
-        preferences.reject();
-        return ok;
-    });
-    steps.emplace_back([&window] {
-        showShortcuts(window);
-        return true;
-    });
-    steps.emplace_back([top] { return top(QStringLiteral("shortcuts")); });
-    steps.emplace_back([&window] {
-        showAbout(window);
-        return true;
-    });
-    steps.emplace_back([top] { return top(QStringLiteral("about")); });
-    steps.emplace_back([&window] {
-        showLicences(window);
-        return true;
-    });
-    steps.emplace_back([top] { return top(QStringLiteral("licences")); });
-    steps.emplace_back([&content] {
+    Album album{windows, folder, sequence->steps};
+    album.empty();
+    album.take(day);
+    album.edits();
+    album.alerts();
+    album.smallWindows();
+    album.steps.emplace_back([&content = windows.content] {
         content.rows().discardAll();
         return true;
     });
-    whenIdle(&window, content, [sequence] { sequence->next(); });
+    sequence->next();
 }
 
 }  // namespace dravik

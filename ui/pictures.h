@@ -3,6 +3,7 @@
 #include "ui/main_window.h"
 
 #include <QString>
+#include <filesystem>
 #include <functional>
 
 namespace dravik {
@@ -14,8 +15,17 @@ class PreferencesWindow;
 /// The main window as it is when its folder has been read. `drawn` is told whether the file could be written.
 void drawMainWindow(MainWindow& window, ContentView& content, const QString& file, std::function<void(bool)> drawn);
 
-/// Every window and dialog into the folder, with some edits pending that are never saved.
-void drawAllWindows(MainWindow& window, ContentView& content, PreferencesWindow& preferences, const QString& folder,
+/// What there is to draw.
+struct Windows {
+    MainWindow& window;
+    ContentView& content;
+    PreferencesWindow& preferences;
+    Dialogs& dialogs;
+};
+
+/// Every window and dialog into the folder: first without takes, then with those of `day` and some edits pending that
+/// are never saved. No folder is open before.
+void drawAllWindows(const Windows& windows, const std::filesystem::path& day, const QString& folder,
                     std::function<void(bool)> drawn);
 
 }  // namespace dravik

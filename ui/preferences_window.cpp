@@ -8,7 +8,6 @@
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
-#include <QTabWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -21,6 +20,9 @@ struct Accent {
 };
 constexpr Accent accents[] = {{"Amber", "#E8912D"}, {"Blue", "#4A90E2"},   {"Green", "#3FA66B"},
                               {"Red", "#D9534F"},   {"Purple", "#9B6DD6"}, {"Graphite", "#7A8594"}};
+
+/// Below the text of a check box, not below its box.
+constexpr int hintIndent = 20;
 
 QIcon swatch(const QColor& colour) {
     QPixmap pixmap(28, 28);
@@ -36,26 +38,29 @@ QIcon swatch(const QColor& colour) {
 QLabel* hint(const QString& text) {
     auto* label = new QLabel(text);
     label->setWordWrap(true);
-    label->setEnabled(false);
+    label->setForegroundRole(QPalette::PlaceholderText);
+    label->setContentsMargins(hintIndent, 0, 0, 0);
     return label;
 }
 
 }  // namespace
 
 PreferencesWindow::PreferencesWindow(UserDefaults& settings, Commands& commands, const Theme& theme)
-    : settings_(settings), commands_(commands), theme_(theme) {
+    : settings_(settings), commands_(commands), theme_(theme), tabs_(new QTabWidget(this)) {
     setWindowTitle(QStringLiteral("Preferences"));
     setObjectName(QStringLiteral("preferences"));
-    auto* tabs = new QTabWidget(this);
-    tabs->addTab(appearanceTab(), QStringLiteral("Appearance"));
-    tabs->addTab(filesTab(), QStringLiteral("Files and Editing"));
-    tabs->addTab(warningsTab(), QStringLiteral("Questions"));
+    tabs_->setDocumentMode(true);
+    tabs_->setAccessibleName(QStringLiteral("Groups of settings"));
+    tabs_->addTab(appearanceTab(), QStringLiteral("Appearance"));
+    tabs_->addTab(filesTab(), QStringLiteral("Files and Editing"));
+    tabs_->addTab(warningsTab(), QStringLiteral("Questions"));
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(tabs);
+    layout->addWidget(tabs_);
     layout->addWidget(buttons);
-    resize(520, 260);
+    setMinimumWidth(460);
+    setSizeGripEnabled(false);
 }
 
 void PreferencesWindow::present() {
@@ -65,6 +70,8 @@ void PreferencesWindow::present() {
     activateWindow();
     if (!wasVisible) emit commands_.dravikPreferencesWindowDidOpen();
 }
+
+void PreferencesWindow::showTab(int tab) { tabs_->setCurrentIndex(tab); }
 
 void PreferencesWindow::done(int result) {
     QDialog::done(result);

@@ -5,6 +5,7 @@
 #include "ui/theme.h"
 
 #include <QDialog>
+#include <QTabWidget>
 
 namespace dravik {
 
@@ -14,7 +15,11 @@ class PreferencesWindow : public QDialog {
   public:
     PreferencesWindow(UserDefaults& settings, Commands& commands, const Theme& theme);
 
+    static constexpr int tabCount = 3;
+
     void present();
+    /// From 0 on.
+    void showTab(int tab);
 
   protected:
     void done(int result) override;
@@ -28,6 +33,7 @@ class PreferencesWindow : public QDialog {
     UserDefaults& settings_;
     Commands& commands_;
     const Theme& theme_;
+    QTabWidget* tabs_;  ///< a child
 };
 
 }  // namespace dravik

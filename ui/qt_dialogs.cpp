@@ -45,12 +45,13 @@ void QtDialogs::ask(const Alert& alert, std::function<void(AlertAnswer)> answere
         if (auto* label = box->findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"))) {
             label->setTextFormat(Qt::PlainText);
         }
+        // Before the spacer: it makes the layout anew.
+        if (!alert.checkBox.isEmpty()) box->setCheckBox(new QCheckBox(alert.checkBox, box));
         // Wide enough for a sentence to be read as one.
         if (auto* grid = qobject_cast<QGridLayout*>(box->layout())) {
             grid->addItem(std::make_unique<QSpacerItem>(alertWidth, 0).release(), grid->rowCount(), 0, 1,
                           grid->columnCount());
         }
-        if (!alert.checkBox.isEmpty()) box->setCheckBox(new QCheckBox(alert.checkBox, box));
         std::vector<QAbstractButton*> buttons;
         for (qsizetype at = 0; at < alert.buttons.size(); ++at) {
             // The roles keep the order of the list, whatever the desktop's habit.
@@ -90,7 +91,7 @@ void QtDialogs::askText(const TextQuestion& question, std::function<void(std::op
         layout->addWidget(field);
         if (!question.hint.isEmpty()) {
             auto* hint = new QLabel(question.hint, dialog);
-            hint->setEnabled(false);
+            hint->setForegroundRole(QPalette::PlaceholderText);
             hint->setWordWrap(true);
             layout->addWidget(hint);
         }

@@ -2,6 +2,9 @@
 
 #include "app/text.h"
 #include "model/wave/timecode.h"
+#include "ui/colours.h"
+#include "ui/metrics.h"
+#include "ui/shortcuts.h"
 #include "ui/take_table_model.h"
 
 #include <QAbstractItemView>
@@ -15,26 +18,12 @@
 #include <QTimer>
 #include <QToolTip>
 #include <algorithm>
-#include <cmath>
 
 namespace dravik {
 namespace {
 
-constexpr int leastRowHeight = 22;
+using metrics::cellPadding;
 constexpr double flagRadius = 4.5;
-
-/// As the accessibility guidelines for the web define it.
-double luminance(const QColor& colour) {
-    const auto linear = [](double part) {
-        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
-}
-
-double contrast(const QColor& a, const QColor& b) {
-    const double x = luminance(a), y = luminance(b);
-    return (std::max(x, y) + 0.05) / (std::min(x, y) + 0.05);
-}
 
 TakeColumn columnOf(const QModelIndex& index) { return static_cast<TakeColumn>(index.column()); }
 
@@ -44,26 +33,13 @@ Qt::Alignment alignmentOf(TakeColumn column) {
 
 }  // namespace
 
-QColor mixed(const QColor& under, const QColor& over, double share) {
-    const auto part = [share](int a, int b) { return static_cast<int>(std::lround(a + (b - a) * share)); };
-    return {part(under.red(), over.red()), part(under.green(), over.green()), part(under.blue(), over.blue())};
-}
-
-QColor legibleOn(const QColor& background, QColor colour) {
-    constexpr double enough = 4.5;
-    const QColor end = luminance(background) > 0.18 ? QColor(Qt::black) : QColor(Qt::white);
-    for (int step = 0; step < 20 && contrast(background, colour) < enough; ++step)
-        colour = mixed(colour, end, 0.1);
-    return colour;
-}
-
 TakeDelegate::TakeDelegate(const Theme& theme, QObject* parent) : QStyledItemDelegate(parent), theme_(theme) {}
 
 // --- Looks ---------------------------------------------------------------------------------------------------------
 
 QSize TakeDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
     const int width = option.fontMetrics.horizontalAdvance(index.data().toString()) + 2 * cellPadding + 2;
-    return {width, std::max(leastRowHeight, option.fontMetrics.height() + 6)};
+    return {width, std::max(metrics::rowHeight, option.fontMetrics.height() + 6)};
 }
 
 void TakeDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
@@ -280,20 +256,25 @@ void TakeDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewI
 bool TakeDelegate::eventFilter(QObject* object, QEvent* event) {
     auto* editor = qobject_cast<QWidget*>(object);
     if (editor == nullptr || event->type() != QEvent::KeyPress) return QStyledItemDelegate::eventFilter(object, event);
-    const auto* key = static_cast<QKeyEvent*>(event);
-    const bool shift = key->modifiers().testFlag(Qt::ShiftModifier);
-    const bool control = key->modifiers().testFlag(Qt::ControlModifier);
-    switch (key->key()) {
-        case Qt::Key_Return:
-        case Qt::Key_Enter:
-            finish(editor, control ? CellMove::stay : shift ? CellMove::up : CellMove::down, control);
+    const std::optional<KeyId> key = keyIn(KeyContext::cell, *static_cast<QKeyEvent*>(event));
+    if (!key) return QStyledItemDelegate::eventFilter(object, event);
+    switch (*key) {
+        case KeyId::commitDown:
+            finish(editor, CellMove::down, false);
             return true;
-        case Qt::Key_Tab:
-        case Qt::Key_Backtab:
-            if (control) return QStyledItemDelegate::eventFilter(object, event);
-            finish(editor, key->key() == Qt::Key_Backtab || shift ? CellMove::previous : CellMove::next, false);
+        case KeyId::commitUp:
+            finish(editor, CellMove::up, false);
             return true;
-        case Qt::Key_Escape: {
+        case KeyId::commitToAll:
+            finish(editor, CellMove::stay, true);
+            return true;
+        case KeyId::commitNext:
+            finish(editor, CellMove::next, false);
+            return true;
+        case KeyId::commitPrevious:
+            finish(editor, CellMove::previous, false);
+            return true;
+        case KeyId::leaveCell: {
             const QModelIndex index = edited_;
             edited_ = QPersistentModelIndex();
             emit left(editor, index, CellMove::stay);

@@ -12,14 +12,6 @@ namespace dravik {
 /// Where the current cell goes when an edit is done.
 enum class CellMove { stay, down, up, next, previous };
 
-/// Between a cell's text and its edges, also in the header.
-inline constexpr int cellPadding = 6;
-
-/// The colour itself, or as much darker or lighter as text needs to be read on the background.
-[[nodiscard]] QColor legibleOn(const QColor& background, QColor colour);
-/// `share` of `over` on `under`.
-[[nodiscard]] QColor mixed(const QColor& under, const QColor& over, double share);
-
 /// How the cells of the take table look, and how they are edited: a line of text, for frame rates a menu. It decides
 /// nothing: what was typed is checked by `check` and told by signals. Main thread; one editor at a time.
 class TakeDelegate : public QStyledItemDelegate {

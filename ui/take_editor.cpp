@@ -3,16 +3,18 @@
 #include "app/table_edits.h"
 #include "app/take_columns.h"
 #include "app/text.h"
-#include "base/paths.h"
 #include "model/wave/timecode.h"
 #include "ui/cue_list.h"
+#include "ui/list_looks.h"
+#include "ui/shortcuts.h"
+#include "ui/take_summary.h"
 #include "ui/track_list.h"
 
 #include <QFrame>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QScrollBar>
+#include <QScrollArea>
 #include <QVBoxLayout>
 #include <tuple>
 #include <utility>
@@ -20,20 +22,18 @@
 namespace dravik {
 namespace {
 
-constexpr int smallPixels = 11;
-constexpr int markWidth = 3;
+using metrics::smallFont;
+
+/// Below this width there is no room for the summary.
+constexpr int summaryFrom = 820;
+constexpr int leastWidth = 320;
+constexpr int leastHeight = 150;
 
 QString mixedText() { return QStringLiteral("mixed"); }
 
 QString endText(const GroupeFichiers& groupe) {
     const std::string timecode = endTimecode(groupe);
     return timecode.empty() ? QStringLiteral("–") : toQt(timecode);
-}
-
-QFont smaller(const QWidget& widget) {
-    QFont font = widget.font();
-    font.setPixelSize(smallPixels);
-    return font;
 }
 
 void setColour(QWidget& widget, QPalette::ColorRole role, const QColor& colour) {
@@ -58,21 +58,34 @@ TakeEditor::TakeEditor(ContentView& content, const Theme& theme, QWidget* parent
     setAccessibleName(QStringLiteral("Take editor"));
     auto* page = new QWidget(this);
     auto* columns = new QHBoxLayout(page);
-    columns->setContentsMargins(10, 8, 10, 8);
+    columns->setContentsMargins(10, metrics::panelMargin, 10, metrics::panelMargin);
     columns->setSpacing(10);
-    columns->addWidget(makeFields(), 9);
+    // No wider than they are of use, however wide the screen is: the summary takes what is left.
+    const auto add = [&](QWidget* panel, int widest, int share) {
+        panel->setMaximumWidth(widest);
+        columns->addWidget(panel, share);
+    };
+    add(makeFields(), 640, 9);
     columns->addWidget(separator(page));
-    columns->addWidget(makeTracks(), 6);
+    add(makeTracks(), 460, 6);
     columns->addWidget(separator(page));
-    columns->addWidget(makeCues(), 6);
-    columns->addWidget(separator(page));
-    columns->addWidget(makeSummary(), 5);
+    add(makeCues(), 460, 6);
+    summaryLine_ = separator(page);
+    columns->addWidget(summaryLine_);
+    summary_ = new TakeSummary(content_, theme_, page);
+    columns->addWidget(summary_, 5);
+    // In a window that is smaller still it can be scrolled.
+    auto* scroll = new QScrollArea(this);
+    scroll->setWidget(page);
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setFocusPolicy(Qt::NoFocus);
 
     hint_ = new QLabel(QStringLiteral("Select a take to see and edit its fields."), this);
     hint_->setAlignment(Qt::AlignCenter);
     pages_ = new QStackedLayout(this);
     pages_->addWidget(hint_);
-    pages_->addWidget(page);
+    pages_->addWidget(scroll);
 
     // Another take is shown at once: what is typed next is typed into it. What else changes comes in threes and fours.
     refreshSoon_.setSingleShot(true);
@@ -83,22 +96,22 @@ TakeEditor::TakeEditor(ContentView& content, const Theme& theme, QWidget* parent
           &ContentView::sauvegardeEnCoursChanged, &ContentView::pendingChanged}) {
         connect(&content_, changed, &refreshSoon_, qOverload<>(&QTimer::start));
     }
+    connect(&content_.rows(), &TakeRows::rowsReset, this, [this](const std::vector<int>& renumbered) {
+        const auto at = static_cast<std::size_t>(shownRow_);
+        shownRow_ = shownRow_ >= 0 && at < renumbered.size() ? renumbered[at] : -1;
+    });
     connect(&theme_, &Theme::changed, this, &TakeEditor::applyTheme);
     applyTheme();
 }
 
-TakeEditor::~TakeEditor() {
-    // A field that goes while it has the keyboard says that it was left, to nobody any more.
-    for (QObject* child : findChildren<QObject*>())
-        child->disconnect(this);
-}
+TakeEditor::~TakeEditor() { stopListeningToChildren(*this); }
 
 QVBoxLayout* TakeEditor::column(QWidget* parent, const QString& title, QLabel*& label) {
     auto* layout = new QVBoxLayout(parent);
     layout->setContentsMargins({});
-    layout->setSpacing(4);
+    layout->setSpacing(metrics::fieldSpacing);
     label = new QLabel(title, parent);
-    label->setFont(smaller(*label));
+    label->setFont(smallFont(*label));
     headings_.push_back(label);
     layout->addWidget(label);
     return layout;
@@ -106,10 +119,10 @@ QVBoxLayout* TakeEditor::column(QWidget* parent, const QString& title, QLabel*& 
 
 void TakeEditor::addField(QGridLayout& grid, int row, int side, const QString& title, RowField field, QWidget* widget) {
     auto* label = new QLabel(title, grid.parentWidget());
-    label->setFont(smaller(*label));
+    label->setFont(smallFont(*label));
     label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     auto* mark = new QWidget(grid.parentWidget());
-    mark->setFixedWidth(markWidth);
+    mark->setFixedWidth(metrics::editMark);
     mark->setAutoFillBackground(true);
     QSizePolicy policy(QSizePolicy::Fixed, QSizePolicy::Ignored);
     policy.setRetainSizeWhenHidden(true);
@@ -147,14 +160,14 @@ QWidget* TakeEditor::makeFields() {
     takeName_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     message_ = new QLabel(panel);
     message_->setWordWrap(true);
-    message_->setFont(smaller(*message_));
+    message_->setFont(smallFont(*message_));
     layout->addWidget(message_);
 
     auto* form = new QWidget(panel);
     auto* grid = new QGridLayout(form);
     grid->setContentsMargins({});
-    grid->setHorizontalSpacing(4);
-    grid->setVerticalSpacing(4);
+    grid->setHorizontalSpacing(metrics::fieldSpacing);
+    grid->setVerticalSpacing(metrics::fieldSpacing);
     grid->setColumnStretch(2, 1);
     grid->setColumnStretch(5, 1);
 
@@ -166,10 +179,10 @@ QWidget* TakeEditor::makeFields() {
     auto* flags = new QWidget(form);
     auto* flagRow = new QHBoxLayout(flags);
     flagRow->setContentsMargins({});
-    flagRow->setSpacing(markWidth + 2);
+    flagRow->setSpacing(metrics::editMark + 2);
     const auto addFlag = [&](RowField field, const QString& help, void (Edits::*set)(bool)) {
         auto* mark = new QWidget(flags);
-        mark->setFixedWidth(markWidth);
+        mark->setFixedWidth(metrics::editMark);
         mark->setAutoFillBackground(true);
         QSizePolicy policy(QSizePolicy::Fixed, QSizePolicy::Ignored);
         policy.setRetainSizeWhenHidden(true);
@@ -203,17 +216,17 @@ QWidget* TakeEditor::makeFields() {
     timecode_->setMinimumWidth(timecode_->fontMetrics().horizontalAdvance(QStringLiteral("00:00:00:00")) + 16);
     timecode_->installEventFilter(this);
     connect(timecode_, &QLineEdit::textEdited, this, &TakeEditor::timecodeTyped);
-    connect(timecode_, &QLineEdit::editingFinished, this, &TakeEditor::commitPending);
+    connect(timecode_, &QLineEdit::editingFinished, this, &TakeEditor::takeOverTimecode);
     addField(*grid, 3, 0, QStringLiteral("Start TC"), RowField::timecode, timecode_);
     addField(*grid, 3, 1, QStringLiteral("fps"), RowField::framerate, rate_);
     timecode_->setAccessibleName(QStringLiteral("Start timecode"));
     rate_->setAccessibleName(QStringLiteral("Frame rate"));
 
     end_ = new QLabel(form);
-    end_->setFont(smaller(*end_));
+    end_->setFont(smallFont(*end_));
     end_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     auto* endCaption = new QLabel(QStringLiteral("End TC"), form);
-    endCaption->setFont(smaller(*endCaption));
+    endCaption->setFont(smallFont(*endCaption));
     endCaption->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     captions_.push_back(endCaption);
     grid->addWidget(endCaption, 4, 0);
@@ -231,7 +244,6 @@ QWidget* TakeEditor::makeFields() {
     addField(*grid, 5, 0, fieldTitle(RowField::note), RowField::note, note_);
     grid->setRowStretch(5, 1);
     layout->addWidget(form, 1);
-    panel->setMinimumWidth(300);
     return panel;
 }
 
@@ -239,8 +251,9 @@ QWidget* TakeEditor::makeTracks() {
     auto* panel = new QWidget(this);
     QVBoxLayout* layout = column(panel, QStringLiteral("Tracks"), tracksTitle_);
     tracks_ = new TrackList(content_, theme_, panel);
+    connect(tracks_, &TrackList::stepReplayed, this, &TakeEditor::stepReplayed);
     layout->addWidget(tracks_, 1);
-    panel->setMinimumWidth(170);
+    panel->setMinimumWidth(150);
     return panel;
 }
 
@@ -249,51 +262,7 @@ QWidget* TakeEditor::makeCues() {
     QVBoxLayout* layout = column(panel, QStringLiteral("Cues"), cuesTitle_);
     cues_ = new CueList(content_, theme_, panel);
     layout->addWidget(cues_, 1);
-    panel->setMinimumWidth(180);
-    return panel;
-}
-
-QWidget* TakeEditor::makeSummary() {
-    auto* panel = new QWidget(this);
-    QLabel* title = nullptr;
-    QVBoxLayout* layout = column(panel, QStringLiteral("Format"), title);
-    auto* grid = new QGridLayout;
-    grid->setHorizontalSpacing(8);
-    grid->setVerticalSpacing(2);
-    grid->setColumnStretch(1, 1);
-    int row = 0;
-    const auto line = [&](const QString& caption) {
-        auto* name = new QLabel(caption, panel);
-        name->setFont(smaller(*name));
-        captions_.push_back(name);
-        auto* value = new QLabel(panel);
-        value->setFont(smaller(*value));
-        value->setTextInteractionFlags(Qt::TextSelectableByMouse);
-        value->setAccessibleName(caption);
-        grid->addWidget(name, row, 0);
-        grid->addWidget(value, row++, 1);
-        return value;
-    };
-    format_ = line(QStringLiteral("Format"));
-    duration_ = line(QStringLiteral("Duration"));
-    sampleRate_ = line(QStringLiteral("Sample rate"));
-    bits_ = line(QStringLiteral("Bit depth"));
-    trackCount_ = line(QStringLiteral("Tracks"));
-    date_ = line(QStringLiteral("Recorded"));
-    layout->addLayout(grid);
-    files_ = new QPlainTextEdit(panel);
-    files_->setReadOnly(true);
-    files_->setFrameShape(QFrame::NoFrame);
-    files_->setLineWrapMode(QPlainTextEdit::NoWrap);
-    files_->setTabChangesFocus(true);
-    files_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    files_->setFont(smaller(*files_));
-    files_->setAccessibleName(QStringLiteral("Files"));
-    files_->viewport()->setAutoFillBackground(false);
-    files_->document()->setDocumentMargin(0);
-    files_->setMinimumHeight(30);
-    layout->addWidget(files_, 1);
-    panel->setMinimumWidth(150);
+    panel->setMinimumWidth(170);
     return panel;
 }
 
@@ -301,24 +270,37 @@ void TakeEditor::focusFirstField() {
     if (content_.selectedRow() >= 0) texts_.front().line->setFocus(Qt::ShortcutFocusReason);
 }
 
+void TakeEditor::focusTimecode() {
+    timecode_->setFocus(Qt::OtherFocusReason);
+    timecode_->selectAll();
+}
+
+QSize TakeEditor::minimumSizeHint() const { return {leastWidth, leastHeight}; }
+
+void TakeEditor::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    // What is only told gives way to what is edited.
+    const bool room = width() >= summaryFrom;
+    summary_->setVisible(room);
+    summaryLine_->setVisible(room);
+}
+
 void TakeEditor::refresh() {
     refreshSoon_.stop();
     const int row = content_.selectedRow();
+    if (row != shownRow_ || row < 0) leaveTimecode();
     pages_->setCurrentIndex(row < 0 ? 0 : 1);
     if (row < 0) {
-        shownKey_.clear();
-        timecodeTyped_ = false;
+        shownRow_ = -1;
         tracks_->refresh(false);
         cues_->refresh(false);
         return;
     }
     const RowState& state = content_.rows().groupesTableau().at(static_cast<std::size_t>(row));
     const GroupeFichiers& groupe = state.groupe;
-    if (std::string key = TakeRows::keyOf(groupe); key != shownKey_) {
-        shownKey_ = std::move(key);
-        timecodeTyped_ = false;
-        files_->verticalScrollBar()->setValue(0);
-    }
+    if (row != shownRow_) summary_->scrollToTop();
+    shownRow_ = row;
+    shownName_ = toQt(groupe.nom);
     const bool editable = isEditable(groupe) && !content_.rows().isMissing(row);
     // What is being written must not change under the pen.
     const bool mayEdit = editable && !content_.sauvegardeEnCours();
@@ -339,7 +321,7 @@ void TakeEditor::refresh() {
     cues_->refresh(mayEdit && !content_.enChargement());
     const std::size_t cues = content_.cueMarkers().size();
     cuesTitle_->setText(cues == 0 ? QStringLiteral("Cues") : QStringLiteral("Cues  %1").arg(cues));
-    refreshSummary(groupe);
+    summary_->refresh(groupe);
     refreshMarks(row);
 }
 
@@ -409,17 +391,25 @@ void TakeEditor::refreshTimecode(const RowState& row, bool editable, bool mayEdi
 
 void TakeEditor::timecodeTyped() {
     timecodeTyped_ = true;
+    timecodeTold_ = false;
     showTimecodeState();
+}
+
+QString TakeEditor::invalidTimecode() const {
+    const int row = content_.selectedRow();
+    if (!timecodeTyped_ || row < 0 || timecode_->text() == toQt(content_.modifications().timecode())) return {};
+    const GroupeFichiers& groupe = content_.rows().groupesTableau().at(static_cast<std::size_t>(row)).groupe;
+    const bool valid = parseTypedTimecode(timecode_->text().toStdString(), groupe.framerate.value_or("")).has_value();
+    if (valid) return {};
+    return timecode_->text().isEmpty() ? QStringLiteral("nothing") : timecode_->text();
 }
 
 void TakeEditor::showTimecodeState() {
     const int row = content_.selectedRow();
     if (row < 0) return;
-    const GroupeFichiers& groupe = content_.rows().groupesTableau().at(static_cast<std::size_t>(row)).groupe;
-    const bool unchanged = timecode_->text() == toQt(content_.modifications().timecode());
-    const bool wrong = timecodeTyped_ && !unchanged &&
-                       !parseTypedTimecode(timecode_->text().toStdString(), groupe.framerate.value_or(""));
-    end_->setText(wrong ? QStringLiteral("Invalid Timecode") : endText(groupe));
+    const bool wrong = !invalidTimecode().isEmpty();
+    end_->setText(wrong ? QStringLiteral("Invalid Timecode")
+                        : endText(content_.rows().groupesTableau().at(static_cast<std::size_t>(row)).groupe));
     if (wrong) {
         setColour(*timecode_, QPalette::Text, theme_.error());
         setColour(*end_, QPalette::WindowText, theme_.error());
@@ -430,9 +420,10 @@ void TakeEditor::showTimecodeState() {
     timecode_->setAccessibleDescription(wrong ? QStringLiteral("Invalid Timecode") : QString());
 }
 
-void TakeEditor::commitPending() {
+void TakeEditor::takeOverTimecode() {
     const int row = content_.selectedRow();
-    if (!timecodeTyped_ || row < 0 || content_.sauvegardeEnCours()) return;
+    // Of another take than is shown nothing is typed.
+    if (!timecodeTyped_ || row < 0 || row != shownRow_ || content_.sauvegardeEnCours()) return;
     const GroupeFichiers& groupe = content_.rows().groupesTableau().at(static_cast<std::size_t>(row)).groupe;
     const auto valid = parseTypedTimecode(timecode_->text().toStdString(), groupe.framerate.value_or(""));
     if (!valid) {
@@ -448,32 +439,43 @@ void TakeEditor::commitPending() {
     showTimecodeState();
 }
 
-void TakeEditor::refreshSummary(const GroupeFichiers& groupe) {
-    const AudioMetadata summary = content_.metadata().value_or(AudioMetadata{});
-    format_->setText(toQt(summary.format));
-    duration_->setText(toQt(summary.duree));
-    sampleRate_->setText(toQt(summary.sampleRate));
-    bits_->setText(summary.bitDepth.empty() ? QStringLiteral("–") : toQt(summary.bitDepth));
-    trackCount_->setText(toQt(summary.nbPistes));
-    const auto date = groupe.recordingDate();
-    date_->setText(date ? toQt(formatRecordingDate(*date))
-                   : groupe.recordingDateStatus() == GroupeFichiers::RecordingDateStatus::mixed
-                       ? QStringLiteral("Mixed dates")
-                       : QStringLiteral("No date"));
-    QStringList lines;
-    for (const InfoFichier& fichier : groupe.fichiers)
-        lines << toQt(fichier.url.filename());
-    const QString folder = toQt(folderOf(groupe.fichiers.front().url));
-    lines << QStringLiteral("in %1").arg(folder);
-    const QString text = lines.join(QLatin1Char('\n'));
-    if (files_->toPlainText() != text) files_->setPlainText(text);
-    files_->setToolTip(text);
+void TakeEditor::commitPending() {
+    takeOverTimecode();
+    if (!invalidTimecode().isEmpty()) tellInvalidTimecode();
+}
+
+void TakeEditor::leaveTimecode() {
+    if (!std::exchange(timecodeTyped_, false)) return;
+    const TakeRows& rows = content_.rows();
+    const bool isThere = shownRow_ >= 0 && static_cast<std::size_t>(shownRow_) < rows.groupesTableau().size();
+    if (isThere && rows.canEdit(shownRow_)) {
+        const GroupeFichiers& groupe = rows.groupesTableau().at(static_cast<std::size_t>(shownRow_)).groupe;
+        if (timecode_->text() == toQt(textOf(groupe, RowField::timecode))) return;
+        if (const auto valid = parseTypedTimecode(timecode_->text().toStdString(), groupe.framerate.value_or(""))) {
+            setField(content_.rows(), {shownRow_}, RowField::timecode, toQt(*valid));
+            return;
+        }
+    }
+    tellInvalidTimecode();
+}
+
+void TakeEditor::tellInvalidTimecode() {
+    if (std::exchange(timecodeTold_, true)) return;
+    const QString typed = timecode_->text();
+    emit content_.notice(
+        typed.isEmpty()
+            ? QStringLiteral("The start timecode of %1 was emptied, which is no timecode: it is as it "
+                             "was.")
+                  .arg(shownName_)
+            : QStringLiteral("%1 is no timecode: the start timecode of %2 is as it was.").arg(typed, shownName_));
 }
 
 void TakeEditor::refreshMarks(int row) {
     const std::set<RowField> edited = content_.rows().editedFields(row);
     const GroupeFichiers& before = content_.rows().groupesOriginauxTableau().at(static_cast<std::size_t>(row));
-    const auto colourOf = [&](RowField field) { return edited.contains(field) ? theme_.pending() : theme_.dimmed(); };
+    const auto colourOf = [&](RowField field) {
+        return edited.contains(field) ? theme_.pendingText() : theme_.dimmed();
+    };
     for (const Field& field : fields_) {
         const bool isEdited = edited.contains(field.field);
         field.mark->setVisible(isEdited);
@@ -491,7 +493,7 @@ void TakeEditor::refreshMarks(int row) {
     setColour(*tracksTitle_, QPalette::WindowText, colourOf(RowField::tracks));
     setColour(*cuesTitle_, QPalette::WindowText, colourOf(RowField::cues));
     if (edited.contains(RowField::name)) {
-        setColour(*takeName_, QPalette::WindowText, theme_.pending());
+        setColour(*takeName_, QPalette::WindowText, theme_.pendingText());
     } else {
         takeName_->setPalette({});
     }
@@ -532,20 +534,21 @@ bool TakeEditor::eventFilter(QObject* object, QEvent* event) {
             auto* key = static_cast<QKeyEvent*>(event);
             const bool pressed = event->type() == QEvent::KeyPress;
             // Undo is the window's everywhere: a field has no history of its own beside it.
-            if (key->matches(QKeySequence::Undo) || key->matches(QKeySequence::Redo)) {
+            if (const std::optional<KeyId> step = undoOrRedo(*key)) {
                 event->accept();
                 if (!pressed) return true;
                 if (object == timecode_ && std::exchange(timecodeTyped_, false)) {
                     refresh();  // what was typed is no step yet
                 } else {
-                    key->matches(QKeySequence::Undo) ? content_.undo() : content_.redo();
+                    step == KeyId::undo ? content_.undo() : content_.redo();
+                    emit stepReplayed();
                 }
                 return true;
             }
             if (object != timecode_) break;
             if (!pressed && (key->modifiers() & Qt::ControlModifier) && key->key() != Qt::Key_Control) {
-                commitPending();  // the shortcut may be Save
-            } else if (pressed && key->key() == Qt::Key_Escape && timecodeTyped_) {
+                takeOverTimecode();  // the shortcut may be Save
+            } else if (pressed && isKey(KeyId::timecodeAsItWas, *key) && timecodeTyped_) {
                 timecodeTyped_ = false;
                 refresh();
                 timecode_->selectAll();

@@ -20,6 +20,7 @@ class QVBoxLayout;
 namespace dravik {
 
 class CueList;
+class TakeSummary;
 class TrackList;
 
 /// The fields of the loaded take, its tracks and cue markers, and what its format is. Shows the controller's state and
@@ -31,14 +32,24 @@ class TakeEditor : public QWidget {
     ~TakeEditor() override;
 
     void focusFirstField();
+    void focusTimecode();
     /// Takes over what is typed but not entered yet: the start timecode. To be called before a save; leaving the field
-    /// and every shortcut do it by themselves.
+    /// and every shortcut do it by themselves. What is no timecode is told, and stays in the field.
     void commitPending();
+    /// What stands in the timecode field and cannot be taken over; empty when there is nothing of the kind.
+    [[nodiscard]] QString invalidTimecode() const;
 
     [[nodiscard]] TrackList& trackList() noexcept { return *tracks_; }
     [[nodiscard]] CueList& cueList() noexcept { return *cues_; }
 
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+  signals:
+    /// A key in one of the fields has undone or redone a step, of this take or another.
+    void stepReplayed();
+
   protected:
+    void resizeEvent(QResizeEvent* event) override;
     bool eventFilter(QObject* object, QEvent* event) override;
 
   private:
@@ -60,7 +71,6 @@ class TakeEditor : public QWidget {
     [[nodiscard]] QWidget* makeFields();
     [[nodiscard]] QWidget* makeTracks();
     [[nodiscard]] QWidget* makeCues();
-    [[nodiscard]] QWidget* makeSummary();
     QVBoxLayout* column(QWidget* parent, const QString& title, QLabel*& label);
     void addField(QGridLayout& grid, int row, int side, const QString& title, RowField field, QWidget* widget);
     QLineEdit* addText(QGridLayout& grid, int row, int side, RowField field, GetText get, SetText set,
@@ -70,10 +80,12 @@ class TakeEditor : public QWidget {
     void refreshFields(const RowState& row, bool editable, bool mayEdit);
     void refreshTimecode(const RowState& row, bool editable, bool mayEdit);
     void refreshRates(const GroupeFichiers& groupe);
-    void refreshSummary(const GroupeFichiers& groupe);
     void refreshMarks(int row);
     void applyTheme();
     void timecodeTyped();
+    void takeOverTimecode();
+    void leaveTimecode();
+    void tellInvalidTimecode();
     void showTimecodeState();
 
     ContentView& content_;
@@ -97,18 +109,15 @@ class TakeEditor : public QWidget {
     QLabel* cuesTitle_ = nullptr;
     TrackList* tracks_ = nullptr;
     CueList* cues_ = nullptr;
-    QLabel* format_ = nullptr;
-    QLabel* duration_ = nullptr;
-    QLabel* sampleRate_ = nullptr;
-    QLabel* bits_ = nullptr;
-    QLabel* trackCount_ = nullptr;
-    QLabel* date_ = nullptr;
-    QPlainTextEdit* files_ = nullptr;
+    TakeSummary* summary_ = nullptr;
+    QWidget* summaryLine_ = nullptr;
 
-    std::string shownKey_;  ///< of the row that is shown
+    int shownRow_ = -1;     ///< the row that is shown, also when rows get other numbers and takes other names
+    QString shownName_;     ///< of its take
     bool filling_ = false;  ///< the widgets follow the row just now, not the other way round
     QTimer refreshSoon_;
     bool timecodeTyped_ = false;  ///< the field holds what was typed and not taken over
+    bool timecodeTold_ = false;   ///< that it is not valid; once is enough
 };
 
 }  // namespace dravik

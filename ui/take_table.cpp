@@ -1,17 +1,19 @@
 #include "ui/take_table.h"
 
 #include "app/text.h"
+#include "ui/list_looks.h"
+#include "ui/shortcuts.h"
+#include "ui/take_names.h"
 #include "ui/take_table_model.h"
 #include "ui/take_table_view.h"
 
 #include <QApplication>
-#include <QClipboard>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
+#include <QScrollBar>
 #include <QVBoxLayout>
 #include <array>
 #include <chrono>
@@ -19,7 +21,6 @@
 namespace dravik {
 namespace {
 
-constexpr QLatin1String savingRuns("Wait until saving is done, or cancel it.");
 constexpr QLatin1String headerKey("takeTableHeader");
 constexpr auto headerSettles = std::chrono::milliseconds(300);
 /// Short enough to follow the typing.
@@ -59,6 +60,9 @@ TakeTable::TakeTable(ContentView& content, UserDefaults& settings, const Theme& 
     makeFilterRow(theme);
     column->addWidget(view_, 1);
     setFocusProxy(view_);
+    // The header and three rows, whatever else wants room.
+    view_->setMinimumHeight(metrics::headerHeight + 3 * metrics::rowHeight +
+                            view_->horizontalScrollBar()->sizeHint().height());
 
     for (QTimer* timer : {&load_, &header_, &filterDelay_})
         timer->setSingleShot(true);
@@ -79,11 +83,7 @@ TakeTable::TakeTable(ContentView& content, UserDefaults& settings, const Theme& 
 
 TakeTable::~TakeTable() {
     if (header_.isActive()) storeHeader();
-    // The parts outlive this one by a moment, and an open editor speaks when it loses the focus.
-    const std::initializer_list<QObject*> speakers = {
-        view_, &view_->delegate(), view_->selectionModel(), view_->header(), model_, filter_};
-    for (QObject* speaker : speakers)
-        speaker->disconnect(this);
+    stopListeningToChildren(*this);
 }
 
 void TakeTable::makeFilterRow(const Theme& theme) {
@@ -130,8 +130,11 @@ void TakeTable::connectView() {
     TakeDelegate& delegate = view_->delegate();
     delegate.check = [this](const QModelIndex& index, const QString& text) {
         const int row = model_->sourceRow(index);
-        if (content_.sauvegardeEnCours()) return QString(savingRuns);
-        return row < 0 ? QString() : whyNot(model_->groupe(row), static_cast<TakeColumn>(index.column()), text);
+        if (content_.sauvegardeEnCours()) return savingRuns();
+        if (row < 0) return QString();
+        const auto column = static_cast<TakeColumn>(index.column());
+        const QString why = whyNot(model_->groupe(row), column, text);
+        return why.isEmpty() && column == TakeColumn::name ? whyNotNames(content_.rows(), {{row, text}}) : why;
     };
     delegate.isLoaded = [this](const QModelIndex& index) {
         return !index.parent().isValid() && model_->sourceRow(index) == content_.selectedRow();
@@ -205,6 +208,9 @@ void TakeTable::connectView() {
 }
 
 void TakeTable::connectContent() {
+    const TakeRows& rows = content_.rows();
+    connect(&rows, &TakeRows::rowsChanged, this, [this](const std::vector<int>& changed) { lastChange_ = changed; });
+    connect(&rows, &TakeRows::rowsReset, this, [this] { lastChange_.clear(); });
     connect(&content_, &ContentView::selectionChanged, this, [this] {
         if (load_.isActive() && !view_->isEditing() && content_.selectedRow() >= 0) {
             // The user has gone on to another row in the meantime.
@@ -282,7 +288,9 @@ void TakeTable::showPlaceholder() {
         view_->setPlaceholder(QStringLiteral("No take matches \u201c%1\u201d").arg(model_->filter().simplified()),
                               QStringLiteral("Press Escape to show all takes."));
     } else if (content_.folderLabel().isEmpty()) {
-        view_->setPlaceholder(QStringLiteral("Open a folder of recordings: drop it here or press Ctrl+O"), {});
+        view_->setPlaceholder(QStringLiteral("Open a folder of recordings"),
+                              QStringLiteral("Drop it here, choose it in the browser, or press %1.")
+                                  .arg(keyText(KeyId::loadFolder)));
     } else if (content_.listing().isReading()) {
         view_->setPlaceholder(QStringLiteral("Reading the folder..."), {});
     } else if (readingCancelled_) {
@@ -323,246 +331,6 @@ void TakeTable::loadCurrentTake() {
     content_.selectionnerLigne(model_->sourceRow(current));
 }
 
-// --- Commands ------------------------------------------------------------------------------------------------------
-
-bool TakeTable::mayEdit() {
-    if (!content_.sauvegardeEnCours()) return !view_->isEditing();
-    emit content_.notice(savingRuns);
-    return false;
-}
-
-std::optional<TakeColumn> TakeTable::currentColumn() const {
-    const QModelIndex current = view_->currentIndex();
-    if (!current.isValid()) return std::nullopt;
-    return static_cast<TakeColumn>(current.column());
-}
-
-void TakeTable::run(TakeCommand command) {
-    switch (command) {
-        case TakeCommand::edit:
-            return editCurrentCell();
-        case TakeCommand::fillDown:
-            return fillDown();
-        case TakeCommand::copyColumn:
-            return copy();
-        case TakeCommand::copyRows:
-            return copyRows();
-        case TakeCommand::paste:
-            return paste();
-        case TakeCommand::clear:
-            return clearCells();
-        case TakeCommand::toggleCircled:
-            return toggleCircled();
-        case TakeCommand::toggleWild:
-            return toggleWild();
-        case TakeCommand::incrementTakes:
-            return incrementTakes();
-        case TakeCommand::numberTakes:
-            return numberTakes();
-        case TakeCommand::find:
-            return focusFilter();
-        case TakeCommand::leaveFilter:
-            return filter_->clear();
-    }
-}
-
-void TakeTable::tell(const TableEditResult& result, TakeColumn column) {
-    QStringList parts;
-    if (result.readOnly > 0) {
-        parts << QStringLiteral("%1 left out: changes cannot be saved to their format.")
-                     .arg(counted(static_cast<std::size_t>(result.readOnly), QStringLiteral("take")));
-    }
-    if (result.refused > 0) {
-        parts << QStringLiteral("%1 left as it was: the value is not valid for %2.")
-                     .arg(counted(static_cast<std::size_t>(result.refused), QStringLiteral("take")),
-                          columnTitle(column));
-    }
-    if (!parts.isEmpty()) emit content_.notice(parts.join(QLatin1Char(' ')));
-}
-
-void TakeTable::commit(const QModelIndex& index, const QString& text, bool toAll) {
-    const int row = model_->sourceRow(index);
-    const auto column = static_cast<TakeColumn>(index.column());
-    const std::optional<RowField> field = fieldOf(column);
-    if (row < 0 || !field) return;
-    if (content_.sauvegardeEnCours()) {
-        emit content_.notice(savingRuns);
-        return;
-    }
-    std::vector<int> rows = {row};
-    if (toAll && view_->selectionModel()->isSelected(index)) rows = view_->selectedTakes();
-    tell(setField(content_.rows(), rows, *field, text), column);
-}
-
-void TakeTable::editCurrentCell() {
-    const QModelIndex current = view_->currentIndex();
-    if (!mayEdit() || !current.isValid()) return;
-    view_->setFocus();
-    if (isFlagColumn(static_cast<TakeColumn>(current.column()))) {
-        toggle(static_cast<TakeColumn>(current.column()), model_->sourceRow(current));
-    } else {
-        view_->editCell(current);
-    }
-}
-
-void TakeTable::fillDown() {
-    const std::optional<TakeColumn> column = currentColumn();
-    if (!column || !mayEdit()) return;
-    const std::vector<int> rows = selectedRows();
-    if (!fieldOf(*column)) {
-        emit content_.notice(QStringLiteral("%1 cannot be edited.").arg(columnTitle(*column)));
-    } else if (rows.size() < 2) {
-        emit content_.notice(QStringLiteral("Select the rows to fill; the first one gives the value."));
-    } else if (isMixedCell(model_->groupe(rows.front()), *column)) {
-        emit content_.notice(QStringLiteral("The files of the first row do not agree: there is no value to fill."));
-    } else {
-        tell(dravik::fillDown(content_.rows(), rows, *fieldOf(*column)), *column);
-    }
-}
-
-void TakeTable::incrementTakes() {
-    if (mayEdit()) tell(dravik::incrementTakes(content_.rows(), selectedRows()), TakeColumn::take);
-}
-
-void TakeTable::numberTakes() {
-    if (!mayEdit()) return;
-    const std::vector<int> rows = selectedRows();
-    if (rows.size() < 2) {
-        emit content_.notice(QStringLiteral("Select the rows to number; the first one keeps its take."));
-    } else {
-        tell(dravik::numberTakes(content_.rows(), rows), TakeColumn::take);
-    }
-}
-
-void TakeTable::copy() {
-    const std::optional<TakeColumn> column = currentColumn();
-    if (!column) return;
-    QStringList lines;
-    for (const int row : selectedRows())
-        lines << spreadsheetLine({toQt(clipboardText(model_->groupe(row), *column))});
-    if (!lines.isEmpty()) QApplication::clipboard()->setText(lines.join(QLatin1Char('\n')));
-}
-
-void TakeTable::copyRows() {
-    QStringList lines;
-    const std::vector<TakeColumn> columns = view_->visibleColumns();
-    for (const int row : selectedRows()) {
-        QStringList cells;
-        for (const TakeColumn column : columns)
-            cells << toQt(clipboardText(model_->groupe(row), column));
-        lines << spreadsheetLine(cells);
-    }
-    if (!lines.isEmpty()) QApplication::clipboard()->setText(lines.join(QLatin1Char('\n')));
-}
-
-void TakeTable::paste() {
-    const std::optional<TakeColumn> column = currentColumn();
-    if (!column || !mayEdit()) return;
-    const QStringList lines = firstSpreadsheetColumn(QApplication::clipboard()->text());
-    if (lines.isEmpty()) return;
-    if (!fieldOf(*column)) {
-        emit content_.notice(QStringLiteral("%1 cannot be edited.").arg(columnTitle(*column)));
-        return;
-    }
-    std::vector<int> rows = selectedRows();
-    if (rows.size() == 1) {
-        // From the one row downwards, as far as there are lines.
-        const int first = model_->indexOfRow(rows.front()).row();
-        const int last = std::min(model_->rowCount() - 1, first + static_cast<int>(lines.size()) - 1);
-        for (int at = first + 1; first >= 0 && at <= last; ++at)
-            rows.push_back(model_->sourceRow(model_->index(at, 0)));
-    }
-    tell(dravik::paste(content_.rows(), rows, *fieldOf(*column), lines.mid(0, static_cast<qsizetype>(rows.size()))),
-         *column);
-}
-
-void TakeTable::clearCells() {
-    const std::optional<TakeColumn> column = currentColumn();
-    if (!column || !fieldOf(*column) || !mayEdit()) return;
-    const std::vector<int> rows = selectedRows();
-    tell(isFlagColumn(*column) ? setFlagField(content_.rows(), rows, *fieldOf(*column), false)
-                               : setField(content_.rows(), rows, *fieldOf(*column), QString()),
-         *column);
-}
-
-void TakeTable::toggle(TakeColumn column, int deciding) {
-    if (deciding < 0 || !mayEdit()) return;
-    const GroupeFichiers& groupe = model_->groupe(deciding);
-    tell(setFlagField(content_.rows(), selectedRows(), *fieldOf(column), !flagOf(groupe, column)), column);
-}
-
-void TakeTable::toggleCircled() {
-    const std::vector<int> rows = selectedRows();
-    if (!rows.empty()) toggle(TakeColumn::circled, rows.front());
-}
-
-void TakeTable::toggleWild() {
-    const std::vector<int> rows = selectedRows();
-    if (!rows.empty()) toggle(TakeColumn::wild, rows.front());
-}
-
-void TakeTable::focusFilter() {
-    filter_->setFocus(Qt::ShortcutFocusReason);
-    filter_->selectAll();
-}
-
-void TakeTable::focusTable() {
-    view_->setFocus(Qt::ShortcutFocusReason);
-    if (!view_->selectionModel()->hasSelection()) {
-        const QModelIndex current = view_->currentIndex();
-        view_->goTo(current.isValid() ? current : model_->index(0, 0));
-    }
-}
-
-void TakeTable::commitEditing() { view_->commitEditing(); }
-
-void TakeTable::showMenu(const QPoint& globalPosition) {
-    auto* menu = new QMenu(this);
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    const std::optional<TakeColumn> column = currentColumn();
-    const std::vector<int> rows = selectedRows();
-    const bool any = column && !rows.empty();
-    const bool writable =
-        any && std::any_of(rows.begin(), rows.end(), [this](int row) { return content_.rows().canEdit(row); });
-    const bool field = writable && fieldOf(*column);
-    const bool several = rows.size() > 1;
-    const QString title = column ? columnTitle(*column) : QString();
-    // The keys are shown, not registered: the table has them already.
-    const auto add = [&](const QString& text, TakeCommand command, bool enabled) {
-        const QString keys = shortcutText(command);
-        QAction* action = menu->addAction(keys.isEmpty() ? text : text + QLatin1Char('\t') + keys);
-        action->setEnabled(enabled);
-        connect(action, &QAction::triggered, this, [this, command] { run(command); });
-    };
-    add(QStringLiteral("Edit %1").arg(title), TakeCommand::edit, field);
-    const bool clears = field && whyNot(model_->groupe(rows.front()), *column, {}).isEmpty();
-    add(QStringLiteral("Clear %1").arg(title), TakeCommand::clear, clears);
-    menu->addSeparator();
-    add(QStringLiteral("Copy %1").arg(title), TakeCommand::copyColumn, any);
-    add(QStringLiteral("Copy Rows"), TakeCommand::copyRows, any);
-    add(QStringLiteral("Paste into %1").arg(title), TakeCommand::paste,
-        field && !QApplication::clipboard()->text().isEmpty());
-    menu->addSeparator();
-    add(QStringLiteral("Fill Down %1").arg(title), TakeCommand::fillDown, field && several);
-    add(QStringLiteral("Increment Take"), TakeCommand::incrementTakes, writable);
-    add(QStringLiteral("Number Takes"), TakeCommand::numberTakes, writable && several);
-    menu->addSeparator();
-    add(QStringLiteral("Toggle Circled"), TakeCommand::toggleCircled, writable);
-    add(QStringLiteral("Toggle Wild"), TakeCommand::toggleWild, writable);
-    menu->addSeparator();
-    if (column) {
-        connect(menu->addAction(QStringLiteral("Sort by %1").arg(title)), &QAction::triggered, this, [this, column] {
-            const QHeaderView& header = *view_->header();
-            const auto section = static_cast<int>(*column);
-            const bool ascending =
-                header.sortIndicatorSection() == section && header.sortIndicatorOrder() == Qt::AscendingOrder;
-            view_->sortByColumn(section, ascending ? Qt::DescendingOrder : Qt::AscendingOrder);
-        });
-    }
-    view_->addColumnActions(*menu->addMenu(QStringLiteral("Columns")));
-    menu->popup(globalPosition);
-}
-
 bool TakeTable::eventFilter(QObject* watched, QEvent* event) {
     if (watched != filter_) return QWidget::eventFilter(watched, event);
     if (event->type() == QEvent::FocusIn) {
@@ -572,15 +340,14 @@ bool TakeTable::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::FocusOut) content_.setEnSaisie(false);
     const bool override = event->type() == QEvent::ShortcutOverride;
     if (override || event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        const bool leaves =
-            key == Qt::Key_Escape || key == Qt::Key_Down || key == Qt::Key_Return || key == Qt::Key_Enter;
+        const std::optional<KeyId> key = keyIn(KeyContext::filter, *static_cast<QKeyEvent*>(event));
+        const bool leaves = key.has_value();
         if (leaves && override) {
             event->accept();
             return true;
         }
         if (leaves) {
-            if (key == Qt::Key_Escape) filter_->clear();
+            if (key == KeyId::clearFilter) filter_->clear();
             // What was typed holds before the table is looked at.
             filterDelay_.stop();
             model_->setFilter(filter_->text());

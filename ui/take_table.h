@@ -47,6 +47,8 @@ class TakeTable : public QWidget {
     void toggleWild();
     void focusFilter();
     void focusTable();
+    /// The first row that the last edit, or its undoing, has changed: scrolled to, with the filter gone if it hides it.
+    void showLastChange();
     /// Writes what is being typed into a cell; before a save, for instance.
     void commitEditing();
 
@@ -64,7 +66,10 @@ class TakeTable : public QWidget {
     void toggle(TakeColumn column, int deciding);
     void commit(const QModelIndex& index, const QString& text, bool toAll);
     void tell(const TableEditResult& result, TakeColumn column);
+    [[nodiscard]] static QString savingRuns();
     [[nodiscard]] bool mayEdit();
+    /// Tells why, when two takes would get one name. A single name is for all rows.
+    [[nodiscard]] bool refusesNames(const std::vector<int>& rows, const QStringList& names);
     [[nodiscard]] std::optional<TakeColumn> currentColumn() const;
 
     void showLoadedTake();
@@ -87,7 +92,8 @@ class TakeTable : public QWidget {
     bool showing_ = false;       ///< the selection follows the controller just now, not the other way round
     bool hadSelection_ = false;  ///< before what is shown was arranged anew
     bool readingCancelled_ = false;
-    int filterColumn_ = 0;  ///< the column in which the user was when the filter got the keyboard
+    std::vector<int> lastChange_;  ///< rows, as they are told
+    int filterColumn_ = 0;         ///< the column in which the user was when the filter got the keyboard
 };
 
 }  // namespace dravik

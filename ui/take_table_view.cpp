@@ -1,5 +1,9 @@
 #include "ui/take_table_view.h"
 
+#include "ui/colours.h"
+#include "ui/list_looks.h"
+#include "ui/shortcuts.h"
+
 #include <QActionEvent>
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -19,28 +23,23 @@
 namespace dravik {
 namespace {
 
-struct CommandKey {
-    TakeCommand command;
-    int key;
-    Qt::KeyboardModifiers modifiers;
-};
-constexpr std::array commandKeys = {
-    CommandKey{TakeCommand::edit, Qt::Key_F2, Qt::NoModifier},
-    CommandKey{TakeCommand::fillDown, Qt::Key_D, Qt::ControlModifier},
-    CommandKey{TakeCommand::copyColumn, Qt::Key_C, Qt::ControlModifier},
-    CommandKey{TakeCommand::copyRows, Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier},
-    CommandKey{TakeCommand::paste, Qt::Key_V, Qt::ControlModifier},
-    CommandKey{TakeCommand::clear, Qt::Key_Delete, Qt::NoModifier},
-    CommandKey{TakeCommand::toggleCircled, Qt::Key_K, Qt::ControlModifier},
-    CommandKey{TakeCommand::incrementTakes, Qt::Key_I, Qt::ControlModifier | Qt::ShiftModifier},
-    CommandKey{TakeCommand::find, Qt::Key_F, Qt::ControlModifier},
-    CommandKey{TakeCommand::leaveFilter, Qt::Key_Escape, Qt::NoModifier},
-};
+/// Keys of the table, and those of the window that are its own while it has the keyboard.
+constexpr std::array<std::pair<KeyId, TakeCommand>, 10> commandKeys = {{
+    {KeyId::editCell, TakeCommand::edit},
+    {KeyId::fillDown, TakeCommand::fillDown},
+    {KeyId::copyColumn, TakeCommand::copyColumn},
+    {KeyId::copyRows, TakeCommand::copyRows},
+    {KeyId::pasteColumn, TakeCommand::paste},
+    {KeyId::clearCells, TakeCommand::clear},
+    {KeyId::toggleCircled, TakeCommand::toggleCircled},
+    {KeyId::incrementTakes, TakeCommand::incrementTakes},
+    {KeyId::find, TakeCommand::find},
+    {KeyId::showAllTakes, TakeCommand::leaveFilter},
+}};
 
 std::optional<TakeCommand> commandOf(const QKeyEvent& event) {
-    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
-    for (const CommandKey& entry : commandKeys) {
-        if (entry.key == event.key() && entry.modifiers == modifiers) return entry.command;
+    for (const auto& [key, command] : commandKeys) {
+        if (isKey(key, event)) return command;
     }
     return std::nullopt;
 }
@@ -66,66 +65,18 @@ QFont scaled(QFont font, double by) {
     return font;
 }
 
-/// Titles that stand exactly above their cells, and no louder than they need to.
-class TakeHeader final : public QHeaderView {
-  public:
-    TakeHeader(const Theme& theme, QWidget* parent) : QHeaderView(Qt::Horizontal, parent), theme_(theme) {
-        setSectionsClickable(true);
-        setHighlightSections(false);
-    }
-
-    [[nodiscard]] QSize sizeHint() const override {
-        return {QHeaderView::sizeHint().width(), fontMetrics().height() + 9};
-    }
-
-  protected:
-    void paintSection(QPainter* painter, const QRect& rect, int logical) const override {
-        const QPalette& colours = palette();
-        const QColor line = colours.color(QPalette::Mid);
-        const bool sorted = sortIndicatorSection() == logical;
-        painter->fillRect(rect, colours.color(QPalette::Window));
-        painter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), line);
-        painter->fillRect(QRect(rect.right(), rect.top() + 5, 1, rect.height() - 10), line);
-        QRect text = rect.adjusted(cellPadding, 0, -cellPadding, 0);
-        painter->setPen(sorted ? colours.color(QPalette::WindowText) : theme_.dimmed());
-        if (sorted) {
-            constexpr int arrow = 7;
-            const bool up = sortIndicatorOrder() == Qt::AscendingOrder;
-            const int middle = rect.center().y();
-            const int tip = middle + (up ? -2 : 2);
-            const int foot = middle + (up ? 2 : -2);
-            const int right = rect.right() - 4;
-            painter->setRenderHint(QPainter::Antialiasing);
-            painter->setBrush(painter->pen().color());
-            painter->drawPolygon(QPolygon({{right - arrow, foot}, {right, foot}, {right - arrow / 2, tip}}));
-            painter->setRenderHint(QPainter::Antialiasing, false);
-            text.setRight(right - arrow - 3);
-        }
-        painter->setFont(font());
-        const auto alignment = model()->headerData(logical, Qt::Horizontal, Qt::TextAlignmentRole).toInt();
-        const QString title = model()->headerData(logical, Qt::Horizontal, Qt::DisplayRole).toString();
-        painter->drawText(text, alignment | Qt::TextSingleLine,
-                          fontMetrics().elidedText(title, Qt::ElideRight, text.width()));
-    }
-
-  private:
-    const Theme& theme_;
-};
-
 }  // namespace
 
 QString shortcutText(TakeCommand command) {
-    for (const CommandKey& entry : commandKeys) {
-        if (entry.command != command) continue;
-        const auto key = static_cast<int>(entry.modifiers) | entry.key;
-        return QKeySequence(key).toString(QKeySequence::NativeText);
+    for (const auto& [key, own] : commandKeys) {
+        if (own == command) return keyText(key);
     }
     return {};
 }
 
 TakeTableView::TakeTableView(TakeTableModel& model, const Theme& theme, QWidget* parent)
     : QTreeView(parent), model_(model), theme_(theme), delegate_(new TakeDelegate(theme, this)) {
-    setHeader(new TakeHeader(theme, this));
+    setHeader(new ListHeader(metrics::cellPadding, this));
     setModel(&model);
     setItemDelegate(delegate_);
     setAccessibleName(QStringLiteral("Takes"));
@@ -145,7 +96,7 @@ TakeTableView::TakeTableView(TakeTableModel& model, const Theme& theme, QWidget*
     setMouseTracking(true);
     viewport()->setAttribute(Qt::WA_Hover);
 
-    header()->setFont(scaled(font(), 0.92));
+    header()->setSectionsClickable(true);
     header()->setSectionsMovable(true);
     header()->setFirstSectionMovable(true);
     header()->setStretchLastSection(false);
@@ -172,16 +123,7 @@ TakeTableView::TakeTableView(TakeTableModel& model, const Theme& theme, QWidget*
 }
 
 void TakeTableView::applyColours() {
-    // A selection that texts in the accent colour can be read on.
-    QPalette palette = QApplication::palette();
-    const QColor base = palette.color(QPalette::Base);
-    const QColor text = palette.color(QPalette::Text);
-    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
-        palette.setColor(group, QPalette::HighlightedText, text);
-    }
-    palette.setColor(QPalette::Active, QPalette::Highlight, mixed(base, theme_.accent(), 0.24));
-    palette.setColor(QPalette::Inactive, QPalette::Highlight, mixed(base, text, 0.13));
-    setPalette(palette);
+    setPalette(listPalette(theme_));
     viewport()->update();
 }
 
@@ -195,11 +137,6 @@ void TakeTableView::dataChanged(const QModelIndex& topLeft, const QModelIndex& b
     QTreeView::dataChanged(topLeft, bottomRight, roles);
     // The mark of an edited row stands left of its first cell, which is all that would be drawn again.
     viewport()->update();
-}
-
-void TakeTableView::changeEvent(QEvent* event) {
-    QTreeView::changeEvent(event);
-    if (event->type() == QEvent::FontChange && header() != nullptr) header()->setFont(scaled(font(), 0.92));
 }
 
 void TakeTableView::keepPlaceDuringLayouts() {
@@ -321,7 +258,7 @@ bool TakeTableView::event(QEvent* event) {
     if (event->type() == QEvent::ShortcutOverride) {
         const auto& key = static_cast<QKeyEvent&>(*event);
         const QModelIndex current = currentIndex();
-        const bool flag = key.key() == Qt::Key_Space && current.isValid() && isFlagColumn(columnOf(current));
+        const bool flag = isKey(KeyId::switchFlag, key) && current.isValid() && isFlagColumn(columnOf(current));
         const bool edits = types(key) && current.flags().testFlag(Qt::ItemIsEditable);
         const std::optional<TakeCommand> command = commandOf(key);
         const bool escapes = command == TakeCommand::leaveFilter && model_.filter().isEmpty();
@@ -343,7 +280,7 @@ void TakeTableView::keyPressEvent(QKeyEvent* event) {
         }
     } else if (isEnter(*event)) {
         goTo(rowBeside(current, event->modifiers().testFlag(Qt::ShiftModifier) ? -1 : 1));
-    } else if (event->key() == Qt::Key_Space && !event->modifiers()) {
+    } else if (isKey(KeyId::switchFlag, *event)) {
         if (current.isValid() && isFlagColumn(columnOf(current))) {
             emit flagAsked(current);
         } else {
@@ -358,11 +295,10 @@ void TakeTableView::keyPressEvent(QKeyEvent* event) {
         } else {
             emit refused(current);
         }
-    } else if ((event->key() == Qt::Key_Home || event->key() == Qt::Key_End) &&
-               event->modifiers() == Qt::ControlModifier && model_.rowCount() > 0) {
+    } else if ((isKey(KeyId::firstTake, *event) || isKey(KeyId::lastTake, *event)) && model_.rowCount() > 0) {
         // Selects the row as well, as a spreadsheet does.
-        const int row = event->key() == Qt::Key_Home ? 0 : model_.rowCount() - 1;
-        goTo(model_.index(row, event->key() == Qt::Key_Home || !current.isValid() ? 0 : current.column()));
+        const bool first = isKey(KeyId::firstTake, *event);
+        goTo(model_.index(first ? 0 : model_.rowCount() - 1, first || !current.isValid() ? 0 : current.column()));
     } else {
         QTreeView::keyPressEvent(event);
     }
@@ -513,15 +449,18 @@ void TakeTableView::drawRow(QPainter* painter, const QStyleOptionViewItem& optio
     const QRect row(0, option.rect.y(), viewport()->width(), option.rect.height());
     const bool member = index.parent().isValid();
     const bool loaded = !member && delegate_->isLoaded && delegate_->isLoaded(index);
-    if (loaded) {
+    if (selectionModel()->isSelected(index)) {
+        // Also where there are no columns any more.
+        const auto group = option.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
+        painter->fillRect(row, palette().color(group, QPalette::Highlight));
+    } else if (loaded) {
         painter->fillRect(row, mixed(palette().color(QPalette::Base), theme_.accent(), 0.1));
     } else if (!member && index.row() % 2 != 0) {
         painter->fillRect(row, palette().color(QPalette::AlternateBase));
     }
     QTreeView::drawRow(painter, option, index);
     if (index.data(TakeTableModel::EditedRowRole).toBool()) {
-        constexpr int markWidth = 3;
-        painter->fillRect(QRect(0, row.y(), markWidth, row.height()), theme_.pending());
+        painter->fillRect(QRect(0, row.y(), metrics::editMark, row.height()), theme_.pending());
     }
 }
 

@@ -1,5 +1,6 @@
 #include "ui/theme.h"
 
+#include "ui/colours.h"
 #include "ui/house_style.h"
 
 #include <QApplication>
@@ -9,6 +10,7 @@
 #include <QSvgRenderer>
 #include <QToolTip>
 #include <memory>
+#include <utility>
 
 /// The drawings lie in a static library, which nobody else would have them linked from. (Not inside a namespace.)
 static void initIcons() { Q_INIT_RESOURCE(resources); }
@@ -93,9 +95,10 @@ QPalette palette(bool dark, const QColor& accent) {
 
 }  // namespace
 
-Theme::Theme(UserDefaults& settings) : settings_(settings) {
+Theme::Theme(UserDefaults& settings, std::function<bool()> systemIsDark)
+    : settings_(settings), askSystem_(std::move(systemIsDark)), systemIsDark_(askSystem_()) {
     initIcons();
-    systemIsDark_ = QApplication::palette().color(QPalette::Window).lightness() < 128;
+    qApp->installEventFilter(this);
     QApplication::setStyle(std::make_unique<HouseStyle>(settings_.value(settings::NSInitialToolTipDelay))
                                .release());  // the application takes it over
     apply();
@@ -106,6 +109,24 @@ Theme::Theme(UserDefaults& settings) : settings_(settings) {
     });
 }
 
+bool Theme::systemPaletteIsDark() { return QApplication::palette().color(QPalette::Window).lightness() < 128; }
+
+bool Theme::eventFilter(QObject* object, QEvent* event) {
+    // Each window is told; the first one is enough, when all have been.
+    if (event->type() == QEvent::ThemeChange && !std::exchange(followDue_, true)) {
+        QMetaObject::invokeMethod(this, &Theme::followSystem, Qt::QueuedConnection);
+    }
+    return QObject::eventFilter(object, event);
+}
+
+void Theme::followSystem() {
+    followDue_ = false;
+    // Our palette covers the system's, which shows as soon as there is none of ours.
+    QApplication::setPalette(QPalette());
+    systemIsDark_ = askSystem_();
+    apply();
+}
+
 void Theme::apply() {
     const QString appearance = settings_.value(settings::appearance);
     dark_ = appearance == QLatin1String("dark") || (appearance != QLatin1String("light") && systemIsDark_);
@@ -113,6 +134,9 @@ void Theme::apply() {
     accent_ = chosen.isValid() ? chosen : QColor(settings::couleurAccent.standard);
     QApplication::setPalette(palette(dark_, accent_));
     QToolTip::setPalette(QApplication::palette());
+    pendingText_ = accent_;
+    for (const QPalette::ColorRole ground : {QPalette::Window, QPalette::Base, QPalette::AlternateBase})
+        pendingText_ = legibleOn(QApplication::palette().color(ground), pendingText_);
     emit changed();
 }
 

@@ -2,7 +2,8 @@
 
 #include "app/take_columns.h"
 #include "app/text.h"
-#include "ui/flat_header.h"
+#include "ui/list_looks.h"
+#include "ui/shortcuts.h"
 
 #include <QAbstractTableModel>
 #include <QApplication>
@@ -73,7 +74,7 @@ class TrackModel final : public QAbstractTableModel {
                 return alignment(at.column());
             case Qt::ForegroundRole:
                 if (!editable_ || at.column() != TrackList::name) return theme_.dimmed();
-                return row.edited ? QVariant(theme_.pending()) : QVariant();
+                return row.edited ? QVariant(theme_.pendingText()) : QVariant();
             case Qt::ToolTipRole:
                 return row.file;
             case Qt::AccessibleTextRole:
@@ -131,6 +132,7 @@ class NameDelegate final : public QStyledItemDelegate {
         auto* line = new QLineEdit(parent);
         line->setFrame(false);
         line->setAutoFillBackground(true);
+        line->setPalette(QApplication::palette());  // selected text as in other fields
         line->setAccessibleName(QStringLiteral("Name of track %1").arg(index.row() + 1));
         line->setProperty("row", index.row());
         auto* self = const_cast<NameDelegate*>(this);  // the signals of a delegate are not const
@@ -158,28 +160,14 @@ class NameDelegate final : public QStyledItemDelegate {
         auto* key = static_cast<QKeyEvent*>(event);
         const bool pressed = event->type() == QEvent::KeyPress;
         const int row = line->property("row").toInt();
-        if (key->matches(QKeySequence::Undo) || key->matches(QKeySequence::Redo)) {
-            if (pressed) key->matches(QKeySequence::Undo) ? hooks_.undo() : hooks_.redo();
+        if (const std::optional<KeyId> step = undoOrRedo(*key)) {
+            if (pressed) step == KeyId::undo ? hooks_.undo() : hooks_.redo();
             event->accept();
             return true;
         }
-        if (pressed && key->matches(QKeySequence::Paste) && hooks_.pasteLines(row)) return true;
-        if (pressed) {
-            switch (key->key()) {
-                case Qt::Key_Return:
-                case Qt::Key_Enter:
-                case Qt::Key_Tab:
-                    return leave(line, 1);
-                case Qt::Key_Backtab:
-                    return leave(line, -1);
-                case Qt::Key_Down:
-                    return leave(line, 1);
-                case Qt::Key_Up:
-                    return leave(line, -1);
-                default:
-                    break;
-            }
-        }
+        if (pressed && isKey(KeyId::pasteTracks, *key) && hooks_.pasteLines(row)) return true;
+        if (pressed && (isKey(KeyId::nextTrack, *key) || isKey(KeyId::nextField, *key))) return leave(line, 1);
+        if (pressed && isKey(KeyId::previousTrack, *key)) return leave(line, -1);
         return QStyledItemDelegate::eventFilter(object, event);
     }
 
@@ -199,12 +187,8 @@ class NameDelegate final : public QStyledItemDelegate {
 TrackList::TrackList(ContentView& content, const Theme& theme, QWidget* parent)
     : QTableView(parent), content_(content), model_(new TrackModel(content, theme, this)) {
     setModel(model_);
-    makeDense(*this);
-    setAccessibleName(QStringLiteral("Tracks"));
+    makeDense(*this, theme, QStringLiteral("Tracks"), {32, 38});
     setEditTriggers(DoubleClicked | SelectedClicked | EditKeyPressed | AnyKeyPressed);
-    horizontalHeader()->resizeSection(number, 32);
-    horizontalHeader()->resizeSection(channel, 38);
-    horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     horizontalHeader()->setToolTip(
         QStringLiteral("Position in the take, channel number of the recorder, name.\n"
                        "Type or press Return to edit a name; Return and Tab go on to the next one."));
@@ -216,17 +200,19 @@ TrackList::TrackList(ContentView& content, const Theme& theme, QWidget* parent)
         pasteFrom(row);
         return true;
     };
-    hooks.undo = [this] { content_.undo(); };
-    hooks.redo = [this] { content_.redo(); };
+    hooks.undo = [this] {
+        content_.undo();
+        emit stepReplayed();
+    };
+    hooks.redo = [this] {
+        content_.redo();
+        emit stepReplayed();
+    };
     hooks.opened = [this] { setTyping(true); };
     setItemDelegate(new NameDelegate(std::move(hooks), this));
 }
 
-TrackList::~TrackList() {
-    // A field that goes while it has the keyboard says that it was left, to nobody any more.
-    for (QObject* child : findChildren<QObject*>())
-        child->disconnect(this);
-}
+TrackList::~TrackList() { stopListeningToChildren(*this); }
 
 void TrackList::refresh(bool editable) {
     const int row = content_.selectedRow();
@@ -289,9 +275,9 @@ bool TrackList::event(QEvent* event) {
         auto* key = static_cast<QKeyEvent*>(event);
         const bool character = !(key->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) &&
                                !key->text().isEmpty() && key->text().at(0).isPrint() && key->key() != Qt::Key_Space;
-        if (character || key->matches(QKeySequence::Copy) || key->matches(QKeySequence::Paste) ||
-            key->key() == Qt::Key_Delete || key->key() == Qt::Key_Backspace || key->key() == Qt::Key_F2 ||
-            ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) && key->modifiers() == Qt::NoModifier)) {
+        const std::optional<KeyId> own = keyIn(KeyContext::tracks, *key);
+        // Tab and the arrows go on to other names only while one is edited.
+        if (character || (own && own != KeyId::nextTrack && own != KeyId::previousTrack)) {
             event->accept();
             return true;
         }
@@ -300,13 +286,13 @@ bool TrackList::event(QEvent* event) {
 }
 
 void TrackList::keyPressEvent(QKeyEvent* event) {
-    if (event->matches(QKeySequence::Copy)) {
+    if (isKey(KeyId::copyTracks, *event)) {
         copyNames();
-    } else if (event->matches(QKeySequence::Paste)) {
+    } else if (isKey(KeyId::pasteTracks, *event)) {
         pasteFrom(currentIndex().row());
-    } else if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && currentIndex().isValid()) {
+    } else if (isKey(KeyId::editTrack, *event) && currentIndex().isValid()) {
         edit(model_->index(currentIndex().row(), name));
-    } else if (event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace) {
+    } else if (isKey(KeyId::clearTracks, *event)) {
         for (const QModelIndex& index : selectionModel()->selectedRows(name))
             model_->setData(index, QString(), Qt::EditRole);
         content_.rows().endCollapsing();

@@ -18,6 +18,11 @@ class TrackList : public QTableView {
     ~TrackList() override;
     enum Column { number, channel, name };
 
+  signals:
+    /// A key has undone or redone a step.
+    void stepReplayed();
+
+  public:
     /// Shows the loaded take's tracks as they are now.
     void refresh(bool editable);
 

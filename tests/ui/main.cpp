@@ -1,4 +1,5 @@
-#include <QApplication>
+#include "ui/main_thread_watch.h"
+
 #include <QFontInfo>
 #include <cstdio>
 
@@ -10,7 +11,8 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", qEnvironmentVariableIsSet("QT_QPA_PLATFORM") ? qgetenv("QT_QPA_PLATFORM") : "offscreen");
     testing::InitGoogleMock(&argc, argv);
     spdlog::set_level(spdlog::level::warn);
-    const QApplication application(argc, argv);
+    dravik::WatchedApplication application(argc, argv);
+    application.startWatch();
     if (QFontInfo(QApplication::font()).family().isEmpty()) {
         std::fputs("There is no font: install fonts-dejavu-core.\n", stderr);
         return 1;

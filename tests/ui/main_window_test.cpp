@@ -3,13 +3,16 @@
 #include "app/text.h"
 #include "tests/support/files.h"
 #include "tests/ui/window_stage.h"
+#include "ui/status_line.h"
 
 #include <QAction>
 #include <QDropEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QToolBar>
+#include <QTreeView>
 #include <QUrl>
 
 #include <gmock/gmock.h>
@@ -106,6 +109,98 @@ TEST_F(MainWindowTest, ClosingItAsksFirstWhenSomethingIsUnsaved) {
     EXPECT_EQ(onDisk().at(1).scene, "2A");
 }
 
+TEST_F(MainWindowTest, AsksBeforeATimecodeThatIsNoneIsLostWithTheWindow) {
+    open();
+    content->selectionnerLigne(1);
+    settle();
+    QLineEdit* timecode = nullptr;
+    for (QLineEdit* line : window->takeEditor().findChildren<QLineEdit*>()) {
+        if (line->accessibleName() == QStringLiteral("Start timecode")) timecode = line;
+    }
+    ASSERT_NE(timecode, nullptr);
+    timecode->setFocus();
+    timecode->selectAll();
+    type(QStringLiteral("1:2:3"));
+    key(Qt::Key_Q, Qt::ControlModifier);
+    QTRY_VERIFY(alert() != nullptr);
+    EXPECT_THAT(alert()->informativeText().toStdString(), testing::HasSubstr("1:2:3"));
+    QTest::keyClick(alert(), Qt::Key_Return);
+    QTRY_VERIFY(alert() == nullptr);
+    EXPECT_FALSE(terminated);
+    EXPECT_TRUE(timecode->hasFocus());
+    EXPECT_EQ(timecode->text(), QStringLiteral("1:2:3"));
+    window->close();
+    press(QStringLiteral("Quit"));
+    QTRY_VERIFY(terminated);
+}
+
+TEST_F(MainWindowTest, IsOfUseAt900By600) {
+    open();
+    content->selectionnerLigne(1);
+    settle();
+    EXPECT_LE(window->minimumSizeHint().width(), 900);
+    EXPECT_LE(window->minimumSizeHint().height(), 600);
+    window->resize(900, 600);
+    QCoreApplication::processEvents();
+    const auto* table = window->takeTable().findChild<QTreeView*>();
+    const auto rowIsVisible = [&](int row) {
+        return table->viewport()->rect().contains(table->visualRect(table->model()->index(row, 0)));
+    };
+    EXPECT_TRUE(rowIsVisible(2)) << "three rows at the least";
+    for (const QLineEdit* line : window->takeEditor().findChildren<QLineEdit*>()) {
+        const QRect shown(line->mapTo(window.get(), QPoint()), line->size());
+        EXPECT_TRUE(window->rect().contains(shown)) << qPrintable(line->accessibleName());
+        QTRY_VERIFY2(line->visibleRegion().boundingRect().size() == line->size(), qPrintable(line->accessibleName()));
+    }
+}
+
+TEST_F(MainWindowTest, CountsStayBesideWhateverIsTold) {
+    open();
+    const QString counts = QStringLiteral("3 takes · 4 files");
+    StatusLine& status = window->statusLine();
+    EXPECT_TRUE(status.counts().startsWith(counts)) << qPrintable(status.counts());
+    emit content->notice(QStringLiteral("Told."));
+    EXPECT_EQ(status.message(), QStringLiteral("Told."));
+    edit(1, RowField::scene, "2A");
+    key(Qt::Key_S, Qt::ControlModifier);
+    settle();
+    EXPECT_EQ(status.message(), QStringLiteral("Saved"));
+    clock.pass(std::chrono::seconds(2));
+    EXPECT_EQ(status.message(), QStringLiteral("Told.")) << "it was covered before it could be read";
+    EXPECT_TRUE(status.counts().startsWith(counts));
+    test::TempFolder other;
+    recorderFile().write(other / "D.wav");
+    MainWindowStage::open(other.path());
+    EXPECT_EQ(status.message(), QString()) << "it was about the other folder";
+}
+
+TEST(StatusLine, ShowsWhatRunsThenWhatCameLastThenWhatIsUnderThePointer) {
+    StatusLine status;
+    status.resize(700, 24);
+    status.setHint(QStringLiteral("hint"));
+    EXPECT_EQ(status.message(), QStringLiteral("hint"));
+    status.tell(QStringLiteral("notice"));
+    EXPECT_EQ(status.message(), QStringLiteral("notice"));
+    status.setSuccess(QStringLiteral("Saved"));
+    EXPECT_EQ(status.message(), QStringLiteral("Saved"));
+    status.tell(QStringLiteral("newer"));
+    EXPECT_EQ(status.message(), QStringLiteral("newer"));
+    status.beginWork();
+    status.showWork(QStringLiteral("Reading"), 1, 2, false);
+    EXPECT_EQ(status.message(), QStringLiteral("newer")) << "it may be over before anybody could read of it";
+    status.showWork(QStringLiteral("Saving..."), 1, 2, true);
+    EXPECT_EQ(status.message(), QStringLiteral("Saving..."));
+    status.endWork();
+    EXPECT_EQ(status.message(), QStringLiteral("newer"));
+    status.tell({});
+    EXPECT_EQ(status.message(), QStringLiteral("Saved"));
+    status.setSuccess({});
+    status.setHint({});
+    EXPECT_EQ(status.message(), QString());
+    status.tell(QString(2000, QLatin1Char('x')));
+    EXPECT_LT(status.minimumSizeHint().width(), 700) << "a long text does not widen the window";
+}
+
 TEST_F(MainWindowTest, TakesWhatIsDroppedOnIt) {
     drop({folder / "C.wav"});
     EXPECT_EQ(content->fichierSelectionne(), folder / "C.wav");
@@ -131,21 +226,6 @@ TEST_F(MainWindowTest, RemembersItsLayout) {
     window->show();
     EXPECT_FALSE(window->takeEditor().isVisible());
     EXPECT_TRUE(window->takeTable().isVisible());
-}
-
-TEST_F(MainWindowTest, NamesEveryControlForThoseWhoDoNotSeeIt) {
-    open();
-    content->selectionnerLigne(1);
-    settle();
-    for (const QWidget* widget : window->findChildren<QWidget*>()) {
-        const bool takesKeys = widget->focusPolicy() != Qt::NoFocus && widget->isVisibleTo(window.get());
-        if (!takesKeys || widget->objectName().startsWith(QStringLiteral("qt_"))) continue;
-        const auto* button = qobject_cast<const QAbstractButton*>(widget);
-        const bool speaksForItself =
-            (button != nullptr && !button->text().isEmpty()) || qobject_cast<const QLabel*>(widget) != nullptr;
-        const bool named = !widget->accessibleName().isEmpty() || speaksForItself;
-        EXPECT_TRUE(named) << widget->metaObject()->className() << " " << qPrintable(widget->objectName());
-    }
 }
 
 }  // namespace

@@ -147,6 +147,48 @@ TEST_F(TakeEditorTest, ATimecodeIsTakenOverWhenItIsOneAndSaidToBeInvalidWhileItI
     EXPECT_EQ(stage.row(0).groupe.timecode, "12:00:00:00");
 }
 
+TEST_F(TakeEditorTest, ATimecodeThatIsNoneIsToldOnceAndStaysWhileItsTakeIsShown) {
+    QStringList told;
+    QObject::connect(stage.content.get(), &ContentView::notice, editor.get(),
+                     [&](const QString& text) { told << text; });
+    QObject::connect(stage.content.get(), &ContentView::commitRequested, editor.get(), &TakeEditor::commitPending);
+    QLineEdit& timecode = line("Start timecode");
+    QLineEdit& scene = line("Scene");
+    scene.setFocus();
+    type(&scene, "B");
+    timecode.setFocus();
+    timecode.selectAll();
+    type(&timecode, "11:00:00:25");
+    stage.content->saveAll();
+    stage.settle();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(stage.content->hasUnsavedChanges());
+    EXPECT_EQ(told, QStringList{"11:00:00:25 is no timecode: the start timecode of a is as it was."});
+    EXPECT_EQ(timecode.text(), "11:00:00:25") << "the folder is read again after a save";
+    EXPECT_EQ(editor->invalidTimecode(), "11:00:00:25");
+    select(1);
+    EXPECT_EQ(told.size(), 1) << "once is enough";
+    EXPECT_EQ(editor->invalidTimecode(), "");
+    select(0);
+    EXPECT_EQ(timecode.text(), "10:00:00:00");
+
+    // Another take is selected while the cursor is in the field: what is valid is an edit of the take it was typed for.
+    timecode.setFocus();
+    timecode.selectAll();
+    type(&timecode, "25");
+    select(2);
+    ASSERT_EQ(told.size(), 2);
+    EXPECT_EQ(told.back(), "25 is no timecode: the start timecode of a is as it was.");
+    select(0);
+    timecode.setFocus();
+    timecode.selectAll();
+    type(&timecode, "11000024");
+    select(1);
+    EXPECT_EQ(stage.row(0).groupe.timecode, "11:00:00:24");
+    EXPECT_EQ(stage.row(1).groupe.timecode, stage.content->rows().groupesOriginauxTableau()[1].timecode);
+    EXPECT_EQ(told.size(), 2);
+}
+
 TEST_F(TakeEditorTest, TrackNamesAreTypedOneAfterTheOther) {
     TrackList& tracks = editor->trackList();
     EXPECT_EQ(tracks.model()->index(1, TrackList::channel).data().toInt(), 4);

@@ -273,6 +273,70 @@ TEST_F(TakeTableTest, FillDownPasteAndCountingActOnTheSelectionInOneStepEach) {
     EXPECT_THAT(texts(TakeColumn::project), ElementsAre("one", "one", "one", "", ""));
 }
 
+TEST_F(TakeTableTest, TwoTakesCannotGetOneName) {
+    doubleClick(0, TakeColumn::name);
+    type("b");
+    key(Qt::Key_Return);
+    EXPECT_TRUE(view->isEditing()) << "B is there, whatever the letter case";
+    auto* editor = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+    ASSERT_NE(editor, nullptr);
+    EXPECT_EQ(editor->toolTip(), "Another take of this folder is called B.");
+    editor->setText("E");  // an MP3 file, which does not stand in the way of a WAV file
+    key(Qt::Key_Return);
+    EXPECT_EQ(text(0, TakeColumn::name), "E");
+    content->undo();
+
+    const auto refuses = [&](const char* why) {
+        EXPECT_EQ(texts(TakeColumn::name), (std::vector<std::string>{"A", "B", "C", "D", "E"}));
+        ASSERT_FALSE(told.isEmpty());
+        EXPECT_EQ(told.takeLast().toStdString(), std::string(why) + " Nothing was changed.");
+    };
+    click(0, TakeColumn::name);
+    click(2, TakeColumn::name, Qt::ShiftModifier);
+    key(Qt::Key_F2);
+    type("new");
+    key(Qt::Key_Return, Qt::ControlModifier);
+    refuses("Each take needs a name of its own: new would be the name of several.");
+    click(0, TakeColumn::name);
+    click(2, TakeColumn::name, Qt::ShiftModifier);
+    table.fillDown();
+    refuses("Each take needs a name of its own: A would be the name of several.");
+    QApplication::clipboard()->setText("one");
+    table.paste();
+    refuses("Each take needs a name of its own: one would be the name of several.");
+    QApplication::clipboard()->setText("one\ntwo\nD");
+    table.paste();
+    refuses("Another take of this folder is called D.");
+    QApplication::clipboard()->setText("B\nC\nA");
+    table.paste();
+    EXPECT_EQ(texts(TakeColumn::name), (std::vector<std::string>{"B", "C", "A", "D", "E"})) << "they change places";
+}
+
+TEST_F(TakeTableTest, TheLastChangeIsShownAlsoWhenTheFilterHidesIt) {
+    std::vector<GroupeFichiers> many;
+    for (int at = 0; at < 100; ++at) {
+        const std::string name = "T" + std::to_string(100 + at);
+        many.push_back(take({file(name + ".wav")}, name, "1"));
+    }
+    content->rows().load(many);
+    QApplication::processEvents();
+    const auto isInView = [&](int row) {
+        return view->viewport()->rect().intersects(view->visualRect(view->model()->index(row, 0)));
+    };
+    edit(90, RowField::scene, "7");
+    edit(95, RowField::scene, "7");
+    content->undo();
+    EXPECT_FALSE(isInView(95));
+    table.showLastChange();
+    EXPECT_TRUE(isInView(95));
+    filter->setText("T101");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return table.visibleRows() == 1; }));
+    content->undo();
+    table.showLastChange();
+    EXPECT_EQ(table.visibleRows(), 100);
+    EXPECT_TRUE(isInView(90));
+}
+
 TEST_F(TakeTableTest, AMixedFirstRowGivesNothingToFillDown) {
     content->rows().load({day()[3], day()[0]});
     click(0, TakeColumn::note);
