@@ -26,6 +26,9 @@ inline constexpr Setting<bool> confirmerSuppressionCues{"confirmerSuppressionCue
 inline constexpr Setting<bool> confirmBeforeSelectingAnotherTake{"confirmBeforeSelectingAnotherTake", false};
 inline constexpr Setting<const char*> layoutVueActive{"layoutVueActive", "waveforms"};
 inline constexpr Setting<int> layoutHauteurZoneTableau{"layoutHauteurZoneTableau", 420};
+/// Heights of what is below the table.
+inline constexpr Setting<int> layoutHeightPresentation{"layoutHeightPresentation", 190};
+inline constexpr Setting<bool> layoutEditorVisible{"layoutEditorVisible", true};
 inline constexpr Setting<int> layoutLargeurNavigateur{"layoutLargeurNavigateur", 220};
 inline constexpr Setting<bool> layoutNavigateurVisible{"layoutNavigateurVisible", true};
 inline constexpr Setting<const char*> couleurAccent{"couleurAccent", "#E8912D"};

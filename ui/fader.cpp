@@ -16,6 +16,8 @@ namespace {
 
 constexpr int handleHeight = 22;
 constexpr int handleWidth = 18;
+/// Less travel than that cannot be set with a hand.
+constexpr int leastHeight = 96;
 /// With Shift a drag moves by this part of its way.
 constexpr double fine = 0.1;
 
@@ -35,6 +37,7 @@ double between(double at, double from, double to, double low, double high) {
 Fader::Fader(const Theme& theme, QWidget* parent) : QWidget(parent), theme_(theme) {
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+    setMinimumHeight(leastHeight);
     setToolTip(QStringLiteral("Drag, with Shift finely; double click for 0 dB"));
 }
 

@@ -1,9 +1,15 @@
 #include "app/external_file_open_router.h"
+#include "app/playback_preferences.h"
 #include "app/single_instance.h"
+#include "app/take_playback.h"
+#include "app/take_waveform.h"
 #include "app/text.h"
+#include "platform/available_memory.h"
 #include "platform/desktop_workspace.h"
 #include "platform/media/lazy_media_reader.h"
+#include "platform/media/lazy_sample_decoder.h"
 #include "platform/native_file_ops.h"
+#include "platform/sdl/sdl_audio_output.h"
 #include "ui/about_windows.h"
 #include "ui/main_thread_watch.h"
 #include "ui/main_window.h"
@@ -15,6 +21,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFileOpenEvent>
+#include <QStandardPaths>
 #include <QTimer>
 #include <chrono>
 #include <csignal>
@@ -53,6 +60,7 @@ struct System {
     const std::unique_ptr<FileOps> files = makeNativeFileOps();
     const std::unique_ptr<AudioFileReader> codecs =
         makeLazyMediaReader([](const std::string& complaint) { spdlog::warn("{}", complaint); });
+    const std::unique_ptr<SampleDecoder> decoder = makeLazySampleDecoder();
     const std::unique_ptr<Workspace> workspace = makeDesktopWorkspace();
 };
 
@@ -113,6 +121,13 @@ class Program {
             });
     }
 
+    /// Where what can be found anew is kept; absent where the system has no such place.
+    [[nodiscard]] static std::optional<std::filesystem::path> cacheFolder() {
+        const QString folder = QStandardPaths::writableLocation(QStandardPaths::CacheLocation);
+        if (folder.isEmpty()) return std::nullopt;
+        return toPath(folder) / "peaks";
+    }
+
     void openMainWindow() {
         opened_.start();
         content_ = std::make_unique<ContentView>(ContentView::Services{settings_, dialogs_, clock_, background_,
@@ -122,9 +137,12 @@ class Program {
         QObject::connect(&content_->rows(), &TakeRows::rowsAppended, content_.get(), [this](int first, int last) {
             spdlog::info("rows {} to {} shown {} ms after the folder was opened", first, last, opened_.elapsed());
         });
+        playback_ = std::make_unique<TakePlayback>(*content_, player_, settings_);
+        waveform_ = std::make_unique<TakeWaveform>(*content_, background_, *system_.files, *system_.decoder, settings_,
+                                                   cacheFolder());
         window_ = std::make_unique<MainWindow>(MainWindow::Services{*content_, settings_, commands_, dialogs_,
                                                                     *system_.workspace, *system_.files, termination_,
-                                                                    windows_, theme_});
+                                                                    windows_, theme_, *playback_, *waveform_});
         dialogs_.setWindow(window_.get());
         QObject::connect(window_.get(), &MainWindow::preferencesRequested, &preferences_, &PreferencesWindow::present);
         QObject::connect(window_.get(), &MainWindow::shortcutsRequested, window_.get(),
@@ -150,7 +168,11 @@ class Program {
     Background background_;
     LooseBackground asking_;
     QElapsedTimer opened_;  ///< since the current folder was
+    PlaybackPreferences playbackPreferences_{settings_};
+    LecteurCoreAudio player_{playbackPreferences_, *system_.decoder, availableMemory, sdlAudioOutputs()};
     std::unique_ptr<ContentView> content_;
+    std::unique_ptr<TakePlayback> playback_;
+    std::unique_ptr<TakeWaveform> waveform_;
     std::unique_ptr<MainWindow> window_;
     std::optional<Windows> all_;
 };
@@ -160,6 +182,7 @@ int runWindows(Application& application, System& system, const std::vector<std::
                const QString& picture, const QString& pictures) {
     SingleInstance instance(QStringLiteral("dravik-%1").arg(::getuid()));
     const bool draws = !picture.isEmpty() || !pictures.isEmpty();
+    if (draws) qputenv("SDL_AUDIODRIVER", "dummy");  // a picture of a machine without a sound card looks the same
     if (!draws) {
         if (instance.handOver(files)) return 0;
         if (!instance.listen()) spdlog::warn("Other starts of Dravik cannot hand their files over: no local socket.");

@@ -2,12 +2,18 @@
 
 #include "app/text.h"
 #include "model/audio_metadata.h"
+#include "ui/floating_views.h"
 #include "ui/folder_browser.h"
 #include "ui/metrics.h"
+#include "ui/mixer_view.h"
 #include "ui/status_line.h"
 #include "ui/take_editor.h"
 #include "ui/take_table.h"
+#include "ui/transport_actions.h"
+#include "ui/transport_bar.h"
+#include "ui/waveform_view.h"
 
+#include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFileInfo>
@@ -17,6 +23,7 @@
 #include <QToolBar>
 #include <QVBoxLayout>
 #include <cmath>
+#include <tuple>
 #include <utility>
 
 namespace dravik {
@@ -29,6 +36,9 @@ constexpr QSize leastSize(760, 480);
 /// What the editor is given when the window is too low for the table that is remembered.
 constexpr int editorHeight = 250;
 constexpr int leastTableHeight = 150;
+constexpr int leastPresentationHeight = 124;
+/// What a strip of the mixer needs to be worked with.
+constexpr int mixerHeight = 246;
 
 /// "1:02:07" or "2:07".
 QString clockText(double seconds) {
@@ -49,6 +59,14 @@ MainWindow::MainWindow(const Services& services) : services_(services) {
                                  services_.theme, this);
     table_ = new TakeTable(services_.content, services_.settings, services_.theme, this);
     editor_ = new TakeEditor(services_.content, services_.theme, this);
+    waveform_ = new WaveformView(services_.content, services_.playback, services_.waveform, services_.settings,
+                                 services_.theme, this);
+    mixer_ = new MixerView(services_.content, services_.playback, services_.settings, services_.theme, this);
+    transport_ =
+        new TransportBar(services_.playback, services_.settings, services_.theme, TransportBar::Form::bar, this);
+    // The floating windows are its children, and go with this one.
+    new FloatingViews(services_.content, services_.playback, services_.settings, services_.theme, services_.commands,
+                      this);
     arrange();
     makeActions();
     makeMenus();
@@ -78,6 +96,11 @@ MainWindow::MainWindow(const Services& services) : services_(services) {
     Commands& commands = services_.commands;
     connect(&commands, &Commands::dravikShowTable, this, [this] { setPresentation(PresentationMode::table); });
     connect(&commands, &Commands::dravikShowWaveforms, this, [this] { setPresentation(PresentationMode::waveforms); });
+    connect(&commands, &Commands::dravikShowMixerView, this, [this] { setPresentation(PresentationMode::mixer); });
+    connect(waveform_, &WaveformView::otherTakeAsked, table_, &TakeTable::goToOtherTake);
+    connect(&services_.playback, &TakePlayback::stateChanged, this, [this] {
+        if (const QString& error = services_.playback.error(); !error.isEmpty()) status_->tell(error);
+    });
 
     refreshIcons();
     refreshActions();
@@ -112,14 +135,25 @@ void MainWindow::arrange() {
     down_ = new QSplitter(Qt::Vertical, this);
     down_->setObjectName(QStringLiteral("down"));
     down_->addWidget(table_);
+    presentation_ = new QStackedWidget(this);
+    presentation_->addWidget(waveform_);
+    presentation_->addWidget(mixer_);
+    presentation_->setMinimumHeight(leastPresentationHeight);
+    down_->addWidget(presentation_);
     down_->addWidget(editor_);
-    down_->setStretchFactor(0, 1);
-    down_->setStretchFactor(1, 0);
+    for (const auto& [at, stretch] : {std::pair(0, 1), std::pair(1, 1), std::pair(2, 0)})
+        down_->setStretchFactor(at, stretch);
     down_->setChildrenCollapsible(false);
+    auto* right = new QWidget(this);
+    auto* column = new QVBoxLayout(right);
+    column->setContentsMargins({});
+    column->setSpacing(0);
+    column->addWidget(down_, 1);
+    column->addWidget(transport_);
     across_ = new QSplitter(Qt::Horizontal, this);
     across_->setObjectName(QStringLiteral("across"));
     across_->addWidget(browser_);
-    across_->addWidget(down_);
+    across_->addWidget(right);
     across_->setStretchFactor(0, 0);
     across_->setStretchFactor(1, 1);
     across_->setChildrenCollapsible(false);
@@ -136,8 +170,13 @@ void MainWindow::restoreLayout() {
     across_->setSizes({browserWidth, std::max(200, width() - browserWidth)});
     // Less than is remembered where the window is too low for both.
     const int room = height() - menuBar()->sizeHint().height() - 60;
-    const int table = std::clamp(tableHeight, leastTableHeight, std::max(leastTableHeight, room - editorHeight));
-    down_->setSizes({table, std::max(editorHeight, room - table)});
+    const int presentation =
+        std::max(leastPresentationHeight, services_.settings.value(settings::layoutHeightPresentation));
+    const bool editor = services_.settings.value(settings::layoutEditorVisible);
+    const int below = presentation + (editor ? editorHeight : 0);
+    const int table = std::clamp(tableHeight, leastTableHeight, std::max(leastTableHeight, room - below));
+    down_->setSizes({table, presentation, std::max(editorHeight, room - table - presentation)});
+    showEditor_->setChecked(editor);
     browser_->setVisible(services_.settings.value(settings::layoutNavigateurVisible));
     showBrowser_->setChecked(services_.settings.value(settings::layoutNavigateurVisible));
     setPresentation(presentationMode(services_.settings.value(settings::layoutVueActive)));
@@ -149,14 +188,34 @@ void MainWindow::rememberLayout() {
     if (browser_->isVisibleTo(this)) {
         services_.settings.set(settings::layoutLargeurNavigateur, across_->sizes().value(0));
     }
-    if (editor_->isVisibleTo(this)) services_.settings.set(settings::layoutHauteurZoneTableau, down_->sizes().value(0));
+    if (presentation_->isVisibleTo(this)) {
+        services_.settings.set(settings::layoutHauteurZoneTableau, down_->sizes().value(0));
+        services_.settings.set(settings::layoutHeightPresentation, down_->sizes().value(1));
+    }
     services_.settings.set(settings::layoutNavigateurVisible, browser_->isVisibleTo(this));
 }
 
 void MainWindow::setPresentation(PresentationMode mode) {
-    editor_->setVisible(mode != PresentationMode::table);
-    tableOnly_->setChecked(mode == PresentationMode::table);
+    presentation_->setVisible(mode != PresentationMode::table);
+    presentation_->setCurrentWidget(mode == PresentationMode::mixer ? static_cast<QWidget*>(mixer_) : waveform_);
+    editor_->setVisible(mode != PresentationMode::table && showEditor_->isChecked());
+    modes_.at(mode)->setChecked(true);
     services_.settings.set(settings::layoutVueActive, toText(mode));
+    QList<int> heights = down_->sizes();
+    if (mode == PresentationMode::mixer && heights.at(1) < mixerHeight) {
+        const int taken = std::clamp(mixerHeight - heights.at(1), 0, std::max(0, heights.at(0) - leastTableHeight));
+        heights[0] -= taken;
+        heights[1] += taken;
+        down_->setSizes(heights);
+    }
+}
+
+void MainWindow::setEditorVisible(bool visible) {
+    services_.settings.set(settings::layoutEditorVisible, visible);
+    showEditor_->setChecked(visible);
+    // Asked for, it is shown: the table alone has no room for it.
+    const PresentationMode mode = presentationMode(services_.settings.value(settings::layoutVueActive));
+    setPresentation(visible && mode == PresentationMode::table ? PresentationMode::waveforms : mode);
 }
 
 // --- Actions -------------------------------------------------------------------------------------------------------
@@ -204,10 +263,22 @@ void MainWindow::makeActions() {
                               services_.settings.set(settings::layoutNavigateurVisible, showBrowser_->isChecked());
                           });
     showBrowser_->setCheckable(true);
-    tableOnly_ = action(KeyId::tableOnly, {}, QStringLiteral("Hide or show the editor below the table"), [this] {
-        setPresentation(tableOnly_->isChecked() ? PresentationMode::table : PresentationMode::waveforms);
-    });
-    tableOnly_->setCheckable(true);
+    showEditor_ = action(KeyId::showEditor, {}, QStringLiteral("Show or hide the fields of the selected take"),
+                         [this] { setEditorVisible(showEditor_->isChecked()); });
+    showEditor_->setCheckable(true);
+    auto* modes = new QActionGroup(this);
+    const auto mode = [&](PresentationMode which, KeyId key, const char* icon, const char* help,
+                          void (Commands::*shown)()) {
+        QAction* made = action(key, QString::fromLatin1(icon), QString::fromLatin1(help),
+                               [this, shown] { emit(services_.commands.*shown)(); });
+        made->setCheckable(true);
+        modes_[which] = modes->addAction(made);
+    };
+    mode(PresentationMode::table, KeyId::showTable, "", "The table alone", &Commands::dravikShowTable);
+    mode(PresentationMode::waveforms, KeyId::showWaveforms, "waveform", "The waveform of the selected take below",
+         &Commands::dravikShowWaveforms);
+    mode(PresentationMode::mixer, KeyId::showMixer, "mixer", "The monitoring mixer below",
+         &Commands::dravikShowMixerView);
 }
 
 void MainWindow::makeMenus() {
@@ -263,19 +334,7 @@ void MainWindow::makeMenus() {
     takes->addSeparator();
     takes->addAction(group_);
 
-    QMenu* view = menuBar()->addMenu(QStringLiteral("&View"));
-    view->addAction(tableOnly_);
-    view->addAction(showBrowser_);
-    view->addSeparator();
-    view->addAction(action(KeyId::goToBrowser, {}, {}, [this] {
-        if (!showBrowser_->isChecked()) showBrowser_->trigger();
-        browser_->focusTree();
-    }));
-    view->addAction(action(KeyId::goToTable, {}, {}, [this] { table_->focusTable(); }));
-    view->addAction(action(KeyId::goToEditor, {}, {}, [this] {
-        if (tableOnly_->isChecked()) tableOnly_->trigger();
-        editor_->focusFirstField();
-    }));
+    makeViewMenus();
 
     QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
     help->addAction(action(KeyId::showShortcuts, {}, {}, [this] { emit shortcutsRequested(); }));
@@ -284,6 +343,39 @@ void MainWindow::makeMenus() {
     QAction* about = action(QStringLiteral("About Dravik"), {}, {}, [this] { emit aboutRequested(); });
     about->setMenuRole(QAction::AboutRole);
     help->addAction(about);
+}
+
+void MainWindow::makeViewMenus() {
+    QMenu* view = menuBar()->addMenu(QStringLiteral("&View"));
+    for (const auto& [mode, shown] : modes_)
+        view->addAction(shown);
+    view->addSeparator();
+    view->addAction(showEditor_);
+    view->addAction(showBrowser_);
+    view->addSeparator();
+    view->addAction(action(KeyId::goToBrowser, {}, {}, [this] {
+        if (!showBrowser_->isChecked()) showBrowser_->trigger();
+        browser_->focusTree();
+    }));
+    view->addAction(action(KeyId::goToTable, {}, {}, [this] { table_->focusTable(); }));
+    view->addAction(action(KeyId::goToEditor, {}, {}, [this] {
+        if (!editor_->isVisibleTo(this)) setEditorVisible(true);
+        editor_->focusFirstField();
+    }));
+
+    QMenu* playback = menuBar()->addMenu(QStringLiteral("&Playback"));
+    auto* actions = new TransportActions(services_.content, services_.playback, services_.settings, this);
+    actions->fill(*playback);
+
+    QMenu* windows = menuBar()->addMenu(QStringLiteral("&Window"));
+    const std::tuple<KeyId, const char*, void (Commands::*)()> floating[] = {
+        {KeyId::mixerWindow, "mixer", &Commands::dravikShowFloatingMixer},
+        {KeyId::metersWindow, "meters", &Commands::dravikShowFloatingMeters},
+        {KeyId::floatingTransport, "transport", &Commands::dravikShowLargeTransport}};
+    for (const auto& [key, icon, shown] : floating) {
+        windows->addAction(
+            action(key, QString::fromLatin1(icon), {}, [this, shown = shown] { emit(services_.commands.*shown)(); }));
+    }
 }
 
 void MainWindow::makeToolbar() {
@@ -299,6 +391,9 @@ void MainWindow::makeToolbar() {
     bar->addSeparator();
     bar->addAction(undo_);
     bar->addAction(redo_);
+    bar->addSeparator();
+    for (const PresentationMode mode : {PresentationMode::waveforms, PresentationMode::mixer})
+        bar->addAction(modes_.at(mode));
     auto* space = new QWidget(bar);
     space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     bar->addWidget(space);

@@ -3,6 +3,8 @@
 #include "app/content_view.h"
 #include "app/presentation_mode.h"
 #include "app/single_main_window_coordinator.h"
+#include "app/take_playback.h"
+#include "app/take_waveform.h"
 #include "app/workspace.h"
 #include "ui/shortcuts.h"
 #include "ui/theme.h"
@@ -10,16 +12,22 @@
 #include <QAction>
 #include <QMainWindow>
 #include <QSplitter>
+#include <QStackedWidget>
+#include <map>
 
 namespace dravik {
 
 class FolderBrowser;
+class MixerView;
 class StatusLine;
 class TakeEditor;
 class TakeTable;
+class TransportBar;
+class WaveformView;
 
-/// The one main window: browser at the left, take table above, editor of the loaded take below, and the menus, the
-/// toolbar and the status line around them. It shows the controller's state and sends it what the user wants.
+/// The one main window: browser at the left, take table above, waveform or mixer and the editor of the loaded take
+/// below, the transport under them, and the menus, the toolbar and the status line around them. It shows the
+/// controller's state and sends it what the user wants.
 class MainWindow : public QMainWindow, public MainWindowHandle {
     Q_OBJECT
   public:
@@ -34,6 +42,8 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
         ProtectedTermination& termination;
         SingleMainWindowCoordinator& windows;
         const Theme& theme;
+        TakePlayback& playback;
+        TakeWaveform& waveform;
     };
     explicit MainWindow(const Services& services);
     ~MainWindow() override;
@@ -45,6 +55,7 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
 
     [[nodiscard]] TakeTable& takeTable() noexcept { return *table_; }
     [[nodiscard]] TakeEditor& takeEditor() noexcept { return *editor_; }
+    [[nodiscard]] WaveformView& waveformView() noexcept { return *waveform_; }
     [[nodiscard]] FolderBrowser& folderBrowser() noexcept { return *browser_; }
     [[nodiscard]] StatusLine& statusLine() noexcept { return *status_; }
 
@@ -65,6 +76,7 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     QAction* action(const QString& text, const QString& icon, const QString& help, std::function<void()> run);
     void makeActions();
     void makeMenus();
+    void makeViewMenus();
     void makeToolbar();
     void connectStatusLine();
     void quit();
@@ -72,6 +84,7 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     void restoreLayout();
     void rememberLayout();
     void setPresentation(PresentationMode mode);
+    void setEditorVisible(bool visible);
     void refreshIcons();
     void refreshActions();
     void refreshTitle();
@@ -81,6 +94,10 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     FolderBrowser* browser_ = nullptr;
     TakeTable* table_ = nullptr;
     TakeEditor* editor_ = nullptr;
+    WaveformView* waveform_ = nullptr;
+    MixerView* mixer_ = nullptr;
+    QStackedWidget* presentation_ = nullptr;  ///< waveform and mixer, one at a time
+    TransportBar* transport_ = nullptr;
     QSplitter* across_ = nullptr;
     QSplitter* down_ = nullptr;
 
@@ -92,7 +109,8 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     QAction* group_ = nullptr;
     QAction* reload_ = nullptr;
     QAction* showBrowser_ = nullptr;
-    QAction* tableOnly_ = nullptr;
+    QAction* showEditor_ = nullptr;
+    std::map<PresentationMode, QAction*> modes_;
     std::vector<QAction*> takeActions_;  ///< need a selected take
 
     StatusLine* status_ = nullptr;

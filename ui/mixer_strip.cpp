@@ -154,12 +154,6 @@ QWidget* MixerStrip::makePairCard() {
     widthText_->setFont(smaller(*this));
     column->addWidget(width_);
     column->addWidget(widthText_);
-    // The card is as high with a pair as without, so that faders stay level.
-    for (QWidget* widget : {static_cast<QWidget*>(width_), static_cast<QWidget*>(widthText_)}) {
-        QSizePolicy policy = widget->sizePolicy();
-        policy.setRetainSizeWhenHidden(true);
-        widget->setSizePolicy(policy);
-    }
     QSizePolicy policy = link_->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
     link_->setSizePolicy(policy);
@@ -205,6 +199,14 @@ void MixerStrip::setTrack(int numero, const QString& nom) {
           std::pair<QWidget*, const char*>(fader_, "Fader"), std::pair<QWidget*, const char*>(value_, "Fader value"),
           std::pair<QWidget*, const char*>(link_, "Link"), std::pair<QWidget*, const char*>(ms_, "M/S")}) {
         widget->setAccessibleName(QStringLiteral("%1: %2").arg(shown, QString::fromLatin1(what)));
+    }
+}
+
+void MixerStrip::keepWidthRoom(bool keep) {
+    for (QWidget* widget : {static_cast<QWidget*>(width_), static_cast<QWidget*>(widthText_)}) {
+        QSizePolicy policy = widget->sizePolicy();
+        policy.setRetainSizeWhenHidden(keep);
+        widget->setSizePolicy(policy);
     }
 }
 

@@ -96,8 +96,11 @@ void MixerView::refreshNames() {
 }
 
 void MixerView::refresh() {
-    for (MixerStrip* strip : strips_)
+    const bool pairs = !playback_.player().mixer().activePairesMS().empty();
+    for (MixerStrip* strip : strips_) {
+        strip->keepWidthRoom(pairs);
         strip->refresh();
+    }
 }
 
 void MixerView::refreshHint() {

@@ -12,7 +12,7 @@ namespace dravik {
 /// is said where it is done.
 
 /// Where a key means something. Lists and fields come before the window: while one has the keyboard its keys are its.
-enum class KeyContext { window, table, cell, filter, editor, tracks, cues, browser };
+enum class KeyContext { window, table, cell, filter, editor, tracks, cues, waveform, browser };
 
 enum class KeyId {
     // window
@@ -28,12 +28,30 @@ enum class KeyId {
     toggleCircled,
     fillDown,
     incrementTakes,
-    tableOnly,
+    showTable,
+    showWaveforms,
+    showMixer,
+    showEditor,
     showBrowser,
     goToBrowser,
     goToTable,
     goToEditor,
     showShortcuts,
+    // playback
+    playPause,
+    returnToBeginning,
+    nudgeBackward,
+    nudgeForward,
+    soloMode,
+    loopPlayback,
+    followPlayhead,
+    insertionFollows,
+    addCue,
+    previousCue,
+    nextCue,
+    mixerWindow,
+    metersWindow,
+    floatingTransport,
     // table
     editCell,
     copyColumn,
@@ -69,6 +87,13 @@ enum class KeyId {
     // cues
     renameCue,
     deleteCue,
+    // waveform
+    zoomIn,
+    zoomOut,
+    showWholeTake,
+    nudgeLeft,
+    nudgeRight,
+    clearSelection,
     // browser
     openFolder,
     newFolder,

@@ -288,9 +288,9 @@ void TakeTable::showPlaceholder() {
         view_->setPlaceholder(QStringLiteral("No take matches \u201c%1\u201d").arg(model_->filter().simplified()),
                               QStringLiteral("Press Escape to show all takes."));
     } else if (content_.folderLabel().isEmpty()) {
-        view_->setPlaceholder(QStringLiteral("Open a folder of recordings"),
-                              QStringLiteral("Drop it here, choose it in the browser, or press %1.")
-                                  .arg(keyText(KeyId::loadFolder)));
+        view_->setPlaceholder(
+            QStringLiteral("Open a folder of recordings"),
+            QStringLiteral("Drop it here, choose it in the browser, or press %1.").arg(keyText(KeyId::loadFolder)));
     } else if (content_.listing().isReading()) {
         view_->setPlaceholder(QStringLiteral("Reading the folder..."), {});
     } else if (readingCancelled_) {
@@ -322,6 +322,13 @@ void TakeTable::showLoadedTake() {
     showing_ = true;
     view_->goTo(index);
     showing_ = false;
+}
+
+void TakeTable::goToOtherTake(int step) {
+    const QModelIndex current = view_->currentIndex();
+    const QModelIndex take = current.parent().isValid() ? current.parent() : current;
+    const QModelIndex other = model_->index(take.row() + step, std::max(0, current.column()));
+    if (take.isValid() && other.isValid()) view_->goTo(other);
 }
 
 void TakeTable::loadCurrentTake() {

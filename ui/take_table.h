@@ -45,6 +45,8 @@ class TakeTable : public QWidget {
     void clearCells();
     void toggleCircled();
     void toggleWild();
+    /// The take before (-1) or after (1) the current one.
+    void goToOtherTake(int step);
     void focusFilter();
     void focusTable();
     /// The first row that the last edit, or its undoing, has changed: scrolled to, with the filter gone if it hides it.

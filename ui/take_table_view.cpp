@@ -44,12 +44,12 @@ std::optional<TakeCommand> commandOf(const QKeyEvent& event) {
     return std::nullopt;
 }
 
-/// Does the key put a character into a text? Blanks do not start one: Space plays, or switches a flag.
+/// Does the key begin a text? Scenes, takes and timecodes begin with a digit; letters, signs and Space are the
+/// transport's, which must answer while one walks through the takes.
 bool types(const QKeyEvent& event) {
     const QString text = event.text();
     const bool command = event.modifiers().testFlag(Qt::ControlModifier) != event.modifiers().testFlag(Qt::AltModifier);
-    return !text.isEmpty() && text.front().isPrint() && !text.front().isSpace() && !command &&
-           !event.modifiers().testFlag(Qt::MetaModifier);
+    return !text.isEmpty() && text.front().isDigit() && !command && !event.modifiers().testFlag(Qt::MetaModifier);
 }
 
 bool isEnter(const QKeyEvent& event) { return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter; }

@@ -1,6 +1,7 @@
 #include "ui/waveform_view.h"
 
 #include "app/text.h"
+#include "ui/shortcuts.h"
 
 #include <QApplication>
 #include <QHelpEvent>
@@ -19,7 +20,7 @@ namespace {
 constexpr int namesWidth = 120;
 constexpr int rulerHeight = 22;
 constexpr int overviewHeight = 34;
-constexpr int smallestLane = 34;
+constexpr int smallestLane = 22;
 constexpr int laneGap = 3;
 constexpr int cueReach = 5;  ///< pixels beside a marker that still take hold of it
 constexpr double largestGain = 256;
@@ -44,7 +45,7 @@ WaveformView::WaveformView(ContentView& content, TakePlayback& playback, TakeWav
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::StrongFocus);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setMinimumHeight(rulerHeight + overviewHeight + 2 * smallestLane);
+    setMinimumHeight(rulerHeight + overviewHeight + 3 * smallestLane);
     viewport()->setMouseTracking(true);
     const auto update = [this] { viewport()->update(); };
     const LecteurCoreAudio& player = playback_.player();
@@ -512,31 +513,34 @@ void WaveformView::wheelEvent(QWheelEvent* event) {
 
 void WaveformView::keyPressEvent(QKeyEvent* event) {
     using Direction = LecteurCoreAudio::Direction;
-    const bool alt = event->modifiers() & Qt::AltModifier;
-    switch (event->key()) {
-        case Qt::Key_Plus:
-        case Qt::Key_Equal:
+    const bool up = event->key() == Qt::Key_Up;
+    if ((up || event->key() == Qt::Key_Down) && event->modifiers().testFlag(Qt::AltModifier)) {
+        gain_ = std::clamp(gain_ * (up ? 1.5 : 1 / 1.5), 1.0, largestGain);
+        return redraw();
+    }
+    switch (keyIn(KeyContext::waveform, *event).value_or(KeyId::quit)) {
+        case KeyId::zoomIn:
             return zoomIn();
-        case Qt::Key_Minus:
+        case KeyId::zoomOut:
             return zoomOut();
-        case Qt::Key_0:
+        case KeyId::showWholeTake:
             return showWhole();
-        case Qt::Key_Left:
+        case KeyId::nudgeLeft:
             return playback_.nudge(Direction::backward);
-        case Qt::Key_Right:
+        case KeyId::nudgeRight:
             return playback_.nudge(Direction::forward);
-        case Qt::Key_Up:
-        case Qt::Key_Down:
-            if (!alt) break;
-            gain_ = std::clamp(gain_ * (event->key() == Qt::Key_Up ? 1.5 : 1 / 1.5), 1.0, largestGain);
-            return redraw();
-        case Qt::Key_Escape:
+        case KeyId::clearSelection:
             if (!playback_.player().selectionDebut()) break;
             return playback_.player().clearSelection();
         default:
             break;
     }
-    QWidget::keyPressEvent(event);
+    // Up and down are the table's: the next take is heard without leaving the waveform.
+    if (up || event->key() == Qt::Key_Down) {
+        emit otherTakeAsked(up ? -1 : 1);
+    } else {
+        QWidget::keyPressEvent(event);
+    }
 }
 
 void WaveformView::contextMenuEvent(QContextMenuEvent* event) {

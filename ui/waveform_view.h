@@ -33,6 +33,10 @@ class WaveformView : public QAbstractScrollArea {
     [[nodiscard]] QRect rulerArea() const;
     [[nodiscard]] QRect overviewArea() const;
 
+  signals:
+    /// The take before (-1) or after (1) this one in the table.
+    void otherTakeAsked(int step);
+
   protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;

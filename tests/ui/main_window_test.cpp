@@ -217,12 +217,11 @@ TEST_F(MainWindowTest, TakesWhatIsDroppedOnIt) {
 
 TEST_F(MainWindowTest, RemembersItsLayout) {
     action(QStringLiteral("Folder Browser"))->trigger();
-    action(QStringLiteral("Table Only"))->trigger();
+    action(QStringLiteral("Table"))->trigger();
     window.reset();
     EXPECT_FALSE(settings.value(settings::layoutNavigateurVisible));
     EXPECT_EQ(settings.value(settings::layoutVueActive), QStringLiteral("table"));
-    window = std::make_unique<MainWindow>(
-        MainWindow::Services{*content, settings, commands, asking, workspace, files, termination, windows, theme});
+    window = makeWindow();
     window->show();
     EXPECT_FALSE(window->takeEditor().isVisible());
     EXPECT_TRUE(window->takeTable().isVisible());

@@ -116,6 +116,11 @@ class TakeTableTest : public testing::Test, public test::MainWindowStage {
             QTest::keyClick(QApplication::focusWidget(), *keys);
         QApplication::processEvents();
     }
+    /// Texts that begin with a letter: the letters alone are the transport's.
+    void enter(const char* text) {
+        key(Qt::Key_F2);
+        type(text);
+    }
     [[nodiscard]] QString current() const {
         return QStringLiteral("%1 %2").arg(view->currentIndex().siblingAtColumn(0).data().toString(),
                                            columnTitle(static_cast<TakeColumn>(view->currentIndex().column())));
@@ -200,7 +205,7 @@ TEST_F(TakeTableTest, AnInvalidValueKeepsTheEditorOpenAndSaysWhy) {
     EXPECT_EQ(text(0, TakeColumn::startTimecode), "10:00:00:24");
 
     click(1, TakeColumn::name);
-    type("a/b");
+    enter("a/b");
     key(Qt::Key_Tab);
     EXPECT_TRUE(view->isEditing());
     key(Qt::Key_Escape);
@@ -208,7 +213,7 @@ TEST_F(TakeTableTest, AnInvalidValueKeepsTheEditorOpenAndSaysWhy) {
 
     // Going on with the mouse traps nobody: the value is dropped, and that is told.
     click(1, TakeColumn::name);
-    type("a/b");
+    enter("a/b");
     click(2, TakeColumn::scene);
     EXPECT_FALSE(view->isEditing());
     EXPECT_EQ(text(1, TakeColumn::name), "B");
@@ -235,7 +240,7 @@ TEST_F(TakeTableTest, TheFrameRateIsChosenFromTheOfferedOnes) {
 TEST_F(TakeTableTest, ControlEnterWritesTheValueToTheWholeSelection) {
     click(0, TakeColumn::tape);
     click(2, TakeColumn::tape, Qt::ShiftModifier);
-    type("R2");
+    enter("R2");
     key(Qt::Key_Return, Qt::ControlModifier);
     EXPECT_THAT(texts(TakeColumn::tape), ElementsAre("R2", "R2", "R2", "", ""));
     EXPECT_THAT(selected(), ElementsAre("A", "B", "C"));
@@ -275,7 +280,7 @@ TEST_F(TakeTableTest, FillDownPasteAndCountingActOnTheSelectionInOneStepEach) {
 
 TEST_F(TakeTableTest, TwoTakesCannotGetOneName) {
     doubleClick(0, TakeColumn::name);
-    type("b");
+    enter("b");
     key(Qt::Key_Return);
     EXPECT_TRUE(view->isEditing()) << "B is there, whatever the letter case";
     auto* editor = qobject_cast<QLineEdit*>(QApplication::focusWidget());
@@ -294,7 +299,7 @@ TEST_F(TakeTableTest, TwoTakesCannotGetOneName) {
     click(0, TakeColumn::name);
     click(2, TakeColumn::name, Qt::ShiftModifier);
     key(Qt::Key_F2);
-    type("new");
+    enter("new");
     key(Qt::Key_Return, Qt::ControlModifier);
     refuses("Each take needs a name of its own: new would be the name of several.");
     click(0, TakeColumn::name);
@@ -414,7 +419,7 @@ TEST_F(TakeTableTest, TheFilterCountsAndEscapeInItShowsEverythingAgain) {
     key(Qt::Key_F, Qt::ControlModifier);
     ASSERT_EQ(QApplication::focusWidget(), filter);
     EXPECT_TRUE(content->enSaisie());
-    type("noisy");
+    enter("noisy");
     QTRY_COMPARE(table.visibleRows(), 1);
     EXPECT_EQ(text(0, TakeColumn::name), "D");
     const auto labels = table.findChildren<QLabel*>();

@@ -1,7 +1,12 @@
 #pragma once
 
+#include "app/playback_preferences.h"
+#include "app/take_playback.h"
+#include "app/take_waveform.h"
 #include "app/workspace.h"
+#include "platform/media/lazy_sample_decoder.h"
 #include "tests/app/main_window_stage.h"
+#include "tests/playback/offline_output.h"
 #include "ui/main_window.h"
 #include "ui/qt_dialogs.h"
 #include "ui/take_editor.h"
@@ -39,18 +44,27 @@ class WindowStage : public MainWindowStage {
   public:
     WindowStage() {
         content = makeContent(asking);
-        window = std::make_unique<MainWindow>(
-            MainWindow::Services{*content, settings, commands, asking, workspace, files, termination, windows, theme});
+        playback = std::make_unique<TakePlayback>(*content, player, settings);
+        waveform = std::make_unique<TakeWaveform>(*content, background, files, *decoder, settings, std::nullopt);
+        window = makeWindow();
         asking.setWindow(window.get());
         window->resize(1200, 800);
         window->show();
         window->activateWindow();
         static_cast<void>(QTest::qWaitForWindowActive(window.get()));
     }
-    ~WindowStage() { window.reset(); }
+    ~WindowStage() {
+        window.reset();
+        waveform.reset();
+        playback.reset();
+    }
     WindowStage(const WindowStage&) = delete;
     WindowStage& operator=(const WindowStage&) = delete;
 
+    [[nodiscard]] std::unique_ptr<MainWindow> makeWindow() {
+        return std::make_unique<MainWindow>(MainWindow::Services{*content, settings, commands, asking, workspace, files,
+                                                                 termination, windows, theme, *playback, *waveform});
+    }
     /// The question that is open; null when there is none.
     [[nodiscard]] static QMessageBox* alert() {
         for (QWidget* widget : QApplication::topLevelWidgets()) {
@@ -82,6 +96,12 @@ class WindowStage : public MainWindowStage {
     }
 
     Theme theme{settings};
+    PlaybackPreferences playbackPreferences{settings};
+    std::unique_ptr<SampleDecoder> decoder = makeLazySampleDecoder();
+    OfflineOutputs outputs;
+    LecteurCoreAudio player{playbackPreferences, *decoder, [] { return std::nullopt; }, outputs.outputs()};
+    std::unique_ptr<TakePlayback> playback;
+    std::unique_ptr<TakeWaveform> waveform;
     QtDialogs asking;
     FakeWorkspace workspace;
     std::unique_ptr<MainWindow> window;
