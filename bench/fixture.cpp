@@ -5,6 +5,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdlib>
+#include <fstream>
 #include <stdexcept>
 #include <system_error>
 
@@ -243,6 +244,39 @@ std::filesystem::path manyChunksRecording(std::string_view fileName, std::uint64
     appendChunk(last, "iXML", ixmlPayload(Kind::mono, 1));
     out.write(at, last);
     return file;
+}
+
+PolyTake polyTake(int seconds) {
+    constexpr std::size_t rate = 48000;
+    PolyTake take{benchFolder().path() / fmt::format("poly-{}s.wav", seconds),
+                  static_cast<std::size_t>(seconds) * rate};
+    if (std::filesystem::exists(take.path)) return take;
+    const auto bytes = static_cast<std::uint32_t>(take.audioBytes());
+    Bytes head = toBytes("RIFF");
+    appendLE(head, 36 + bytes);
+    append(head, "WAVEfmt ");
+    appendLE(head, std::uint32_t{16});
+    appendLE(head, std::uint16_t{1});
+    appendLE(head, static_cast<std::uint16_t>(PolyTake::channels));
+    appendLE(head, static_cast<std::uint32_t>(rate));
+    appendLE(head, static_cast<std::uint32_t>(rate * PolyTake::frameBytes));
+    appendLE(head, static_cast<std::uint16_t>(PolyTake::frameBytes));
+    appendLE(head, std::uint16_t{24});
+    append(head, "data");
+    appendLE(head, bytes);
+    Bytes second(PolyTake::frameBytes * rate);
+    std::uint32_t noise = 1;
+    for (std::byte& byte : second) {
+        noise = noise * 1664525U + 1013904223U;
+        byte = static_cast<std::byte>(noise >> 24U);
+    }
+    std::ofstream out(take.path, std::ios::binary);
+    out << asText(head);
+    for (int i = 0; i < seconds; ++i)
+        out << asText(second);
+    out.close();
+    if (!out) fail("cannot write", take.path);
+    return take;
 }
 
 std::size_t readBare(const char* path, const Layout& layout) noexcept {

@@ -60,6 +60,16 @@ enum class Filling { written, sparse };
 /// read.
 [[nodiscard]] std::filesystem::path manyChunksRecording(std::string_view fileName, std::uint64_t bytes);
 
+/// A take of eight channels in 24 bits at 48 kHz, made in the bench folder when it is not there yet. Noise.
+struct PolyTake {
+    static constexpr std::size_t channels = 8;
+    static constexpr std::size_t frameBytes = channels * 3;
+    std::filesystem::path path;
+    std::size_t frames = 0;
+    [[nodiscard]] std::size_t audioBytes() const noexcept { return frames * frameBytes; }
+};
+[[nodiscard]] PolyTake polyTake(int seconds);
+
 /// What every fair reader of a recording does at least: open, one read of the header area, one of the iXML, close.
 /// Returns the bytes read; 0 when the file could not be opened.
 [[nodiscard]] std::size_t readBare(const char* path, const Layout& layout) noexcept;

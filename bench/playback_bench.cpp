@@ -6,9 +6,7 @@
 #include "playback/pcm_loader.h"
 #include "playback/take_renderer.h"
 
-#include <fstream>
 #include <memory>
-#include <string>
 #include <vector>
 
 #include <benchmark/benchmark.h>
@@ -67,45 +65,8 @@ BENCHMARK(render)->Name("playback/render")->Arg(8)->Arg(16)->Arg(32)->Arg(64)->U
 
 // --- Load
 
-constexpr int channelCount = 8;
-constexpr std::size_t frameBytes = channelCount * 3;
-constexpr std::uint64_t audioBytes = frameBytes * 48000ULL * 180;
-
-void put(std::string& out, std::uint64_t value, int bytes) {
-    for (int i = 0; i < bytes; ++i)
-        out.push_back(static_cast<char>((value >> (8 * i)) & 0xFFU));
-}
-
-/// Three minutes of eight channels in 24 bits.
-const std::filesystem::path& recording() {
-    static const std::filesystem::path path = [] {
-        const std::filesystem::path file = bench::benchFolder().path() / "take.wav";
-        std::string head = "RIFF";
-        put(head, 36 + audioBytes, 4);
-        head += "WAVEfmt ";
-        put(head, 16, 4);
-        put(head, 1, 2);
-        put(head, channelCount, 2);
-        put(head, 48000, 4);
-        put(head, 48000 * frameBytes, 4);
-        put(head, frameBytes, 2);
-        put(head, 24, 2);
-        head += "data";
-        put(head, audioBytes, 4);
-        std::ofstream out(file, std::ios::binary);
-        out << head;
-        std::string second(frameBytes * 48000, '\0');
-        std::uint32_t noise = 1;
-        for (char& byte : second) {
-            noise = noise * 1664525U + 1013904223U;
-            byte = static_cast<char>(noise >> 24U);
-        }
-        for (std::uint64_t done = 0; done < audioBytes; done += second.size())
-            out << second;
-        return file;
-    }();
-    return path;
-}
+constexpr int shortSeconds = 180;
+constexpr int longSeconds = 600;
 
 class NoDecoder final : public SampleDecoder {
   public:
@@ -114,21 +75,41 @@ class NoDecoder final : public SampleDecoder {
 
 void loaded(benchmark::State& state) {
     const NoDecoder decoder;
+    const bench::PolyTake take = bench::polyTake(shortSeconds);
     for (auto _ : state)
-        benchmark::DoNotOptimize(loadTake({recording()}, true, decoder, availableMemory, {}));
-    state.SetBytesProcessed(static_cast<std::int64_t>(audioBytes) * state.iterations());
+        benchmark::DoNotOptimize(loadTake({take.path}, true, decoder, availableMemory, {}));
+    state.SetBytesProcessed(static_cast<std::int64_t>(take.audioBytes()) * state.iterations());
 }
 BENCHMARK(loaded)->Name("playback/load/ours")->UseRealTime()->Unit(benchmark::kMillisecond)->Iterations(5);
 
-/// What anybody would write: read a piece, convert it, one channel behind the other into fresh memory.
-void bareLoop(benchmark::State& state) {
-    constexpr std::size_t pieceFrames = 65536;
-    constexpr std::size_t frames = audioBytes / frameBytes;
-    const std::filesystem::path& path = recording();
+/// From the moment a take is chosen until an output that is waiting for it has its first block of sound.
+void firstSound(benchmark::State& state) {
+    const NoDecoder decoder;
+    const bench::PolyTake file = bench::polyTake(longSeconds);
+    std::vector<float> left(blockFrames);
+    std::vector<float> right(blockFrames);
     for (auto _ : state) {
-        const std::unique_ptr<float[]> planes(new float[frames * channelCount]);
+        const auto take = loadTake({file.path}, true, decoder, availableMemory, {});
+        TakeRenderer renderer(take, 0);
+        renderer.setMix(mixPlan(MixerState(take->nbCanaux)), 1.0F);
+        renderer.setTransport({true, 0, take->frameTotal, 0, take->frameTotal});
+        renderer.render(left, right);
+        if (left.back() == 0) return state.SkipWithError("is silent");
+    }
+}
+BENCHMARK(firstSound)->Name("playback/first_sound/ours")->UseRealTime()->Unit(benchmark::kMillisecond)->Iterations(2);
+
+/// What anybody would write: read a piece, convert it, one channel behind the other into fresh memory.
+void bareLoop(benchmark::State& state, int seconds) {
+    constexpr std::size_t pieceFrames = 65536;
+    const bench::PolyTake take = bench::polyTake(seconds);
+    constexpr std::size_t channels = bench::PolyTake::channels;
+    constexpr std::size_t frameBytes = bench::PolyTake::frameBytes;
+    const std::size_t frames = take.frames;
+    for (auto _ : state) {
+        const std::unique_ptr<float[]> planes(new float[frames * channels]);
         std::vector<unsigned char> piece(pieceFrames * frameBytes);
-        const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+        const int file = ::open(take.path.c_str(), O_RDONLY | O_CLOEXEC);
         if (file < 0 || ::lseek(file, 44, SEEK_SET) != 44) return state.SkipWithError("cannot open");
         for (std::size_t done = 0; done < frames;) {
             const ssize_t got = ::read(file, piece.data(), piece.size());
@@ -136,7 +117,7 @@ void bareLoop(benchmark::State& state) {
             const std::size_t count = static_cast<std::size_t>(got) / frameBytes;
             const unsigned char* at = piece.data();
             for (std::size_t i = 0; i < count; ++i) {
-                for (std::size_t c = 0; c < channelCount; ++c, at += 3) {
+                for (std::size_t c = 0; c < channels; ++c, at += 3) {
                     const auto bits = static_cast<std::uint32_t>(at[0]) << 8U |
                                       static_cast<std::uint32_t>(at[1]) << 16U |
                                       static_cast<std::uint32_t>(at[2]) << 24U;
@@ -148,8 +129,17 @@ void bareLoop(benchmark::State& state) {
         ::close(file);
         benchmark::DoNotOptimize(planes.get());
     }
-    state.SetBytesProcessed(static_cast<std::int64_t>(audioBytes) * state.iterations());
+    state.SetBytesProcessed(static_cast<std::int64_t>(take.audioBytes()) * state.iterations());
 }
-BENCHMARK(bareLoop)->Name("playback/load/bare_loop")->UseRealTime()->Unit(benchmark::kMillisecond)->Iterations(5);
+BENCHMARK_CAPTURE(bareLoop, three_minutes, shortSeconds)
+    ->Name("playback/load/bare_loop")
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(5);
+BENCHMARK_CAPTURE(bareLoop, ten_minutes, longSeconds)
+    ->Name("playback/first_sound/bare_loop")
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(2);
 
 }  // namespace

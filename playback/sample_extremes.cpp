@@ -5,29 +5,25 @@
 #include <cmath>
 #include <cstring>
 #include <numeric>
+#include <type_traits>
 
 namespace dravik {
 namespace {
 
 static_assert(std::endian::native == std::endian::little, "lanes are read as the file holds them");
 
-constexpr std::size_t vectorBytes = 16;
+constexpr std::size_t vectorBytes = 32;
 constexpr double fullScale = 32768;
 constexpr std::int16_t largest = std::numeric_limits<std::int16_t>::max();
 
+/// Lanes that are compared at once; where the processor has no vectors of this length the compiler takes two.
 template <typename Lane>
-using Vector = std::array<Lane, vectorBytes / sizeof(Lane)>;
+struct VectorOf {
+    using Type __attribute__((vector_size(vectorBytes))) = Lane;
+};
+template <typename Lane>
+using Vector = typename VectorOf<Lane>::Type;
 
-template <typename Lane>
-Vector<Lane> load(const std::byte* at) noexcept {
-    Vector<Lane> vector;
-    std::memcpy(vector.data(), at, vectorBytes);
-    return vector;
-}
-template <typename Lane>
-void store(std::byte* at, const Vector<Lane>& vector) noexcept {
-    std::memcpy(at, vector.data(), vectorBytes);
-}
 template <typename Lane>
 Lane laneAt(const Bytes& lanes, std::size_t index) noexcept {
     Lane lane;
@@ -35,54 +31,96 @@ Lane laneAt(const Bytes& lanes, std::size_t index) noexcept {
     return lane;
 }
 
-// What is no finite number is silence, as it is when it is played. A double beyond the range of a float is no number.
-float finite(float sample) noexcept {
-    constexpr std::uint32_t exponent = 0x7F800000U;
-    const std::uint32_t bits = std::bit_cast<std::uint32_t>(sample);
-    return std::bit_cast<float>((bits & exponent) == exponent ? 0U : bits);
-}
-double finite(double sample) noexcept {
-    return std::fabs(sample) <= double{std::numeric_limits<float>::max()} ? sample : 0.0;
-}
-template <typename Integer>
-Integer finite(Integer sample) noexcept {
-    return sample;
+/// Where the extremes of the lanes of a row go, and the bits that are set anywhere in them.
+struct RowResult {
+    std::byte* lowest;
+    std::byte* highest;
+    std::byte* shiftedLowest;  ///< of lanes that begin a byte later
+    std::byte* shiftedHighest;
+    std::byte* bits;
+};
+enum class Find { extremes, andBits, andBitsAndShifted };
+
+// Both become part of their callers, for whichever processor these are compiled.
+
+template <typename Lane>
+[[gnu::always_inline]] inline void widen(Vector<Lane>& low, Vector<Lane>& high, const std::byte* at) noexcept {
+    Vector<Lane> lanes;
+    std::memcpy(&lanes, at, vectorBytes);
+    if constexpr (std::is_floating_point_v<Lane>) {
+        // What is no finite number is silence, as it is when it is played. A double beyond the range of a float
+        // becomes none.
+        constexpr Lane most = std::numeric_limits<float>::max();
+        lanes = lanes <= most ? lanes : Vector<Lane>{};
+        lanes = lanes >= -most ? lanes : Vector<Lane>{};
+    }
+    low = lanes < low ? lanes : low;
+    high = lanes > high ? lanes : high;
 }
 
 /// Extremes of each lane of the rows, one vector of a row at a time, so that they stay in registers.
-template <typename Lane>
-void extremesOfLanes(const std::byte* at, std::size_t rowBytes, std::size_t rows, std::byte* lowest,
-                     std::byte* highest) noexcept {
+template <typename Lane, Find find>
+[[gnu::always_inline]] inline void scanRows(const std::byte* at, std::size_t rowBytes, std::size_t rows,
+                                            const RowResult& result) noexcept {
     for (std::size_t x = 0; x < rowBytes; x += vectorBytes) {
-        Vector<Lane> low;
-        Vector<Lane> high;
-        low.fill(std::numeric_limits<Lane>::max());
-        high.fill(std::numeric_limits<Lane>::lowest());
+        Vector<Lane> low = Vector<Lane>{} + std::numeric_limits<Lane>::max();
+        Vector<Lane> high = Vector<Lane>{} + std::numeric_limits<Lane>::lowest();
+        Vector<Lane> shiftedLow = low;
+        Vector<Lane> shiftedHigh = high;
+        Vector<std::uint64_t> bits{};
         const std::byte* from = at + x;
         for (std::size_t row = 0; row < rows; ++row, from += rowBytes) {
-            const Vector<Lane> lanes = load<Lane>(from);
-            for (std::size_t i = 0; i < lanes.size(); ++i) {
-                const Lane sample = finite(lanes[i]);
-                low[i] = sample < low[i] ? sample : low[i];
-                high[i] = sample > high[i] ? sample : high[i];
+            widen<Lane>(low, high, from);
+            if constexpr (find == Find::andBitsAndShifted) widen<Lane>(shiftedLow, shiftedHigh, from + 1);
+            if constexpr (find != Find::extremes) {
+                Vector<std::uint64_t> words;
+                std::memcpy(&words, from, vectorBytes);
+                bits |= words;
             }
         }
-        store(lowest + x, low);
-        store(highest + x, high);
+        std::memcpy(result.lowest + x, &low, vectorBytes);
+        std::memcpy(result.highest + x, &high, vectorBytes);
+        if constexpr (find != Find::extremes) std::memcpy(result.bits + x, &bits, vectorBytes);
+        if constexpr (find == Find::andBitsAndShifted) {
+            std::memcpy(result.shiftedLowest + x, &shiftedLow, vectorBytes);
+            std::memcpy(result.shiftedHighest + x, &shiftedHigh, vectorBytes);
+        }
     }
 }
 
-/// Which bits are set anywhere in the rows.
-void bitsOfRows(const std::byte* at, std::size_t rowBytes, std::size_t rows, std::byte* bits) noexcept {
-    for (std::size_t x = 0; x < rowBytes; x += vectorBytes) {
-        Vector<std::uint64_t> set{};
-        const std::byte* from = at + x;
-        for (std::size_t row = 0; row < rows; ++row, from += rowBytes) {
-            const auto words = load<std::uint64_t>(from);
-            set[0] |= words[0];
-            set[1] |= words[1];
-        }
-        store(bits + x, set);
+#ifdef __x86_64__
+template <typename Lane, Find find>
+[[gnu::target("avx2")]] void scanRowsAvx2(const std::byte* at, std::size_t rowBytes, std::size_t rows,
+                                          const RowResult& result) noexcept {
+    scanRows<Lane, find>(at, rowBytes, rows, result);
+}
+#endif
+
+template <typename Lane, Find find = Find::extremes>
+void scan(const std::byte* at, std::size_t rowBytes, std::size_t rows, const RowResult& result) noexcept {
+#ifdef __x86_64__
+    static const bool avx2 = __builtin_cpu_supports("avx2") != 0;
+    if (avx2) return scanRowsAvx2<Lane, find>(at, rowBytes, rows, result);
+#endif
+    scanRows<Lane, find>(at, rowBytes, rows, result);
+}
+
+/// A part of a row that every processor compares at once.
+constexpr std::size_t foldBytes = 16;
+
+/// The first half of some lanes takes in the second, which is no shorter than a part. The last part may overlap the
+/// one before it: to take something in twice is no harm.
+template <typename Lane, typename Take>
+void fold(std::byte* lanes, std::size_t halfBytes, Take take) noexcept {
+    for (std::size_t next = 0; next < halfBytes; next += foldBytes) {
+        const std::size_t at = std::min(next, halfBytes - foldBytes);
+        std::array<Lane, foldBytes / sizeof(Lane)> one;
+        std::array<Lane, foldBytes / sizeof(Lane)> other;
+        std::memcpy(one.data(), lanes + at, foldBytes);
+        std::memcpy(other.data(), lanes + halfBytes + at, foldBytes);
+        for (std::size_t i = 0; i < one.size(); ++i)
+            one[i] = take(one[i], other[i]);
+        std::memcpy(lanes + at, one.data(), foldBytes);
     }
 }
 
@@ -137,32 +175,57 @@ void SampleExtremes::add(ByteSpan frames, std::span<PeakValue> channels) noexcep
 }
 
 void SampleExtremes::addRows(const std::byte* at, std::size_t rows, std::span<PeakValue> channels) noexcept {
-    const auto each = [&](auto valueOf) {
-        std::size_t sample = 0;
-        for (std::size_t frame = 0; frame < rowFrames_; ++frame) {
-            for (PeakValue& channel : channels)
-                channel.add(valueOf(sample++));
+    const RowResult result{lowest_.data(), highest_.data(), shiftedLowest_.data(), shiftedHighest_.data(),
+                           bits_.data()};
+    std::size_t frames = rowFrames_;
+    // Frames of one row are folded onto each other as long as that takes fewer steps than to take them apart.
+    const auto foldFrames = [&]<typename Lane>(Lane) {
+        const auto lower = [](Lane a, Lane b) { return b < a ? b : a; };
+        const auto higher = [](Lane a, Lane b) { return b > a ? b : a; };
+        for (; frames % 2 == 0; frames /= 2) {
+            const std::size_t half = frames / 2 * frameBytes_;
+            if (half < foldBytes || half % sizeof(Lane) != 0) return;
+            fold<Lane>(result.lowest, half, lower);
+            fold<Lane>(result.highest, half, higher);
+            if (!shiftedLowest_.empty()) {
+                fold<Lane>(result.shiftedLowest, half, lower);
+                fold<Lane>(result.shiftedHighest, half, higher);
+            }
+            if (!bits_.empty()) {
+                fold<std::uint8_t>(result.bits, half,
+                                   [](std::uint8_t a, std::uint8_t b) { return static_cast<std::uint8_t>(a | b); });
+            }
         }
     };
-    const auto plain = [&]<typename Lane>(Lane) {
-        extremesOfLanes<Lane>(at, rowBytes_, rows, lowest_.data(), highest_.data());
-        return [&](std::size_t i) { return outwards(laneAt<Lane>(lowest_, i), laneAt<Lane>(highest_, i)); };
+    const auto each = [&](auto valueOf) {
+        for (std::size_t c = 0; c < channels.size(); ++c) {
+            PeakValue value = channels[c];
+            for (std::size_t frame = 0; frame < frames; ++frame)
+                value.add(valueOf(frame * channels.size() + c));
+            channels[c] = value;
+        }
+    };
+    const auto plain = [&]<typename Lane>(Lane lane) {
+        scan<Lane>(at, rowBytes_, rows, result);
+        foldFrames(lane);
+        each([&](std::size_t i) { return outwards(laneAt<Lane>(lowest_, i), laneAt<Lane>(highest_, i)); });
     };
     switch (encoding_) {
         case SampleEncoding::unsigned8:
-            return each(plain(std::uint8_t{}));
+            return plain(std::uint8_t{});
         case SampleEncoding::float32:
-            return each(plain(float{}));
+            return plain(float{});
         case SampleEncoding::float64:
-            return each(plain(double{}));
+            return plain(double{});
         case SampleEncoding::signed16:
-            extremesOfLanes<std::int16_t>(at, rowBytes_, rows, lowest_.data(), highest_.data());
+            scan<std::int16_t>(at, rowBytes_, rows, result);
+            foldFrames(std::int16_t{});
             return each([&](std::size_t i) {
                 return PeakValue{laneAt<std::int16_t>(lowest_, i), laneAt<std::int16_t>(highest_, i)};
             });
         case SampleEncoding::signed32:
-            extremesOfLanes<std::int16_t>(at, rowBytes_, rows, lowest_.data(), highest_.data());
-            bitsOfRows(at, rowBytes_, rows, bits_.data());
+            scan<std::int16_t, Find::andBits>(at, rowBytes_, rows, result);
+            foldFrames(std::int16_t{});
             return each([&](std::size_t i) {
                 return outwards(laneAt<std::int16_t>(lowest_, 2 * i + 1), laneAt<std::int16_t>(highest_, 2 * i + 1),
                                 laneAt<std::uint16_t>(bits_, 2 * i) != 0);
@@ -170,9 +233,8 @@ void SampleExtremes::addRows(const std::byte* at, std::size_t rows, std::span<Pe
         case SampleEncoding::signed24:
             // The upper two bytes of every other sample begin at an odd byte: the rows are compared as 16-bit lanes
             // twice, the second time shifted by a byte. Two lanes of three hold parts of two samples and are ignored.
-            extremesOfLanes<std::int16_t>(at, rowBytes_, rows, lowest_.data(), highest_.data());
-            extremesOfLanes<std::int16_t>(at + 1, rowBytes_, rows, shiftedLowest_.data(), shiftedHighest_.data());
-            bitsOfRows(at, rowBytes_, rows, bits_.data());
+            scan<std::int16_t, Find::andBitsAndShifted>(at, rowBytes_, rows, result);
+            foldFrames(std::int16_t{});
             return each([&](std::size_t i) {
                 const std::size_t upper = 3 * i + 1;
                 const bool odd = upper % 2 == 1;

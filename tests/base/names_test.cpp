@@ -19,6 +19,7 @@ using test::TempFolder;
 
 TEST(Crc32, IsTheOneOfTheStandard) {
     EXPECT_EQ(crc32("123456789"), 0xCBF43926U);
+    EXPECT_EQ(crc32("The quick brown fox jumps over the lazy dog"), 0x414FA339U);
     EXPECT_EQ(crc32(""), 0U);
 }
 

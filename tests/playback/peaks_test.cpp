@@ -56,7 +56,7 @@ TEST(Peaks, EveryEncodingGivesTheExtremesOfItsSamples) {
     const struct { std::uint16_t tag, bits; } encodings[] = {{1, 8}, {1, 16}, {1, 24}, {1, 32}, {3, 32}, {3, 64}};
     for (const auto& [tag, bits] : encodings) {
         for (const std::uint16_t channels : std::initializer_list<std::uint16_t>{1, 2, 3, 7, 8, 32}) {
-            for (const std::int64_t frames : {1, 63, 64, 5000, 100'003}) {
+            for (const std::int64_t frames : {1, 127, 128, 5000, 100'003}) {
                 if (frames > 5000 && channels == 32) continue;
                 SCOPED_TRACE(testing::Message() << bits << " bits, " << channels << " channels, " << frames);
                 Bytes data;
@@ -237,11 +237,11 @@ TEST(PeakWidths, NoTakeIsLargerThanItsLimitAndNoneIsCoarserThanItMust) {
         std::int64_t frames;
         PeakWidths wanted;
     } cases[] = {
-        {1, 0, {4096, 512, 64}},
-        {1, 1, {4096, 512, 64}},
-        {8, hour / 6, {8192, 512, 64}},
-        {1, maximumPeakBins * 64, {8192, 512, 64}},
-        {1, maximumPeakBins * 64 + 1, {16384, 1024, 128}},
+        {1, 0, {8192, 1024, 128}},
+        {1, 1, {8192, 1024, 128}},
+        {8, hour / 6, {8192, 1024, 128}},
+        {1, maximumPeakBins * 128, {16384, 1024, 128}},
+        {1, maximumPeakBins * 128 + 1, {32768, 2048, 256}},
         {32, hour, {65536, 4096, 512}},
         {1, maximumPeakFrames, {1 << 28, 1 << 24, 1 << 21}},
         {65535, hour, {8 * 8 << 20, 8 << 20, 1 << 20}},
@@ -350,7 +350,7 @@ TEST(PeakColumns, BeforeTheFineOnesAreThereTheCoarseOnesAreShown) {
     for (FilePeaks& file : take.peaks.files)
         file.donneesAudioHR = file.donneesAudioUHR = {};
     PeakColumn column;
-    EXPECT_EQ(take.peaks.columns(0, 5000, 100, {&column, 1}), TakePeaks::Detail::peaks);
+    EXPECT_EQ(take.peaks.columns(0, 5000, 200, {&column, 1}), TakePeaks::Detail::peaks);
     EXPECT_TRUE(column.known);
     EXPECT_EQ(column.highest, static_cast<float>(take.peaks.files[0].donneesAudio.values[1].highest) * 0x1p-15F);
 }
