@@ -50,7 +50,7 @@ QTextBrowser* page(const QString& html, const QString& name) {
 }
 
 /// The groups of the shortcuts from one on, as long as `belongs` says so.
-QString shortcutGroups(const std::function<bool(const Shortcut&)>& belongs) {
+QString shortcutGroups(int nameWidth, const std::function<bool(const Shortcut&)>& belongs) {
     QString html;
     QString group;
     for (const Shortcut& one : shortcuts()) {
@@ -63,9 +63,10 @@ QString shortcutGroups(const std::function<bool(const Shortcut&)>& belongs) {
         }
         QString name = one.name;
         html += QStringLiteral(
-                    "<tr><td width='210' style='padding:2px 16px 2px 0'>%1</td>"
+                    "<tr><td width='%3' style='padding:2px 16px 2px 0'>%1</td>"
                     "<td style='padding:2px 0'>%2</td></tr>")
-                    .arg(name.remove(QStringLiteral("...")).toHtmlEscaped(), keysText(one).toHtmlEscaped());
+                    .arg(name.remove(QStringLiteral("...")).toHtmlEscaped(), keysText(one).toHtmlEscaped())
+                    .arg(nameWidth);
     }
     return html + QStringLiteral("</table>");
 }
@@ -78,12 +79,12 @@ void showShortcuts(QWidget& parent) {
     };
     const QString html =
         QStringLiteral(
-            "<table width='100%'><tr><td width='46%' style='padding-right:28px'>%1</td><td>%2</td></tr></table>")
-            .arg(shortcutGroups(left), shortcutGroups([&](const Shortcut& one) { return !left(one); }));
+            "<table width='100%'><tr><td width='40%' style='padding-right:28px'>%1</td><td>%2</td></tr></table>")
+            .arg(shortcutGroups(170, left), shortcutGroups(230, [&](const Shortcut& one) { return !left(one); }));
     QDialog* dialog =
         makeDialog(parent, QStringLiteral("Keyboard Shortcuts"), page(html, QStringLiteral("Keyboard shortcuts")));
     dialog->setObjectName(QStringLiteral("shortcuts"));
-    dialog->resize(860, 640);
+    dialog->resize(880, 680);
     dialog->show();
 }
 

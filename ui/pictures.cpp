@@ -109,15 +109,9 @@ struct Album {
         });
     }
 
-    void empty() const { main(QStringLiteral("main-empty")); }
-
-    void take(const std::filesystem::path& day) const {
+    void take() const {
         ContentView& content = windows.content;
         MainWindow& window = windows.window;
-        run([&content, day] { content.gererActionProtegee(OuvrirDossier{day}); });
-        // Until the day has been read.
-        for (int wait = 0; wait < 8; ++wait)
-            run([] {});
         run([&content] {
             if (!content.rows().groupesTableau().empty()) content.selectionnerLigne(0);
         });
@@ -203,19 +197,23 @@ void drawAllWindows(const Windows& windows, const std::filesystem::path& day, co
         drawn(false);
         return;
     }
-    const auto sequence = std::make_shared<Sequence>();
-    sequence->ended = std::move(drawn);
-    Album album{windows, folder, sequence->steps};
-    album.empty();
-    album.take(day);
+    const auto taken = std::make_shared<Sequence>();
+    taken->ended = std::move(drawn);
+    const Album album{windows, folder, taken->steps};
+    album.take();
     album.edits();
     album.alerts();
     album.smallWindows();
-    album.steps.emplace_back([&content = windows.content] {
-        content.rows().discardAll();
-        return true;
-    });
-    sequence->next();
+    album.run([&content = windows.content] { content.rows().discardAll(); });
+    const auto before = std::make_shared<Sequence>();
+    before->ended = [&windows, taken](bool ok) {
+        taken->ok = ok;
+        whenIdle(&windows.window, windows.content, [taken] { taken->next(); });
+    };
+    const Album empty{windows, folder, before->steps};
+    empty.main(QStringLiteral("main-empty"));
+    empty.run([&content = windows.content, day] { content.gererActionProtegee(OuvrirDossier{day}); });
+    before->next();
 }
 
 }  // namespace dravik

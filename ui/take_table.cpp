@@ -22,6 +22,7 @@ namespace dravik {
 namespace {
 
 constexpr QLatin1String headerKey("takeTableHeader");
+constexpr QLatin1String notesKey("takeTableNotesTakeRoom");
 constexpr auto headerSettles = std::chrono::milliseconds(300);
 /// Short enough to follow the typing.
 constexpr auto filterWaits = std::chrono::milliseconds(60);
@@ -244,6 +245,7 @@ void TakeTable::restoreHeader() {
         const QString sample = QString::fromUtf8(widthSamples[static_cast<std::size_t>(column)]);
         header->resizeSection(column, metrics.horizontalAdvance(sample) + room + (column == 0 ? 16 : 0));
     }
+    const int noteWidth = header->sectionSize(static_cast<int>(TakeColumn::note));
     header->setSortIndicator(-1, Qt::AscendingOrder);
     header->restoreState(settings_.stored(headerKey).toByteArray());
     // Whatever was stored: these hold in this version.
@@ -252,11 +254,15 @@ void TakeTable::restoreHeader() {
     header->setSortIndicatorClearable(true);
     header->setStretchLastSection(false);
     view_->setSortingEnabled(true);
+    if (settings_.stored(notesKey).value<bool>() || !settings_.stored(headerKey).isValid()) {
+        view_->giveRoomToNotes(noteWidth);
+    }
 }
 
 void TakeTable::storeHeader() {
     header_.stop();
     settings_.store(headerKey, view_->header()->saveState());
+    settings_.store(notesKey, view_->givesRoomToNotes());
 }
 
 // --- What is shown -------------------------------------------------------------------------------------------------
@@ -288,9 +294,9 @@ void TakeTable::showPlaceholder() {
         view_->setPlaceholder(QStringLiteral("No take matches \u201c%1\u201d").arg(model_->filter().simplified()),
                               QStringLiteral("Press Escape to show all takes."));
     } else if (content_.folderLabel().isEmpty()) {
-        view_->setPlaceholder(QStringLiteral("Open a folder of recordings"),
-                              QStringLiteral("Drop it here, choose it in the browser, or press %1.")
-                                  .arg(keyText(KeyId::loadFolder)));
+        view_->setPlaceholder(
+            QStringLiteral("Open a folder of recordings"),
+            QStringLiteral("Drop it here, choose it in the browser, or press %1.").arg(keyText(KeyId::loadFolder)));
     } else if (content_.listing().isReading()) {
         view_->setPlaceholder(QStringLiteral("Reading the folder..."), {});
     } else if (readingCancelled_) {
