@@ -108,13 +108,16 @@ void showAbout(QWidget& parent) {
 void showLicences(QWidget& parent) {
     QString rows;
     for (const Licence& one : licences) {
-        rows += QStringLiteral("<tr><td style='padding:3px 20px 3px 0'><b>%1</b><br>%2</td><td>%3</td></tr>")
+        rows += QStringLiteral(
+                    "<tr><td style='padding:3px 20px 3px 0'><b>%1</b><br>%2</td><td style='padding:3px 0'>%3</td></tr>")
                     .arg(QString::fromLatin1(one.name).toHtmlEscaped(), QString::fromLatin1(one.use),
                          QString::fromLatin1(one.licence));
     }
     QDialog* dialog = makeDialog(
         parent, QStringLiteral("Third-Party Licenses"),
-        page(QStringLiteral("<p>Dravik stands on these libraries, with thanks.</p><table>%1</table>").arg(rows),
+        page(QStringLiteral(
+                 "<p style='margin-bottom:10px'>Dravik stands on these libraries, with thanks.</p><table>%1</table>")
+                 .arg(rows),
              QStringLiteral("Third-party licenses")));
     dialog->resize(460, 360);
     dialog->show();

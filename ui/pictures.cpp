@@ -95,9 +95,9 @@ struct Album {
     void main(const QString& name) const {
         steps.emplace_back([&window = windows.window, to = file(name)] { return draw(window, to); });
     }
-    /// The dialog that is open, and closes it.
-    void dialog(const QString& name) const {
-        steps.emplace_back([to = file(name)] {
+    /// The dialog that is open, and closes it. Which questions there are depends on the takes.
+    void dialog(const QString& name, bool always = true) const {
+        steps.emplace_back([to = file(name), always] {
             for (QWidget* widget : QApplication::topLevelWidgets()) {
                 auto* dialog = qobject_cast<QDialog*>(widget);
                 if (dialog == nullptr || !dialog->isVisible()) continue;
@@ -105,7 +105,7 @@ struct Album {
                 dialog->reject();
                 return ok;
             }
-            return false;
+            return !always;
         });
     }
 
@@ -134,17 +134,17 @@ struct Album {
         });
         main(QStringLiteral("main-pending"));
         run([&content] { content.gererActionProtegee(QuitterApp{}); });
-        dialog(QStringLiteral("alert-unsaved"));
+        dialog(QStringLiteral("alert-unsaved"), false);
         run([&content] { content.discardAll(); });
-        dialog(QStringLiteral("alert-discard"));
+        dialog(QStringLiteral("alert-discard"), false);
         run([&content] {
             if (const auto cues = content.cueMarkers(); !cues.empty()) content.renameCue(cues.front().id);
         });
-        dialog(QStringLiteral("cue-name"));
+        dialog(QStringLiteral("cue-name"), false);
         run([&content] {
             if (const auto cues = content.cueMarkers(); !cues.empty()) content.deleteCue(cues.front().id);
         });
-        dialog(QStringLiteral("alert-delete-cue"));
+        dialog(QStringLiteral("alert-delete-cue"), false);
     }
 
     void alerts() const {
@@ -179,6 +179,7 @@ struct Album {
             run([&window, size] { window.resize(size); });
             main(QStringLiteral("main-%1x%2").arg(size.width()).arg(size.height()));
         }
+        run([&window, size = window.size()] { window.resize(size); });
     }
 };
 
