@@ -25,7 +25,7 @@ inline constexpr Setting<bool> confirmerSuppressionCues{"confirmerSuppressionCue
 /// Ask to save before another take of the list is selected, although its edits would stay with its row.
 inline constexpr Setting<bool> confirmBeforeSelectingAnotherTake{"confirmBeforeSelectingAnotherTake", false};
 inline constexpr Setting<const char*> layoutVueActive{"layoutVueActive", "waveforms"};
-inline constexpr Setting<int> layoutHauteurZoneTableau{"layoutHauteurZoneTableau", 420};
+inline constexpr Setting<int> layoutHauteurZoneTableau{"layoutHauteurZoneTableau", 460};
 inline constexpr Setting<int> layoutLargeurNavigateur{"layoutLargeurNavigateur", 220};
 inline constexpr Setting<bool> layoutNavigateurVisible{"layoutNavigateurVisible", true};
 inline constexpr Setting<const char*> couleurAccent{"couleurAccent", "#E8912D"};

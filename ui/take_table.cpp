@@ -222,7 +222,10 @@ void TakeTable::connectContent() {
         view_->viewport()->update();
         emit selectionChanged();
     });
-    connect(&content_, &ContentView::sauvegardeEnCoursChanged, this, [this] { view_->viewport()->update(); });
+    connect(&content_, &ContentView::sauvegardeEnCoursChanged, this, [this] {
+        lastChange_.clear();  // what a save has changed nobody has edited
+        view_->viewport()->update();
+    });
     connect(&content_, &ContentView::folderChanged, this, [this] {
         readingCancelled_ = false;
         filter_->clear();
