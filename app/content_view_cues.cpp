@@ -75,6 +75,7 @@ void ContentView::deleteCue(const Uuid& id) {
     alert.text = QStringLiteral("Delete Cue \"%1\"?\n\nThis action will be applied when you save the file.")
                      .arg(cueName(*marker));
     alert.buttons = {QStringLiteral("Delete"), QStringLiteral("Cancel")};
+    alert.destructive = true;
     alert.checkBox = QStringLiteral("Do not ask again");
     services_.dialogs.ask(alert, [this, remove](AlertAnswer answer) {
         if (answer.button != 0) return;

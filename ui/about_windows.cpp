@@ -50,7 +50,7 @@ QTextBrowser* page(const QString& html, const QString& name) {
 }
 
 /// The groups of the shortcuts from one on, as long as `belongs` says so.
-QString shortcutGroups(const std::function<bool(const Shortcut&)>& belongs) {
+QString shortcutGroups(int nameWidth, const std::function<bool(const Shortcut&)>& belongs) {
     QString html;
     QString group;
     for (const Shortcut& one : shortcuts()) {
@@ -63,9 +63,10 @@ QString shortcutGroups(const std::function<bool(const Shortcut&)>& belongs) {
         }
         QString name = one.name;
         html += QStringLiteral(
-                    "<tr><td width='210' style='padding:2px 16px 2px 0'>%1</td>"
+                    "<tr><td width='%3' style='padding:2px 16px 2px 0'>%1</td>"
                     "<td style='padding:2px 0'>%2</td></tr>")
-                    .arg(name.remove(QStringLiteral("...")).toHtmlEscaped(), keysText(one).toHtmlEscaped());
+                    .arg(name.remove(QStringLiteral("...")).toHtmlEscaped(), keysText(one).toHtmlEscaped())
+                    .arg(nameWidth);
     }
     return html + QStringLiteral("</table>");
 }
@@ -78,12 +79,12 @@ void showShortcuts(QWidget& parent) {
     };
     const QString html =
         QStringLiteral(
-            "<table width='100%'><tr><td width='46%' style='padding-right:28px'>%1</td><td>%2</td></tr></table>")
-            .arg(shortcutGroups(left), shortcutGroups([&](const Shortcut& one) { return !left(one); }));
+            "<table width='100%'><tr><td width='40%' style='padding-right:28px'>%1</td><td>%2</td></tr></table>")
+            .arg(shortcutGroups(170, left), shortcutGroups(230, [&](const Shortcut& one) { return !left(one); }));
     QDialog* dialog =
         makeDialog(parent, QStringLiteral("Keyboard Shortcuts"), page(html, QStringLiteral("Keyboard shortcuts")));
     dialog->setObjectName(QStringLiteral("shortcuts"));
-    dialog->resize(860, 640);
+    dialog->resize(880, 680);
     dialog->show();
 }
 
@@ -107,13 +108,16 @@ void showAbout(QWidget& parent) {
 void showLicences(QWidget& parent) {
     QString rows;
     for (const Licence& one : licences) {
-        rows += QStringLiteral("<tr><td style='padding:3px 20px 3px 0'><b>%1</b><br>%2</td><td>%3</td></tr>")
+        rows += QStringLiteral(
+                    "<tr><td style='padding:3px 20px 3px 0'><b>%1</b><br>%2</td><td style='padding:3px 0'>%3</td></tr>")
                     .arg(QString::fromLatin1(one.name).toHtmlEscaped(), QString::fromLatin1(one.use),
                          QString::fromLatin1(one.licence));
     }
     QDialog* dialog = makeDialog(
         parent, QStringLiteral("Third-Party Licenses"),
-        page(QStringLiteral("<p>Dravik stands on these libraries, with thanks.</p><table>%1</table>").arg(rows),
+        page(QStringLiteral(
+                 "<p style='margin-bottom:10px'>Dravik stands on these libraries, with thanks.</p><table>%1</table>")
+                 .arg(rows),
              QStringLiteral("Third-party licenses")));
     dialog->resize(460, 360);
     dialog->show();

@@ -95,9 +95,9 @@ struct Album {
     void main(const QString& name) const {
         steps.emplace_back([&window = windows.window, to = file(name)] { return draw(window, to); });
     }
-    /// The dialog that is open, and closes it.
-    void dialog(const QString& name) const {
-        steps.emplace_back([to = file(name)] {
+    /// The dialog that is open, and closes it. Which questions there are depends on the takes.
+    void dialog(const QString& name, bool always = true) const {
+        steps.emplace_back([to = file(name), always] {
             for (QWidget* widget : QApplication::topLevelWidgets()) {
                 auto* dialog = qobject_cast<QDialog*>(widget);
                 if (dialog == nullptr || !dialog->isVisible()) continue;
@@ -105,19 +105,13 @@ struct Album {
                 dialog->reject();
                 return ok;
             }
-            return false;
+            return !always;
         });
     }
 
-    void empty() const { main(QStringLiteral("main-empty")); }
-
-    void take(const std::filesystem::path& day) const {
+    void take() const {
         ContentView& content = windows.content;
         MainWindow& window = windows.window;
-        run([&content, day] { content.gererActionProtegee(OuvrirDossier{day}); });
-        // Until the day has been read.
-        for (int wait = 0; wait < 8; ++wait)
-            run([] {});
         run([&content] {
             if (!content.rows().groupesTableau().empty()) content.selectionnerLigne(0);
         });
@@ -140,17 +134,17 @@ struct Album {
         });
         main(QStringLiteral("main-pending"));
         run([&content] { content.gererActionProtegee(QuitterApp{}); });
-        dialog(QStringLiteral("alert-unsaved"));
+        dialog(QStringLiteral("alert-unsaved"), false);
         run([&content] { content.discardAll(); });
-        dialog(QStringLiteral("alert-discard"));
+        dialog(QStringLiteral("alert-discard"), false);
         run([&content] {
             if (const auto cues = content.cueMarkers(); !cues.empty()) content.renameCue(cues.front().id);
         });
-        dialog(QStringLiteral("cue-name"));
+        dialog(QStringLiteral("cue-name"), false);
         run([&content] {
             if (const auto cues = content.cueMarkers(); !cues.empty()) content.deleteCue(cues.front().id);
         });
-        dialog(QStringLiteral("alert-delete-cue"));
+        dialog(QStringLiteral("alert-delete-cue"), false);
     }
 
     void alerts() const {
@@ -185,6 +179,7 @@ struct Album {
             run([&window, size] { window.resize(size); });
             main(QStringLiteral("main-%1x%2").arg(size.width()).arg(size.height()));
         }
+        run([&window, size = window.size()] { window.resize(size); });
     }
 };
 
@@ -203,19 +198,23 @@ void drawAllWindows(const Windows& windows, const std::filesystem::path& day, co
         drawn(false);
         return;
     }
-    const auto sequence = std::make_shared<Sequence>();
-    sequence->ended = std::move(drawn);
-    Album album{windows, folder, sequence->steps};
-    album.empty();
-    album.take(day);
+    const auto taken = std::make_shared<Sequence>();
+    taken->ended = std::move(drawn);
+    const Album album{windows, folder, taken->steps};
+    album.take();
     album.edits();
     album.alerts();
     album.smallWindows();
-    album.steps.emplace_back([&content = windows.content] {
-        content.rows().discardAll();
-        return true;
-    });
-    sequence->next();
+    album.run([&content = windows.content] { content.rows().discardAll(); });
+    const auto before = std::make_shared<Sequence>();
+    before->ended = [&windows, taken](bool ok) {
+        taken->ok = ok;
+        whenIdle(&windows.window, windows.content, [taken] { taken->next(); });
+    };
+    const Album empty{windows, folder, before->steps};
+    empty.main(QStringLiteral("main-empty"));
+    empty.run([&content = windows.content, day] { content.gererActionProtegee(OuvrirDossier{day}); });
+    before->next();
 }
 
 }  // namespace dravik

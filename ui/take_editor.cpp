@@ -42,6 +42,14 @@ void setColour(QWidget& widget, QPalette::ColorRole role, const QColor& colour) 
     widget.setPalette(palette);
 }
 
+/// What lies in the scroll area. A text that wraps would have it be as high as it likes to be; it is scrolled only
+/// when there is less room than it needs.
+class Page final : public QWidget {
+  public:
+    using QWidget::QWidget;
+    [[nodiscard]] int heightForWidth(int width) const override { return layout()->minimumHeightForWidth(width); }
+};
+
 /// A line between two columns.
 QFrame* separator(QWidget* parent) {
     auto* line = new QFrame(parent);
@@ -56,7 +64,7 @@ QFrame* separator(QWidget* parent) {
 TakeEditor::TakeEditor(ContentView& content, const Theme& theme, QWidget* parent)
     : QWidget(parent), content_(content), theme_(theme) {
     setAccessibleName(QStringLiteral("Take editor"));
-    auto* page = new QWidget(this);
+    auto* page = new Page(this);
     auto* columns = new QHBoxLayout(page);
     columns->setContentsMargins(10, metrics::panelMargin, 10, metrics::panelMargin);
     columns->setSpacing(10);

@@ -22,6 +22,7 @@ namespace dravik {
 namespace {
 
 constexpr QLatin1String headerKey("takeTableHeader");
+constexpr QLatin1String notesKey("takeTableNotesTakeRoom");
 constexpr auto headerSettles = std::chrono::milliseconds(300);
 /// Short enough to follow the typing.
 constexpr auto filterWaits = std::chrono::milliseconds(60);
@@ -221,7 +222,10 @@ void TakeTable::connectContent() {
         view_->viewport()->update();
         emit selectionChanged();
     });
-    connect(&content_, &ContentView::sauvegardeEnCoursChanged, this, [this] { view_->viewport()->update(); });
+    connect(&content_, &ContentView::sauvegardeEnCoursChanged, this, [this] {
+        lastChange_.clear();  // what a save has changed nobody has edited
+        view_->viewport()->update();
+    });
     connect(&content_, &ContentView::folderChanged, this, [this] {
         readingCancelled_ = false;
         filter_->clear();
@@ -244,6 +248,7 @@ void TakeTable::restoreHeader() {
         const QString sample = QString::fromUtf8(widthSamples[static_cast<std::size_t>(column)]);
         header->resizeSection(column, metrics.horizontalAdvance(sample) + room + (column == 0 ? 16 : 0));
     }
+    const int noteWidth = header->sectionSize(static_cast<int>(TakeColumn::note));
     header->setSortIndicator(-1, Qt::AscendingOrder);
     header->restoreState(settings_.stored(headerKey).toByteArray());
     // Whatever was stored: these hold in this version.
@@ -252,11 +257,15 @@ void TakeTable::restoreHeader() {
     header->setSortIndicatorClearable(true);
     header->setStretchLastSection(false);
     view_->setSortingEnabled(true);
+    if (settings_.stored(notesKey).value<bool>() || !settings_.stored(headerKey).isValid()) {
+        view_->giveRoomToNotes(noteWidth);
+    }
 }
 
 void TakeTable::storeHeader() {
     header_.stop();
     settings_.store(headerKey, view_->header()->saveState());
+    settings_.store(notesKey, view_->givesRoomToNotes());
 }
 
 // --- What is shown -------------------------------------------------------------------------------------------------

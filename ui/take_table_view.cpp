@@ -37,6 +37,9 @@ constexpr std::array<std::pair<KeyId, TakeCommand>, 10> commandKeys = {{
     {KeyId::showAllTakes, TakeCommand::leaveFilter},
 }};
 
+/// A longer line is hard to read.
+constexpr int widestNote = 700;
+
 std::optional<TakeCommand> commandOf(const QKeyEvent& event) {
     for (const auto& [key, command] : commandKeys) {
         if (isKey(key, event)) return command;
@@ -416,6 +419,35 @@ void TakeTableView::addColumnActions(QMenu& menu) {
         action->setEnabled(column != 0);  // without names there is nothing to go by
         connect(action, &QAction::toggled, this, [this, column](bool shown) { setColumnHidden(column, !shown); });
     }
+}
+
+// --- Columns -------------------------------------------------------------------------------------------------------
+
+void TakeTableView::giveRoomToNotes(int leastWidth) {
+    givesRoom_ = true;
+    noteWidth_ = leastWidth;
+    giveRoom();
+    connect(header(), &QHeaderView::sectionResized, this, [this](int, int before, int now) {
+        if (before == 0 || now == 0) {
+            giveRoom();  // a column was shown or hidden
+        } else if (!givingRoom_) {
+            givesRoom_ = false;
+        }
+    });
+}
+
+void TakeTableView::giveRoom() {
+    constexpr auto note = static_cast<int>(TakeColumn::note);
+    if (!givesRoom_ || givingRoom_ || isColumnHidden(note)) return;
+    const int others = header()->length() - columnWidth(note);
+    givingRoom_ = true;
+    setColumnWidth(note, std::clamp(viewport()->width() - others, noteWidth_, widestNote));
+    givingRoom_ = false;
+}
+
+void TakeTableView::resizeEvent(QResizeEvent* event) {
+    QTreeView::resizeEvent(event);
+    giveRoom();
 }
 
 // --- Painting ------------------------------------------------------------------------------------------------------

@@ -54,6 +54,10 @@ class TakeTableView : public QTreeView {
     /// A check mark for each column, which shows and hides it.
     void addColumnActions(QMenu& menu);
 
+    /// Notes are as wide as there is room beside the other columns, until a column is given another width.
+    void giveRoomToNotes(int leastWidth);
+    [[nodiscard]] bool givesRoomToNotes() const noexcept { return givesRoom_; }
+
     /// What an empty table says.
     void setPlaceholder(const QString& text, const QString& hint);
 
@@ -75,6 +79,7 @@ class TakeTableView : public QTreeView {
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight, const QList<int>& roles) override;
     void drawRow(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
@@ -87,6 +92,7 @@ class TakeTableView : public QTreeView {
     void onEditorLeft(QWidget* editor, const QModelIndex& index, CellMove move);
     void onEditorClosed();
     void keepPlaceDuringLayouts();
+    void giveRoom();
     void applyColours();
     [[nodiscard]] QModelIndex rowBeside(const QModelIndex& index, int step) const;
     [[nodiscard]] QModelIndex nextEditable(const QModelIndex& from, int step) const;
@@ -98,6 +104,9 @@ class TakeTableView : public QTreeView {
     TakeDelegate* delegate_;
     QString placeholder_, placeholderHint_;
     bool editing_ = false;
+    bool givesRoom_ = false;
+    bool givingRoom_ = false;
+    int noteWidth_ = 0;       ///< without the room
     bool clickDone_ = false;  ///< the click was a flag's: what follows of it is not the selection's
     QPersistentModelIndex anchor_;
     int anchorTop_ = 0;

@@ -135,8 +135,9 @@ TEST_F(MainWindowTest, AsksBeforeATimecodeThatIsNoneIsLostWithTheWindow) {
 }
 
 TEST_F(MainWindowTest, IsOfUseAt900By600) {
+    test::writeFile(folder / "D.mp3", "its editor says in two lines why nothing can be changed");
     open();
-    content->selectionnerLigne(1);
+    content->selectionnerLigne(3);
     settle();
     EXPECT_LE(window->minimumSizeHint().width(), 900);
     EXPECT_LE(window->minimumSizeHint().height(), 600);

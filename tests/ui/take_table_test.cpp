@@ -518,6 +518,23 @@ TEST_F(TakeTableTest, NothingIsEditedWhileASaveRuns) {
     EXPECT_EQ(text(0, TakeColumn::scene), "3");
 }
 
+TEST_F(TakeTableTest, NotesTakeTheRoomThatIsLeftUntilAColumnIsGivenAWidth) {
+    constexpr int note = static_cast<int>(TakeColumn::note);
+    const int least = view->columnWidth(note);
+    table.resize(2400, 400);
+    QApplication::processEvents();
+    EXPECT_GT(view->columnWidth(note), least);
+    EXPECT_LE(view->header()->length(), view->viewport()->width());
+    view->setColumnHidden(static_cast<int>(TakeColumn::date), true);
+    table.resize(1400, 400);
+    QApplication::processEvents();
+    EXPECT_EQ(view->columnWidth(note), least);
+    view->setColumnWidth(note, 200);
+    table.resize(2400, 400);
+    QApplication::processEvents();
+    EXPECT_EQ(view->columnWidth(note), 200);
+}
+
 TEST_F(TakeTableTest, ColumnsAreAsTheyWereLeft) {
     view->header()->moveSection(0, 3);
     view->setColumnWidth(static_cast<int>(TakeColumn::note), 321);
