@@ -43,8 +43,9 @@ class TakePlayback : public QObject {
         return defaults_.value(settings::pauseComportement) != QLatin1String("retour");
     }
     void toggleInsertionFollows();
-    [[nodiscard]] bool followsPlayhead() const { return defaults_.value(settings::followPlayhead); }
-    void toggleFollowPlayhead() { defaults_.set(settings::followPlayhead, !followsPlayhead()); }
+    /// The waveform scrolls under the playhead, rather than turning pages.
+    [[nodiscard]] bool scrollsWithPlayhead() const { return defaults_.value(settings::suiviLectureCentre); }
+    void togglePageOrScroll() { defaults_.set(settings::suiviLectureCentre, !scrollsWithPlayhead()); }
 
     /// To the marker before or behind the position, if there is one.
     void goToPreviousCue();

@@ -43,11 +43,19 @@ inline constexpr Setting<bool> lectureEnBoucle{"lectureEnBoucle", false};
 inline constexpr Setting<const char*> pauseComportement{"pauseComportement", ""};
 inline constexpr Setting<const char*> soloComportement{"soloComportement", "OR"};  ///< "X" adds, "OR" replaces
 inline constexpr Setting<const char*> nudgeValeur{"nudgeValeur", "1f"};            ///< "1f", "1s" or "5s"
-inline constexpr Setting<bool> followPlayhead{"followPlayhead", true};
+/// The waveform scrolls under a playhead in the middle; otherwise it turns pages.
+inline constexpr Setting<bool> suiviLectureCentre{"suiviLectureCentre", false};
 inline constexpr Setting<bool> counterShowsElapsedTime{"counterShowsElapsedTime", false};
 inline constexpr Setting<int> meterPlancher{"meterPlancher", -60};      ///< dB
 inline constexpr Setting<int> meterSeuilJaune{"meterSeuilJaune", -20};  ///< dB
 inline constexpr Setting<int> meterSeuilRouge{"meterSeuilRouge", -6};   ///< dB
+inline constexpr Setting<bool> afficherEchelleDBFSMixerPrincipal{"afficherEchelleDBFSMixerPrincipal", true};
+inline constexpr Setting<bool> floatingMixerVisible{"floatingMixerVisible", false};
+inline constexpr Setting<bool> floatingMixerAlwaysOnTop{"floatingMixerAlwaysOnTop", false};
+inline constexpr Setting<bool> floatingMetersVisible{"floatingMetersVisible", false};
+inline constexpr Setting<bool> floatingMetersAlwaysOnTop{"floatingMetersAlwaysOnTop", false};
+inline constexpr Setting<bool> largeTransportVisible{"largeTransportVisible", false};
+inline constexpr Setting<bool> largeTransportAlwaysOnTop{"largeTransportAlwaysOnTop", false};
 inline constexpr Setting<int> peakCacheMegabytes{"peakCacheMegabytes", 2048};
 }  // namespace settings
 

@@ -6,23 +6,28 @@
 #include "ui/theme.h"
 
 #include <QObject>
-#include <functional>
 
 namespace dravik {
 
 /// The mixer, the meters and the transport in windows of their own, made when they are first asked for. They belong to
-/// the main window, and go with it.
+/// the main window and go with it; those that were open when the program ended are open again.
 class FloatingViews : public QObject {
     Q_OBJECT
   public:
     FloatingViews(ContentView& content, TakePlayback& playback, UserDefaults& defaults, const Theme& theme,
                   Commands& commands, QWidget* window);
+    /// Opens those that were open. Once the main window is there.
+    void restore();
+
+    [[nodiscard]] FloatingWindow& mixer();
+    [[nodiscard]] FloatingWindow& meters();
+    [[nodiscard]] FloatingWindow& transport();
 
   private:
-    void toggle(FloatingWindow*& one, const QString& key, const QString& title, QSize firstSize,
-                const std::function<QWidget*()>& makeView);
-
+    ContentView& content_;
+    TakePlayback& playback_;
     UserDefaults& defaults_;
+    const Theme& theme_;
     QWidget* window_;
     FloatingWindow* mixer_ = nullptr;
     FloatingWindow* meters_ = nullptr;

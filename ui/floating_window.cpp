@@ -7,30 +7,26 @@
 
 namespace dravik {
 
-FloatingWindow::FloatingWindow(UserDefaults& defaults, const QString& key, const QString& title, QWidget* view,
-                               QSize firstSize, QWidget* parent)
-    : QWidget(parent, Qt::Window), defaults_(defaults), key_(key) {
-    setObjectName(key);
-    setWindowTitle(title);
+FloatingWindow::FloatingWindow(UserDefaults& defaults, const Kind& kind, QWidget* view, QWidget* parent)
+    : QWidget(parent, Qt::Window), defaults_(defaults), kind_(kind) {
+    setObjectName(QString::fromLatin1(kind.key));
+    setWindowTitle(QString::fromLatin1(kind.title));
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins({});
     column->addWidget(view);
-    resize(firstSize);
-    restoreGeometry(defaults_.stored(key_ + QStringLiteral(".geometry")).toByteArray());
-    setWindowFlag(Qt::WindowStaysOnTopHint, staysOnTop());
+    resize(kind.firstSize);
+    restoreGeometry(defaults_.stored(objectName() + QStringLiteral(".geometry")).toByteArray());
+    setWindowFlag(Qt::WindowStaysOnTopHint, defaults_.value(kind_.alwaysOnTop));
 }
 
 FloatingWindow::~FloatingWindow() {
     if (isVisible()) rememberFrame();
 }
 
-bool FloatingWindow::staysOnTop() const {
-    return defaults_.stored(key_ + QStringLiteral(".alwaysOnTop")).toString() == QLatin1String("true");
-}
-
-void FloatingWindow::rememberFrame() { defaults_.store(key_ + QStringLiteral(".geometry"), saveGeometry()); }
+void FloatingWindow::rememberFrame() { defaults_.store(objectName() + QStringLiteral(".geometry"), saveGeometry()); }
 
 void FloatingWindow::present() {
+    defaults_.set(kind_.visible, true);
     show();
     raise();
     activateWindow();
@@ -39,7 +35,7 @@ void FloatingWindow::present() {
 void FloatingWindow::togglePresence() { isVisible() && isActiveWindow() ? static_cast<void>(close()) : present(); }
 
 void FloatingWindow::setStaysOnTop(bool stays) {
-    defaults_.store(key_ + QStringLiteral(".alwaysOnTop"), stays);
+    defaults_.set(kind_.alwaysOnTop, stays);
     const QRect frame = geometry();
     setWindowFlag(Qt::WindowStaysOnTopHint, stays);  // which hides it
     setGeometry(frame);
@@ -48,6 +44,7 @@ void FloatingWindow::setStaysOnTop(bool stays) {
 
 void FloatingWindow::closeEvent(QCloseEvent* event) {
     rememberFrame();
+    defaults_.set(kind_.visible, false);
     QWidget::closeEvent(event);
 }
 
@@ -56,7 +53,7 @@ void FloatingWindow::contextMenuEvent(QContextMenuEvent* event) {
     menu->setAttribute(Qt::WA_DeleteOnClose);
     QAction* top = menu->addAction(QStringLiteral("Always on Top"));
     top->setCheckable(true);
-    top->setChecked(staysOnTop());
+    top->setChecked(defaults_.value(kind_.alwaysOnTop));
     connect(top, &QAction::toggled, this, &FloatingWindow::setStaysOnTop);
     menu->popup(event->globalPos());
 }

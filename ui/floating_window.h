@@ -12,9 +12,15 @@ namespace dravik {
 class FloatingWindow : public QWidget {
     Q_OBJECT
   public:
-    /// `key` names its frame in the settings. Takes the view over.
-    FloatingWindow(UserDefaults& defaults, const QString& key, const QString& title, QWidget* view, QSize firstSize,
-                   QWidget* parent);
+    /// What it is called, where it is remembered, and how large it is the first time.
+    struct Kind {
+        const char* key;  ///< names its frame in the settings
+        const char* title;
+        Setting<bool> visible, alwaysOnTop;
+        QSize firstSize;
+    };
+    /// Takes the view over.
+    FloatingWindow(UserDefaults& defaults, const Kind& kind, QWidget* view, QWidget* parent);
     ~FloatingWindow() override;
 
     void present();
@@ -27,12 +33,11 @@ class FloatingWindow : public QWidget {
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
-    [[nodiscard]] bool staysOnTop() const;
     void setStaysOnTop(bool stays);
     void rememberFrame();
 
     UserDefaults& defaults_;
-    QString key_;
+    Kind kind_;
 };
 
 }  // namespace dravik

@@ -11,6 +11,7 @@
 #include "platform/native_file_ops.h"
 #include "platform/sdl/sdl_audio_output.h"
 #include "ui/about_windows.h"
+#include "ui/floating_views.h"
 #include "ui/main_thread_watch.h"
 #include "ui/main_window.h"
 #include "ui/pictures.h"
@@ -151,6 +152,7 @@ class Program {
         QObject::connect(window_.get(), &MainWindow::licencesRequested, window_.get(),
                          [this] { showLicences(*window_); });
         window_->show();
+        window_->floatingViews().restore();
         content_->start();
     }
 

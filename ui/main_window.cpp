@@ -61,12 +61,13 @@ MainWindow::MainWindow(const Services& services) : services_(services) {
     editor_ = new TakeEditor(services_.content, services_.theme, this);
     waveform_ = new WaveformView(services_.content, services_.playback, services_.waveform, services_.settings,
                                  services_.theme, this);
-    mixer_ = new MixerView(services_.content, services_.playback, services_.settings, services_.theme, this);
+    mixer_ = new MixerView(services_.content, services_.playback, services_.settings, services_.theme,
+                           MixerView::Scale::asSet, this);
     transport_ =
         new TransportBar(services_.playback, services_.settings, services_.theme, TransportBar::Form::bar, this);
-    // The floating windows are its children, and go with this one.
-    new FloatingViews(services_.content, services_.playback, services_.settings, services_.theme, services_.commands,
-                      this);
+    // The floating windows are children of this one, and go with it.
+    floating_ = new FloatingViews(services_.content, services_.playback, services_.settings, services_.theme,
+                                  services_.commands, this);
     arrange();
     makeActions();
     makeMenus();

@@ -17,6 +17,7 @@
 
 namespace dravik {
 
+class FloatingViews;
 class FolderBrowser;
 class MixerView;
 class StatusLine;
@@ -55,8 +56,10 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
 
     [[nodiscard]] TakeTable& takeTable() noexcept { return *table_; }
     [[nodiscard]] TakeEditor& takeEditor() noexcept { return *editor_; }
+    [[nodiscard]] FloatingViews& floatingViews() noexcept { return *floating_; }
     [[nodiscard]] WaveformView& waveformView() noexcept { return *waveform_; }
     [[nodiscard]] FolderBrowser& folderBrowser() noexcept { return *browser_; }
+    void setPresentation(PresentationMode mode);
     [[nodiscard]] StatusLine& statusLine() noexcept { return *status_; }
 
   signals:
@@ -83,7 +86,6 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     void arrange();
     void restoreLayout();
     void rememberLayout();
-    void setPresentation(PresentationMode mode);
     void setEditorVisible(bool visible);
     void refreshIcons();
     void refreshActions();
@@ -98,6 +100,7 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     MixerView* mixer_ = nullptr;
     QStackedWidget* presentation_ = nullptr;  ///< waveform and mixer, one at a time
     TransportBar* transport_ = nullptr;
+    FloatingViews* floating_ = nullptr;
     QSplitter* across_ = nullptr;
     QSplitter* down_ = nullptr;
 

@@ -28,7 +28,8 @@ class MixerStrip : public QWidget {
     /// What the mixer says of this channel.
     void refresh();
     void refreshMeter();
-    /// Room for the width of an M/S pair, which all strips keep while one of them has a pair, so that faders stay level.
+    /// Room for the width of an M/S pair, which all strips keep while one of them has a pair, so that faders stay
+    /// level.
     void keepWidthRoom(bool keep);
     [[nodiscard]] LevelMeter& meter() const noexcept { return *meter_; }
 

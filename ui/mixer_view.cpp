@@ -10,8 +10,8 @@
 namespace dravik {
 
 MixerView::MixerView(ContentView& content, TakePlayback& playback, UserDefaults& defaults, const Theme& theme,
-                     QWidget* parent)
-    : QWidget(parent), content_(content), playback_(playback), defaults_(defaults), theme_(theme) {
+                     Scale scale, QWidget* parent)
+    : QWidget(parent), content_(content), playback_(playback), defaults_(defaults), theme_(theme), scale_(scale) {
     setAccessibleName(QStringLiteral("Mixer"));
     hint_ = new QLabel(this);
     hint_->setAlignment(Qt::AlignCenter);
@@ -40,6 +40,7 @@ MixerView::MixerView(ContentView& content, TakePlayback& playback, UserDefaults&
     });
     connect(&content_, &ContentView::takeChanged, this, &MixerView::refreshNames);
     connect(&playback_, &TakePlayback::stateChanged, this, &MixerView::refreshHint);
+    connect(&defaults_, &UserDefaults::changed, this, &MixerView::showScales);
     rebuild();
 }
 
@@ -55,6 +56,12 @@ void MixerView::placeScales() {
     const int top = meter.mapTo(strips_.front(), QPoint(0, 0)).y();
     for (MixerMeterScaleView* scale : scales_)
         scale->setMeters(top, meter.height());
+}
+
+void MixerView::showScales() {
+    const bool shown = scale_ == Scale::always || defaults_.value(settings::afficherEchelleDBFSMixerPrincipal);
+    for (MixerMeterScaleView* scale : scales_)
+        scale->setVisible(shown);
 }
 
 void MixerView::rebuild() {
@@ -78,6 +85,7 @@ void MixerView::rebuild() {
         if (!strips_.empty()) strips_.front()->meter().installEventFilter(this);
         scroll_->setWidget(page);  // and the old one goes
         placeScales();
+        showScales();
     }
     refreshNames();
     refresh();

@@ -20,7 +20,9 @@ class MixerView : public QWidget {
     /// The scale is repeated after so many strips, so that one is near wherever one looks.
     static constexpr int meterScaleRepeatInterval = 8;
 
-    MixerView(ContentView& content, TakePlayback& playback, UserDefaults& defaults, const Theme& theme,
+    /// In the main window the user may do without the scale.
+    enum class Scale { always, asSet };
+    MixerView(ContentView& content, TakePlayback& playback, UserDefaults& defaults, const Theme& theme, Scale scale,
               QWidget* parent = nullptr);
     [[nodiscard]] const std::vector<MixerStrip*>& strips() const noexcept { return strips_; }
 
@@ -33,11 +35,13 @@ class MixerView : public QWidget {
     void refreshNames();
     void refreshHint();
     void placeScales();
+    void showScales();
 
     ContentView& content_;
     TakePlayback& playback_;
     UserDefaults& defaults_;
     const Theme& theme_;
+    const Scale scale_;
     QStackedLayout* pages_ = nullptr;
     QScrollArea* scroll_ = nullptr;
     QLabel* hint_ = nullptr;

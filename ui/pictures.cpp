@@ -2,6 +2,7 @@
 
 #include "app/table_edits.h"
 #include "ui/about_windows.h"
+#include "ui/floating_views.h"
 #include "ui/preferences_window.h"
 #include "ui/status_line.h"
 
@@ -21,7 +22,7 @@ constexpr int pollMilliseconds = 30;
 constexpr int restMilliseconds = 250;
 
 void whenIdle(QObject* context, ContentView& content, std::function<void()> then) {
-    if (content.listing().isReading() || content.enChargement() || content.sauvegardeEnCours()) {
+    if (content.isOpening() || content.listing().isReading() || content.enChargement() || content.sauvegardeEnCours()) {
         QTimer::singleShot(pollMilliseconds, context,
                            [context, &content, then = std::move(then)] { whenIdle(context, content, then); });
         return;
@@ -121,6 +122,26 @@ struct Album {
         run([&window] { window.statusLine().endWork(); });
     }
 
+    void listening() const {
+        MainWindow& window = windows.window;
+        run([&window] { window.setPresentation(PresentationMode::mixer); });
+        main(QStringLiteral("main-mixer"));
+        run([&window] { window.setPresentation(PresentationMode::waveforms); });
+        const std::pair<const char*, FloatingWindow& (FloatingViews::*)()> floating[] = {
+            {"floating-mixer", &FloatingViews::mixer},
+            {"floating-meters", &FloatingViews::meters},
+            {"floating-transport", &FloatingViews::transport}};
+        for (const auto& [name, one] : floating) {
+            run([&window, one = one] { (window.floatingViews().*one)().show(); });
+            steps.emplace_back([&window, one = one, to = file(QString::fromLatin1(name))] {
+                FloatingWindow& shown = (window.floatingViews().*one)();
+                const bool ok = draw(shown, to);
+                shown.close();
+                return ok;
+            });
+        }
+    }
+
     void edits() const {
         ContentView& content = windows.content;
         run([&content] {
@@ -202,6 +223,7 @@ void drawAllWindows(const Windows& windows, const std::filesystem::path& day, co
     taken->ended = std::move(drawn);
     const Album album{windows, folder, taken->steps};
     album.take();
+    album.listening();
     album.edits();
     album.alerts();
     album.smallWindows();

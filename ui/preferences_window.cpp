@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
+#include <QSpinBox>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -53,8 +54,12 @@ PreferencesWindow::PreferencesWindow(UserDefaults& settings, Commands& commands,
     tabs_->setAccessibleName(QStringLiteral("Groups of settings"));
     tabs_->addTab(appearanceTab(), QStringLiteral("Appearance"));
     tabs_->addTab(filesTab(), QStringLiteral("Files and Editing"));
+    tabs_->addTab(listeningTab(), QStringLiteral("Listening"));
+    tabs_->addTab(metersTab(), QStringLiteral("Meters"));
     tabs_->addTab(warningsTab(), QStringLiteral("Questions"));
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
+    // Return in a field takes its value over, and no more.
+    buttons->button(QDialogButtonBox::Close)->setAutoDefault(false);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(tabs_);
@@ -143,6 +148,71 @@ QWidget* PreferencesWindow::filesTab() {
                                settings::confirmBeforeSelectingAnotherTake));
     layout->addWidget(hint(QStringLiteral("Otherwise unsaved changes stay with their rows, marked, until Save All.")));
     layout->addStretch();
+    return tab;
+}
+
+QComboBox* PreferencesWindow::choice(const Setting<const char*>& setting,
+                                     const std::vector<std::pair<const char*, const char*>>& choices) {
+    auto* box = new QComboBox(this);
+    box->setObjectName(QString::fromLatin1(setting.key));
+    for (const auto& [value, text] : choices)
+        box->addItem(QString::fromLatin1(text), QString::fromLatin1(value));
+    // What is none of them counts as the first.
+    const auto show = [this, box, setting] {
+        box->setCurrentIndex(std::max(0, box->findData(settings_.value(setting))));
+    };
+    show();
+    connect(box, &QComboBox::activated, this,
+            [this, box, setting] { settings_.set(setting, box->currentData().toString()); });
+    connect(&settings_, &UserDefaults::changed, box, [setting, show](const QString& key) {
+        if (key == QLatin1String(setting.key)) show();
+    });
+    return box;
+}
+
+QSpinBox* PreferencesWindow::number(const Setting<int>& setting, int least, int most, const QString& unit) {
+    auto* box = new QSpinBox(this);
+    box->setObjectName(QString::fromLatin1(setting.key));
+    box->setRange(least, most);
+    box->setSuffix(unit);
+    box->setKeyboardTracking(false);
+    box->setValue(settings_.value(setting));
+    connect(box, &QSpinBox::valueChanged, this, [this, setting](int value) { settings_.set(setting, value); });
+    return box;
+}
+
+QWidget* PreferencesWindow::listeningTab() {
+    auto* tab = new QWidget(this);
+    auto* form = new QFormLayout(tab);
+    form->addRow(QStringLiteral("When &paused:"),
+                 choice(settings::pauseComportement,
+                        {{"", "stay where the playhead is"}, {"retour", "go back to where playback began"}}));
+    form->addRow(QStringLiteral("&Solo:"), choice(settings::soloComportement, {{"OR", "one channel, more with Shift"},
+                                                                               {"X", "every click adds a channel"}}));
+    form->addRow(QStringLiteral("&Nudge by:"),
+                 choice(settings::nudgeValeur, {{"1f", "1 frame"}, {"1s", "1 second"}, {"5s", "5 seconds"}}));
+    form->addRow(checkBox(QStringLiteral("&Loop the take or the selection"), settings::lectureEnBoucle));
+    form->addRow(
+        checkBox(QStringLiteral("&Keep the playhead in the middle of the waveform"), settings::suiviLectureCentre));
+    form->addRow(checkBox(QStringLiteral("Show &elapsed time instead of timecode"), settings::counterShowsElapsedTime));
+    constexpr int mostMegabytes = 1'000'000;
+    form->addRow(QStringLiteral("Room for &waveforms:"),
+                 number(settings::peakCacheMegabytes, 0, mostMegabytes, QStringLiteral(" MB")));
+    form->addRow(
+        hint(QStringLiteral("Waveforms are kept so that a take shows at once the next time; those that were "
+                            "not used for the longest time go first.")));
+    return tab;
+}
+
+QWidget* PreferencesWindow::metersTab() {
+    auto* tab = new QWidget(this);
+    auto* form = new QFormLayout(tab);
+    const QString unit = QStringLiteral(" dB");
+    form->addRow(QStringLiteral("&Bottom of the scale:"), number(settings::meterPlancher, -120, -12, unit));
+    form->addRow(QStringLiteral("&Warning from:"), number(settings::meterSeuilJaune, -60, 0, unit));
+    form->addRow(QStringLiteral("&Alarm from:"), number(settings::meterSeuilRouge, -60, 0, unit));
+    form->addRow(checkBox(QStringLiteral("Show the &scale in the mixer of the main window"),
+                          settings::afficherEchelleDBFSMixerPrincipal));
     return tab;
 }
 

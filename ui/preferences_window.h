@@ -4,8 +4,12 @@
 #include "app/user_defaults.h"
 #include "ui/theme.h"
 
+#include <QComboBox>
 #include <QDialog>
+#include <QSpinBox>
 #include <QTabWidget>
+#include <utility>
+#include <vector>
 
 namespace dravik {
 
@@ -15,7 +19,7 @@ class PreferencesWindow : public QDialog {
   public:
     PreferencesWindow(UserDefaults& settings, Commands& commands, const Theme& theme);
 
-    static constexpr int tabCount = 3;
+    static constexpr int tabCount = 5;
 
     void present();
     /// From 0 on.
@@ -27,8 +31,14 @@ class PreferencesWindow : public QDialog {
   private:
     QWidget* appearanceTab();
     QWidget* filesTab();
+    QWidget* listeningTab();
+    QWidget* metersTab();
     QWidget* warningsTab();
     QWidget* checkBox(const QString& text, const Setting<bool>& setting, bool inverted = false);
+    /// `choices`: values and what they are called; the first one stands for all values that are none of them.
+    QComboBox* choice(const Setting<const char*>& setting,
+                      const std::vector<std::pair<const char*, const char*>>& choices);
+    QSpinBox* number(const Setting<int>& setting, int least, int most, const QString& unit);
 
     UserDefaults& settings_;
     Commands& commands_;

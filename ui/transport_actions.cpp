@@ -64,7 +64,7 @@ void TransportActions::fill(QMenu& menu) {
     menu.addSeparator();
     addToggle(menu, KeyId::soloMode, &TakePlayback::addsSolos, &TakePlayback::toggleSoloMode);
     addToggle(menu, KeyId::loopPlayback, &TakePlayback::loops, &TakePlayback::toggleLoop);
-    addToggle(menu, KeyId::followPlayhead, &TakePlayback::followsPlayhead, &TakePlayback::toggleFollowPlayhead);
+    addToggle(menu, KeyId::followPlayhead, &TakePlayback::scrollsWithPlayhead, &TakePlayback::togglePageOrScroll);
     addToggle(menu, KeyId::insertionFollows, &TakePlayback::insertionFollows, &TakePlayback::toggleInsertionFollows);
     menu.addSeparator();
     addCue_ = add(menu, KeyId::addCue, [this] { playback_.addCueAtPlayhead(); });

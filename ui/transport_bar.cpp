@@ -51,8 +51,8 @@ TransportBar::TransportBar(TakePlayback& playback, UserDefaults& defaults, const
     toggle(QStringLiteral("loop"), QStringLiteral("Loop playback (L)"), QStringLiteral("Loop playback"),
            &TakePlayback::loops, &TakePlayback::toggleLoop);
     toggle(QStringLiteral("follow"), QStringLiteral("Playback page/scroll (F)"),
-           QStringLiteral("Toggle follow playhead"), &TakePlayback::followsPlayhead,
-           &TakePlayback::toggleFollowPlayhead);
+           QStringLiteral("Toggle follow playhead: by pages, or scrolling under it"),
+           &TakePlayback::scrollsWithPlayhead, &TakePlayback::togglePageOrScroll);
     toggle(QStringLiteral("insertion"), QStringLiteral("Insertion Follows Playback (N)"),
            QStringLiteral("Pausing leaves the position where it is, rather than going back to where it began"),
            &TakePlayback::insertionFollows, &TakePlayback::toggleInsertionFollows);

@@ -158,10 +158,19 @@ void WaveformView::onPosition() {
     const LecteurCoreAudio& player = playback_.player();
     const std::int64_t before = std::exchange(playhead_, player.frameCourante());
     if (playhead_ == before) return;
-    const bool follows = playback_.followsPlayhead() || !player.enLecture();
-    if (follows && drag_ == Drag::none && view_.pageTo(playhead_)) {
-        redraw();
-        return;
+    const double x = view_.xOf(static_cast<double>(playhead_));
+    if (!player.enLecture() || (x >= 0 && x < view_.width())) follows_ = true;
+    if (follows_ && drag_ == Drag::none) {
+        const WaveformViewport shown = view_;
+        if (player.enLecture() && playback_.scrollsWithPlayhead()) {
+            view_.scrollTo(static_cast<double>(playhead_) - view_.visibleFrames() / 2);
+        } else {
+            view_.pageTo(playhead_);
+        }
+        if (view_ != shown) {
+            redraw();
+            return;
+        }
     }
     viewport()->update(playheadRect(before));
     viewport()->update(playheadRect(playhead_));
@@ -188,10 +197,16 @@ void WaveformView::zoomToSelection() {
     redraw();
 }
 
+void WaveformView::lookAround() {
+    const double x = view_.xOf(static_cast<double>(playhead_));
+    follows_ = !playback_.player().enLecture() || (x >= 0 && x < view_.width());
+    redraw();
+}
+
 void WaveformView::goInOverview(double x) {
     const double middle = x / overviewArea().width() * static_cast<double>(view_.frameTotal());
     view_.scrollTo(middle - view_.visibleFrames() / 2);
-    redraw();
+    lookAround();
 }
 
 // --- Drawing -------------------------------------------------------------------------------------------------------
@@ -499,12 +514,12 @@ void WaveformView::wheelEvent(QWheelEvent* event) {
         redraw();
     } else if (keys & Qt::ControlModifier) {
         view_.zoom(std::pow(zoomPerNotch, turned), laneX(event->position().x()));
-        redraw();
+        lookAround();
     } else if (std::abs(angle.x()) > std::abs(angle.y()) || (keys & Qt::ShiftModifier) ||
                verticalScrollBar()->maximum() == 0) {
         constexpr double pixelsPerNotch = 80;
         view_.scrollBy(-turned * pixelsPerNotch);
-        redraw();
+        lookAround();
     } else {
         QAbstractScrollArea::wheelEvent(event);
     }

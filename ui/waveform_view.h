@@ -60,6 +60,7 @@ class WaveformView : public QAbstractScrollArea {
     void arrange();
     void zoomAtPlayhead(double factor);
     void goInOverview(double x);
+    void lookAround();
     [[nodiscard]] double xOfFrame(double frame) const;
     [[nodiscard]] double laneX(double x) const;
     [[nodiscard]] QRect playheadRect(std::int64_t frame) const;
@@ -86,6 +87,7 @@ class WaveformView : public QAbstractScrollArea {
     double gain_ = 1;
     QImage picture_, overview_;
     bool pictureDue_ = true, overviewDue_ = true;
+    bool follows_ = true;  ///< false once the user has looked elsewhere while playing
     std::int64_t playhead_ = 0;
 
     Drag drag_ = Drag::none;

@@ -12,6 +12,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QSpinBox>
 #include <QTabBar>
 #include <algorithm>
 
@@ -134,8 +135,11 @@ TEST_F(DialogsTest, PreferencesHoldAtOnceAndAreKept) {
     const std::pair<const Setting<bool>*, int> boxes[] = {
         {&settings::reopenLastFolder, 1},
         {&settings::confirmBeforeSelectingAnotherTake, 1},
-        {&settings::confirmerSuppressionCues, 2},
-        {&settings::masquerAvertissementDesactivationGroupesMono, 2},
+        {&settings::lectureEnBoucle, 2},
+        {&settings::suiviLectureCentre, 2},
+        {&settings::afficherEchelleDBFSMixerPrincipal, 3},
+        {&settings::confirmerSuppressionCues, 4},
+        {&settings::masquerAvertissementDesactivationGroupesMono, 4},
     };
     for (const auto& [setting, tab] : boxes) {
         preferences.showTab(tab);
@@ -144,6 +148,16 @@ TEST_F(DialogsTest, PreferencesHoldAtOnceAndAreKept) {
         QTest::mouseClick(box, Qt::LeftButton, {}, {8, box->height() / 2});
         EXPECT_NE(settings.value(*setting), setting->standard) << setting->key;
     }
+    preferences.showTab(2);
+    auto* pause = preferences.findChild<QComboBox*>(QLatin1String(settings::pauseComportement.key));
+    QTest::keyClick(pause, Qt::Key_Down);
+    EXPECT_EQ(settings.value(settings::pauseComportement), QStringLiteral("retour"));
+    preferences.showTab(3);
+    auto* floor = preferences.findChild<QSpinBox*>(QLatin1String(settings::meterPlancher.key));
+    floor->selectAll();
+    QTest::keyClicks(floor, QStringLiteral("-48"));
+    QTest::keyClick(floor, Qt::Key_Return);
+    EXPECT_EQ(settings.value(settings::meterPlancher), -48);
     // "Do not ask again" in an alert shows in the window that is open.
     settings.set(settings::confirmerSuppressionCues, true);
     EXPECT_TRUE(preferences.findChild<QCheckBox*>(QLatin1String(settings::confirmerSuppressionCues.key))->isChecked());

@@ -53,7 +53,7 @@ class MixerTest : public testing::Test, public MainWindowStage {
     LecteurCoreAudio player{preferences, *decoder, [] { return std::nullopt; }, outputs.outputs()};
     TakePlayback playback{*content, player, settings};
     Theme theme{settings};
-    MixerView mixer{*content, playback, settings, theme};
+    MixerView mixer{*content, playback, settings, theme, MixerView::Scale::asSet};
 };
 
 TEST(Fader, ItsTravelLeadsToEachValueAndBack) {

@@ -118,7 +118,7 @@ TEST_F(WaveformViewTest, MarkersAreDraggedAsOneStepAndAddedWhereTheMenuWasOpened
     EXPECT_EQ(content->undoName(), "Add Cue");
 }
 
-TEST_F(WaveformViewTest, FollowsThePlayheadByPagesUnlessItIsToldNotTo) {
+TEST_F(WaveformViewTest, FollowsThePlayheadByPagesOrInTheMiddleUntilTheUserLooksElsewhere) {
     for (int turn = 0; turn < 10; ++turn)
         wheel(120, at(0), Qt::ControlModifier);
     const double before = view.shown().firstFrame();
@@ -126,11 +126,16 @@ TEST_F(WaveformViewTest, FollowsThePlayheadByPagesUnlessItIsToldNotTo) {
     outputs.run(240'000);
     ASSERT_TRUE(QTest::qWaitFor([this] { return player.frameCourante() >= 240'000; }));
     EXPECT_GT(view.shown().firstFrame(), before);
-    playback.toggleFollowPlayhead();
-    const double stays = view.shown().firstFrame();
-    outputs.run(200'000);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return player.frameCourante() >= 440'000; }));
-    EXPECT_EQ(view.shown().firstFrame(), stays);
+    playback.togglePageOrScroll();
+    outputs.run(60'000);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return player.frameCourante() >= 300'000; }));
+    EXPECT_NEAR(view.shown().xOf(static_cast<double>(player.frameCourante())), view.shown().width() / 2.0, 1);
+    for (int turn = 0; turn < 200; ++turn)
+        wheel(120, at(0), Qt::ShiftModifier);
+    EXPECT_EQ(view.shown().firstFrame(), 0);
+    outputs.run(60'000);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return player.frameCourante() >= 360'000; }));
+    EXPECT_EQ(view.shown().firstFrame(), 0);
 }
 
 TEST_F(WaveformViewTest, DrawsWhatTheTakeHoldsAndDimsWhatIsNotHeard) {
