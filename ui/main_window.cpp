@@ -38,7 +38,7 @@ constexpr int editorHeight = 250;
 constexpr int leastTableHeight = 150;
 constexpr int leastPresentationHeight = 124;
 /// What a strip of the mixer needs to be worked with.
-constexpr int mixerHeight = 246;
+constexpr int mixerHeight = 284;
 
 /// "1:02:07" or "2:07".
 QString clockText(double seconds) {
@@ -204,9 +204,12 @@ void MainWindow::setPresentation(PresentationMode mode) {
     services_.settings.set(settings::layoutVueActive, toText(mode));
     QList<int> heights = down_->sizes();
     if (mode == PresentationMode::mixer && heights.at(1) < mixerHeight) {
-        const int taken = std::clamp(mixerHeight - heights.at(1), 0, std::max(0, heights.at(0) - leastTableHeight));
-        heights[0] -= taken;
-        heights[1] += taken;
+        // First what the editor has beyond its need, then the table's.
+        for (const auto& [giver, least] : {std::pair(2, editorHeight), std::pair(0, leastTableHeight)}) {
+            const int taken = std::clamp(mixerHeight - heights.at(1), 0, std::max(0, heights.at(giver) - least));
+            heights[giver] -= taken;
+            heights[1] += taken;
+        }
         down_->setSizes(heights);
     }
 }

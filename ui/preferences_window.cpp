@@ -64,7 +64,7 @@ PreferencesWindow::PreferencesWindow(UserDefaults& settings, Commands& commands,
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(tabs_);
     layout->addWidget(buttons);
-    setMinimumWidth(460);
+    setMinimumWidth(560);
     setSizeGripEnabled(false);
 }
 
