@@ -41,7 +41,7 @@ Fader::Fader(const Theme& theme, QWidget* parent) : QWidget(parent), theme_(them
     setToolTip(QStringLiteral("Drag, with Shift finely; double click for 0 dB"));
 }
 
-double Fader::positionOf(double dB) noexcept {
+double Fader::placeOf(double dB) noexcept {
     for (std::size_t at = 1; at < marks.size(); ++at) {
         if (dB <= marks[at].dB) {
             return std::max(0.0,
@@ -87,7 +87,7 @@ void Fader::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     const double centre = width() / 2.0;
     const double top = handleHeight / 2.0;
-    const auto yOf = [&](double dB) { return top + (1.0 - positionOf(dB)) * travel(); };
+    const auto yOf = [&](double dB) { return top + (1.0 - placeOf(dB)) * travel(); };
     painter.setPen(QPen(theme_.dimmed(), 1));
     for (const double dB : {12.0, 6.0, 0.0, -6.0, -12.0, -24.0, -36.0, -60.0}) {
         const double half = dB == 0.0 ? 10 : 6;
@@ -109,7 +109,7 @@ void Fader::paintEvent(QPaintEvent*) {
 void Fader::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton) return;
     grabbed_ = event->position();
-    grabbedPosition_ = positionOf(dB_);
+    grabbedPosition_ = placeOf(dB_);
 }
 
 void Fader::mouseMoveEvent(QMouseEvent* event) {
@@ -124,7 +124,7 @@ void Fader::mouseMoveEvent(QMouseEvent* event) {
 
 void Fader::mouseDoubleClickEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton) move(0);
-    grabbedPosition_ = positionOf(0);
+    grabbedPosition_ = placeOf(0);
 }
 
 void Fader::wheelEvent(QWheelEvent* event) {

@@ -19,7 +19,7 @@ class Fader : public QWidget {
     [[nodiscard]] QSize sizeHint() const override;
 
     /// Place on the travel, 0 (bottom) to 1, and back.
-    [[nodiscard]] static double positionOf(double dB) noexcept;
+    [[nodiscard]] static double placeOf(double dB) noexcept;
     [[nodiscard]] static double dBAt(double position) noexcept;
     /// "-12.5", "0.0", "-∞".
     [[nodiscard]] static QString textOf(double dB);

@@ -57,10 +57,10 @@ class MixerTest : public testing::Test, public MainWindowStage {
 };
 
 TEST(Fader, ItsTravelLeadsToEachValueAndBack) {
-    EXPECT_DOUBLE_EQ(Fader::positionOf(-96), 0);
-    EXPECT_DOUBLE_EQ(Fader::positionOf(12), 1);
+    EXPECT_DOUBLE_EQ(Fader::placeOf(-96), 0);
+    EXPECT_DOUBLE_EQ(Fader::placeOf(12), 1);
     for (double dB = -96; dB <= 12; dB += 0.5)
-        EXPECT_NEAR(Fader::dBAt(Fader::positionOf(dB)), dB, 1e-9);
+        EXPECT_NEAR(Fader::dBAt(Fader::placeOf(dB)), dB, 1e-9);
     EXPECT_EQ(Fader::textOf(-96), QStringLiteral("-\u221E"));
     EXPECT_EQ(Fader::textOf(-0.01), "0.0");
     EXPECT_EQ(Fader::textOf(6), "+6.0");
