@@ -15,7 +15,7 @@
 namespace dravik {
 namespace {
 
-constexpr std::chrono::milliseconds startDelay{60};
+constexpr std::chrono::milliseconds startDelay{15};
 constexpr std::uint64_t bytesPerMegabyte = 1'000'000;
 
 /// The same for the same audio, whatever a save has changed of its metadata.
