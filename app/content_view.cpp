@@ -3,7 +3,6 @@
 #include "app/table_edits.h"
 #include "app/text.h"
 #include "base/paths.h"
-#include "editing/cue_writer.h"
 #include "model/folder_scan.h"
 
 #include <algorithm>
@@ -56,7 +55,11 @@ ContentView::ContentView(const Services& services)
         }
     });
     connect(&rows_, &TakeRows::rowsChanged, this, &ContentView::onRowsChanged);
-    connect(&rows_, &TakeRows::pendingChanged, this, &ContentView::pendingChanged);
+    connect(&rows_, &TakeRows::pendingChanged, this, [this] {
+        // A take whose files are gone goes with its edits.
+        if (!selected_.empty() && selectedRow() < 0) clearSelection();
+        emit pendingChanged();
+    });
 
     const std::pair<void (ModificationsEnCours::*)(), RowField> fields[] = {
         {&ModificationsEnCours::projectChanged, RowField::project},
@@ -143,7 +146,10 @@ void ContentView::gererActionProtegee(const ActionEnAttente& action) {
             perform(waiting);
             takeNextAction();
         };
-        if (answer.button == 0) {
+        if (sauvegardeEnCours() && answer.button != 2) {
+            // Begun while this was asked: neither answer can be followed before it has ended.
+            gererActionProtegee(*std::exchange(actionEnAttente_, std::nullopt));
+        } else if (answer.button == 0) {
             saveAll([go, refuse](bool saved) { saved ? go() : refuse(); });
         } else if (answer.button == 1) {
             rows_.discardAll();
@@ -446,31 +452,26 @@ void ContentView::clearSelection() {
 
 void ContentView::showTake(int row) {
     const GroupeFichiers& original = rows_.groupesOriginauxTableau().at(static_cast<std::size_t>(row));
-    selected_.clear();
+    std::vector<std::filesystem::path> files;
     for (const InfoFichier& fichier : original.fichiers)
-        selected_.push_back(fichier.url);
+        files.push_back(fichier.url);
+    const bool isOther = files != selected_;
+    selected_ = std::move(files);
     metadata_ = summary(original);
     pistes_ = tracksOfGroup(original);
-    cuesOriginaux_.clear();
-    cueDrag_.reset();
     rows_.endCollapsing();
     fillModifications(row);
-
-    loadID_ = Uuid::random();
-    enChargement_ = true;
-    emit enChargementChanged();
+    // Of the same take, read again, the cues are shown and edited as they are until it is known that they are others.
+    if (isOther) {
+        cuesOriginaux_.clear();
+        cueDrag_.reset();
+        enChargement_ = true;
+        emit enChargementChanged();
+    }
     emit takeChanged();
     emit cueMarkersChanged();
     emit selectionChanged();
-    services_.background.run(
-        this, [url = selected_.front()] { return lireCues(url); },
-        [this, load = loadID_](std::vector<CueMarker> cues) {
-            if (load != loadID_) return;
-            cuesOriginaux_ = std::move(cues);
-            enChargement_ = false;
-            emit enChargementChanged();
-            emit cueMarkersChanged();
-        });
+    readCues();
 }
 
 void ContentView::fillModifications(int row) {

@@ -158,6 +158,8 @@ class ContentView : public QObject {
     void selectAfterReading(bool complete);
     void clearSelection();
     void showTake(int row);
+    /// Of the loaded take, in the background; ends `enChargement`.
+    void readCues();
     void fillModifications(int row);
     void onFieldEdited(RowField field);
     void editCues(const QString& name, std::vector<CueMarker> markers, const QString& collapseKey = {});

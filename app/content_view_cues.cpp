@@ -1,8 +1,11 @@
 #include "app/content_view.h"
 #include "app/take_times.h"
 #include "app/text.h"
+#include "editing/cue_writer.h"
 
 #include <algorithm>
+#include <map>
+#include <utility>
 
 namespace dravik {
 namespace {
@@ -11,7 +14,39 @@ auto find(std::vector<CueMarker>& markers, const Uuid& id) {
     return std::find_if(markers.begin(), markers.end(), [&](const CueMarker& marker) { return marker.id == id; });
 }
 
+/// Cues that were known before keep their identity, by which questions that are open and drags know them.
+void keepIdentities(std::vector<CueMarker>& read, const std::vector<CueMarker>& known) {
+    using Content = std::pair<std::int64_t, std::optional<std::string>>;
+    std::multimap<Content, Uuid> identities;
+    for (const CueMarker& marker : known)
+        identities.emplace(Content(marker.frame, marker.label), marker.id);
+    for (CueMarker& marker : read) {
+        const auto same = identities.find(Content(marker.frame, marker.label));
+        if (same == identities.end()) continue;
+        marker.id = same->second;
+        identities.erase(same);
+    }
+}
+
 }  // namespace
+
+void ContentView::readCues() {
+    if (selected_.empty()) return;
+    loadID_ = Uuid::random();
+    services_.background.run(
+        this,
+        [url = selected_.front(), known = cuesOriginaux_] {
+            std::vector<CueMarker> cues = lireCues(url);
+            keepIdentities(cues, known);
+            return cues;
+        },
+        [this, load = loadID_](std::vector<CueMarker> cues) {
+            if (load != loadID_) return;
+            cuesOriginaux_ = std::move(cues);
+            if (std::exchange(enChargement_, false)) emit enChargementChanged();
+            emit cueMarkersChanged();
+        });
+}
 
 std::vector<CueMarker> ContentView::cueMarkers() const {
     const int row = selectedRow();

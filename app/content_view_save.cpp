@@ -63,7 +63,8 @@ void ContentView::checkFormats(std::function<void(bool)> goOn) {
 }
 
 void ContentView::checkMissing(std::function<void(bool)> goOn) {
-    const std::set<int>& missing = rows_.missingRows();
+    std::set<int> missing = rows_.missingRows();
+    std::erase_if(missing, [this](int row) { return !rows_.isEdited(row); });  // its edits were undone
     std::vector<std::string> names;
     for (const int row : missing)
         names.push_back(rows_.groupesOriginauxTableau().at(static_cast<std::size_t>(row)).nom);
@@ -79,7 +80,7 @@ void ContentView::checkMissing(std::function<void(bool)> goOn) {
                      "Changes of takes that are not in the folder any more cannot be saved: %1.\n\nWould you like to "
                      "discard these changes?")
                      .arg(shown.join(QStringLiteral(", ")));
-    offerDiscard(std::move(alert), missing, std::move(goOn));
+    offerDiscard(std::move(alert), std::move(missing), std::move(goOn));
 }
 
 void ContentView::offerDiscard(Alert alert, std::set<int> rows, std::function<void(bool)> goOn) {
@@ -119,7 +120,9 @@ void ContentView::saveAll(std::function<void(bool)> saved) {
         return;
     }
     const auto save = [this, saved](bool goOn) {
-        if (goOn && hasUnsavedChanges()) {
+        if (sauvegardeEnCours()) {
+            saved(false);  // begun by another answer while this was asked
+        } else if (goOn && hasUnsavedChanges()) {
             startSave(rows_.editedRows(), saved);
         } else {
             saved(goOn);
@@ -217,6 +220,14 @@ void ContentView::endSave(SaveEnd end, const std::set<int>& planned, const std::
     const bool success = end.error.isEmpty() && !end.cancelled;
     const std::size_t written = end.report ? end.report->written() : 0;
     if (success) {
+        // What is edited before the file is read again is edited on what was written.
+        if (const int row = selectedRow(); planned.contains(row)) {
+            const auto& cues = rows_.groupesTableau().at(static_cast<std::size_t>(row)).cues;
+            if (cues) {
+                cuesOriginaux_ = *cues;
+                loadID_ = Uuid::random();  // what is just being read may be what was there before
+            }
+        }
         rows_.accept(planned);
         tellSuccess(written);
     } else if (end.cancelled) {
@@ -301,6 +312,10 @@ void ContentView::undoLastSave() {
                 saves_.pop_back();
                 for (SaveSnapshot& older : saves_)
                     restamp(services_.files, older, *snapshot);
+                // The cues that are shown may be those that are no more.
+                enChargement_ = !selected_.empty();
+                emit enChargementChanged();
+                readCues();
                 emit notice(QStringLiteral("The save was undone."));
             }
         });

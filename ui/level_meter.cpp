@@ -10,6 +10,8 @@ namespace {
 
 constexpr int barWidth = 8;
 constexpr int clipGap = 2;
+/// In dB: 24 bits reach no further down. Whatever is stored, the scale has no more marks than can be drawn.
+constexpr int lowestPlancher = -144;
 
 QColor low(const Theme& theme) { return theme.isDark() ? QColor(0x4F, 0xB3, 0x7A) : QColor(0x2F, 0x96, 0x5C); }
 QColor middle(const Theme& theme) { return theme.isDark() ? QColor(0xE5, 0xC0, 0x4B) : QColor(0xD2, 0xA0, 0x1A); }
@@ -31,7 +33,7 @@ QRect part(const QRect& bar, Qt::Orientation orientation, double from, double to
 }  // namespace
 
 MeterScale::MeterScale(const UserDefaults& defaults)
-    : plancher(static_cast<float>(std::min(-1, defaults.value(settings::meterPlancher)))),
+    : plancher(static_cast<float>(std::clamp(defaults.value(settings::meterPlancher), lowestPlancher, -1))),
       seuilJaune(static_cast<float>(defaults.value(settings::meterSeuilJaune))),
       seuilRouge(static_cast<float>(defaults.value(settings::meterSeuilRouge))) {}
 

@@ -274,7 +274,7 @@ void MainWindow::makeActions() {
     const auto mode = [&](PresentationMode which, KeyId key, const char* icon, const char* help,
                           void (Commands::*shown)()) {
         QAction* made = action(key, QString::fromLatin1(icon), QString::fromLatin1(help),
-                               [this, shown] { emit(services_.commands.*shown)(); });
+                               [&commands = services_.commands, shown] { emit(commands.*shown)(); });
         made->setCheckable(true);
         modes_[which] = modes->addAction(made);
     };
@@ -377,8 +377,8 @@ void MainWindow::makeViewMenus() {
         {KeyId::metersWindow, "meters", &Commands::dravikShowFloatingMeters},
         {KeyId::floatingTransport, "transport", &Commands::dravikShowLargeTransport}};
     for (const auto& [key, icon, shown] : floating) {
-        windows->addAction(
-            action(key, QString::fromLatin1(icon), {}, [this, shown = shown] { emit(services_.commands.*shown)(); }));
+        windows->addAction(action(key, QString::fromLatin1(icon), {},
+                                  [&commands = services_.commands, shown = shown] { emit(commands.*shown)(); }));
     }
 }
 

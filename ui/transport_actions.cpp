@@ -31,7 +31,7 @@ QAction* TransportActions::add(QMenu& menu, KeyId key, std::function<void()> run
 void TransportActions::addToggle(QMenu& menu, KeyId key, bool (TakePlayback::*isOn)() const,
                                  void (TakePlayback::*run)()) {
     QAction* made = add(
-        menu, key, [this, run] { (playback_.*run)(); }, false);
+        menu, key, [&playback = playback_, run] { (playback.*run)(); }, false);
     made->setCheckable(true);
     toggles_.push_back({made, isOn});
 }

@@ -10,6 +10,9 @@ namespace {
 
 /// From here on single samples are dots on their line.
 constexpr double dotsFromPixelsPerFrame = 6;
+/// From here on a line through the samples would go up and down within each pixel: filled columns look the same, and
+/// are drawn in no time.
+constexpr double columnsFromFramesPerPixel = 1;
 
 /// A column of one lane, filled from the highest to the lowest excursion; at least one pixel, so that silence is a
 /// line.
@@ -29,6 +32,25 @@ void fillColumn(QImage& image, int x, const QRect& lane, double gain, const Peak
         *pixel = colour;
 }
 
+/// The extremes of the samples of each pixel, each up to the first one of the next, so that there are no gaps.
+void columnsOfSamples(std::span<const float> samples, const WaveformViewport& viewport, std::span<PeakColumn> into) {
+    const auto count = static_cast<double>(samples.size());
+    for (std::size_t i = 0; i < into.size(); ++i) {
+        const double x = static_cast<double>(i) * viewport.framesPerPixel();
+        const double from = std::clamp(std::floor(viewport.firstFrame() + x), 0.0, count);
+        const double to =
+            std::clamp(std::floor(viewport.firstFrame() + x + viewport.framesPerPixel()) + 1, from, count);
+        PeakColumn& column = into[i] = PeakColumn{};
+        for (auto frame = static_cast<std::size_t>(from); frame < static_cast<std::size_t>(to); ++frame) {
+            const float value = samples[frame];
+            if (std::isnan(value)) continue;
+            column.lowest = column.known ? std::min(column.lowest, value) : value;
+            column.highest = column.known ? std::max(column.highest, value) : value;
+            column.known = true;
+        }
+    }
+}
+
 /// The samples themselves, joined by a line.
 void drawSamples(QPainter& painter, const WaveformLane& lane, const PcmTake& take, const WaveformViewport& viewport,
                  double gain, const QColor& colour) {
@@ -42,7 +64,8 @@ void drawSamples(QPainter& painter, const WaveformLane& lane, const PcmTake& tak
     QPolygonF line;
     line.reserve(static_cast<qsizetype>(last - first));
     for (std::int64_t frame = first; frame < last; ++frame) {
-        const auto value = static_cast<double>(samples[static_cast<std::size_t>(frame)]);
+        auto value = static_cast<double>(samples[static_cast<std::size_t>(frame)]);
+        if (std::isnan(value)) value = 0;
         line << QPointF(viewport.xOf(static_cast<double>(frame)), centre - std::clamp(value * gain, -1.0, 1.0) * half);
     }
     painter.setClipRect(lane.area);
@@ -76,8 +99,11 @@ QImage drawWaveform(QSize size, const std::vector<WaveformLane>& lanes, const Wa
         const TakePeaks::Detail detail = content.peaks->columns(lane.canal, first, viewport.framesPerPixel(), columns);
         const bool hasSamples = content.samples != nullptr && lane.canal < content.samples->nbCanaux;
         if (detail == TakePeaks::Detail::samples && hasSamples) {
-            close.push_back(&lane);
-            continue;
+            if (viewport.framesPerPixel() < columnsFromFramesPerPixel) {
+                close.push_back(&lane);
+                continue;
+            }
+            columnsOfSamples(content.samples->canal(lane.canal), viewport, columns);
         }
         const QRgb colour = qPremultiply((lane.silenced ? colours.silenced : colours.wave).rgba());
         for (int x = 0; x < size.width(); ++x)

@@ -9,6 +9,7 @@
 #include <QDropEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QToolBar>
@@ -214,6 +215,19 @@ TEST_F(MainWindowTest, TakesWhatIsDroppedOnIt) {
     settle();
     EXPECT_EQ(content->dossierSelectionne(), other.path());
     EXPECT_EQ(rowCount(), 1U);
+}
+
+TEST_F(MainWindowTest, PlaybackAndViewActionsHoldWhileNothingIsOpen) {
+    for (const char* menu : {"&View", "&Playback", "&Window"}) {
+        for (QAction* top : window->menuBar()->actions()) {
+            if (top->text() != QLatin1String(menu)) continue;
+            for (QAction* one : top->menu()->actions())
+                one->trigger();
+        }
+    }
+    action(QStringLiteral("Mixer"))->trigger();
+    EXPECT_EQ(settings.value(settings::layoutVueActive), "mixer");
+    EXPECT_FALSE(player.enLecture());
 }
 
 TEST_F(MainWindowTest, RemembersItsLayout) {

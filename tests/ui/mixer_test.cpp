@@ -8,6 +8,7 @@
 #include "ui/transport_bar.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QTest>
 #include <QWheelEvent>
 
@@ -158,6 +159,16 @@ TEST_F(MixerTest, MetersAndSwitchesShowWhatThePlayerSays) {
         mixer.grab().save(qEnvironmentVariable("DRAVIK_TEST_PICTURES") + QStringLiteral("/mixer.png"));
         bar.resize(900, bar.sizeHint().height());
         bar.grab().save(qEnvironmentVariable("DRAVIK_TEST_PICTURES") + QStringLiteral("/bar.png"));
+    }
+}
+
+TEST_F(MixerTest, TheScaleIsDrawnWhateverFloorIsStored) {
+    for (const int floor : {5, 0, -1, -100'000, -2'000'000'000}) {
+        settings.set(settings::meterPlancher, floor);
+        QElapsedTimer timer;
+        timer.start();
+        mixer.grab();
+        EXPECT_LT(timer.elapsed(), 1000) << floor;
     }
 }
 

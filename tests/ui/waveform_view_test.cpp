@@ -6,6 +6,7 @@
 #include "tests/playback/offline_output.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QMenu>
 #include <QTest>
 #include <QWheelEvent>
@@ -160,6 +161,21 @@ TEST_F(WaveformViewTest, DrawsWhatTheTakeHoldsAndDimsWhatIsNotHeard) {
     EXPECT_EQ(lit(0, 460'000), 0);
     if (qEnvironmentVariableIsSet("DRAVIK_TEST_PICTURES")) {
         view.grab().save(qEnvironmentVariable("DRAVIK_TEST_PICTURES") + QStringLiteral("/waveform.png"));
+    }
+}
+
+TEST_F(WaveformViewTest, NoiseIsDrawnQuicklyFromFarAndNear) {
+    test::recorderFile({}, {.channels = 4}, 48'000).write(folder / "Noise.wav");
+    content->reload();
+    settle();
+    content->selectionnerLigne(content->rows().indexOfFile(folder / "Noise.wav"));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return player.nbCanaux() == 4 && player.pret() && waveform.isComplete(); }));
+    while (view.shown().framesPerPixel() > 0.1) {
+        QElapsedTimer timer;
+        timer.start();
+        view.grab();
+        EXPECT_LT(timer.elapsed(), 1000) << view.shown().framesPerPixel() << " frames a pixel";
+        wheel(240, at(24'000), Qt::ControlModifier);
     }
 }
 
