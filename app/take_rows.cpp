@@ -136,7 +136,6 @@ void TakeRows::refresh(ReadRows& read, Reading reading) {
     const ReadRows& before = read;
     const std::set<int> editedBefore = std::exchange(edited_, {});
     missing_.clear();
-    collapse_.clear();  // what is typed next may be typed into a row of another number
 
     std::vector<int> renumbered(before.rows.size(), -1);
     for (std::size_t row = 0; row < renumbered.size(); ++row) {
@@ -192,7 +191,8 @@ void TakeRows::carrySteps(const ReadRows& before, const std::vector<int>& renumb
 // --- Editing -------------------------------------------------------------------------------------------------------
 
 bool TakeRows::canEdit(int row) const {
-    return !locked_ && !missing_.contains(row) && isEditable(rows_.at(static_cast<std::size_t>(row)).groupe);
+    return row >= 0 && !locked_ && !missing_.contains(row) &&
+           isEditable(rows_.at(static_cast<std::size_t>(row)).groupe);
 }
 
 std::set<RowField> TakeRows::editedFields(int row) const {
@@ -226,8 +226,11 @@ void TakeRows::edit(const QString& name, std::vector<std::pair<int, RowState>> c
         touched.push_back(row);
     }
     if (step.changes.empty()) return;
-    const bool collapses = !collapseKey.isEmpty() && collapseKey == collapse_ && !undo_.empty() &&
-                           undo_.back().changes.size() == step.changes.size();
+    // A row may have another number by now, and another take its old one.
+    const bool collapses =
+        !collapseKey.isEmpty() && collapseKey == collapse_ && !undo_.empty() &&
+        std::equal(undo_.back().changes.begin(), undo_.back().changes.end(), step.changes.begin(), step.changes.end(),
+                   [](const Change& a, const Change& b) { return a.key == b.key; });
     if (collapses) {
         // The step before holds the rows as they were before both. Typed and taken back, there is nothing to undo.
         std::erase_if(undo_.back().changes, [this](const Change& change) {

@@ -139,7 +139,7 @@ class Program {
             spdlog::info("rows {} to {} shown {} ms after the folder was opened", first, last, opened_.elapsed());
         });
         playback_ = std::make_unique<TakePlayback>(*content_, player_, settings_);
-        waveform_ = std::make_unique<TakeWaveform>(*content_, background_, *system_.files, *system_.decoder, settings_,
+        waveform_ = std::make_unique<TakeWaveform>(*content_, peaks_, *system_.files, *system_.decoder, settings_,
                                                    cacheFolder());
         window_ = std::make_unique<MainWindow>(MainWindow::Services{*content_, settings_, commands_, dialogs_,
                                                                     *system_.workspace, *system_.files, termination_,
@@ -168,6 +168,7 @@ class Program {
     PreferencesWindow preferences_;
     // Waits for its threads when it goes, after the controller has cancelled them, and before what they work with.
     Background background_;
+    Background peaks_{2};  ///< apart from saves, which must not wait for the reading of waveforms
     LooseBackground asking_;
     QElapsedTimer opened_;  ///< since the current folder was
     PlaybackPreferences playbackPreferences_{settings_};

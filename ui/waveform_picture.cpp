@@ -111,7 +111,9 @@ QImage drawWaveform(QSize size, const std::vector<WaveformLane>& lanes, const Wa
     }
     if (close.empty()) return image;
     QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
+    // Smooth lines take their time, and are of use only where a line can be followed from sample to sample.
+    constexpr double smoothUpToFramesPerPixel = 0.25;
+    painter.setRenderHint(QPainter::Antialiasing, viewport.framesPerPixel() <= smoothUpToFramesPerPixel);
     for (const WaveformLane* lane : close)
         drawSamples(painter, *lane, *content.samples, viewport, gain, lane->silenced ? colours.silenced : colours.wave);
     return image;

@@ -309,7 +309,7 @@ TEST_F(TakeTableTest, TwoTakesCannotGetOneName) {
     QApplication::clipboard()->setText("one");
     table.paste();
     refuses("Each take needs a name of its own: one would be the name of several.");
-    QApplication::clipboard()->setText("one\ntwo\nD");
+    QApplication::clipboard()->setText(QStringLiteral("one\ntwo\n") + QStringLiteral("D"));
     table.paste();
     refuses("Another take of this folder is called D.");
     QApplication::clipboard()->setText("B\nC\nA");
