@@ -458,7 +458,7 @@ void ContentView::showTake(int row) {
     const bool isOther = files != selected_;
     selected_ = std::move(files);
     metadata_ = summary(original);
-    pistes_ = tracksOfGroup(original);
+    pistes_ = tracksOfGroup(rows_.groupesTableau().at(static_cast<std::size_t>(row)).groupe);
     rows_.endCollapsing();
     fillModifications(row);
     // Of the same take, read again, the cues are shown and edited as they are until it is known that they are others.
@@ -501,6 +501,7 @@ void ContentView::onRowsChanged(const std::vector<int>& rows) {
     const int row = selectedRow();
     if (row < 0 || std::find(rows.begin(), rows.end(), row) == rows.end()) return;
     if (!filling_) fillModifications(row);
+    pistes_ = tracksOfGroup(rows_.groupesTableau().at(static_cast<std::size_t>(row)).groupe);
     emit takeChanged();
     emit cueMarkersChanged();
 }

@@ -19,10 +19,12 @@
 
 #include <QObject>
 #include <QString>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <vector>
 
 namespace dravik {
@@ -68,6 +70,7 @@ class ContentView : public QObject {
     [[nodiscard]] const std::vector<std::filesystem::path>& fichiersSelectionnes() const noexcept { return selected_; }
     /// Of the take as it was read, edits not included.
     [[nodiscard]] const std::optional<AudioMetadata>& metadata() const noexcept { return metadata_; }
+    /// With the names as they are edited.
     [[nodiscard]] const std::vector<Piste>& pistes() const noexcept { return pistes_; }
     /// Something is about to be opened, as soon as the disk has said what it is.
     [[nodiscard]] bool isOpening() const noexcept { return lookID_.has_value(); }

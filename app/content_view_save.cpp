@@ -195,7 +195,8 @@ void ContentView::runInBackground(std::function<void(SaveEnd&, const TaskContext
         rows_.setLocked(false);
         if (end.report) followMoves(*end.report);
         // Before what waited for the save, which may open another folder.
-        if (end.report || std::exchange(missedReading_, false)) reload();
+        const bool missed = std::exchange(missedReading_, false);
+        if (end.report || missed) reload();
         ended(std::move(end));
         emit sauvegardeEnCoursChanged();
         emit pendingChanged();

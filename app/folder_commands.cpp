@@ -44,9 +44,7 @@ QString shownName(const std::filesystem::path& folder) {
 
 }  // namespace
 
-FolderCommands::FolderCommands(const Services& services) : services_(services) {
-    // What was opened by other ways since is what the user wants.
-}
+FolderCommands::FolderCommands(const Services& services) : services_(services) {}
 
 FolderCommands::~FolderCommands() { cancelCopy(); }
 

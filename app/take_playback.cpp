@@ -41,6 +41,12 @@ TakePlayback::TakePlayback(ContentView& content, LecteurCoreAudio& player, UserD
         loading_ = false;
         emit stateChanged();
     });
+    connect(&player_, &LecteurCoreAudio::pretChanged, this, [this] {
+        // A device that was lost may be there again.
+        if (!player_.pret() || error_.isEmpty()) return;
+        error_.clear();
+        emit stateChanged();
+    });
     connect(&player_, &LecteurCoreAudio::loadFailed, this, [this](const std::string& text) {
         loading_ = false;
         error_ = toQt(text);

@@ -49,6 +49,13 @@ std::int64_t WaveformViewport::frameAt(double x) const noexcept {
     return std::llround(frame);
 }
 
+WaveformViewport WaveformViewport::scaledBy(double ratio) const {
+    WaveformViewport scaled = *this;
+    scaled.width_ = std::max(1, static_cast<int>(width_ * ratio));
+    scaled.framesPerPixel_ = framesPerPixel_ / ratio;
+    return scaled;
+}
+
 void WaveformViewport::zoom(double factor, double x) {
     if (!(factor > 0)) return;
     const double held = firstFrame_ + x * framesPerPixel_;

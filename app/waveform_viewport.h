@@ -30,6 +30,10 @@ class WaveformViewport {
     /// Within the take.
     [[nodiscard]] std::int64_t frameAt(double x) const noexcept;
 
+    /// The same part of the take across another number of pixels, those of a screen with `ratio` pixels in place of
+    /// one. For drawing: it is not kept within the limits that a zoom has.
+    [[nodiscard]] WaveformViewport scaledBy(double ratio) const;
+
     /// Closer by a factor above 1, further away below; the frame at `x` stays where it is.
     void zoom(double factor, double x);
     void showWhole();

@@ -174,9 +174,10 @@ void LecteurCoreAudio::applyLoaded(const Request& request, std::shared_ptr<const
     announce(before);
     emit metersChanged();
     publishPosition();
+    if (request.id != chargementAudioID_) return;  // a listener has begun another load
     if (!refused.empty()) {
         emit loadFailed(refused);
-    } else if (request.id == chargementAudioID_) {
+    } else {
         emit pretChanged();
         emit loaded();
     }

@@ -13,6 +13,7 @@
 #include <QObject>
 #include <QThreadPool>
 #include <QTimer>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <map>

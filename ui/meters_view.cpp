@@ -64,7 +64,8 @@ void MetersView::refreshNames() {
     const std::vector<Piste>& pistes = content_.pistes();
     for (std::size_t at = 0; at < names_.size(); ++at) {
         const QString nom = at < pistes.size() ? toQt(pistes[at].nom) : QString();
-        const QString text = QStringLiteral("%1  %2").arg(at + 1).arg(nom);
+        const int numero = at < pistes.size() ? pistes[at].numero : static_cast<int>(at) + 1;
+        const QString text = QStringLiteral("%1  %2").arg(numero).arg(nom);
         names_[at]->setText(names_[at]->fontMetrics().elidedText(text, Qt::ElideRight, nameWidth));
         names_[at]->setToolTip(nom);
         meters_[at]->setAccessibleName(QStringLiteral("Level of %1").arg(text));

@@ -23,9 +23,17 @@ constexpr int overviewHeight = 34;
 constexpr int smallestLane = 22;
 constexpr int laneGap = 3;
 constexpr int cueReach = 5;  ///< pixels beside a marker that still take hold of it
+constexpr int flagHeight = 14;
+constexpr int longestFlagText = 110;
 constexpr double largestGain = 256;
 
 double secondsOf(std::int64_t frame, double sampleRate) { return static_cast<double>(frame) / sampleRate; }
+
+QFont flagFont(const QWidget& widget) {
+    QFont font = widget.font();
+    font.setPixelSize(10);
+    return font;
+}
 
 QString cueText(const CueMarker& marker, std::size_t number) {
     return marker.label && !marker.label->empty() ? toQt(*marker.label) : QStringLiteral("Cue %1").arg(number);
@@ -252,10 +260,6 @@ void WaveformView::paintLanes(QPainter& painter) {
     if (std::exchange(pictureDue_, false) || picture_.isNull()) {
         // Drawn in the pixels of the screen.
         const double scale = viewport()->devicePixelRatioF();
-        WaveformViewport fine = view_;
-        fine.setWidth(static_cast<int>(area.width() * scale));
-        fine.showRange(static_cast<std::int64_t>(view_.firstFrame()),
-                       static_cast<std::int64_t>(std::ceil(view_.firstFrame() + view_.visibleFrames())));
         std::vector<WaveformLane> all = lanes();
         for (WaveformLane& lane : all) {
             lane.area = QRect(0, static_cast<int>(lane.area.top() * scale), static_cast<int>(area.width() * scale),
@@ -265,8 +269,8 @@ void WaveformView::paintLanes(QPainter& painter) {
         const QColor silenced = theme_.isDark() ? QColor(0x4A, 0x52, 0x5C) : QColor(0xB4, 0xBC, 0xC6);
         QColor axis = palette().color(QPalette::Mid);
         axis.setAlpha(140);
-        picture_ = drawWaveform(area.size() * scale, all, {waveform_.peaks(), playback_.player().take().get()}, fine,
-                                gain_, {wave, silenced, axis});
+        picture_ = drawWaveform(area.size() * scale, all, {waveform_.peaks(), playback_.player().take().get()},
+                                view_.scaledBy(scale), gain_, {wave, silenced, axis});
         picture_.setDevicePixelRatio(scale);
     }
     painter.drawImage(area.topLeft(), picture_);
@@ -338,9 +342,7 @@ void WaveformView::paintSelection(QPainter& painter) {
 
 void WaveformView::paintCues(QPainter& painter) {
     painter.setClipRect(QRect(namesWidth, 0, lanesArea().width(), lanesArea().bottom() + 1));
-    QFont small = font();
-    small.setPixelSize(10);
-    painter.setFont(small);
+    painter.setFont(flagFont(*this));
     std::size_t number = 0;
     for (const CueMarker& marker : content_.cueMarkers()) {
         ++number;
@@ -349,8 +351,8 @@ void WaveformView::paintCues(QPainter& painter) {
         const QColor colour = theme_.pending();
         painter.setPen(QPen(colour, 1, Qt::DashLine));
         painter.drawLine(QPointF(x, rulerHeight), QPointF(x, lanesArea().bottom()));
-        const QString text = painter.fontMetrics().elidedText(cueText(marker, number), Qt::ElideRight, 110);
-        const QRectF flag(x, rulerHeight, painter.fontMetrics().horizontalAdvance(text) + 8, 14);
+        const QString text = painter.fontMetrics().elidedText(cueText(marker, number), Qt::ElideRight, longestFlagText);
+        const QRectF flag = cueFlag(marker, number);
         painter.setPen(Qt::NoPen);
         painter.setBrush(colour);
         painter.drawRect(flag);
@@ -396,19 +398,23 @@ void WaveformView::resizeEvent(QResizeEvent* event) {
 
 void WaveformView::scrollContentsBy(int, int) { redraw(); }
 
+QRectF WaveformView::cueFlag(const CueMarker& marker, std::size_t number) const {
+    const QFontMetrics metrics(flagFont(*this));
+    const double x = std::floor(xOfFrame(static_cast<double>(marker.frame))) + 0.5;
+    const int width = std::min(metrics.horizontalAdvance(cueText(marker, number)), longestFlagText);
+    return {x, rulerHeight, width + 8.0, flagHeight};
+}
+
 std::optional<CueMarker> WaveformView::cueAt(const QPoint& place) const {
-    if (place.y() > rulerHeight + 14 || place.x() < namesWidth) return std::nullopt;
-    std::optional<CueMarker> nearest;
-    double distance = 0;
+    if (place.x() < namesWidth) return std::nullopt;
+    std::optional<CueMarker> found;
+    std::size_t number = 0;
+    // Of those over each other the one that is drawn last.
     for (const CueMarker& marker : content_.cueMarkers()) {
-        const double away = place.x() - xOfFrame(static_cast<double>(marker.frame));
-        // Its flag stands right of it.
-        constexpr double flagReach = 24;
-        if (away < -cueReach || away > flagReach || (nearest && std::abs(away) > distance)) continue;
-        nearest = marker;
-        distance = std::abs(away);
+        const QRectF flag = cueFlag(marker, ++number).adjusted(-cueReach, -rulerHeight, 0, 0);
+        if (flag.contains(place)) found = marker;
     }
-    return nearest;
+    return found;
 }
 
 void WaveformView::mousePressEvent(QMouseEvent* event) {

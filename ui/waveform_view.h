@@ -68,6 +68,8 @@ class WaveformView : public QAbstractScrollArea {
     [[nodiscard]] int laneHeight() const;
     [[nodiscard]] std::int64_t frameTotal() const;
     [[nodiscard]] double sampleRate() const;
+    /// Where the flag of a marker stands; `number` counts from 1.
+    [[nodiscard]] QRectF cueFlag(const CueMarker& marker, std::size_t number) const;
     [[nodiscard]] std::optional<CueMarker> cueAt(const QPoint& place) const;
     [[nodiscard]] QString message() const;
 

@@ -33,6 +33,18 @@ TEST(WaveformViewport, ZoomsAroundThePointerAndStaysWithinTheTake) {
     EXPECT_EQ(viewport.firstFrame(), 0);
 }
 
+TEST(WaveformViewport, IsDrawnOnAFinerScreenFrameForFrameWhereItIsShown) {
+    WaveformViewport viewport = viewportOf(480'000, 1000);
+    viewport.zoom(1e9, 333);
+    viewport.scrollBy(7.25);
+    for (const double ratio : {1.0, 1.5, 2.0}) {
+        const WaveformViewport fine = viewport.scaledBy(ratio);
+        for (const double frame : {viewport.firstFrame(), viewport.firstFrame() + 31.0})
+            EXPECT_NEAR(fine.xOf(frame), viewport.xOf(frame) * ratio, 1e-6) << ratio;
+        EXPECT_EQ(fine.width(), static_cast<int>(1000 * ratio));
+    }
+}
+
 TEST(WaveformViewport, ATakeShownWholeStaysSoInAnotherWidth) {
     WaveformViewport viewport = viewportOf(1'000'000, 1000);
     viewport.setWidth(500);
