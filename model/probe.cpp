@@ -3,9 +3,10 @@
 #include "base/paths.h"
 #include "base/text.h"
 #include "model/wave/ixml_document.h"
+#include "model/wave/linear_samples.h"
+#include "model/wave/linear_samples.h"
 #include "model/wave/timecode.h"
 #include "model/wave/walked_file.h"
-#include "model/wave/wave_format.h"
 
 #include <algorithm>
 
@@ -46,14 +47,10 @@ std::optional<std::string> ixmlTextIn(const ByteSource& source, const ChunkTable
 }
 
 std::optional<AudioFormat> linearFormatIn(const ByteSource& source, const ChunkTable& table) {
-    const Chunk* fmt = table.first("fmt ");
-    const Chunk* data = table.first("data");
-    if (table.type != FourCC("WAVE") || fmt == nullptr || data == nullptr) return std::nullopt;
-    const std::optional<WaveFormat> format =
-        parseWaveFormat(source.read(fmt->payload(), std::min<std::uint64_t>(fmt->size, maximumFmtBytes)));
-    if (!format || !format->isLinear()) return std::nullopt;
-    return AudioFormat{format->channels, static_cast<double>(format->sampleRate), format->bits,
-                       static_cast<std::int64_t>(data->size / format->blockAlign)};
+    const std::optional<LinearAudio> audio = linearAudioIn(source, table);
+    if (!audio) return std::nullopt;
+    const WaveFormat& format = audio->format;
+    return AudioFormat{format.channels, static_cast<double>(format.sampleRate), format.bits, audio->frames};
 }
 
 void fillFromIxml(InfoFichier& info, std::string_view ixml) {

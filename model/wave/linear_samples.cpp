@@ -91,18 +91,24 @@ void convert(ByteSpan bytes, std::size_t frameBytes, std::span<float* const> pla
 
 }  // namespace
 
-std::optional<LinearLayout> linearLayoutIn(const ByteSource& source, const ChunkTable& table) {
+std::optional<LinearAudio> linearAudioIn(const ByteSource& source, const ChunkTable& table) {
     const Chunk* fmt = table.first("fmt ");
     const Chunk* data = table.first("data");
     if (table.type != FourCC("WAVE") || fmt == nullptr || data == nullptr) return std::nullopt;
     const std::optional<WaveFormat> format =
         parseWaveFormat(source.read(fmt->payload(), std::min<std::uint64_t>(fmt->size, maximumFmtBytes)));
     if (!format || !format->isLinear()) return std::nullopt;
-    const std::optional<SampleEncoding> encoding = encodingOf(*format);
+    return LinearAudio{*format, data->payload(), static_cast<std::int64_t>(data->size / format->blockAlign)};
+}
+
+std::optional<LinearLayout> linearLayoutIn(const ByteSource& source, const ChunkTable& table) {
+    const std::optional<LinearAudio> audio = linearAudioIn(source, table);
+    if (!audio) return std::nullopt;
+    const WaveFormat& format = audio->format;
+    const std::optional<SampleEncoding> encoding = encodingOf(format);
     if (!encoding) return std::nullopt;
-    return LinearLayout{
-        *encoding,       format->channels,   static_cast<double>(format->sampleRate),
-        data->payload(), format->blockAlign, static_cast<std::int64_t>(data->size / format->blockAlign)};
+    return LinearLayout{*encoding,     format.channels,   static_cast<double>(format.sampleRate),
+                        audio->offset, format.blockAlign, audio->frames};
 }
 
 void samplesToPlanes(ByteSpan bytes, const LinearLayout& layout, std::span<float* const> planes) noexcept {

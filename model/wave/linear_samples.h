@@ -24,6 +24,15 @@ struct LinearLayout {
     std::int64_t frames = 0;       ///< whole ones that are there
 };
 
+/// Where frames of integer or float samples lie in a file, and how its header declares them.
+struct LinearAudio {
+    WaveFormat format;
+    std::uint64_t offset = 0;  ///< of the first frame
+    std::int64_t frames = 0;   ///< whole ones that are there
+};
+/// Absent for a file that is no WAVE, has no format or no data, or holds coded audio.
+[[nodiscard]] std::optional<LinearAudio> linearAudioIn(const ByteSource& source, const ChunkTable& table);
+
 /// Absent for what is not linear PCM or float in samples of whole bytes. A sample takes its share of the frame: 20 bits
 /// in three bytes stand at the upper end of them, so that full scale is full scale whatever the declared bits are.
 [[nodiscard]] std::optional<LinearLayout> linearLayoutIn(const ByteSource& source, const ChunkTable& table);
