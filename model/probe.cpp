@@ -4,7 +4,6 @@
 #include "base/text.h"
 #include "model/wave/ixml_document.h"
 #include "model/wave/linear_samples.h"
-#include "model/wave/linear_samples.h"
 #include "model/wave/timecode.h"
 #include "model/wave/walked_file.h"
 
