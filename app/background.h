@@ -51,10 +51,8 @@ class Background : public QObject {
     QThreadPool pool_;
 };
 
-/// Background work that asks what may never answer: a network mount whose server is gone keeps whoever looks at it. The
-/// destructor waits a moment only, and leaves the work that has not come back to itself. So that work uses nothing but
-/// what it owns and what lives until `waitForAbandoned` has said that nothing is left, and it must not leave anything
-/// half done when the process ends.
+/// Background work that asks what may never answer: the destructor waits a moment only, and leaves the work that has
+/// not come back to itself (base/abandoned_work.h says what such work must keep to).
 class LooseBackground {
   public:
     LooseBackground();
@@ -66,14 +64,12 @@ class LooseBackground {
     void run(QObject* context, Work work, Done done) {
         background_->run(context, std::move(work), std::move(done));
     }
-
-    /// How long a destructor waits.
-    static constexpr std::chrono::milliseconds patience{500};
-    /// Leaves something that runs to itself; `ended` waits for it as long as it is told, and says whether it has ended.
-    static void abandon(std::function<bool(std::chrono::milliseconds)> ended);
-    /// Has all ended that was left to itself? Where it has not, the process has to end without destroying anything
-    /// more.
-    [[nodiscard]] static bool waitForAbandoned(std::chrono::milliseconds most);
+    template <typename Value>
+    void letGo(Value value) {
+        background_->letGo(std::move(value));
+    }
+    /// For work that tells of itself while it runs: where to post to, also once it was left to itself.
+    [[nodiscard]] Background& background() noexcept { return *background_; }
 
   private:
     std::unique_ptr<Background> background_;

@@ -33,7 +33,7 @@ constexpr std::chrono::milliseconds answerTime{2000};
 ContentView::ContentView(const Services& services)
     : services_(services), listing_(services.background, services.files, services.codecs) {
     connect(&listing_, &FolderListing::rowsRead, this, &ContentView::onRowsRead);
-    connect(&listing_, &FolderListing::folderChanged, this, &ContentView::reload);
+    connect(&listing_, &FolderListing::folderChanged, this, [this] { readAgain(FolderListing::Reuse::unchanged); });
     connect(&listing_, &FolderListing::recovered, this, [this](const Recovery& recovery) {
         QStringList lines;
         for (const std::string& line : recovery.done)
@@ -285,7 +285,7 @@ void ContentView::openFolder(const std::filesystem::path& folder, bool isThere,
     emit folderChanged();
     opening_ = true;
     reading_ = TakeRows::Reading::partial;
-    startReading();
+    startReading(FolderListing::Reuse::nothing);
 }
 
 void ContentView::openFiles(std::vector<std::filesystem::path> files) {
@@ -302,27 +302,28 @@ void ContentView::openFiles(std::vector<std::filesystem::path> files) {
     loadNone();
     emit folderChanged();
     reading_ = TakeRows::Reading::partial;
-    startReading();
+    startReading(FolderListing::Reuse::nothing);
 }
 
 void ContentView::loadNone() {
+    selectedFolders_.clear();
     ReadRows rows;
     rows_.load(rows);
     services_.background.letGo(std::move(rows));
 }
 
-void ContentView::startReading() {
+void ContentView::startReading(FolderListing::Reuse reuse) {
     if (dossier_) {
-        listing_.readFolder(*dossier_, regrouperFichiersMono());
+        listing_.readFolder(*dossier_, regrouperFichiersMono(), reuse);
     } else if (!fichiersDossier_.empty()) {
-        listing_.readFiles(fichiersDossier_, regrouperFichiersMono());
+        listing_.readFiles(fichiersDossier_, regrouperFichiersMono(), reuse);
     }
 }
 
-void ContentView::reload() {
+void ContentView::readAgain(FolderListing::Reuse reuse) {
     if (sauvegardeEnCours()) return;  // it reads the folder again by itself
     reading_ = TakeRows::Reading::again;
-    startReading();
+    startReading(reuse);
 }
 
 void ContentView::onRowsRead(const std::shared_ptr<ReadRows>& rows, bool complete) {
@@ -372,9 +373,11 @@ void ContentView::selectAfterReading(bool complete) {
 
 QString ContentView::folderLabel() const {
     if (dossier_) return toQt(*dossier_);
-    std::set<std::filesystem::path> folders;
-    for (const std::filesystem::path& file : fichiersDossier_)
-        folders.insert(folderOf(file));
+    std::set<std::filesystem::path> folders = selectedFolders_;
+    if (folders.empty()) {
+        for (const std::filesystem::path& file : fichiersDossier_)
+            folders.insert(folderOf(file));
+    }
     if (folders.empty()) return {};
     return folders.size() == 1 ? toQt(*folders.begin()) : QStringLiteral("Multiple folders");
 }
@@ -423,6 +426,15 @@ void ContentView::selectionnerLigne(int row) {
         gererActionProtegee(OuvrirGroupe{std::move(urls)});
     } else {
         chargerGroupe(urls);
+    }
+}
+
+void ContentView::setLignesSelectionnees(const std::vector<int>& rows) {
+    selectedFolders_.clear();
+    for (const int row : rows) {
+        if (row >= std::ssize(rows_.groupesTableau())) continue;
+        for (const InfoFichier& fichier : rows_.groupesTableau().at(static_cast<std::size_t>(row)).groupe.fichiers)
+            selectedFolders_.insert(folderOf(fichier.url));
     }
 }
 

@@ -8,6 +8,7 @@
 #include "app/external_file_open_router.h"
 #include "app/folder_listing.h"
 #include "app/protected_termination.h"
+#include "app/take_audio.h"
 #include "app/take_rows.h"
 #include "app/user_defaults.h"
 #include "base/file_ops.h"
@@ -62,7 +63,7 @@ class ContentView : public QObject {
     [[nodiscard]] ModificationsEnCours& modifications() noexcept { return modifications_; }
 
     [[nodiscard]] const std::optional<std::filesystem::path>& dossierSelectionne() const noexcept { return dossier_; }
-    /// The folder's name; "Multiple folders" when the rows come from several.
+    /// The folder that is open, or in which the selected files lie; "Multiple folders" when these are several.
     [[nodiscard]] QString folderLabel() const;
     /// Row of the loaded take, -1 for none.
     [[nodiscard]] int selectedRow() const noexcept;
@@ -92,11 +93,13 @@ class ContentView : public QObject {
     void chargerGroupe(const std::vector<std::filesystem::path>& urls);
     /// The user has selected a row. Its edits stay with the rows, so this asks nothing unless the user wants it to.
     void selectionnerLigne(int row);
+    /// All rows that are selected in the table, of which the loaded one is one.
+    void setLignesSelectionnees(const std::vector<int>& rows);
 
     void loadFile();
     void loadFolder();
-    /// Reads the folder again; pending edits and the selection stay.
-    void reload();
+    /// Reads the folder again, every file of it; pending edits and the selection stay.
+    void reload() { readAgain(FolderListing::Reuse::nothing); }
 
     /// Saves everything pending; `saved` is called with whether it is all on disk, also when there was nothing to save.
     void saveAll(std::function<void(bool)> saved = {});
@@ -116,6 +119,13 @@ class ContentView : public QObject {
 
     void setRegrouperFichiersMono(bool regrouper);
 
+    /// The volume is about to be ejected: whoever still reads from it stops.
+    void letGoOf(const std::filesystem::path& root) { emit lettingGo(root); }
+    /// It has stayed.
+    void takeUpAgain() { emit takingUpAgain(); }
+
+    /// One line for the status bar that needs no answer.
+    void tell(const QString& text) { emit notice(text); }
     /// Shows what went wrong, with an "OK" button.
     void showError(const QString& title, const QString& text);
 
@@ -142,7 +152,10 @@ class ContentView : public QObject {
     void pendingChanged();
     /// Something is about to be done with the edits: views put in what is still being typed.
     void commitRequested();
-    /// One line for the status bar that needs no answer.
+    /// Files have new names, by our own doing; the rows know them already.
+    void filesMoved(const FileMoves& moved);
+    void lettingGo(const std::filesystem::path& root);
+    void takingUpAgain();
     void notice(const QString& text);
 
   private:
@@ -157,7 +170,8 @@ class ContentView : public QObject {
     void onRowsRead(const std::shared_ptr<ReadRows>& rows, bool complete);
     void onRowsChanged(const std::vector<int>& rows);
     void loadNone();
-    void startReading();
+    void readAgain(FolderListing::Reuse reuse);
+    void startReading(FolderListing::Reuse reuse);
     void selectAfterReading(bool complete);
     void clearSelection();
     void showTake(int row);
@@ -191,10 +205,11 @@ class ContentView : public QObject {
     std::optional<std::filesystem::path> dossier_;
     std::vector<std::filesystem::path> fichiersDossier_;  ///< when files were opened rather than a folder
     std::vector<std::filesystem::path> selected_;         ///< files of the loaded take
+    std::set<std::filesystem::path> selectedFolders_;     ///< of the rows that are selected in the table
     std::vector<std::filesystem::path> toSelect_;         ///< files to load as soon as they have been read
     TakeRows::Reading reading_ = TakeRows::Reading::last;
     bool missedReading_ = false;  ///< rows came while a save ran
-    LooseBackground looking_;
+    LooseBackground looking_;     ///< for what a volume may leave without an answer
     std::optional<Uuid> lookID_;  ///< of what is about to be opened
     bool opening_ = false;        ///< no take of the folder has been loaded yet
     std::optional<AudioMetadata> metadata_;

@@ -1,4 +1,5 @@
 #include "app/content_view.h"
+#include "app/cue_names.h"
 #include "app/take_times.h"
 #include "app/text.h"
 #include "editing/cue_writer.h"
@@ -33,7 +34,7 @@ void keepIdentities(std::vector<CueMarker>& read, const std::vector<CueMarker>& 
 void ContentView::readCues() {
     if (selected_.empty()) return;
     loadID_ = Uuid::random();
-    services_.background.run(
+    looking_.run(
         this,
         [url = selected_.front(), known = cuesOriginaux_] {
             std::vector<CueMarker> cues = lireCues(url);
@@ -56,9 +57,8 @@ std::vector<CueMarker> ContentView::cueMarkers() const {
 }
 
 QString ContentView::cueName(const CueMarker& marker) const {
-    if (marker.label && !marker.label->empty()) return toQt(*marker.label);
     std::vector<CueMarker> markers = cueMarkers();
-    return QStringLiteral("Cue %1").arg(find(markers, marker.id) - markers.begin() + 1);
+    return dravik::cueName(marker, static_cast<std::size_t>(find(markers, marker.id) - markers.begin()) + 1);
 }
 
 void ContentView::editCues(const QString& name, std::vector<CueMarker> markers, const QString& collapseKey) {

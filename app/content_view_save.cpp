@@ -196,7 +196,7 @@ void ContentView::runInBackground(std::function<void(SaveEnd&, const TaskContext
         if (end.report) followMoves(*end.report);
         // Before what waited for the save, which may open another folder.
         const bool missed = std::exchange(missedReading_, false);
-        if (end.report || missed) reload();
+        if (end.report || missed) readAgain(FolderListing::Reuse::unchanged);
         ended(std::move(end));
         emit sauvegardeEnCoursChanged();
         emit pendingChanged();
@@ -215,6 +215,7 @@ void ContentView::followMoves(const SaveReport& report) {
     follow(selected_);
     follow(fichiersDossier_);
     rows_.filesMoved(report.moved);
+    emit filesMoved(report.moved);
 }
 
 void ContentView::endSave(SaveEnd end, const std::set<int>& planned, const std::function<void(bool)>& saved) {
@@ -296,10 +297,12 @@ void ContentView::undoLastSave() {
     services_.dialogs.ask(alert, [this](AlertAnswer answer) {
         if (answer.button != 0 || saves_.empty() || hasUnsavedChanges() || sauvegardeEnCours()) return;
         auto snapshot = std::make_shared<const SaveSnapshot>(saves_.back());
-        const auto write = [&files = services_.files, snapshot](SaveEnd& end, const TaskContext& task) {
+        auto states = std::make_shared<FileStates>();
+        const auto write = [&files = services_.files, snapshot, states](SaveEnd& end, const TaskContext& task) {
             end.report = undoSave(files, *snapshot, task);
+            *states = statesAfterUndo(files, *snapshot);
         };
-        runInBackground(write, [this, snapshot](SaveEnd end) {
+        runInBackground(write, [this, snapshot, states](SaveEnd end) {
             if (end.cancelled) {
                 emit notice(QStringLiteral("Undoing the save was cancelled."));
                 // Stopped between two files: what is left of it cannot be told from other changes any more.
@@ -312,7 +315,7 @@ void ContentView::undoLastSave() {
             } else {
                 saves_.pop_back();
                 for (SaveSnapshot& older : saves_)
-                    restamp(services_.files, older, *snapshot);
+                    restamp(older, *snapshot, *states);
                 // The cues that are shown may be those that are no more.
                 enChargement_ = !selected_.empty();
                 emit enChargementChanged();

@@ -9,6 +9,7 @@
 #include <QTimer>
 #include <algorithm>
 #include <chrono>
+#include <thread>
 #include <utility>
 
 namespace dravik {
@@ -17,6 +18,8 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto progressEvery = 100ms;
+/// Whoever reads from a volume and has been told to stop has ended after that: else it would be busy, and not go.
+constexpr auto letGoTime = 150ms;
 
 /// A result of work on another thread: a path, or why there is none.
 struct Outcome {
@@ -150,11 +153,19 @@ void FolderCommands::eject(const std::filesystem::path& root) {
     if (wasReading) listing.cancel();
     ejecting_.insert(root);
     emit aboutToEject(root);
+    services_.content.letGoOf(root);
     asking_.run(
-        this, [&workspace = services_.workspace, volume = *volume] { return workspace.eject(volume); },
+        this,
+        [&workspace = services_.workspace, volume = *volume] {
+            std::this_thread::sleep_for(letGoTime);
+            return workspace.eject(volume);
+        },
         [this, root, wasReading](const QString& error) {
             ejecting_.erase(root);
-            if (!error.isEmpty()) fail(QStringLiteral("Eject Failed"), error);
+            if (!error.isEmpty()) {
+                fail(QStringLiteral("Eject Failed"), error);
+                services_.content.takeUpAgain();
+            }
             // Goes on reading, or says that what is shown is of a volume that is gone.
             if (isShown(root) && (error.isEmpty() || wasReading)) services_.content.reload();
             askVolumes();
@@ -285,7 +296,7 @@ void FolderCommands::onCopied(const std::filesystem::path& folder, const std::fi
     copied_.clear();
     emit copyingChanged();
     if (cancelled) {
-        emit services_.content.notice(QStringLiteral("Copying was cancelled; nothing is left of the copy."));
+        services_.content.tell(QStringLiteral("Copying was cancelled; nothing is left of the copy."));
     } else if (!error.isEmpty()) {
         fail(QStringLiteral("Duplicate Failed"), error);
     } else {

@@ -219,24 +219,24 @@ void FolderListing::setQuiet(bool quiet) {
     if (quiet) settled_.stop();
 }
 
-void FolderListing::readFolder(const std::filesystem::path& folder, bool regrouperFichiersMono) {
+void FolderListing::readFolder(const std::filesystem::path& folder, bool regrouperFichiersMono, Reuse reuse) {
     watch_.setFolders({folder});
-    start({folder, {}, regrouperFichiersMono, {}});
+    start({folder, {}, regrouperFichiersMono, {}}, reuse);
 }
 
-void FolderListing::readFiles(std::vector<std::filesystem::path> fichiers, bool regrouperFichiersMono) {
+void FolderListing::readFiles(std::vector<std::filesystem::path> fichiers, bool regrouperFichiersMono, Reuse reuse) {
     std::set<std::filesystem::path> folders;
     for (const std::filesystem::path& fichier : fichiers) {
         if (folders.size() < maxWatched) folders.insert(folderOf(fichier));
     }
     watch_.setFolders(folders);
-    start({{}, std::move(fichiers), regrouperFichiersMono, {}});
+    start({{}, std::move(fichiers), regrouperFichiersMono, {}}, reuse);
 }
 
-void FolderListing::start(Task task) {
+void FolderListing::start(Task task, Reuse reuse) {
     settled_.stop();
     lookTimer_.stop();
-    if (mayReuse_) {
+    if (reuse == Reuse::unchanged) {
         task.known = known_;
     } else {
         known_.reset();
@@ -261,9 +261,7 @@ void FolderListing::tellOfChange() {
     if (isReading()) {
         settled_.start();
     } else if (!quiet_) {
-        mayReuse_ = true;
         emit folderChanged();
-        mayReuse_ = false;
     }
 }
 

@@ -41,10 +41,13 @@ class FolderListing : public QObject {
         : FolderListing(background, files, codecs, Pace()) {}
     ~FolderListing() override;
 
+    /// `unchanged` takes the files that are as the reading before has found them from there, and probes only the
+    /// others.
+    enum class Reuse { nothing, unchanged };
     /// Starts to read; what killed runs left in the folder is put right first.
-    void readFolder(const std::filesystem::path& folder, bool regrouperFichiersMono);
+    void readFolder(const std::filesystem::path& folder, bool regrouperFichiersMono, Reuse reuse);
     /// Files that are gone are left out; when it is their folder that cannot be reached, nothing is read.
-    void readFiles(std::vector<std::filesystem::path> fichiers, bool regrouperFichiersMono);
+    void readFiles(std::vector<std::filesystem::path> fichiers, bool regrouperFichiersMono, Reuse reuse);
     /// Stops reading. The rows so far stay.
     void cancel();
     [[nodiscard]] bool isReading() const noexcept { return token_ != nullptr; }
@@ -61,8 +64,7 @@ class FolderListing : public QObject {
     /// The folder is not there, or cannot be read: no rows come.
     void unreachable();
     void recovered(const Recovery& recovery);
-    /// A folder was changed by somebody else and has been quiet for a moment, or a file in it has grown. A reading that
-    /// the receiver starts at once probes only the files that are others than in the reading before.
+    /// A folder was changed by somebody else and has been quiet for a moment, or a file in it has grown.
     void folderChanged();
 
   private:
@@ -77,7 +79,7 @@ class FolderListing : public QObject {
     struct Task;
     class Reader;
 
-    void start(Task task);
+    void start(Task task, Reuse reuse);
     void tellOfChange();
     void keep(std::shared_ptr<const Known> known);
     void look();
@@ -92,7 +94,6 @@ class FolderListing : public QObject {
     std::shared_ptr<CancellationToken> token_;  ///< of the current reading; null when none runs
 
     std::shared_ptr<const Known> known_;
-    bool mayReuse_ = false;  ///< whoever starts to read now does so because we said that something has changed
     using Time = std::chrono::steady_clock::time_point;
     std::unordered_map<std::string, Time> growing_;  ///< files that may still grow, and until when they are looked at
     QTimer lookTimer_;

@@ -1,7 +1,7 @@
 #include "app/folder_watch.h"
 
-#include "app/background.h"
 #include "app/text.h"
+#include "base/abandoned_work.h"
 
 #include <QFileInfo>
 #include <QFileSystemWatcher>
@@ -94,7 +94,7 @@ FolderWatch::~FolderWatch() {
     const auto ended = [thread = std::shared_ptr<QThread>(std::move(thread_))](std::chrono::milliseconds most) {
         return thread->wait(QDeadlineTimer(most));
     };
-    if (!ended(LooseBackground::patience)) LooseBackground::abandon(ended);
+    if (!ended(abandonPatience)) abandonWork(ended);
 }
 
 void FolderWatch::setFolders(const std::set<std::filesystem::path>& folders) {

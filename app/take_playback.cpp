@@ -6,8 +6,6 @@
 #include <chrono>
 #include <utility>
 
-#include <fmt/format.h>
-
 namespace dravik {
 namespace {
 
@@ -15,24 +13,17 @@ constexpr std::chrono::milliseconds loadDelay{120};
 /// A marker that has just been reached is not the one before the position: whoever presses twice wants the next.
 constexpr double reachedSeconds = 0.25;
 
-/// The same for the same audio, whatever a save has changed of its metadata.
-std::string audioKey(const GroupeFichiers& groupe) {
-    std::string key;
-    for (const InfoFichier& fichier : groupe.fichiers) {
-        key += fmt::format("{}\n{} {} {}\n", fichier.url.native(), fichier.dureeSecondes, fichier.channels,
-                           fichier.sampleRate);
-    }
-    return key;
-}
-
 }  // namespace
 
 TakePlayback::TakePlayback(ContentView& content, LecteurCoreAudio& player, UserDefaults& defaults)
     : content_(content), player_(player), defaults_(defaults) {
-    load_.setSingleShot(true);
-    load_.setInterval(loadDelay);
-    connect(&load_, &QTimer::timeout, this, &TakePlayback::loadSelected);
+    loadDelay_.setSingleShot(true);
+    loadDelay_.setInterval(loadDelay);
+    connect(&loadDelay_, &QTimer::timeout, this, &TakePlayback::loadSelected);
     connect(&content_, &ContentView::selectionChanged, this, &TakePlayback::onSelectionChanged);
+    connect(&content_, &ContentView::filesMoved, this, &TakePlayback::onFilesMoved);
+    connect(&content_, &ContentView::lettingGo, this, &TakePlayback::letGoOf);
+    connect(&content_, &ContentView::takingUpAgain, this, &TakePlayback::onSelectionChanged);
     connect(&player_, &LecteurCoreAudio::loadProgress, this, [this](double fraction) {
         fraction_ = fraction;
         emit stateChanged();
@@ -57,8 +48,8 @@ TakePlayback::TakePlayback(ContentView& content, LecteurCoreAudio& player, UserD
 void TakePlayback::onSelectionChanged() {
     const int row = content_.selectedRow();
     if (row < 0) {
-        load_.stop();
-        key_.clear();
+        loadDelay_.stop();
+        audio_ = {};
         loading_ = false;
         error_.clear();
         player_.unload();
@@ -66,15 +57,32 @@ void TakePlayback::onSelectionChanged() {
         return;
     }
     const GroupeFichiers& groupe = content_.rows().groupesOriginauxTableau().at(static_cast<std::size_t>(row));
-    if (std::string key = audioKey(groupe); key != std::exchange(key_, key)) {
+    if (TakeAudio audio = TakeAudio::of(groupe); audio != std::exchange(audio_, audio)) {
         // Silence at once: what is heard is what is selected.
         player_.unload();
         loading_ = true;
         fraction_ = 0;
         error_.clear();
-        load_.start();
+        loadDelay_.start();
         emit stateChanged();
     }
+}
+
+void TakePlayback::onFilesMoved(const FileMoves& moved) {
+    audio_.follow(moved);
+    player_.filesMoved(moved);
+    // What is being read may not have been opened yet under its old name.
+    if (loading_) loadDelay_.start();
+}
+
+void TakePlayback::letGoOf(const std::filesystem::path& root) {
+    // What is in memory already can be heard without its volume.
+    if (!loading_ || !audio_.isUnder(root)) return;
+    loadDelay_.stop();
+    audio_ = {};
+    loading_ = false;
+    player_.unload();
+    emit stateChanged();
 }
 
 void TakePlayback::loadSelected() {
@@ -89,6 +97,7 @@ void TakePlayback::togglePlay() {
 }
 
 void TakePlayback::nudge(LecteurCoreAudio::Direction direction) {
+    // Not from where it was started, which is what the player counts from.
     if (player_.enLecture()) player_.setFrame(player_.frameCourante());
     player_.nudge(direction);
 }

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "app/content_view.h"
+#include "app/take_audio.h"
 #include "app/user_defaults.h"
 #include "playback/lecteur_core_audio.h"
 
 #include <QObject>
 #include <QString>
 #include <QTimer>
-#include <string>
 
 namespace dravik {
 
@@ -59,12 +59,14 @@ class TakePlayback : public QObject {
   private:
     void onSelectionChanged();
     void loadSelected();
+    void onFilesMoved(const FileMoves& moved);
+    void letGoOf(const std::filesystem::path& root);
 
     ContentView& content_;
     LecteurCoreAudio& player_;
     UserDefaults& defaults_;
-    QTimer load_;      ///< who walks through the table with the arrow keys does not hear each take
-    std::string key_;  ///< of the take that was asked for: its files and what they hold
+    QTimer loadDelay_;  ///< who walks through the table with the arrow keys does not hear each take
+    TakeAudio audio_;   ///< of the take that was asked for
     bool loading_ = false;
     double fraction_ = 0;
     QString error_;

@@ -9,7 +9,6 @@
 #include <exception>
 #include <utility>
 
-#include <fmt/format.h>
 #include <spdlog/spdlog.h>
 
 namespace dravik {
@@ -18,14 +17,6 @@ namespace {
 constexpr std::chrono::milliseconds startDelay{15};
 constexpr std::uint64_t bytesPerMegabyte = 1'000'000;
 
-/// The same for the same audio, whatever a save has changed of its metadata.
-std::string audioKey(const GroupeFichiers& groupe) {
-    std::string key;
-    for (const InfoFichier& fichier : groupe.fichiers)
-        key += fmt::format("{}\n{} {}\n", fichier.url.native(), fichier.dureeSecondes, fichier.channels);
-    return key;
-}
-
 struct Found {
     std::shared_ptr<const TakePeaks> peaks;
     QString error;
@@ -33,18 +24,22 @@ struct Found {
 
 }  // namespace
 
-TakeWaveform::TakeWaveform(ContentView& content, Background& background, FileOps& ops, const SampleDecoder& decoder,
-                           UserDefaults& defaults, std::optional<std::filesystem::path> cacheFolder)
+TakeWaveform::TakeWaveform(ContentView& content, LooseBackground& background, FileOps& ops,
+                           const SampleDecoder& decoder, UserDefaults& defaults,
+                           std::optional<std::filesystem::path> cacheFolder)
     : content_(content),
       background_(background),
       ops_(ops),
       decoder_(decoder),
       defaults_(defaults),
       cacheFolder_(std::move(cacheFolder)) {
-    start_.setSingleShot(true);
-    start_.setInterval(startDelay);
-    connect(&start_, &QTimer::timeout, this, &TakeWaveform::start);
+    startDelay_.setSingleShot(true);
+    startDelay_.setInterval(startDelay);
+    connect(&startDelay_, &QTimer::timeout, this, &TakeWaveform::start);
     connect(&content_, &ContentView::selectionChanged, this, &TakeWaveform::onSelectionChanged);
+    connect(&content_, &ContentView::filesMoved, this, &TakeWaveform::onFilesMoved);
+    connect(&content_, &ContentView::lettingGo, this, &TakeWaveform::letGoOf);
+    connect(&content_, &ContentView::takingUpAgain, this, &TakeWaveform::onSelectionChanged);
 }
 
 TakeWaveform::~TakeWaveform() {
@@ -52,33 +47,42 @@ TakeWaveform::~TakeWaveform() {
 }
 
 void TakeWaveform::onSelectionChanged() {
-    std::string key;
-    std::vector<std::filesystem::path> files;
-    if (const int row = content_.selectedRow(); row >= 0) {
-        const GroupeFichiers& groupe = content_.rows().groupesOriginauxTableau().at(static_cast<std::size_t>(row));
-        key = audioKey(groupe);
-        for (const InfoFichier& fichier : groupe.fichiers)
-            files.push_back(fichier.url);
-    }
-    if (key == key_) return;
-    key_ = std::move(key);
-    files_ = std::move(files);
+    const int row = content_.selectedRow();
+    show(row < 0 ? TakeAudio()
+                 : TakeAudio::of(content_.rows().groupesOriginauxTableau().at(static_cast<std::size_t>(row))));
+}
+
+void TakeWaveform::onFilesMoved(const FileMoves& moved) {
+    audio_.follow(moved);
+    // What is being read may not have been opened yet under its old name.
+    if (token_) startDelay_.start();
+}
+
+void TakeWaveform::letGoOf(const std::filesystem::path& root) {
+    const bool reads = token_ || startDelay_.isActive();
+    if (reads && audio_.isUnder(root)) show({});
+}
+
+void TakeWaveform::show(TakeAudio audio) {
+    if (audio == audio_) return;
+    audio_ = std::move(audio);
     if (token_) token_->cancel();
     token_.reset();
     growing_.reset();
     if (whole_) background_.letGo(std::exchange(whole_, nullptr));
     error_.clear();
     emit takeChanged();
-    files_.empty() ? start_.stop() : start_.start();
+    audio_.files.empty() ? startDelay_.stop() : startDelay_.start();
 }
 
 void TakeWaveform::start() {
+    if (token_) token_->cancel();
     token_ = std::make_shared<CancellationToken>();
     const QPointer<QObject> self(this);
     const auto token = token_;
     const auto limit = static_cast<std::uint64_t>(std::max(0, defaults_.value(settings::peakCacheMegabytes)));
     // The thread may outlive this object, but not what this object was given.
-    const auto sink = [this, &background = background_, self, token](CoarsePeaks found) {
+    const auto sink = [this, &background = background_.background(), self, token](CoarsePeaks found) {
         auto shared = std::make_shared<CoarsePeaks>(std::move(found));
         background.post(self, [this, token, shared] {
             if (token_ != token || whole_) return;
@@ -87,7 +91,7 @@ void TakeWaveform::start() {
             emit grown();
         });
     };
-    auto work = [&ops = ops_, &decoder = decoder_, files = files_, folder = cacheFolder_, limit, sink, token] {
+    auto work = [&ops = ops_, &decoder = decoder_, files = audio_.urls(), folder = cacheFolder_, limit, sink, token] {
         Found found;
         try {
             std::optional<PeakCache> cache;

@@ -2,6 +2,7 @@
 
 #include "app/background.h"
 #include "app/content_view.h"
+#include "app/take_audio.h"
 #include "app/user_defaults.h"
 #include "base/file_ops.h"
 #include "base/progress.h"
@@ -14,8 +15,6 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
-#include <string>
-#include <vector>
 
 namespace dravik {
 
@@ -25,7 +24,7 @@ class TakeWaveform : public QObject {
     Q_OBJECT
   public:
     /// Without a cache folder nothing is kept.
-    TakeWaveform(ContentView& content, Background& background, FileOps& ops, const SampleDecoder& decoder,
+    TakeWaveform(ContentView& content, LooseBackground& background, FileOps& ops, const SampleDecoder& decoder,
                  UserDefaults& defaults, std::optional<std::filesystem::path> cacheFolder);
     ~TakeWaveform() override;
 
@@ -43,17 +42,19 @@ class TakeWaveform : public QObject {
 
   private:
     void onSelectionChanged();
+    void onFilesMoved(const FileMoves& moved);
+    void letGoOf(const std::filesystem::path& root);
+    void show(TakeAudio audio);
     void start();
 
     ContentView& content_;
-    Background& background_;
+    LooseBackground& background_;
     FileOps& ops_;
     const SampleDecoder& decoder_;
     UserDefaults& defaults_;
     std::optional<std::filesystem::path> cacheFolder_;
-    QTimer start_;  ///< who walks through the table with the arrow keys reads no file
-    std::string key_;
-    std::vector<std::filesystem::path> files_;
+    QTimer startDelay_;  ///< who walks through the table with the arrow keys reads no file
+    TakeAudio audio_;
     std::shared_ptr<CancellationToken> token_;
     std::unique_ptr<TakePeaks> growing_;      ///< while they are being found
     std::shared_ptr<const TakePeaks> whole_;  ///< once they are

@@ -186,13 +186,21 @@ SaveReport undoSave(FileOps& ops, const SaveSnapshot& snapshot, const TaskContex
     return report;
 }
 
-void restamp(FileOps& ops, SaveSnapshot& older, const SaveSnapshot& undone) {
+FileStates statesAfterUndo(FileOps& ops, const SaveSnapshot& undone) {
+    FileStates states;
+    for (const SaveSnapshot::File& file : undone.files) {
+        if (const std::optional<FileStamp> now = ops.stampAt(file.before)) states.emplace(file.before, *now);
+    }
+    return states;
+}
+
+void restamp(SaveSnapshot& older, const SaveSnapshot& undone, const FileStates& states) {
     for (SaveSnapshot::File& file : older.files) {
         const auto same = std::find_if(undone.files.begin(), undone.files.end(),
                                        [&](const SaveSnapshot::File& one) { return one.before == file.after; });
         // Only where nobody had changed the file between the two saves.
         if (same == undone.files.end() || same->found != file.saved) continue;
-        if (const std::optional<FileStamp> now = ops.stampAt(file.after)) file.saved = *now;
+        if (const auto now = states.find(file.after); now != states.end()) file.saved = now->second;
     }
 }
 

@@ -6,6 +6,7 @@
 #include "model/wave/chunk_walk.h"
 
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <vector>
 
@@ -41,7 +42,11 @@ void noteSaved(FileOps& ops, SaveSnapshot& snapshot, const SaveReport& report);
 /// old ones. Blocks; not for the main thread.
 [[nodiscard]] SaveReport undoSave(FileOps& ops, const SaveSnapshot& snapshot, const TaskContext& task);
 
+/// The state of files, by their names.
+using FileStates = std::map<std::filesystem::path, FileStamp>;
+/// Of the files of an undone save, under the names that they have back. Blocks.
+[[nodiscard]] FileStates statesAfterUndo(FileOps& ops, const SaveSnapshot& undone);
 /// A later save of the same files was undone: they are again what this one left, in a new state of their own.
-void restamp(FileOps& ops, SaveSnapshot& older, const SaveSnapshot& undone);
+void restamp(SaveSnapshot& older, const SaveSnapshot& undone, const FileStates& states);
 
 }  // namespace dravik

@@ -2,11 +2,11 @@
 
 #include "base/paths.h"
 
-#include <QMetaObject>
 #include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <exception>
+#include <utility>
 
 namespace dravik {
 namespace {
@@ -21,10 +21,10 @@ constexpr std::chrono::milliseconds reconfigurationDelay{100};
 
 double now() { return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count(); }
 
-std::string keyOf(const GroupeFichiers& take) {
-    std::string key;
+std::vector<std::string> keyOf(const GroupeFichiers& take) {
+    std::vector<std::string> key;
     for (const InfoFichier& file : take.fichiers)
-        key += normalisedPath(file.url) + '\0';
+        key.push_back(normalisedPath(file.url));
     return key;
 }
 
@@ -45,9 +45,6 @@ LecteurCoreAudio::LecteurCoreAudio(PlaybackSettings& settings, const SampleDecod
       decoder_(decoder),
       availableMemory_(std::move(availableMemory)),
       makeOutput_(std::move(makeOutput)) {
-    connect(
-        this, &LecteurCoreAudio::posted, this, [](const std::function<void()>& call) { call(); }, Qt::QueuedConnection);
-    preparation_.setMaxThreadCount(1);
     ticks_.setTimerType(Qt::PreciseTimer);
     ticks_.setInterval(tickInterval);
     connect(&ticks_, &QTimer::timeout, this, &LecteurCoreAudio::tick);
@@ -61,7 +58,6 @@ LecteurCoreAudio::LecteurCoreAudio(PlaybackSettings& settings, const SampleDecod
 
 LecteurCoreAudio::~LecteurCoreAudio() {
     if (preparationAudioTask_) preparationAudioTask_->cancel();
-    preparation_.waitForDone();
     stopEngine();
 }
 
@@ -79,34 +75,34 @@ void LecteurCoreAudio::load(const GroupeFichiers& take) {
     for (const InfoFichier& file : take.fichiers)
         request.files.push_back(file.url);
     preparationAudioTask_ = request.token;
-    // The destructor waits for this thread, and what is posted to an object that is gone is dropped.
-    preparation_.start([this, request] {
-        const auto announce = [this, id = request.id](double fraction) {
-            emit posted(
-                [this, id, fraction] {
-                    if (id == chargementAudioID_) emit loadProgress(fraction);
-                },
-                {});
-        };
+    startLoad(std::move(request));
+}
+
+void LecteurCoreAudio::startLoad(Request request) {
+    preparation_.run([this, request = std::move(request), &decoder = decoder_,
+                      available = availableMemory_](const TakePreparation::Post& post) {
+        // On another thread, which may outlive this object: only what is posted may touch it.
         int percentTold = 0;
         const TaskContext task{request.token.get(), [&](const Progress& progress) {
                                    const double fraction =
                                        static_cast<double>(progress.doneBytes) /
                                        static_cast<double>(std::max<std::uint64_t>(1, progress.allBytes));
                                    const int percent = static_cast<int>(fraction * 100);
-                                   if (percent != percentTold) announce(fraction);
-                                   percentTold = percent;
+                                   if (std::exchange(percentTold, percent) == percent) return;
+                                   post([this, id = request.id, fraction] {
+                                       if (id == chargementAudioID_) emit loadProgress(fraction);
+                                   });
                                }};
-        std::shared_ptr<const PcmTake> pcm;
+        auto pcm = std::make_shared<std::shared_ptr<const PcmTake>>();
         std::string error;
         try {
-            pcm = loadTake(request.files, request.estPoly, decoder_, availableMemory_, task);
+            *pcm = loadTake(request.files, request.estPoly, decoder, available, task);
         } catch (const Cancelled&) {
             return;
         } catch (const std::exception& failure) {
             error = userText(failure);
         }
-        emit posted([this, request, pcm = std::move(pcm), error] { applyLoaded(request, pcm, error); }, {});
+        post([this, request, pcm, error] { applyLoaded(request, std::move(*pcm), error); });
     });
 }
 
@@ -116,6 +112,26 @@ void LecteurCoreAudio::unload() {
     preparationAudioTask_.reset();
     keepMonitoringSession();
     dropTake();
+}
+
+void LecteurCoreAudio::filesMoved(const std::map<std::filesystem::path, std::filesystem::path>& moved) {
+    std::map<std::string, std::string> names;
+    for (const auto& [before, after] : moved)
+        names.emplace(normalisedPath(before), normalisedPath(after));
+    const auto follow = [&](TakeKey key) {
+        for (std::string& name : key) {
+            if (const auto found = names.find(name); found != names.end()) name = found->second;
+        }
+        return key;
+    };
+    // All at once: two takes may have swapped their names.
+    std::map<TakeKey, MonitoringSessionState> sessions;
+    for (auto& [key, state] : sessions_)
+        sessions.insert_or_assign(follow(key), std::move(state));
+    sessions_ = std::move(sessions);
+    takeKey_ = follow(std::move(takeKey_));
+    if (!urlFichier_) return;
+    if (const auto found = moved.find(*urlFichier_); found != moved.end()) urlFichier_ = found->second;
 }
 
 void LecteurCoreAudio::keepMonitoringSession() {
@@ -131,7 +147,8 @@ void LecteurCoreAudio::dropTake() {
     stopEngine();
     meterReset_.stop();
     reconfigurationAudioTask_.stop();
-    take_.reset();
+    // Gigabytes are given back to the system page by page: not on this thread.
+    if (take_) preparation_.run([take = std::exchange(take_, nullptr)](const TakePreparation::Post&) {});
     urlFichier_.reset();
     takeTimecode_ = {};
     frameTotal_ = 0;
@@ -152,7 +169,10 @@ void LecteurCoreAudio::dropTake() {
 
 void LecteurCoreAudio::applyLoaded(const Request& request, std::shared_ptr<const PcmTake> take,
                                    const std::string& error) {
-    if (request.id != chargementAudioID_) return;  // a newer load has won
+    if (request.id != chargementAudioID_) {  // a newer load has won
+        if (take) preparation_.run([take = std::move(take)](const TakePreparation::Post&) {});
+        return;
+    }
     preparationAudioTask_.reset();
     if (!take) {
         emit loadFailed(error);
@@ -205,7 +225,7 @@ void LecteurCoreAudio::buildEngine(bool goOn) {
     sendMix();
     sendTransport(frameCourante_, goOn);
     // The output is destroyed before this object, and calls no more then.
-    moteur_ = makeOutput_([this] { emit posted([this] { configurationChanged(); }, {}); });
+    moteur_ = makeOutput_([this, post = preparation_.post()] { post([this] { configurationChanged(); }); });
     moteur_->start(take_->sampleRate, *renderer_);
     if (goOn) ticks_.start();
 }
@@ -228,11 +248,14 @@ void LecteurCoreAudio::rebuildAfterDeviceChange() {
     } catch (const std::exception& failure) {
         // The output stays, without sound: it tells when a device comes.
         refused = userText(failure);
-        pret_ = enLecture_ = false;
-        frameDepart_ = frameCourante_;
+        pret_ = false;
+        if (wasPlaying) stopped();
     }
     reconfigurationAudioEnCours_ = false;
-    if (wasPlaying != enLecture_) emit enLectureChanged();
+    if (wasPlaying != enLecture_) {
+        publishPosition();
+        emit enLectureChanged();
+    }
     if (wasPret != pret_) emit pretChanged();
     if (!refused.empty()) emit loadFailed(refused);
 }
@@ -275,6 +298,15 @@ void LecteurCoreAudio::pause() {
     const TakeRenderer::Heard heard = renderer_->heard();
     frameCourante_ = heard.frameCourante;
     if (heard.tours != toursSeen_) frameDepart_ = range().debut;
+    stopped();
+    sendMix();
+    sendTransport(frameCourante_, false);
+    publishPosition();
+    emit enLectureChanged();
+}
+
+/// What holds whenever the sound ends, whether somebody paused or the device went.
+void LecteurCoreAudio::stopped() {
     if (settings_.pauseComportement() == "retour") {
         frameCourante_ = frameDepart_;
     } else {
@@ -282,12 +314,8 @@ void LecteurCoreAudio::pause() {
     }
     ticks_.stop();
     enLecture_ = false;
-    sendMix();
-    sendTransport(frameCourante_, false);
     tempsReferenceLecture_ = 0;
     meterReset_.start();
-    publishPosition();
-    emit enLectureChanged();
 }
 
 void LecteurCoreAudio::tick() {

@@ -8,10 +8,10 @@
 #include "playback/mixer_state.h"
 #include "playback/pcm_loader.h"
 #include "playback/playback_settings.h"
+#include "playback/take_preparation.h"
 #include "playback/take_renderer.h"
 
 #include <QObject>
-#include <QThreadPool>
 #include <QTimer>
 #include <cstdint>
 #include <filesystem>
@@ -66,6 +66,8 @@ class LecteurCoreAudio : public QObject {
     /// Ends with `loaded` or `loadFailed`, unless a later load or `unload` comes first.
     void load(const GroupeFichiers& take);
     void unload();
+    /// Files were renamed: what is kept for the takes that they make goes with them, and the one that plays plays on.
+    void filesMoved(const std::map<std::filesystem::path, std::filesystem::path>& moved);
     [[nodiscard]] bool pret() const noexcept { return pret_; }
 
     // Transport. Nothing happens while no take is ready.
@@ -166,21 +168,19 @@ class LecteurCoreAudio : public QObject {
     /// The take or the output could not be had; the text is for the user.
     void loadFailed(const std::string& text);
 
-    /// The way of this object's own background work back to the main thread. Any thread; calls in order.
-    void posted(const std::function<void()>& call, QPrivateSignal);
-
   private:
     struct Request;
+    void startLoad(Request request);
     void applyLoaded(const Request& request, std::shared_ptr<const PcmTake> take, const std::string& error);
     void keepMonitoringSession();
     void dropTake();
     void buildEngine(bool goOn);
     void stopEngine() noexcept;
+    void stopped();
     void configurationChanged();
     void rebuildAfterDeviceChange();
 
     void tick();
-    void end();
     [[nodiscard]] PlayRange range() const;
     [[nodiscard]] Transport transport(std::int64_t frame, bool playing);
     void sendTransport(std::int64_t frame, bool playing);
@@ -214,12 +214,13 @@ class LecteurCoreAudio : public QObject {
     float volumeBoost_ = 0;
     std::string labelVolume_ = "0 dB";
     LevelMeters meters_;
-    std::map<std::string, MonitoringSessionState> sessions_;  // by the files of the take
-    std::string takeKey_;
+    using TakeKey = std::vector<std::string>;  // normalised paths of its files
+    std::map<TakeKey, MonitoringSessionState> sessions_;
+    TakeKey takeKey_;
 
     Uuid chargementAudioID_ = Uuid::random();
     std::shared_ptr<CancellationToken> preparationAudioTask_;
-    QThreadPool preparation_;  // one thread: a load begins when the one before it has ended and given its memory back
+    TakePreparation preparation_{*this};
     std::shared_ptr<const PcmTake> take_;
     std::unique_ptr<TakeRenderer> renderer_;
     std::unique_ptr<AudioOutput> moteur_;  // after the renderer, which it calls until it is destroyed

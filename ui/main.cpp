@@ -4,6 +4,7 @@
 #include "app/take_playback.h"
 #include "app/take_waveform.h"
 #include "app/text.h"
+#include "base/abandoned_work.h"
 #include "platform/available_memory.h"
 #include "platform/desktop_workspace.h"
 #include "platform/media/lazy_media_reader.h"
@@ -168,7 +169,7 @@ class Program {
     PreferencesWindow preferences_;
     // Waits for its threads when it goes, after the controller has cancelled them, and before what they work with.
     Background background_;
-    Background peaks_{2};  ///< apart from saves, which must not wait for the reading of waveforms
+    LooseBackground peaks_;  ///< apart from saves, which must not wait for the reading of waveforms
     LooseBackground asking_;
     QElapsedTimer opened_;  ///< since the current folder was
     PlaybackPreferences playbackPreferences_{settings_};
@@ -238,7 +239,7 @@ int run(int argc, char** argv) {
     }
     System system;
     const int code = runWindows(application, system, files, parser.value(picture), parser.value(pictures));
-    if (!LooseBackground::waitForAbandoned(std::chrono::milliseconds(0))) {
+    if (!waitForAbandonedWork(std::chrono::milliseconds(0))) {
         // Somewhere a volume does not answer, and whoever asked it would come back to what is being destroyed. All that
         // matters is on disk.
         spdlog::info("a volume does not answer; the program ends without it");

@@ -90,12 +90,19 @@ MainWindow::MainWindow(const Services& services) : services_(services) {
     connect(&rows, &TakeRows::rowsReset, this, &MainWindow::refreshCounts);
     connect(&rows, &TakeRows::rowsAppended, this, &MainWindow::refreshCounts);
     connect(table_, &TakeTable::selectionChanged, this, &MainWindow::refreshCounts);
+    connect(table_, &TakeTable::selectionChanged, this, [this] {
+        services_.content.setLignesSelectionnees(table_->selectedRows());
+        refreshTitle();
+    });
     connect(table_, &TakeTable::selectionChanged, this, &MainWindow::refreshActions);
     connect(editor_, &TakeEditor::stepReplayed, table_, &TakeTable::showLastChange);
     connect(&services_.theme, &Theme::changed, this, &MainWindow::refreshIcons);
 
     Commands& commands = services_.commands;
-    connect(&commands, &Commands::dravikShowTable, this, [this] { setPresentation(PresentationMode::table); });
+    connect(&commands, &Commands::dravikShowTable, this, [this] {
+        // Once more leads back to what was there before the table had the window to itself.
+        setPresentation(presentation_->isVisibleTo(this) ? PresentationMode::table : dernierModeNonTable_);
+    });
     connect(&commands, &Commands::dravikShowWaveforms, this, [this] { setPresentation(PresentationMode::waveforms); });
     connect(&commands, &Commands::dravikShowMixerView, this, [this] { setPresentation(PresentationMode::mixer); });
     connect(waveform_, &WaveformView::otherTakeAsked, table_, &TakeTable::goToOtherTake);
@@ -197,6 +204,7 @@ void MainWindow::rememberLayout() {
 }
 
 void MainWindow::setPresentation(PresentationMode mode) {
+    if (mode != PresentationMode::table) dernierModeNonTable_ = mode;
     presentation_->setVisible(mode != PresentationMode::table);
     presentation_->setCurrentWidget(mode == PresentationMode::mixer ? static_cast<QWidget*>(mixer_) : waveform_);
     editor_->setVisible(mode != PresentationMode::table && showEditor_->isChecked());
@@ -219,7 +227,7 @@ void MainWindow::setEditorVisible(bool visible) {
     showEditor_->setChecked(visible);
     // Asked for, it is shown: the table alone has no room for it.
     const PresentationMode mode = presentationMode(services_.settings.value(settings::layoutVueActive));
-    setPresentation(visible && mode == PresentationMode::table ? PresentationMode::waveforms : mode);
+    setPresentation(visible && mode == PresentationMode::table ? dernierModeNonTable_ : mode);
 }
 
 // --- Actions -------------------------------------------------------------------------------------------------------
@@ -259,6 +267,8 @@ void MainWindow::makeActions() {
                         refreshActions();  // it may have been refused
                     });
     group_->setCheckable(true);
+    loadFolder_ = action(KeyId::loadFolder, QStringLiteral("folder"), QStringLiteral("Open a folder of recordings"),
+                         [this] { emit services_.commands.dravikLoadFolder(); });
     reload_ = action(KeyId::reload, {}, QStringLiteral("Read the folder again; unsaved changes stay"),
                      [this] { browser_->refresh(); });
     showBrowser_ = action(KeyId::showBrowser, QStringLiteral("browser"),
@@ -289,12 +299,11 @@ void MainWindow::makeMenus() {
     const auto take = [this](const auto& what, const QString& help, void (TakeTable::*run)()) {
         QAction* made = action(what, {}, help, {});
         connect(made, &QAction::triggered, table_, run);
-        takeActions_.push_back(made);
+        actionsOnTakes_.push_back(made);
         return made;
     };
     QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
-    file->addAction(action(KeyId::loadFolder, QStringLiteral("folder"), QStringLiteral("Open a folder of recordings"),
-                           [this] { emit services_.commands.dravikLoadFolder(); }));
+    file->addAction(loadFolder_);
     file->addAction(action(KeyId::loadFile, QStringLiteral("file"), QStringLiteral("Open a recording and its folder"),
                            [this] { emit services_.commands.dravikLoadFile(); }));
     file->addAction(reload_);
@@ -390,8 +399,7 @@ void MainWindow::makeToolbar() {
     bar->setIconSize(QSize(metrics::toolIconSide, metrics::toolIconSide));
     bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     bar->addAction(showBrowser_);
-    for (QAction* one : menuBar()->actions().front()->menu()->actions().mid(0, 1))
-        bar->addAction(one);
+    bar->addAction(loadFolder_);
     bar->addSeparator();
     bar->addAction(undo_);
     bar->addAction(redo_);
@@ -475,7 +483,7 @@ void MainWindow::refreshActions() {
     redo_->setToolTip(QStringLiteral("%1 (%2)").arg(redo_->text(), keyText(KeyId::redo)));
     group_->setChecked(content.regrouperFichiersMono());
     const bool any = !content.rows().groupesTableau().empty();
-    for (QAction* one : takeActions_)
+    for (QAction* one : actionsOnTakes_)
         one->setEnabled(any && !saving);
 }
 

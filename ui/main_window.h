@@ -110,11 +110,13 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     QAction* undo_ = nullptr;
     QAction* redo_ = nullptr;
     QAction* group_ = nullptr;
+    QAction* loadFolder_ = nullptr;
     QAction* reload_ = nullptr;
     QAction* showBrowser_ = nullptr;
     QAction* showEditor_ = nullptr;
     std::map<PresentationMode, QAction*> modes_;
-    std::vector<QAction*> takeActions_;  ///< need a selected take
+    std::vector<QAction*> actionsOnTakes_;                                ///< need a selected take
+    PresentationMode dernierModeNonTable_ = PresentationMode::waveforms;  ///< to come back to
 
     StatusLine* status_ = nullptr;
     bool quitAsked_ = false;

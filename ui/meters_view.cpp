@@ -1,6 +1,6 @@
 #include "ui/meters_view.h"
 
-#include "app/text.h"
+#include "ui/shown_track.h"
 
 #include <QGridLayout>
 #include <QVBoxLayout>
@@ -26,12 +26,14 @@ MetersView::MetersView(ContentView& content, TakePlayback& playback, const UserD
         for (std::size_t at = 0; at < std::min(meters_.size(), levels.niveauxDB().size()); ++at)
             meters_[at]->show(levels.niveauxDB()[at], levels.meterPeakDB()[at], levels.meterClipHeld()[at]);
     });
+    connect(&playback_, &TakePlayback::stateChanged, this, &MetersView::refreshHint);
     connect(&content_, &ContentView::takeChanged, this, &MetersView::refreshNames);
     rebuild();
 }
 
 void MetersView::rebuild() {
     delete page_;
+    hint_ = nullptr;
     meters_.clear();
     names_.clear();
     page_ = new QWidget(this);
@@ -52,19 +54,25 @@ void MetersView::rebuild() {
         grid->addWidget(meters_.back(), index, 1);
     }
     if (channels == 0) {
-        auto* hint = new QLabel(QStringLiteral("Select a take to see its levels."), page_);
-        hint->setAlignment(Qt::AlignCenter);
-        grid->addWidget(hint, 0, 0);
+        hint_ = new QLabel(page_);
+        hint_->setAlignment(Qt::AlignCenter);
+        hint_->setWordWrap(true);
+        hint_->setTextFormat(Qt::PlainText);
+        grid->addWidget(hint_, 0, 0);
+        refreshHint();
     }
     layout()->addWidget(page_);
     refreshNames();
 }
 
+void MetersView::refreshHint() {
+    if (hint_) hint_->setText(playbackHint(playback_, QStringLiteral("Select a take to see its levels.")));
+}
+
 void MetersView::refreshNames() {
     const std::vector<Piste>& pistes = content_.pistes();
     for (std::size_t at = 0; at < names_.size(); ++at) {
-        const QString nom = at < pistes.size() ? toQt(pistes[at].nom) : QString();
-        const int numero = at < pistes.size() ? pistes[at].numero : static_cast<int>(at) + 1;
+        const auto [numero, nom] = shownTrack(pistes, at);
         const QString text = QStringLiteral("%1  %2").arg(numero).arg(nom);
         names_[at]->setText(names_[at]->fontMetrics().elidedText(text, Qt::ElideRight, nameWidth));
         names_[at]->setToolTip(nom);

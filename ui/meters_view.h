@@ -20,6 +20,7 @@ class MetersView : public QWidget {
   private:
     void rebuild();
     void refreshNames();
+    void refreshHint();
 
     ContentView& content_;
     TakePlayback& playback_;
@@ -28,6 +29,7 @@ class MetersView : public QWidget {
     QWidget* page_ = nullptr;
     std::vector<LevelMeter*> meters_;
     std::vector<QLabel*> names_;
+    QLabel* hint_ = nullptr;  ///< instead of them, while there are none
 };
 
 }  // namespace dravik

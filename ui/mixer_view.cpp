@@ -1,10 +1,9 @@
 #include "ui/mixer_view.h"
 
-#include "app/text.h"
+#include "ui/shown_track.h"
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>
-#include <cmath>
 #include <utility>
 
 namespace dravik {
@@ -97,9 +96,8 @@ void MixerView::rebuild() {
 void MixerView::refreshNames() {
     const std::vector<Piste>& pistes = content_.pistes();
     for (std::size_t at = 0; at < strips_.size(); ++at) {
-        const QString nom = at < pistes.size() ? toQt(pistes[at].nom) : QString();
-        const int numero = at < pistes.size() ? pistes[at].numero : static_cast<int>(at) + 1;
-        strips_[at]->setTrack(numero, nom);
+        const ShownTrack track = shownTrack(pistes, at);
+        strips_[at]->setTrack(track.numero, track.nom);
     }
 }
 
@@ -113,13 +111,7 @@ void MixerView::refresh() {
 
 void MixerView::refreshHint() {
     pages_->setCurrentIndex(strips_.empty() ? 0 : 1);
-    if (!playback_.error().isEmpty()) {
-        hint_->setText(playback_.error());
-    } else if (playback_.isLoading()) {
-        hint_->setText(QStringLiteral("Loading... %1%").arg(std::lround(playback_.loadedFraction() * 100)));
-    } else {
-        hint_->setText(QStringLiteral("Select a take to hear it."));
-    }
+    hint_->setText(playbackHint(playback_, QStringLiteral("Select a take to hear it.")));
 }
 
 }  // namespace dravik

@@ -240,14 +240,19 @@ QWidget* TakeEditor::makeFields() {
     grid->addWidget(endCaption, 4, 0);
     grid->addWidget(end_, 4, 2, 1, 4);
 
-    note_ = new QPlainTextEdit(form);
+    note_ = new NoteEdit(longestTypedText, form);
+    connect(note_, &NoteEdit::cutShort, this, [this](int longest) {
+        content_.tell(QStringLiteral("A note has room for %L1 characters; the rest was left out.").arg(longest));
+    });
     note_->setTabChangesFocus(true);
     note_->setUndoRedoEnabled(false);
     note_->setMinimumHeight(44);
     note_->setToolTip(QStringLiteral("Note of the sound mixer"));
     note_->installEventFilter(this);
     connect(note_, &QPlainTextEdit::textChanged, this, [this] {
-        if (!filling_) content_.modifications().setNote(note_->toPlainText().toStdString());
+        if (filling_) return;
+        noteShown_ = note_->toPlainText();
+        content_.modifications().setNote(noteShown_.toStdString());
     });
     addField(*grid, 5, 0, fieldTitle(RowField::note), RowField::note, note_);
     grid->setRowStretch(5, 1);
@@ -351,7 +356,8 @@ void TakeEditor::refreshFields(const RowState& row, bool editable, bool mayEdit)
     const QString note = toQt(content_.modifications().note());
     const QString shownNote = shortened(note, longestTypedText);
     note_->setReadOnly(!mayEdit || shownNote != note);
-    if (note_->toPlainText() != shownNote) note_->setPlainText(shownNote);
+    // By what was put in: the field gives line ends and fixed blanks back as others.
+    if (std::exchange(noteShown_, shownNote) != shownNote) note_->setPlainText(shownNote);
     for (const auto& [box, field, on] : {std::tuple(circled_, RowField::circled, content_.modifications().circled()),
                                          std::tuple(wild_, RowField::wild, content_.modifications().wild())}) {
         const bool mixed = isMixed(groupe, field);
@@ -470,7 +476,7 @@ void TakeEditor::leaveTimecode() {
 void TakeEditor::tellInvalidTimecode() {
     if (std::exchange(timecodeTold_, true)) return;
     const QString typed = timecode_->text();
-    emit content_.notice(
+    content_.tell(
         typed.isEmpty()
             ? QStringLiteral("The start timecode of %1 was emptied, which is no timecode: it is as it "
                              "was.")

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "app/content_view.h"
+#include "ui/note_edit.h"
 #include "ui/theme.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QStackedLayout>
 #include <QTimer>
 #include <QWidget>
@@ -99,7 +99,8 @@ class TakeEditor : public QWidget {
     std::vector<Field> fields_;
     std::vector<TextField> texts_;
     std::vector<QLabel*> headings_, captions_;
-    QPlainTextEdit* note_ = nullptr;
+    NoteEdit* note_ = nullptr;
+    QString noteShown_;  ///< as it was put in, or typed since
     QCheckBox* circled_ = nullptr;
     QCheckBox* wild_ = nullptr;
     QComboBox* rate_ = nullptr;

@@ -19,7 +19,7 @@ QString TakeTable::savingRuns() { return QStringLiteral("Wait until saving is do
 
 bool TakeTable::mayEdit() {
     if (!content_.sauvegardeEnCours()) return !view_->isEditing();
-    emit content_.notice(savingRuns());
+    content_.tell(savingRuns());
     return false;
 }
 
@@ -69,7 +69,7 @@ void TakeTable::tell(const TableEditResult& result, TakeColumn column) {
                      .arg(counted(static_cast<std::size_t>(result.refused), QStringLiteral("take")),
                           columnTitle(column));
     }
-    if (!parts.isEmpty()) emit content_.notice(parts.join(QLatin1Char(' ')));
+    if (!parts.isEmpty()) content_.tell(parts.join(QLatin1Char(' ')));
 }
 
 void TakeTable::commit(const QModelIndex& index, const QString& text, bool toAll) {
@@ -78,7 +78,7 @@ void TakeTable::commit(const QModelIndex& index, const QString& text, bool toAll
     const std::optional<RowField> field = fieldOf(column);
     if (row < 0 || !field) return;
     if (content_.sauvegardeEnCours()) {
-        emit content_.notice(savingRuns());
+        content_.tell(savingRuns());
         return;
     }
     std::vector<int> rows = {row};
@@ -93,7 +93,7 @@ bool TakeTable::refusesNames(const std::vector<int>& rows, const QStringList& na
         wanted.emplace_back(rows[at], names.size() == 1 ? names.front() : names.at(static_cast<qsizetype>(at)));
     const QString why = whyNotNames(content_.rows(), wanted);
     if (why.isEmpty()) return false;
-    emit content_.notice(QStringLiteral("%1 Nothing was changed.").arg(why));
+    content_.tell(QStringLiteral("%1 Nothing was changed.").arg(why));
     return true;
 }
 
@@ -113,11 +113,11 @@ void TakeTable::fillDown() {
     if (!column || !mayEdit()) return;
     const std::vector<int> rows = selectedRows();
     if (!fieldOf(*column)) {
-        emit content_.notice(QStringLiteral("%1 cannot be edited.").arg(columnTitle(*column)));
+        content_.tell(QStringLiteral("%1 cannot be edited.").arg(columnTitle(*column)));
     } else if (rows.size() < 2) {
-        emit content_.notice(QStringLiteral("Select the rows to fill; the first one gives the value."));
+        content_.tell(QStringLiteral("Select the rows to fill; the first one gives the value."));
     } else if (isMixedCell(model_->groupe(rows.front()), *column)) {
-        emit content_.notice(QStringLiteral("The files of the first row do not agree: there is no value to fill."));
+        content_.tell(QStringLiteral("The files of the first row do not agree: there is no value to fill."));
     } else if (*column != TakeColumn::name || !refusesNames(rows, {toQt(model_->groupe(rows.front()).nom)})) {
         tell(dravik::fillDown(content_.rows(), rows, *fieldOf(*column)), *column);
     }
@@ -131,7 +131,7 @@ void TakeTable::numberTakes() {
     if (!mayEdit()) return;
     const std::vector<int> rows = selectedRows();
     if (rows.size() < 2) {
-        emit content_.notice(QStringLiteral("Select the rows to number; the first one keeps its take."));
+        content_.tell(QStringLiteral("Select the rows to number; the first one keeps its take."));
     } else {
         tell(dravik::numberTakes(content_.rows(), rows), TakeColumn::take);
     }
@@ -164,7 +164,7 @@ void TakeTable::paste() {
     const QStringList lines = firstSpreadsheetColumn(QApplication::clipboard()->text());
     if (lines.isEmpty()) return;
     if (!fieldOf(*column)) {
-        emit content_.notice(QStringLiteral("%1 cannot be edited.").arg(columnTitle(*column)));
+        content_.tell(QStringLiteral("%1 cannot be edited.").arg(columnTitle(*column)));
         return;
     }
     std::vector<int> rows = selectedRows();

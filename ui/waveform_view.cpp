@@ -1,7 +1,9 @@
 #include "ui/waveform_view.h"
 
+#include "app/cue_names.h"
 #include "app/text.h"
 #include "ui/shortcuts.h"
+#include "ui/shown_track.h"
 
 #include <QApplication>
 #include <QHelpEvent>
@@ -33,10 +35,6 @@ QFont flagFont(const QWidget& widget) {
     QFont font = widget.font();
     font.setPixelSize(10);
     return font;
-}
-
-QString cueText(const CueMarker& marker, std::size_t number) {
-    return marker.label && !marker.label->empty() ? toQt(*marker.label) : QStringLiteral("Cue %1").arg(number);
 }
 
 }  // namespace
@@ -312,9 +310,7 @@ void WaveformView::paintNames(QPainter& painter) {
     painter.setClipRect(column);
     const std::vector<Piste>& pistes = content_.pistes();
     for (const WaveformLane& lane : lanes()) {
-        const auto at = static_cast<std::size_t>(lane.canal);
-        const int numero = at < pistes.size() ? pistes[at].numero : lane.canal + 1;
-        const QString nom = at < pistes.size() ? toQt(pistes[at].nom) : QString();
+        const auto [numero, nom] = shownTrack(pistes, static_cast<std::size_t>(lane.canal));
         const QRect place(8, rulerHeight + lane.area.top(), namesWidth - 16, lane.area.height());
         painter.setPen(theme_.dimmed());
         painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter, QString::number(numero));
@@ -351,7 +347,7 @@ void WaveformView::paintCues(QPainter& painter) {
         const QColor colour = theme_.pending();
         painter.setPen(QPen(colour, 1, Qt::DashLine));
         painter.drawLine(QPointF(x, rulerHeight), QPointF(x, lanesArea().bottom()));
-        const QString text = painter.fontMetrics().elidedText(cueText(marker, number), Qt::ElideRight, longestFlagText);
+        const QString text = painter.fontMetrics().elidedText(cueName(marker, number), Qt::ElideRight, longestFlagText);
         const QRectF flag = cueFlag(marker, number);
         painter.setPen(Qt::NoPen);
         painter.setBrush(colour);
@@ -401,7 +397,7 @@ void WaveformView::scrollContentsBy(int, int) { redraw(); }
 QRectF WaveformView::cueFlag(const CueMarker& marker, std::size_t number) const {
     const QFontMetrics metrics(flagFont(*this));
     const double x = std::floor(xOfFrame(static_cast<double>(marker.frame))) + 0.5;
-    const int width = std::min(metrics.horizontalAdvance(cueText(marker, number)), longestFlagText);
+    const int width = std::min(metrics.horizontalAdvance(cueName(marker, number)), longestFlagText);
     return {x, rulerHeight, width + 8.0, flagHeight};
 }
 

@@ -447,6 +447,10 @@ TEST_F(ContentViewTest, ShowsFilesOfSeveralFoldersTogether) {
     settle();
     EXPECT_EQ(rowCount(), 2U);
     EXPECT_EQ(content->folderLabel(), QStringLiteral("Multiple folders"));
+    content->setLignesSelectionnees({0});
+    EXPECT_EQ(content->folderLabel().toStdString(), folder.path().native());
+    content->setLignesSelectionnees({0, 1});
+    EXPECT_EQ(content->folderLabel(), QStringLiteral("Multiple folders"));
     EXPECT_EQ(content->fichierSelectionne(), folder / "B.wav");
     edit(1, RowField::name, "H");
     content->saveAll();

@@ -1,6 +1,7 @@
 #include "app/folder_commands.h"
 
 #include "app/text.h"
+#include "base/abandoned_work.h"
 #include "tests/app/folder_workspace.h"
 #include "tests/app/main_window_stage.h"
 #include "tests/support/files.h"
@@ -40,7 +41,7 @@ class FolderCommandsTest : public testing::Test {
     void TearDown() override {
         workspace.setHangs(false);
         commands.reset();
-        ASSERT_TRUE(LooseBackground::waitForAbandoned(std::chrono::seconds(20)));
+        ASSERT_TRUE(waitForAbandonedWork(std::chrono::seconds(20)));
     }
 
     [[nodiscard]] QString lastTitle() const {
@@ -216,14 +217,14 @@ TEST_F(FolderCommandsTest, AVolumeThatDoesNotAnswerKeepsNobodyFromWorkingOrQuitt
     commands->eject(stage.folder.path());
     commands->createIn(day);
     EXPECT_TRUE(QTest::qWaitFor([&] { return !created.empty(); }));
-    EXPECT_EQ(workspace.ejected().size(), 1U);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return workspace.ejected().size() == 1; }));
     QElapsedTimer quitting;
     quitting.start();
     commands.reset();
     EXPECT_LT(quitting.elapsed(), 10'000);
-    EXPECT_FALSE(LooseBackground::waitForAbandoned(std::chrono::milliseconds(0)));
+    EXPECT_FALSE(waitForAbandonedWork(std::chrono::milliseconds(0)));
     workspace.setHangs(false);
-    EXPECT_TRUE(LooseBackground::waitForAbandoned(std::chrono::seconds(20)));
+    EXPECT_TRUE(waitForAbandonedWork(std::chrono::seconds(20)));
 }
 
 TEST_F(FolderCommandsTest, AFolderThatIsBeingCopiedStaysAndACancelledCopyLeavesNothing) {

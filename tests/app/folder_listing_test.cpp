@@ -1,6 +1,7 @@
 #include "app/folder_listing.h"
 
 #include "app/text.h"
+#include "base/abandoned_work.h"
 #include "tests/support/fake_codecs.h"
 #include "tests/support/faulty_file_ops.h"
 #include "tests/support/files.h"
@@ -43,7 +44,7 @@ class FolderListingTest : public testing::Test {
         });
     }
     void read() {
-        again = [this] { listing.readFolder(folder.path(), true); };
+        again = [this] { listing.readFolder(folder.path(), true, FolderListing::Reuse::unchanged); };
         again();
         ASSERT_TRUE(settles(1));
     }
@@ -88,7 +89,7 @@ TEST_F(FolderListingTest, AfterACancelNothingMoreComes) {
     for (int at = 0; at < 300; ++at)
         recorderFile().write(folder / fmt::format("T{:03}.wav", at));
     QObject::connect(&listing, &FolderListing::rowsRead, &listing, &FolderListing::cancel);
-    listing.readFolder(folder.path(), true);
+    listing.readFolder(folder.path(), true, FolderListing::Reuse::nothing);
     ASSERT_TRUE(settles(1));
     QTest::qWait(300);
     EXPECT_EQ(counts.size(), 1U);
@@ -113,7 +114,7 @@ TEST_F(FolderListingTest, WhatComesAndGoesIsReadAndWhatStayedIsNotProbedAnew) {
 
     // Who asks for a reading wants one.
     const int before = readings;
-    listing.readFolder(folder.path(), true);
+    listing.readFolder(folder.path(), true, FolderListing::Reuse::nothing);
     ASSERT_TRUE(settles(before + 1));
     EXPECT_GT(codecs.asked, asked);
 }
@@ -159,7 +160,7 @@ TEST_F(FolderListingTest, FilesOfSeveralFoldersAreAllWatched) {
     const TempFolder other;
     writeOld(folder / "A.wav");
     writeOld(other / "B.wav");
-    again = [&] { listing.readFiles({folder / "A.wav", other / "B.wav"}, true); };
+    again = [&] { listing.readFiles({folder / "A.wav", other / "B.wav"}, true, FolderListing::Reuse::unchanged); };
     again();
     ASSERT_TRUE(settles(1));
     EXPECT_THAT(names(), ElementsAre("A", "B"));
@@ -202,15 +203,15 @@ TEST_F(FolderListingTest, AReadingThatHangsIsLeftBehind) {
     writeFile(folder / "A.mp3", "for the codecs");
     const SilentCodecs silent;
     auto hung = std::make_unique<FolderListing>(background, files, silent);
-    hung->readFolder(folder.path(), true);
+    hung->readFolder(folder.path(), true, FolderListing::Reuse::nothing);
     silent.asked.acquire();
     QElapsedTimer closing;
     closing.start();
     hung.reset();
     EXPECT_LT(closing.elapsed(), 10'000);
-    EXPECT_FALSE(LooseBackground::waitForAbandoned(0ms));
+    EXPECT_FALSE(waitForAbandonedWork(0ms));
     silent.answer.release();
-    EXPECT_TRUE(LooseBackground::waitForAbandoned(20s));
+    EXPECT_TRUE(waitForAbandonedWork(20s));
 }
 
 }  // namespace

@@ -40,10 +40,15 @@ TEST_F(TakePlaybackTest, WhatIsSelectedIsWhatIsLoadedAndASaveOfItsFieldsDoesNotI
     content->saveAll();
     settle();
     QTest::qWait(200);
+    edit(0, RowField::name, "C");
+    content->saveAll();
+    settle();
+    QTest::qWait(200);
+    EXPECT_EQ(content->fichierSelectionne(), folder / "C.wav");
     EXPECT_EQ(loads, 0);
     EXPECT_TRUE(player.pret());
 
-    content->selectionnerLigne(1);
+    content->selectionnerLigne(content->rows().indexOfFile(folder / "B.wav"));
     EXPECT_FALSE(player.pret()) << "nothing of another take is heard";
     EXPECT_TRUE(playback.isLoading());
     ASSERT_TRUE(QTest::qWaitFor([this] { return player.pret(); }));

@@ -1,6 +1,7 @@
 #include "ui/folder_browser.h"
 
 #include "app/text.h"
+#include "base/abandoned_work.h"
 #include "tests/app/folder_workspace.h"
 #include "tests/app/main_window_stage.h"
 #include "tests/support/files.h"
@@ -37,7 +38,7 @@ class FolderBrowserTest : public testing::Test {
     }
     void TearDown() override {
         browser.reset();
-        ASSERT_TRUE(LooseBackground::waitForAbandoned(std::chrono::seconds(20)));
+        ASSERT_TRUE(waitForAbandonedWork(std::chrono::seconds(20)));
         qputenv("HOME", previousHome);
     }
 

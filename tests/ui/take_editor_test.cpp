@@ -1,5 +1,6 @@
 #include "ui/take_editor.h"
 
+#include "app/text.h"
 #include "tests/app/main_window_stage.h"
 #include "tests/support/files.h"
 #include "ui/cue_list.h"
@@ -7,6 +8,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QPlainTextEdit>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -187,6 +189,29 @@ TEST_F(TakeEditorTest, ATimecodeThatIsNoneIsToldOnceAndStaysWhileItsTakeIsShown)
     EXPECT_EQ(stage.row(0).groupe.timecode, "11:00:00:24");
     EXPECT_EQ(stage.row(1).groupe.timecode, stage.content->rows().groupesOriginauxTableau()[1].timecode);
     EXPECT_EQ(told.size(), 2);
+}
+
+TEST_F(TakeEditorTest, ANoteKeepsItsCursorWhateverCharactersItHoldsAndTakesNoMoreThanItHasRoomFor) {
+    auto& note = named<QPlainTextEdit>("Note");
+    RowState state = stage.row(0);
+    ASSERT_TRUE(setText(state.groupe, RowField::note, "one\u00A0two\r\nthree"));
+    stage.content->rows().edit(QStringLiteral("Edit"), {{0, state}});
+    QCoreApplication::processEvents();
+    note.moveCursor(QTextCursor::End);
+    const int end = note.textCursor().position();
+    stage.edit(0, RowField::scene, "9");  // which refreshes all fields
+    QCoreApplication::processEvents();
+    EXPECT_EQ(note.textCursor().position(), end);
+    EXPECT_EQ(stage.row(0).groupe.notes, "one\u00A0two\r\nthree") << "nobody has edited it";
+
+    QString told;
+    QObject::connect(stage.content.get(), &ContentView::notice, editor.get(),
+                     [&](const QString& text) { told = text; });
+    note.selectAll();
+    QApplication::clipboard()->setText(QString(200'000, QLatin1Char('x')));
+    note.paste();
+    EXPECT_EQ(note.toPlainText().size(), longestTypedText);
+    EXPECT_TRUE(told.contains("10,000")) << told.toStdString();
 }
 
 TEST_F(TakeEditorTest, TrackNamesAreTypedOneAfterTheOther) {

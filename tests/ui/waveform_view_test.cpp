@@ -69,7 +69,8 @@ class WaveformViewTest : public testing::Test, public MainWindowStage {
     test::OfflineOutputs outputs;
     LecteurCoreAudio player{preferences, *decoder, [] { return std::nullopt; }, outputs.outputs()};
     TakePlayback playback{*content, player, settings};
-    TakeWaveform waveform{*content, background, files, *decoder, settings, settingsFolder / "cache"};
+    LooseBackground peaks;
+    TakeWaveform waveform{*content, peaks, files, *decoder, settings, settingsFolder / "cache"};
     Theme theme{settings};
     WaveformView view{*content, playback, waveform, settings, theme};
 };

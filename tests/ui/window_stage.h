@@ -45,7 +45,7 @@ class WindowStage : public MainWindowStage {
     WindowStage() {
         content = makeContent(asking);
         playback = std::make_unique<TakePlayback>(*content, player, settings);
-        waveform = std::make_unique<TakeWaveform>(*content, background, files, *decoder, settings, std::nullopt);
+        waveform = std::make_unique<TakeWaveform>(*content, peaks, files, *decoder, settings, std::nullopt);
         window = makeWindow();
         asking.setWindow(window.get());
         window->resize(1200, 800);
@@ -101,6 +101,7 @@ class WindowStage : public MainWindowStage {
     OfflineOutputs outputs;
     LecteurCoreAudio player{playbackPreferences, *decoder, [] { return std::nullopt; }, outputs.outputs()};
     std::unique_ptr<TakePlayback> playback;
+    LooseBackground peaks;
     std::unique_ptr<TakeWaveform> waveform;
     QtDialogs asking;
     FakeWorkspace workspace;

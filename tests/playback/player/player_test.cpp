@@ -1,8 +1,11 @@
+#include "base/abandoned_work.h"
 #include "tests/playback/fake_take.h"
 #include "tests/playback/player/player_stage.h"
 #include "tests/playback/reference_mix.h"
 
+#include <fstream>
 #include <numeric>
+#include <semaphore>
 
 #include <gtest/gtest.h>
 
@@ -319,6 +322,63 @@ TEST_F(Player, ADeviceChangeKeepsThePositionAndThePlayback) {
     EXPECT_FALSE(player_.enLecture());
     player_.play();
     EXPECT_EQ(nextHeard(), 1002) << "from where it was heard last";
+
+    // It stops as a pause does.
+    output_.run(100);
+    settings_.pause = "retour";
+    output_.refuse = true;
+    output_.deviceChanges();
+    ASSERT_TRUE(comes([&] { return !player_.pret(); }));
+    EXPECT_EQ(player_.frameCourante(), 1001);
+    EXPECT_EQ(player_.tempsReferenceLecture(), 0);
+    EXPECT_TRUE(comes([&] { return player_.niveauxDB()[0] == meterMinimumDB; })) << "no level stands still";
+}
+
+/// A take whose volume does not answer.
+class SilentDecoder final : public SampleDecoder {
+  public:
+    [[nodiscard]] std::unique_ptr<SampleStream> open(const std::filesystem::path&) const override {
+        asked.release();
+        answer.acquire();
+        throw std::filesystem::filesystem_error("silent", std::make_error_code(std::errc::io_error));
+    }
+    mutable std::counting_semaphore<8> asked{0}, answer{0};
+};
+
+TEST_F(Player, AVolumeThatDoesNotAnswerKeepsNobodyFromPlayingAnotherTakeOrQuitting) {
+    const SilentDecoder silent;
+    auto player = std::make_unique<LecteurCoreAudio>(
+        settings_, silent, [] { return std::nullopt; }, output_.outputs());
+    std::ofstream(folder_ / "hung.flac") << "for the codecs";
+    player->load(takeOfFiles({folder_ / "hung.flac"}));
+    silent.asked.acquire();
+    player->load(takeOfFiles({writeFloats(folder_ / "a.wav", noise(1, 100))}));
+    EXPECT_TRUE(comes([&] { return player->pret(); }));
+    QElapsedTimer quitting;
+    quitting.start();
+    player.reset();
+    EXPECT_LT(quitting.elapsed(), 10'000);
+    EXPECT_FALSE(waitForAbandonedWork(std::chrono::milliseconds(0)));
+    silent.answer.release();
+    EXPECT_TRUE(waitForAbandonedWork(std::chrono::seconds(20)));
+}
+
+TEST_F(Player, RenamedFilesKeepTheirMixAndPlayOn) {
+    const auto a = writeFloats(folder_ / "a.wav", noise(2, 4000));
+    const auto b = writeFloats(folder_ / "b.wav", noise(2, 4000));
+    load(takeOfFiles({a}));
+    player_.setFader(0, -12);
+    load(takeOfFiles({b}));
+    player_.setFader(0, -6);
+    player_.play();
+    // The two swap their names.
+    player_.filesMoved({{a, b}, {b, a}});
+    EXPECT_TRUE(player_.enLecture());
+    EXPECT_EQ(player_.urlFichier(), a);
+    load(takeOfFiles({b}));
+    EXPECT_EQ(player_.faderDBParCanal()[0], -12);
+    load(takeOfFiles({a}));
+    EXPECT_EQ(player_.faderDBParCanal()[0], -6);
 }
 
 TEST_F(Player, WithoutADeviceATakeIsNotReadyUntilOneComes) {
