@@ -31,7 +31,10 @@ constexpr std::chrono::milliseconds answerTime{2000};
 }  // namespace
 
 ContentView::ContentView(const Services& services)
-    : services_(services), listing_(services.background, services.files, services.codecs) {
+    : services_(services),
+      listing_(services.background, services.files, services.codecs),
+      saves_({rows_, services.dialogs, services.clock, services.background, services.files}),
+      cues_(rows_, services.settings, services.dialogs) {
     connect(&listing_, &FolderListing::rowsRead, this, &ContentView::onRowsRead);
     connect(&listing_, &FolderListing::folderChanged, this, [this] { readAgain(FolderListing::Reuse::unchanged); });
     connect(&listing_, &FolderListing::recovered, this, [this](const Recovery& recovery) {
@@ -40,7 +43,8 @@ ContentView::ContentView(const Services& services)
             lines << toQt(line);
         for (const std::string& line : recovery.failures)
             lines << toQt(line);
-        showError(recovery.failures.empty() ? QStringLiteral("Interrupted Work Was Put Right")
+        showError(services_.dialogs,
+                  recovery.failures.empty() ? QStringLiteral("Interrupted Work Was Put Right")
                                             : QStringLiteral("Critical Rename Recovery Needed"),
                   lines.join(QLatin1Char('\n')));
     });
@@ -50,10 +54,14 @@ ContentView::ContentView(const Services& services)
             emit notice(
                 QStringLiteral("%1 cannot be reached. What is shown is what was read before.").arg(folderLabel()));
         } else {
-            showError(QStringLiteral("Folder Not Found"),
+            showError(services_.dialogs, QStringLiteral("Folder Not Found"),
                       QStringLiteral("%1 is not there, or cannot be read.").arg(folderLabel()));
         }
     });
+    connectSaves();
+    connect(&cues_, &TakeCues::changed, this, &ContentView::cueMarkersChanged);
+    connect(&cues_, &TakeCues::readingChanged, this, &ContentView::enChargementChanged);
+    connect(&cues_, &TakeCues::notice, this, &ContentView::notice);
     connect(&rows_, &TakeRows::rowsChanged, this, &ContentView::onRowsChanged);
     connect(&rows_, &TakeRows::pendingChanged, this, [this] {
         // A take whose files are gone goes with its edits.
@@ -95,9 +103,41 @@ void ContentView::start() {
     });
 }
 
-ContentView::~ContentView() {
-    services_.router.clear(externalOpenConsumerID_);
-    if (saving_) saving_->cancel();
+void ContentView::connectSaves() {
+    connect(&saves_, &SaveFlow::notice, this, &ContentView::notice);
+    connect(&saves_, &SaveFlow::progressed, this, &ContentView::saveProgressed);
+    connect(&saves_, &SaveFlow::messageChanged, this, &ContentView::messageSuccesSauvegardeChanged);
+    connect(&saves_, &SaveFlow::filesMoved, this, &ContentView::followMoves);
+    connect(&saves_, &SaveFlow::rowsWritten, this, [this](const std::set<int>& rows) {
+        // What is edited before the file is read again is edited on what was written.
+        if (rows.contains(selectedRow())) cues_.onWritten();
+    });
+    connect(&saves_, &SaveFlow::saveUndone, &cues_, &TakeCues::onReplaced);
+    connect(&saves_, &SaveFlow::ended, this, [this](bool touched) {
+        const bool missed = std::exchange(missedReading_, false);
+        if (touched || missed) readAgain(FolderListing::Reuse::unchanged);
+    });
+    connect(&saves_, &SaveFlow::runningChanged, this, [this] {
+        listing_.setQuiet(saves_.isRunning());
+        emit sauvegardeEnCoursChanged();
+        emit pendingChanged();
+        takeNextAction();
+    });
+}
+
+ContentView::~ContentView() { services_.router.clear(externalOpenConsumerID_); }
+
+void ContentView::followMoves(const FileMoves& moved) {
+    const auto follow = [&](std::vector<std::filesystem::path>& paths) {
+        for (std::filesystem::path& path : paths) {
+            if (const auto found = moved.find(path); found != moved.end()) path = found->second;
+        }
+    };
+    follow(selected_);
+    follow(fichiersDossier_);
+    if (!selected_.empty()) cues_.follow(selected_.front());
+    rows_.filesMoved(moved);
+    emit filesMoved(moved);
 }
 
 // --- The gate ------------------------------------------------------------------------------------------------------
@@ -267,7 +307,7 @@ void ContentView::loadFolder() {
 void ContentView::openFolder(const std::filesystem::path& folder, bool isThere,
                              std::vector<std::filesystem::path> select) {
     if (!isThere) {
-        showError(QStringLiteral("Folder Not Found"),
+        showError(services_.dialogs, QStringLiteral("Folder Not Found"),
                   QStringLiteral("%1 is not there, or cannot be read.").arg(toQt(folder)));
         return;
     }
@@ -291,7 +331,7 @@ void ContentView::openFolder(const std::filesystem::path& folder, bool isThere,
 void ContentView::openFiles(std::vector<std::filesystem::path> files) {
     std::erase_if(files, [](const std::filesystem::path& file) { return !isListed(file); });
     if (files.empty()) {
-        showError(QStringLiteral("Nothing to Open"),
+        showError(services_.dialogs, QStringLiteral("Nothing to Open"),
                   QStringLiteral("None of these is an audio file that Dravik can open."));
         return;
     }
@@ -387,7 +427,8 @@ bool ContentView::regrouperFichiersMono() const { return services_.settings.valu
 void ContentView::setRegrouperFichiersMono(bool regrouper) {
     if (regrouper == regrouperFichiersMono()) return;
     if (hasUnsavedChanges() || sauvegardeEnCours()) {
-        showError(QStringLiteral("Group Mono Files"), QStringLiteral("Save changes before changing mono grouping."));
+        showError(services_.dialogs, QStringLiteral("Group Mono Files"),
+                  QStringLiteral("Save changes before changing mono grouping."));
         return;
     }
     services_.settings.set(settings::regrouperFichiersMono, regrouper);
@@ -447,18 +488,13 @@ void ContentView::chargerGroupe(const std::vector<std::filesystem::path>& urls) 
 void ContentView::clearSelection() {
     if (selected_.empty()) return;
     selected_.clear();
-    loadID_ = Uuid::random();
     metadata_.reset();
     pistes_.clear();
-    cuesOriginaux_.clear();
-    cueDrag_.reset();
     filling_ = true;
     modifications_.charger({}, {}, 0);
     filling_ = false;
-    enChargement_ = false;
-    emit enChargementChanged();
     emit takeChanged();
-    emit cueMarkersChanged();
+    cues_.unload();
     emit selectionChanged();
 }
 
@@ -467,23 +503,14 @@ void ContentView::showTake(int row) {
     std::vector<std::filesystem::path> files;
     for (const InfoFichier& fichier : original.fichiers)
         files.push_back(fichier.url);
-    const bool isOther = files != selected_;
     selected_ = std::move(files);
     metadata_ = summary(original);
     pistes_ = tracksOfGroup(rows_.groupesTableau().at(static_cast<std::size_t>(row)).groupe);
     rows_.endCollapsing();
     fillModifications(row);
-    // Of the same take, read again, the cues are shown and edited as they are until it is known that they are others.
-    if (isOther) {
-        cuesOriginaux_.clear();
-        cueDrag_.reset();
-        enChargement_ = true;
-        emit enChargementChanged();
-    }
     emit takeChanged();
-    emit cueMarkersChanged();
+    cues_.load(selected_.front());
     emit selectionChanged();
-    readCues();
 }
 
 void ContentView::fillModifications(int row) {
@@ -571,10 +598,7 @@ void ContentView::onFieldEdited(RowField field) {
 
 QString ContentView::undoName() const {
     if (sauvegardeEnCours()) return {};
-    if (rows_.canUndo()) return rows_.undoName();
-    // Not under edits that were made since: they may be of what the save has changed.
-    if (saves_.empty() || hasUnsavedChanges()) return {};
-    return QStringLiteral("Save of %1").arg(counted(saves_.back().files.size(), QStringLiteral("File")));
+    return rows_.canUndo() ? rows_.undoName() : saves_.undoName();
 }
 
 QString ContentView::redoName() const { return sauvegardeEnCours() ? QString() : rows_.redoName(); }
@@ -584,7 +608,7 @@ void ContentView::undo() {
     if (rows_.canUndo()) {
         rows_.undo();
     } else if (canUndo()) {
-        undoLastSave();
+        saves_.undoLast();
     }
 }
 
@@ -592,12 +616,23 @@ void ContentView::redo() {
     if (canRedo()) rows_.redo();
 }
 
-void ContentView::showError(const QString& title, const QString& text) {
+void ContentView::saveAll(std::function<void(bool)> saved) {
+    if (!saved) saved = [](bool) {};
+    emit commitRequested();
+    saves_.saveAll(std::move(saved));
+}
+
+void ContentView::discardAll() {
+    if (!hasUnsavedChanges() || sauvegardeEnCours()) return;
     Alert alert;
-    alert.title = title;
-    alert.text = text;
-    alert.buttons = {QStringLiteral("OK")};
-    services_.dialogs.ask(alert, [](AlertAnswer) {});
+    alert.title = QStringLiteral("Discard All Unsaved Changes?");
+    alert.text =
+        QStringLiteral("Dravik will revert all pending metadata, track name and cue changes. This cannot be undone.");
+    alert.buttons = {QStringLiteral("Discard"), QStringLiteral("Cancel")};
+    alert.destructive = true;
+    services_.dialogs.ask(alert, [this](AlertAnswer answer) {
+        if (answer.button == 0) rows_.discardAll();
+    });
 }
 
 }  // namespace dravik

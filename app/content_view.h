@@ -8,12 +8,13 @@
 #include "app/external_file_open_router.h"
 #include "app/folder_listing.h"
 #include "app/protected_termination.h"
+#include "app/save_flow.h"
 #include "app/take_audio.h"
+#include "app/take_cues.h"
 #include "app/take_rows.h"
 #include "app/user_defaults.h"
 #include "base/file_ops.h"
 #include "editing/modifications_en_cours.h"
-#include "editing/save_undo.h"
 #include "model/audio_file_reader.h"
 #include "model/audio_metadata.h"
 #include "model/piste.h"
@@ -75,16 +76,16 @@ class ContentView : public QObject {
     [[nodiscard]] const std::vector<Piste>& pistes() const noexcept { return pistes_; }
     /// Something is about to be opened, as soon as the disk has said what it is.
     [[nodiscard]] bool isOpening() const noexcept { return lookID_.has_value(); }
-    [[nodiscard]] bool enChargement() const noexcept { return enChargement_; }
+    [[nodiscard]] bool enChargement() const noexcept { return cues_.isReading(); }
     [[nodiscard]] const std::optional<ActionEnAttente>& actionEnAttente() const noexcept { return actionEnAttente_; }
-    [[nodiscard]] bool sauvegardeEnCours() const noexcept { return saving_ != nullptr; }
-    [[nodiscard]] const QString& messageSuccesSauvegarde() const noexcept { return messageSucces_; }
+    [[nodiscard]] bool sauvegardeEnCours() const noexcept { return saves_.isRunning(); }
+    [[nodiscard]] const QString& messageSuccesSauvegarde() const noexcept { return saves_.messageSucces(); }
     [[nodiscard]] bool regrouperFichiersMono() const;
     /// A text field is being edited: single-key shortcuts wait.
     [[nodiscard]] bool enSaisie() const noexcept { return enSaisie_; }
     void setEnSaisie(bool enSaisie) noexcept { enSaisie_ = enSaisie; }
 
-    [[nodiscard]] bool hasUnsavedChanges() const noexcept { return !rows_.editedRows().empty(); }
+    [[nodiscard]] bool hasUnsavedChanges() const noexcept { return rows_.hasEdits(); }
 
     // --- Intents ---------------------------------------------------------------------------------------------------
     /// The gate.
@@ -103,7 +104,7 @@ class ContentView : public QObject {
 
     /// Saves everything pending; `saved` is called with whether it is all on disk, also when there was nothing to save.
     void saveAll(std::function<void(bool)> saved = {});
-    void cancelSave();
+    void cancelSave() { saves_.cancel(); }
     /// Asks, then reverts everything pending.
     void discardAll();
 
@@ -126,19 +127,10 @@ class ContentView : public QObject {
 
     /// One line for the status bar that needs no answer.
     void tell(const QString& text) { emit notice(text); }
-    /// Shows what went wrong, with an "OK" button.
-    void showError(const QString& title, const QString& text);
-
     // --- Cue markers of the loaded take ----------------------------------------------------------------------------
-    [[nodiscard]] std::vector<CueMarker> cueMarkers() const;
-    [[nodiscard]] const std::vector<CueMarker>& cueMarkersOriginaux() const noexcept { return cuesOriginaux_; }
-    void addCue(std::int64_t frame);
-    void deleteCue(const Uuid& id);
-    void renameCue(const Uuid& id);
-    /// A drag is one step: `moveCue` as often as the pointer moves, `endCueDrag` once. Frames are clamped to the take.
-    void beginCueDrag(const Uuid& id);
-    void moveCue(std::int64_t frame);
-    void endCueDrag();
+    [[nodiscard]] TakeCues& cues() noexcept { return cues_; }
+    [[nodiscard]] std::vector<CueMarker> cueMarkers() const { return cues_.markers(); }
+    [[nodiscard]] const std::vector<CueMarker>& cueMarkersOriginaux() const noexcept { return cues_.originaux(); }
 
   signals:
     void folderChanged();
@@ -167,6 +159,8 @@ class ContentView : public QObject {
     void takeNextAction();
     void openFolder(const std::filesystem::path& folder, bool isThere, std::vector<std::filesystem::path> select);
     void openFiles(std::vector<std::filesystem::path> files);
+    void connectSaves();
+    void followMoves(const FileMoves& moved);
     void onRowsRead(const std::shared_ptr<ReadRows>& rows, bool complete);
     void onRowsChanged(const std::vector<int>& rows);
     void loadNone();
@@ -175,30 +169,14 @@ class ContentView : public QObject {
     void selectAfterReading(bool complete);
     void clearSelection();
     void showTake(int row);
-    /// Of the loaded take, in the background; ends `enChargement`.
-    void readCues();
     void fillModifications(int row);
     void onFieldEdited(RowField field);
-    void editCues(const QString& name, std::vector<CueMarker> markers, const QString& collapseKey = {});
-    [[nodiscard]] QString cueName(const CueMarker& marker) const;
-
-    /// Asks whether the edits of these rows may go, when there are any; `goOn` hears whether to go on.
-    void offerDiscard(Alert alert, std::set<int> rows, std::function<void(bool)> goOn);
-    void checkMissing(std::function<void(bool)> goOn);
-    void checkFormats(std::function<void(bool)> goOn);
-    void startSave(std::set<int> planned, std::function<void(bool)> saved);
-    struct SaveEnd;
-    void tellFailure(const SaveEnd& end, const std::set<int>& planned);
-    void runInBackground(std::function<void(SaveEnd&, const TaskContext&)> write, std::function<void(SaveEnd)> ended);
-    void endSave(SaveEnd end, const std::set<int>& planned, const std::function<void(bool)>& saved);
-    void followMoves(const SaveReport& report);
-    void remember(SaveSnapshot snapshot);
-    void undoLastSave();
-    void tellSuccess(std::size_t written);
 
     Services services_;
     TakeRows rows_;
     FolderListing listing_;
+    SaveFlow saves_;
+    TakeCues cues_;
     ModificationsEnCours modifications_;
     const Uuid externalOpenConsumerID_ = Uuid::random();
 
@@ -214,25 +192,11 @@ class ContentView : public QObject {
     bool opening_ = false;        ///< no take of the folder has been loaded yet
     std::optional<AudioMetadata> metadata_;
     std::vector<Piste> pistes_;
-    std::vector<CueMarker> cuesOriginaux_;
-    Uuid loadID_;  ///< of the current load; what another one brings is dropped
-    bool enChargement_ = false;
     bool enSaisie_ = false;
     bool filling_ = false;  ///< the fields follow the row just now, not the other way round
 
-    struct CueDrag {
-        Uuid id;
-        std::vector<CueMarker> before;
-        QString collapseKey;
-    };
-    std::optional<CueDrag> cueDrag_;
-
     std::optional<ActionEnAttente> actionEnAttente_;
     std::optional<ActionEnAttente> nextAction_;  ///< came from outside while another was waiting
-    std::shared_ptr<CancellationToken> saving_;
-    std::vector<SaveSnapshot> saves_;  ///< of this run that can be undone, the last one behind
-    QString messageSucces_;
-    int messageNumber_ = 0;
 };
 
 }  // namespace dravik

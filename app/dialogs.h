@@ -57,4 +57,7 @@ class Dialogs {
     Dialogs& operator=(const Dialogs&) = default;
 };
 
+/// Tells what went wrong, with an "OK" button.
+void showError(Dialogs& dialogs, const QString& title, const QString& text);
+
 }  // namespace dravik

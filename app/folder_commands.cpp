@@ -51,14 +51,6 @@ FolderCommands::FolderCommands(const Services& services) : services_(services) {
 
 FolderCommands::~FolderCommands() { cancelCopy(); }
 
-void FolderCommands::fail(const QString& title, const QString& text) {
-    Alert alert;
-    alert.title = title;
-    alert.text = text;
-    alert.buttons = {QStringLiteral("OK")};
-    services_.dialogs.ask(alert, [](AlertAnswer) {});
-}
-
 // --- What stands against it, and what follows from it --------------------------------------------------------------
 
 bool FolderCommands::isPlace(const std::filesystem::path& folder) const {
@@ -95,7 +87,7 @@ QString FolderCommands::refusal(const std::filesystem::path& folder, const QStri
 
 bool FolderCommands::isRefused(const std::filesystem::path& folder, const QString& title, const QString& doing) {
     const QString why = refusal(folder, doing);
-    if (!why.isEmpty()) fail(title, why);
+    if (!why.isEmpty()) showError(services_.dialogs, title, why);
     return !why.isEmpty();
 }
 
@@ -163,7 +155,7 @@ void FolderCommands::eject(const std::filesystem::path& root) {
         [this, root, wasReading](const QString& error) {
             ejecting_.erase(root);
             if (!error.isEmpty()) {
-                fail(QStringLiteral("Eject Failed"), error);
+                showError(services_.dialogs, QStringLiteral("Eject Failed"), error);
                 services_.content.takeUpAgain();
             }
             // Goes on reading, or says that what is shown is of a volume that is gone.
@@ -186,7 +178,7 @@ void FolderCommands::reveal(const std::filesystem::path& folder) {
     asking_.run(
         this, [&workspace = services_.workspace, folder] { return workspace.reveal(folder); },
         [this](const QString& error) {
-            if (!error.isEmpty()) fail(QStringLiteral("Show in File Manager"), error);
+            if (!error.isEmpty()) showError(services_.dialogs, QStringLiteral("Show in File Manager"), error);
         });
 }
 
@@ -196,7 +188,7 @@ void FolderCommands::createIn(const std::filesystem::path& parent) {
         this, [&files = services_.files, parent] { return outcomeOf([&] { return createFolder(files, parent); }); },
         [this, parent](const Outcome& outcome) {
             if (!outcome.error.isEmpty()) {
-                fail(QStringLiteral("New Folder Failed"), outcome.error);
+                showError(services_.dialogs, QStringLiteral("New Folder Failed"), outcome.error);
                 return;
             }
             emit contentsChanged(parent);
@@ -214,7 +206,7 @@ void FolderCommands::rename(const std::filesystem::path& folder, const QString& 
         },
         [this, folder](const Outcome& outcome) {
             if (!outcome.error.isEmpty()) {
-                fail(QStringLiteral("Rename Failed"), outcome.error);
+                showError(services_.dialogs, QStringLiteral("Rename Failed"), outcome.error);
                 return;
             }
             emit contentsChanged(folderOf(folder));
@@ -239,7 +231,7 @@ void FolderCommands::moveToTrash(const std::filesystem::path& folder) {
             [this, folder](const QString& error) {
                 emit contentsChanged(folderOf(folder));
                 if (!error.isEmpty()) {
-                    fail(QStringLiteral("Move to Trash Failed"), error);
+                    showError(services_.dialogs, QStringLiteral("Move to Trash Failed"), error);
                     return;
                 }
                 emit arrived(folderOf(folder));
@@ -298,7 +290,7 @@ void FolderCommands::onCopied(const std::filesystem::path& folder, const std::fi
     if (cancelled) {
         services_.content.tell(QStringLiteral("Copying was cancelled; nothing is left of the copy."));
     } else if (!error.isEmpty()) {
-        fail(QStringLiteral("Duplicate Failed"), error);
+        showError(services_.dialogs, QStringLiteral("Duplicate Failed"), error);
     } else {
         emit contentsChanged(folderOf(folder));
         emit arrived(copy);

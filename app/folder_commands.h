@@ -69,7 +69,6 @@ class FolderCommands : public QObject {
     void copyProgressed(double fraction, const QString& name, const QString& remaining);
 
   private:
-    void fail(const QString& title, const QString& text);
     /// A volume or the home folder, or no folder at all: neither renamed nor moved nor copied.
     [[nodiscard]] bool isPlace(const std::filesystem::path& folder) const;
     /// Why nothing may be done to the folder now; empty when it may.

@@ -136,7 +136,7 @@ void TakePlayback::goToNextCue() {
 }
 
 void TakePlayback::addCueAtPlayhead() {
-    if (player_.pret()) content_.addCue(player_.frameCourante());
+    if (player_.pret()) content_.cues().add(player_.frameCourante());
 }
 
 }  // namespace dravik

@@ -71,6 +71,7 @@ class TakeRows : public QObject {
     [[nodiscard]] bool canEdit(int row) const;
     [[nodiscard]] bool isEdited(int row) const { return edited_.contains(row); }
     [[nodiscard]] const std::set<int>& editedRows() const noexcept { return edited_; }
+    [[nodiscard]] bool hasEdits() const noexcept { return !edited_.empty(); }
     [[nodiscard]] std::set<RowField> editedFields(int row) const;
 
     /// One step: these rows become these states. `name` is what Undo shows. Steps that follow each other with the same

@@ -182,17 +182,17 @@ void CueList::addTyped() {
         return;
     }
     position_->clear();
-    content_.addCue(*frame);
+    content_.cues().add(*frame);
 }
 
 void CueList::renameCurrent() {
     const CueModel::Row* row = model_->row(table_->currentIndex().row());
-    if (row != nullptr && editable_) content_.renameCue(row->id);
+    if (row != nullptr && editable_) content_.cues().rename(row->id);
 }
 
 void CueList::deleteCurrent() {
     const CueModel::Row* row = model_->row(table_->currentIndex().row());
-    if (row != nullptr && editable_) content_.deleteCue(row->id);
+    if (row != nullptr && editable_) content_.cues().remove(row->id);
 }
 
 bool CueList::eventFilter(QObject* object, QEvent* event) {

@@ -159,11 +159,11 @@ struct Album {
         run([&content] { content.discardAll(); });
         dialog(QStringLiteral("alert-discard"), false);
         run([&content] {
-            if (const auto cues = content.cueMarkers(); !cues.empty()) content.renameCue(cues.front().id);
+            if (const auto cues = content.cueMarkers(); !cues.empty()) content.cues().rename(cues.front().id);
         });
         dialog(QStringLiteral("cue-name"), false);
         run([&content] {
-            if (const auto cues = content.cueMarkers(); !cues.empty()) content.deleteCue(cues.front().id);
+            if (const auto cues = content.cueMarkers(); !cues.empty()) content.cues().remove(cues.front().id);
         });
         dialog(QStringLiteral("alert-delete-cue"), false);
     }

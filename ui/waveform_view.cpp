@@ -425,7 +425,7 @@ void WaveformView::mousePressEvent(QMouseEvent* event) {
     if (event->pos().x() < namesWidth) return;
     if (const std::optional<CueMarker> cue = cueAt(event->pos())) {
         drag_ = Drag::cue;
-        content_.beginCueDrag(cue->id);
+        content_.cues().beginDrag(cue->id);
         return;
     }
     const LecteurCoreAudio& player = playback_.player();
@@ -453,7 +453,7 @@ void WaveformView::mouseMoveEvent(QMouseEvent* event) {
             goInOverview(x);
             break;
         case Drag::cue:
-            content_.moveCue(view_.frameAt(x));
+            content_.cues().drag(view_.frameAt(x));
             break;
         case Drag::pressed:
             if ((event->pos() - pressedAt_).manhattanLength() < QApplication::startDragDistance()) break;
@@ -487,7 +487,7 @@ void WaveformView::mouseReleaseEvent(QMouseEvent* event) {
             if (player.selectionDebut()) player.setFrame(std::llround(*player.selectionDebut() * player.sampleRate()));
             break;
         case Drag::cue:
-            content_.endCueDrag();
+            content_.cues().endDrag();
             break;
         case Drag::none:
         case Drag::overview:
@@ -497,7 +497,7 @@ void WaveformView::mouseReleaseEvent(QMouseEvent* event) {
 
 void WaveformView::mouseDoubleClickEvent(QMouseEvent* event) {
     if (const std::optional<CueMarker> cue = cueAt(event->pos())) {
-        content_.renameCue(cue->id);
+        content_.cues().rename(cue->id);
     } else if (overviewArea().contains(event->pos())) {
         showWhole();
     } else {
@@ -568,14 +568,14 @@ void WaveformView::contextMenuEvent(QContextMenuEvent* event) {
     const QPoint place = viewport()->mapFromGlobal(event->globalPos());
     if (const std::optional<CueMarker> cue = byKey ? std::nullopt : cueAt(place)) {
         connect(menu->addAction(QStringLiteral("Edit Cue Name...")), &QAction::triggered, this,
-                [this, id = cue->id] { content_.renameCue(id); });
+                [this, id = cue->id] { content_.cues().rename(id); });
         connect(menu->addAction(QStringLiteral("Delete Cue")), &QAction::triggered, this,
-                [this, id = cue->id] { content_.deleteCue(id); });
+                [this, id = cue->id] { content_.cues().remove(id); });
         menu->addSeparator();
     }
     const std::int64_t frame = byKey ? playhead_ : view_.frameAt(laneX(place.x()));
     QAction* add = menu->addAction(QStringLiteral("Add Cue"));
-    connect(add, &QAction::triggered, this, [this, frame] { content_.addCue(frame); });
+    connect(add, &QAction::triggered, this, [this, frame] { content_.cues().add(frame); });
     add->setEnabled(content_.rows().canEdit(content_.selectedRow()));
     menu->addSeparator();
     QAction* selection = menu->addAction(QStringLiteral("Zoom to Selection"));

@@ -36,11 +36,11 @@ class ContentViewInBetween : public testing::Test, public MainWindowStage {
 TEST_F(ContentViewInBetween, ACueAddedRightAfterASaveJoinsThoseThatWereSaved) {
     content->selectionnerLigne(1);
     settle();
-    content->addCue(1000);
+    content->cues().add(1000);
     content->saveAll([this](bool saved) {
         EXPECT_TRUE(saved);
         EXPECT_THAT(content->cueMarkers(), SizeIs(1)) << "the folder has not been read again yet";
-        content->addCue(2000);
+        content->cues().add(2000);
     });
     settle();
     content->saveAll();
@@ -52,16 +52,16 @@ TEST_F(ContentViewInBetween, QuestionsAndDragsFindTheirCueAfterAReading) {
     std::size_t fewest = 2;
     QObject::connect(content.get(), &ContentView::cueMarkersChanged, content.get(),
                      [&] { fewest = std::min(fewest, content->cueMarkers().size()); });
-    content->beginCueDrag(content->cueMarkers()[0].id);
-    content->moveCue(500);
+    content->cues().beginDrag(content->cueMarkers()[0].id);
+    content->cues().drag(500);
     readAgain();
-    content->moveCue(600);
-    content->endCueDrag();
+    content->cues().drag(600);
+    content->cues().endDrag();
     EXPECT_EQ(content->cueMarkers()[0].frame, 600);
     EXPECT_EQ(fewest, 2U) << "none goes for a moment";
     content->rows().discardAll();
 
-    content->deleteCue(content->cueMarkers()[0].id);
+    content->cues().remove(content->cueMarkers()[0].id);
     readAgain();
     QTest::qWait(50);  // their cues, too
     dialogs.answer(0);

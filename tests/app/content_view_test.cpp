@@ -375,7 +375,7 @@ TEST_F(ContentViewTest, NothingCanBeEditedWhileItIsWritten) {
     edit(1, RowField::scene, "lost");
     content->modifications().setNote("lost");
     content->rows().undo();
-    content->addCue(100);
+    content->cues().add(100);
     content->discardAll();
     settle();
     EXPECT_FALSE(content->hasUnsavedChanges());
@@ -464,27 +464,27 @@ TEST_F(ContentViewTest, EditsCuesAsStepsAndSavesThem) {
     open();
     content->selectionnerLigne(1);
     settle();
-    content->addCue(1000);
+    content->cues().add(1000);
     EXPECT_EQ(content->rows().undoName(), QStringLiteral("Add Cue"));
-    content->addCue(500);
-    content->addCue(99'999'999);
+    content->cues().add(500);
+    content->cues().add(99'999'999);
     ASSERT_THAT(content->cueMarkers(), SizeIs(3));
     EXPECT_EQ(content->cueMarkers().back().frame, 4800) << "not behind the end of the take";
     EXPECT_TRUE(content->modifications().modifCues());
 
     dialogs.typed = {QStringLiteral("Clap")};
-    content->renameCue(content->cueMarkers()[0].id);
+    content->cues().rename(content->cueMarkers()[0].id);
     EXPECT_EQ(dialogs.texts[0].title, QStringLiteral("Edit Cue Name"));
-    content->beginCueDrag(content->cueMarkers()[1].id);
+    content->cues().beginDrag(content->cueMarkers()[1].id);
     for (const std::int64_t frame : {1100, 1200, 300})
-        content->moveCue(frame);
-    content->endCueDrag();
+        content->cues().drag(frame);
+    content->cues().endDrag();
     EXPECT_EQ(content->cueMarkers()[0].frame, 300);
     content->undo();
     EXPECT_EQ(content->cueMarkers()[1].frame, 1000) << "a drag is one step";
     content->redo();
 
-    content->deleteCue(content->cueMarkers()[1].id);
+    content->cues().remove(content->cueMarkers()[1].id);
     ASSERT_THAT(dialogs.asked, SizeIs(1));
     EXPECT_EQ(dialogs.asked[0].title, QStringLiteral("Delete Cue?"));
     EXPECT_TRUE(dialogs.asked[0].text.startsWith(QStringLiteral("Delete Cue \"Clap\"?")));
@@ -498,7 +498,7 @@ TEST_F(ContentViewTest, EditsCuesAsStepsAndSavesThem) {
     ASSERT_THAT(saved, SizeIs(2));
     EXPECT_EQ(saved[0].frame, 300);
     ASSERT_THAT(content->cueMarkers(), SizeIs(2)) << "read back";
-    content->deleteCue(content->cueMarkers()[0].id);
+    content->cues().remove(content->cueMarkers()[0].id);
     EXPECT_THAT(dialogs.asked, SizeIs(1)) << "not asked again";
     EXPECT_THAT(content->cueMarkers(), SizeIs(1));
     content->undo();

@@ -1,4 +1,5 @@
-#include "app/content_view.h"
+#include "app/save_flow.h"
+
 #include "app/text.h"
 #include "base/paths.h"
 #include "base/text.h"
@@ -32,7 +33,7 @@ void addUnwritable(const GroupeFichiers& groupe, std::set<QString>& extensions) 
 }  // namespace
 
 /// What came of a save, brought back to the main thread.
-struct ContentView::SaveEnd {
+struct SaveFlow::End {
     std::optional<SaveReport> report;  ///< absent when nothing was written
     QString error;                     ///< empty when all went well
     bool rollbackFailed = false;
@@ -41,11 +42,13 @@ struct ContentView::SaveEnd {
     SaveSnapshot snapshot;                    ///< what the save has replaced
 };
 
-void ContentView::checkFormats(std::function<void(bool)> goOn) {
+SaveFlow::~SaveFlow() { cancel(); }
+
+void SaveFlow::checkFormats(std::function<void(bool)> goOn) {
     std::set<QString> extensions;
     std::set<int> unwritable;
-    for (const int row : rows_.editedRows()) {
-        const GroupeFichiers& groupe = rows_.groupesTableau().at(static_cast<std::size_t>(row)).groupe;
+    for (const int row : services_.rows.editedRows()) {
+        const GroupeFichiers& groupe = services_.rows.groupesTableau().at(static_cast<std::size_t>(row)).groupe;
         if (isEditable(groupe)) continue;
         addUnwritable(groupe, extensions);
         unwritable.insert(row);
@@ -62,12 +65,12 @@ void ContentView::checkFormats(std::function<void(bool)> goOn) {
     offerDiscard(std::move(alert), std::move(unwritable), std::move(goOn));
 }
 
-void ContentView::checkMissing(std::function<void(bool)> goOn) {
-    std::set<int> missing = rows_.missingRows();
-    std::erase_if(missing, [this](int row) { return !rows_.isEdited(row); });  // its edits were undone
+void SaveFlow::checkMissing(std::function<void(bool)> goOn) {
+    std::set<int> missing = services_.rows.missingRows();
+    std::erase_if(missing, [this](int row) { return !services_.rows.isEdited(row); });  // its edits were undone
     std::vector<std::string> names;
     for (const int row : missing)
-        names.push_back(rows_.groupesOriginauxTableau().at(static_cast<std::size_t>(row)).nom);
+        names.push_back(services_.rows.groupesOriginauxTableau().at(static_cast<std::size_t>(row)).nom);
     std::sort(names.begin(), names.end(),
               [](const std::string& a, const std::string& b) { return compareNatural(a, b) < 0; });
     QStringList shown;
@@ -83,7 +86,7 @@ void ContentView::checkMissing(std::function<void(bool)> goOn) {
     offerDiscard(std::move(alert), std::move(missing), std::move(goOn));
 }
 
-void ContentView::offerDiscard(Alert alert, std::set<int> rows, std::function<void(bool)> goOn) {
+void SaveFlow::offerDiscard(Alert alert, std::set<int> rows, std::function<void(bool)> goOn) {
     if (rows.empty()) {
         goOn(true);
         return;
@@ -93,7 +96,7 @@ void ContentView::offerDiscard(Alert alert, std::set<int> rows, std::function<vo
     // By key: while the question is open the folder may be read again, and rows have other numbers.
     std::vector<std::string> keys;
     for (const int row : rows)
-        keys.push_back(TakeRows::keyOf(rows_.groupesOriginauxTableau().at(static_cast<std::size_t>(row))));
+        keys.push_back(TakeRows::keyOf(services_.rows.groupesOriginauxTableau().at(static_cast<std::size_t>(row))));
     services_.dialogs.ask(alert, [this, keys = std::move(keys), goOn = std::move(goOn)](AlertAnswer answer) {
         if (answer.button != 0) {
             goOn(false);
@@ -101,29 +104,27 @@ void ContentView::offerDiscard(Alert alert, std::set<int> rows, std::function<vo
         }
         std::set<int> found;
         for (const std::string& key : keys) {
-            if (const int row = rows_.indexOf(key); row >= 0) found.insert(row);
+            if (const int row = services_.rows.indexOf(key); row >= 0) found.insert(row);
         }
-        rows_.discard(found);
+        services_.rows.discard(found);
         goOn(true);
     });
 }
 
-void ContentView::saveAll(std::function<void(bool)> saved) {
-    if (!saved) saved = [](bool) {};
-    emit commitRequested();
-    if (sauvegardeEnCours()) {
+void SaveFlow::saveAll(std::function<void(bool)> saved) {
+    if (isRunning()) {
         saved(false);
         return;
     }
-    if (!hasUnsavedChanges()) {
+    if (!services_.rows.hasEdits()) {
         saved(true);
         return;
     }
     const auto save = [this, saved](bool goOn) {
-        if (sauvegardeEnCours()) {
+        if (isRunning()) {
             saved(false);  // begun by another answer while this was asked
-        } else if (goOn && hasUnsavedChanges()) {
-            startSave(rows_.editedRows(), saved);
+        } else if (goOn && services_.rows.hasEdits()) {
+            start(services_.rows.editedRows(), saved);
         } else {
             saved(goOn);
         }
@@ -131,45 +132,42 @@ void ContentView::saveAll(std::function<void(bool)> saved) {
     checkMissing([this, save](bool goOn) { goOn ? checkFormats(save) : save(false); });
 }
 
-void ContentView::startSave(std::set<int> planned, std::function<void(bool)> saved) {
+void SaveFlow::start(std::set<int> planned, std::function<void(bool)> saved) {
     std::vector<SaveItem> items;
     for (const int row : planned) {
         const auto at = static_cast<std::size_t>(row);
-        std::vector<SaveItem> own = planSave(rows_.groupesTableau().at(at), rows_.groupesOriginauxTableau().at(at));
+        std::vector<SaveItem> own =
+            planSave(services_.rows.groupesTableau().at(at), services_.rows.groupesOriginauxTableau().at(at));
         std::move(own.begin(), own.end(), std::back_inserter(items));
     }
-    rows_.endCollapsing();
-    const auto write = [&files = services_.files, items = std::move(items)](SaveEnd& end, const TaskContext& task) {
+    services_.rows.endCollapsing();
+    const auto write = [&files = services_.files, items = std::move(items)](End& end, const TaskContext& task) {
         SaveSnapshot snapshot = takeSnapshot(files, items);
         end.report = runSave(files, items, task);
         noteSaved(files, snapshot, *end.report);
         end.snapshot = std::move(snapshot);
     };
-    runInBackground(write, [this, planned = std::move(planned), saved = std::move(saved)](SaveEnd end) {
-        endSave(std::move(end), planned, saved);
+    runInBackground(write, [this, planned = std::move(planned), saved = std::move(saved)](End end) {
+        finish(std::move(end), planned, saved);
     });
 }
 
-void ContentView::runInBackground(std::function<void(SaveEnd&, const TaskContext&)> write,
-                                  std::function<void(SaveEnd)> ended) {
-    saving_ = std::make_shared<CancellationToken>();
-    listing_.setQuiet(true);
-    rows_.setLocked(true);
-    emit sauvegardeEnCoursChanged();
-    emit pendingChanged();
+void SaveFlow::runInBackground(std::function<void(End&, const TaskContext&)> write, std::function<void(End)> then) {
+    running_ = std::make_shared<CancellationToken>();
+    services_.rows.setLocked(true);
+    emit runningChanged();
 
     const QPointer<QObject> self(this);
     // The thread may outlive this object, but not what this object was given.
-    auto work = [this, &background = services_.background, self, token = saving_,
-                 write = std::move(write)]() -> SaveEnd {
-        SaveEnd end;
+    auto work = [this, &background = services_.background, self, token = running_, write = std::move(write)]() -> End {
+        End end;
         auto told = std::make_shared<std::chrono::steady_clock::time_point>();
         const auto report = [this, &background, self, told](const Progress& progress) {
             const auto now = std::chrono::steady_clock::now();
             if (now - *told < progressInterval) return;
             *told = now;
             background.post(self, [this, done = progress.doneBytes, all = progress.allBytes,
-                                   name = toQt(progress.currentName)] { emit saveProgressed(done, all, name); });
+                                   name = toQt(progress.currentName)] { emit progressed(done, all, name); });
         };
         try {
             write(end, {token.get(), report});
@@ -189,54 +187,29 @@ void ContentView::runInBackground(std::function<void(SaveEnd&, const TaskContext
         }
         return end;
     };
-    services_.background.run(this, std::move(work), [this, ended = std::move(ended)](SaveEnd end) {
-        saving_.reset();
-        listing_.setQuiet(false);
-        rows_.setLocked(false);
-        if (end.report) followMoves(*end.report);
+    services_.background.run(this, std::move(work), [this, then = std::move(then)](End end) {
+        running_.reset();
+        services_.rows.setLocked(false);
+        if (end.report && !end.report->moved.empty()) emit filesMoved(end.report->moved);
         // Before what waited for the save, which may open another folder.
-        const bool missed = std::exchange(missedReading_, false);
-        if (end.report || missed) readAgain(FolderListing::Reuse::unchanged);
-        ended(std::move(end));
-        emit sauvegardeEnCoursChanged();
-        emit pendingChanged();
-        takeNextAction();
+        emit ended(end.report.has_value());
+        then(std::move(end));
+        emit runningChanged();
     });
 }
 
-void ContentView::followMoves(const SaveReport& report) {
-    if (report.moved.empty()) return;
-    const auto follow = [&](std::vector<std::filesystem::path>& paths) {
-        for (std::filesystem::path& path : paths) {
-            const auto moved = report.moved.find(path);
-            if (moved != report.moved.end()) path = moved->second;
-        }
-    };
-    follow(selected_);
-    follow(fichiersDossier_);
-    rows_.filesMoved(report.moved);
-    emit filesMoved(report.moved);
-}
-
-void ContentView::endSave(SaveEnd end, const std::set<int>& planned, const std::function<void(bool)>& saved) {
+void SaveFlow::finish(End end, const std::set<int>& planned, const std::function<void(bool)>& saved) {
     const bool success = end.error.isEmpty() && !end.cancelled;
     const std::size_t written = end.report ? end.report->written() : 0;
     if (success) {
-        // What is edited before the file is read again is edited on what was written.
-        if (const int row = selectedRow(); planned.contains(row)) {
-            const auto& cues = rows_.groupesTableau().at(static_cast<std::size_t>(row)).cues;
-            if (cues) {
-                cuesOriginaux_ = *cues;
-                loadID_ = Uuid::random();  // what is just being read may be what was there before
-            }
-        }
-        rows_.accept(planned);
+        emit rowsWritten(planned);
+        services_.rows.accept(planned);
         tellSuccess(written);
     } else if (end.cancelled) {
         emit notice(QStringLiteral("Saving was cancelled. %1 saved; the other changes are still pending.")
                         .arg(counted(written, QStringLiteral("file"))));
     } else if (end.rollbackFailed) {
-        showError(QStringLiteral("Critical Rename Recovery Needed"), end.error);
+        showError(services_.dialogs, QStringLiteral("Critical Rename Recovery Needed"), end.error);
     } else {
         tellFailure(end, planned);
     }
@@ -244,12 +217,12 @@ void ContentView::endSave(SaveEnd end, const std::set<int>& planned, const std::
     saved(success);
 }
 
-void ContentView::tellFailure(const SaveEnd& end, const std::set<int>& planned) {
+void SaveFlow::tellFailure(const End& end, const std::set<int>& planned) {
     const QString title = QStringLiteral("Save Failed");
     // By key: the folder is read again while the question is open.
     std::vector<std::string> others;
     for (const int row : planned) {
-        const GroupeFichiers& groupe = rows_.groupesOriginauxTableau().at(static_cast<std::size_t>(row));
+        const GroupeFichiers& groupe = services_.rows.groupesOriginauxTableau().at(static_cast<std::size_t>(row));
         const bool refused =
             std::any_of(groupe.fichiers.begin(), groupe.fichiers.end(), [&](const InfoFichier& fichier) {
                 return end.refused.contains(fichier.url) || end.refused.contains(folderOf(fichier.url));
@@ -257,7 +230,7 @@ void ContentView::tellFailure(const SaveEnd& end, const std::set<int>& planned) 
         if (!refused) others.push_back(TakeRows::keyOf(groupe));
     }
     if (end.refused.empty() || others.empty()) {
-        showError(title, end.error);
+        showError(services_.dialogs, title, end.error);
         return;
     }
     Alert alert;
@@ -266,17 +239,17 @@ void ContentView::tellFailure(const SaveEnd& end, const std::set<int>& planned) 
     alert.buttons = {QStringLiteral("OK"), QStringLiteral("Save the Others")};
     alert.cancelButton = 0;
     services_.dialogs.ask(alert, [this, others = std::move(others)](AlertAnswer answer) {
-        if (answer.button != 1 || sauvegardeEnCours()) return;
+        if (answer.button != 1 || isRunning()) return;
         std::set<int> rows;
         for (const std::string& key : others) {
-            const int row = rows_.indexOf(key);
-            if (rows_.isEdited(row) && rows_.canEdit(row)) rows.insert(row);
+            const int row = services_.rows.indexOf(key);
+            if (services_.rows.isEdited(row) && services_.rows.canEdit(row)) rows.insert(row);
         }
-        if (!rows.empty()) startSave(std::move(rows), [](bool) {});
+        if (!rows.empty()) start(std::move(rows), [](bool) {});
     });
 }
 
-void ContentView::remember(SaveSnapshot snapshot) {
+void SaveFlow::remember(SaveSnapshot snapshot) {
     if (snapshot.files.empty()) return;
     saves_.push_back(std::move(snapshot));
     std::size_t bytes = 0;
@@ -288,71 +261,65 @@ void ContentView::remember(SaveSnapshot snapshot) {
     }
 }
 
-void ContentView::undoLastSave() {
+QString SaveFlow::undoName() const {
+    // Not under edits that were made since: they may be of what the save has changed.
+    if (isRunning() || saves_.empty() || services_.rows.hasEdits()) return {};
+    return QStringLiteral("Save of %1").arg(counted(saves_.back().files.size(), QStringLiteral("File")));
+}
+
+void SaveFlow::undoLast() {
     Alert alert;
     alert.title = QStringLiteral("Undo the Last Save?");
     alert.text = QStringLiteral("The metadata, cues and names of %1 will be put back as they were before it.")
                      .arg(counted(saves_.back().files.size(), QStringLiteral("file")));
     alert.buttons = {QStringLiteral("Undo Save"), QStringLiteral("Cancel")};
     services_.dialogs.ask(alert, [this](AlertAnswer answer) {
-        if (answer.button != 0 || saves_.empty() || hasUnsavedChanges() || sauvegardeEnCours()) return;
+        if (answer.button != 0 || saves_.empty() || services_.rows.hasEdits() || isRunning()) return;
         auto snapshot = std::make_shared<const SaveSnapshot>(saves_.back());
         auto states = std::make_shared<FileStates>();
-        const auto write = [&files = services_.files, snapshot, states](SaveEnd& end, const TaskContext& task) {
+        const auto write = [&files = services_.files, snapshot, states](End& end, const TaskContext& task) {
             end.report = undoSave(files, *snapshot, task);
             *states = statesAfterUndo(files, *snapshot);
         };
-        runInBackground(write, [this, snapshot, states](SaveEnd end) {
-            if (end.cancelled) {
-                emit notice(QStringLiteral("Undoing the save was cancelled."));
-                // Stopped between two files: what is left of it cannot be told from other changes any more.
-                if (end.report) saves_.pop_back();
-            } else if (!end.error.isEmpty()) {
-                showError(end.rollbackFailed ? QStringLiteral("Critical Rename Recovery Needed")
-                                             : QStringLiteral("The Save Was Not Undone"),
-                          end.error);
-                saves_.pop_back();
-            } else {
-                saves_.pop_back();
-                for (SaveSnapshot& older : saves_)
-                    restamp(older, *snapshot, *states);
-                // The cues that are shown may be those that are no more.
-                enChargement_ = !selected_.empty();
-                emit enChargementChanged();
-                readCues();
-                emit notice(QStringLiteral("The save was undone."));
-            }
-        });
+        runInBackground(write, [this, snapshot, states](End end) { endUndo(end, *snapshot, *states); });
     });
 }
 
-void ContentView::tellSuccess(std::size_t written) {
+void SaveFlow::endUndo(const End& end, const SaveSnapshot& undone, const FileStates& states) {
+    if (end.cancelled) {
+        emit notice(QStringLiteral("Undoing the save was cancelled."));
+        // Stopped between two files: what is left of it cannot be told from other changes any more.
+        if (end.report) saves_.pop_back();
+        return;
+    }
+    saves_.pop_back();
+    if (!end.error.isEmpty()) {
+        showError(services_.dialogs,
+                  end.rollbackFailed ? QStringLiteral("Critical Rename Recovery Needed")
+                                     : QStringLiteral("The Save Was Not Undone"),
+                  end.error);
+        return;
+    }
+    for (SaveSnapshot& older : saves_)
+        restamp(older, undone, states);
+    emit saveUndone();
+    emit notice(QStringLiteral("The save was undone."));
+}
+
+void SaveFlow::tellSuccess(std::size_t written) {
     messageSucces_ =
         written < 2 ? QStringLiteral("Saved") : QStringLiteral("Saved %1 files").arg(static_cast<qulonglong>(written));
-    emit messageSuccesSauvegardeChanged();
+    emit messageChanged();
     services_.clock.after(std::chrono::duration_cast<std::chrono::milliseconds>(successMessageTime), this,
                           [this, number = ++messageNumber_] {
                               if (number != messageNumber_) return;  // a later save has its own two seconds
                               messageSucces_.clear();
-                              emit messageSuccesSauvegardeChanged();
+                              emit messageChanged();
                           });
 }
 
-void ContentView::cancelSave() {
-    if (saving_) saving_->cancel();
-}
-
-void ContentView::discardAll() {
-    if (!hasUnsavedChanges() || sauvegardeEnCours()) return;
-    Alert alert;
-    alert.title = QStringLiteral("Discard All Unsaved Changes?");
-    alert.text =
-        QStringLiteral("Dravik will revert all pending metadata, track name and cue changes. This cannot be undone.");
-    alert.buttons = {QStringLiteral("Discard"), QStringLiteral("Cancel")};
-    alert.destructive = true;
-    services_.dialogs.ask(alert, [this](AlertAnswer answer) {
-        if (answer.button == 0) rows_.discardAll();
-    });
+void SaveFlow::cancel() {
+    if (running_) running_->cancel();
 }
 
 }  // namespace dravik
