@@ -37,6 +37,10 @@ TakeWaveform::TakeWaveform(ContentView& content, LooseBackground& background, Fi
     startDelay_.setInterval(startDelay);
     connect(&startDelay_, &QTimer::timeout, this, &TakeWaveform::start);
     connect(&content_, &ContentView::selectionChanged, this, &TakeWaveform::onSelectionChanged);
+    connect(&defaults_, &UserDefaults::changed, this, [this](const QString& key) {
+        // Who gives it less room wants the room now, not with the next waveform.
+        if (key == QLatin1String(settings::peakCacheMegabytes.key) && cacheFolder_) trimCache();
+    });
     connect(&content_, &ContentView::filesMoved, this, &TakeWaveform::onFilesMoved);
     connect(&content_, &ContentView::lettingGo, this, &TakeWaveform::letGoOf);
     connect(&content_, &ContentView::takingUpAgain, this, &TakeWaveform::onSelectionChanged);
@@ -75,12 +79,25 @@ void TakeWaveform::show(TakeAudio audio) {
     audio_.files.empty() ? startDelay_.stop() : startDelay_.start();
 }
 
+std::uint64_t TakeWaveform::cacheLimit() const {
+    return static_cast<std::uint64_t>(std::max(0, defaults_.value(settings::peakCacheMegabytes))) * bytesPerMegabyte;
+}
+
+void TakeWaveform::trimCache() {
+    background_.run(
+        this,
+        [&ops = ops_, folder = *cacheFolder_, limit = cacheLimit()] {
+            PeakCache(ops, folder, limit).trim();
+            return true;
+        },
+        [](bool) {});
+}
+
 void TakeWaveform::start() {
     if (token_) token_->cancel();
     token_ = std::make_shared<CancellationToken>();
     const QPointer<QObject> self(this);
     const auto token = token_;
-    const auto limit = static_cast<std::uint64_t>(std::max(0, defaults_.value(settings::peakCacheMegabytes)));
     // The thread may outlive this object, but not what this object was given.
     const auto sink = [this, &background = background_.background(), self, token](CoarsePeaks found) {
         auto shared = std::make_shared<CoarsePeaks>(std::move(found));
@@ -91,11 +108,12 @@ void TakeWaveform::start() {
             emit grown();
         });
     };
-    auto work = [&ops = ops_, &decoder = decoder_, files = audio_.urls(), folder = cacheFolder_, limit, sink, token] {
+    auto work = [&ops = ops_, &decoder = decoder_, files = audio_.urls(), folder = cacheFolder_, limit = cacheLimit(),
+                 sink, token] {
         Found found;
         try {
             std::optional<PeakCache> cache;
-            if (folder) cache.emplace(ops, *folder, limit * bytesPerMegabyte);
+            if (folder) cache.emplace(ops, *folder, limit);
             PeakReport report = takePeaks(files, decoder, cache ? &*cache : nullptr, sink, {token.get(), {}});
             found.peaks = std::move(report.peaks);
             if (report.cacheProblem) spdlog::warn("{}", *report.cacheProblem);

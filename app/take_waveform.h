@@ -12,6 +12,7 @@
 #include <QObject>
 #include <QString>
 #include <QTimer>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -46,6 +47,8 @@ class TakeWaveform : public QObject {
     void letGoOf(const std::filesystem::path& root);
     void show(TakeAudio audio);
     void start();
+    [[nodiscard]] std::uint64_t cacheLimit() const;
+    void trimCache();
 
     ContentView& content_;
     LooseBackground& background_;

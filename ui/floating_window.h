@@ -26,6 +26,7 @@ class FloatingWindow : public QWidget {
     void present();
     /// Shows it, or closes it when it is in front of the user already.
     void togglePresence();
+    void setStaysOnTop(bool stays);
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -33,7 +34,6 @@ class FloatingWindow : public QWidget {
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
-    void setStaysOnTop(bool stays);
     void rememberFrame();
 
     UserDefaults& defaults_;

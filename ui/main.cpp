@@ -72,7 +72,8 @@ class Program {
     Program(Application& application, SingleInstance& instance, System& system)
         : theme_(settings_),
           system_(system),
-          termination_(commands_, [] { QApplication::quit(); }),
+          // Not quit(), which closes all windows first: they would open no more the next time.
+          termination_(commands_, [] { QApplication::exit(); }),
           router_(windows_),
           preferences_(settings_, commands_, theme_) {
         windows_.setOpener([this] { openMainWindow(); });

@@ -107,6 +107,8 @@ std::vector<Shortcut> make() {
     group = QStringLiteral("Waveform");
     add(KeyId::zoomIn, "Zoom in", {Qt::Key_Plus, Qt::Key_Equal}, "Ctrl and the wheel");
     add(KeyId::zoomOut, "Zoom out", {Qt::Key_Minus}, "Ctrl and the wheel");
+    add(KeyId::tallerWaveform, "Taller", {alt | Qt::Key_Up}, "Ctrl+Shift and the wheel");
+    add(KeyId::flatterWaveform, "Flatter", {alt | Qt::Key_Down}, "Ctrl+Shift and the wheel");
     add(KeyId::showWholeTake, "Show the whole take", {Qt::Key_0}, "double click below");
     add(KeyId::nudgeLeft, "Nudge backward", {Qt::Key_Left});
     add(KeyId::nudgeRight, "Nudge forward", {Qt::Key_Right});

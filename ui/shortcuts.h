@@ -90,6 +90,8 @@ enum class KeyId {
     // waveform
     zoomIn,
     zoomOut,
+    tallerWaveform,
+    flatterWaveform,
     showWholeTake,
     nudgeLeft,
     nudgeRight,

@@ -51,6 +51,8 @@ class WaveformView : public QAbstractScrollArea {
     bool viewportEvent(QEvent* event) override;
 
   private:
+    static constexpr int namesWidth = 120;
+    static constexpr int rulerHeight = 22;
     enum class Drag { none, pressed, selecting, cue, overview };
 
     void onTakeChanged();
@@ -59,6 +61,7 @@ class WaveformView : public QAbstractScrollArea {
     void redraw();
     void arrange();
     void zoomAtPlayhead(double factor);
+    void zoomVertically(double factor);
     void goInOverview(double x);
     void lookAround();
     [[nodiscard]] double xOfFrame(double frame) const;
@@ -73,6 +76,7 @@ class WaveformView : public QAbstractScrollArea {
     [[nodiscard]] std::optional<CueMarker> cueAt(const QPoint& place) const;
     [[nodiscard]] QString message() const;
 
+    // In waveform_painting.cpp.
     void paintLanes(QPainter& painter);
     void paintRuler(QPainter& painter);
     void paintNames(QPainter& painter);

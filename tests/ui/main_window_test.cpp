@@ -3,6 +3,7 @@
 #include "app/text.h"
 #include "tests/support/files.h"
 #include "tests/ui/window_stage.h"
+#include "ui/floating_views.h"
 #include "ui/status_line.h"
 
 #include <QAction>
@@ -240,6 +241,39 @@ TEST_F(MainWindowTest, RemembersItsLayout) {
     window->show();
     EXPECT_FALSE(window->takeEditor().isVisible());
     EXPECT_TRUE(window->takeTable().isVisible());
+}
+
+TEST_F(MainWindowTest, TheTableAloneLeadsBackToWhatWasThereBefore) {
+    emit commands.dravikShowMixerView();
+    emit commands.dravikShowTable();
+    EXPECT_EQ(settings.value(settings::layoutVueActive), QStringLiteral("table"));
+    emit commands.dravikShowTable();
+    EXPECT_EQ(settings.value(settings::layoutVueActive), QStringLiteral("mixer"));
+}
+
+TEST_F(MainWindowTest, AFloatingWindowThatWasOpenAtTheEndOpensAgainWhereItStoodAndAClosedOneDoesNot) {
+    FloatingWindow& mixer = window->floatingViews().mixer();
+    emit commands.dravikShowFloatingMixer();
+    emit commands.dravikShowFloatingMeters();
+    mixer.setGeometry(40, 50, 700, 390);
+    mixer.setStaysOnTop(true);
+    EXPECT_TRUE(mixer.isVisible());
+    window->floatingViews().meters().close();
+    window.reset();
+
+    window = makeWindow();
+    window->show();
+    window->floatingViews().restore();
+    FloatingWindow& again = window->floatingViews().mixer();
+    EXPECT_TRUE(again.isVisible());
+    EXPECT_EQ(again.size(), QSize(700, 390));
+    EXPECT_TRUE(again.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    EXPECT_FALSE(window->floatingViews().meters().isVisible());
+    EXPECT_FALSE(window->floatingViews().transport().isVisible());
+    again.activateWindow();
+    QTest::keyClick(&again, Qt::Key_Escape);
+    EXPECT_FALSE(again.isVisible());
+    EXPECT_FALSE(settings.value(settings::floatingMixerVisible));
 }
 
 }  // namespace
