@@ -1,7 +1,6 @@
 #include "playback/pcm_loader.h"
 
 #include "base/paths.h"
-#include "model/audio_metadata.h"
 #include "playback/parallel_work.h"
 #include "playback/take_source.h"
 
@@ -9,15 +8,9 @@
 #include <limits>
 #include <new>
 
-#include <fmt/format.h>
-
 namespace dravik {
 namespace {
 
-/// One claim of a worker: large enough that claiming costs nothing, small enough that all workers end together.
-constexpr std::uint64_t workBytes = 4U * 1024U * 1024U;
-/// One read: it stays in a core's own cache until it is converted.
-constexpr std::uint64_t blockBytes = 256U * 1024U;
 /// A share of the memory that is left for everything else: the next take's lists, the interface, other programs.
 constexpr std::uint64_t memoryLeftFree = 256U * 1024U * 1024U;
 
@@ -44,7 +37,7 @@ std::vector<Work> workOn(const std::vector<TakeSource>& sources) {
             continue;
         }
         const auto frames =
-            static_cast<std::int64_t>(std::max<std::uint64_t>(1, workBytes / source.linear->frameBytes));
+            static_cast<std::int64_t>(std::max<std::uint64_t>(1, TakeSource::workBytes / source.linear->frameBytes));
         for (std::int64_t from = 0; from < source.format.frames; from += frames)
             all.push_back({i, from, std::min(frames, source.format.frames - from)});
     }
@@ -71,21 +64,14 @@ class Worker {
     void convert(const Work& work) {
         const TakeSource& source = sources_[work.file];
         PcmBuffer& buffer = buffers_[work.file];
-        const LinearLayout& layout = *source.linear;
         const std::string name = fileNameText(source.path);
-        const auto most = static_cast<std::int64_t>(std::max<std::uint64_t>(1, blockBytes / layout.frameBytes));
         planes_.resize(static_cast<std::size_t>(buffer.channels()));
-        for (std::int64_t done = 0; done < work.count;) {
-            const std::int64_t count = std::min(most, work.count - done);
-            const std::int64_t from = work.from + done;
-            block_.resize(static_cast<std::size_t>(count) * layout.frameBytes);
-            source.readFrames(from, block_);
+        source.eachBlock(work.from, work.count, 0, block_, [&](std::int64_t from, ByteSpan bytes) {
             for (int c = 0; c < buffer.channels(); ++c)
                 planes_[static_cast<std::size_t>(c)] = buffer.channel(c).data() + from;
-            samplesToPlanes(block_, layout, planes_);
-            done += count;
-            all_.advance(source.bytesOf(count), name);
-        }
+            samplesToPlanes(bytes, *source.linear, planes_);
+            all_.advance(bytes.size(), name);
+        });
     }
 
     void decode(const Work& work) {
@@ -93,21 +79,14 @@ class Worker {
         PcmBuffer& buffer = buffers_[work.file];
         const std::string name = fileNameText(source.path);
         const auto channels = static_cast<std::size_t>(source.format.channels);
-        interleaved_.resize(std::max<std::size_t>(1, blockBytes / sizeof(float) / channels) * channels);
-        std::int64_t done = 0;
-        while (done < work.count) {
-            const std::size_t wanted = static_cast<std::size_t>(
-                std::min<std::uint64_t>(interleaved_.size() / channels, static_cast<std::uint64_t>(work.count - done)));
-            const std::size_t count = source.stream->read(std::span(interleaved_).first(wanted * channels));
-            if (count == 0) break;
+        const std::int64_t done = source.eachDecoded([&](std::int64_t from, std::span<const float> interleaved) {
             for (std::size_t c = 0; c < channels; ++c) {
-                float* out = buffer.channel(static_cast<int>(c)).data() + done;
-                for (std::size_t i = 0; i < count; ++i)
-                    out[i] = interleaved_[i * channels + c];
+                float* out = buffer.channel(static_cast<int>(c)).data() + from;
+                for (std::size_t at = c; at < interleaved.size(); at += channels)
+                    *out++ = interleaved[at];
             }
-            done += static_cast<std::int64_t>(count);
-            all_.advance(source.bytesOf(static_cast<std::int64_t>(count)), name);
-        }
+            all_.advance(interleaved.size_bytes(), name);
+        });
         buffer.shorten(done);  // fewer than announced: a damaged end
     }
 
@@ -117,45 +96,9 @@ class Worker {
     ParallelWork& all_;
     Bytes block_;
     std::vector<float*> planes_;
-    std::vector<float> interleaved_;
 };
 
 }  // namespace
-
-PlaybackError PlaybackError::tooLong(const std::filesystem::path& file) {
-    return {Case::tooLong,
-            fmt::format("{} is too long to be played: it has more than 4,294,967,295 samples in a channel.",
-                        fileNameText(file))};
-}
-
-PlaybackError PlaybackError::noRoom(std::uint64_t needed, std::optional<std::uint64_t> available) {
-    if (!available) {
-        return {Case::noRoom, fmt::format("This take is too large to be played: it needs {} of memory, and that much "
-                                          "could not be had.",
-                                          sizeText(needed))};
-    }
-    return {Case::noRoom,
-            fmt::format("This take is too large to be played: it needs {} of memory, and {} are available now.",
-                        sizeText(needed), sizeText(*available))};
-}
-
-PlaybackError PlaybackError::ratesDiffer(const std::filesystem::path& file) {
-    return {Case::ratesDiffer, fmt::format("The files of this take cannot be played together: {} has another sample "
-                                           "rate than the first.",
-                                           fileNameText(file))};
-}
-
-PlaybackError PlaybackError::notMono(const std::filesystem::path& file) {
-    return {Case::notMono,
-            fmt::format("The files of this take cannot be played together: {} has more than one channel.",
-                        fileNameText(file))};
-}
-
-PlaybackError PlaybackError::noAudio(const std::filesystem::path& file) {
-    return {Case::noAudio, fmt::format("{} cannot be played: it says neither how many channels it has nor at which "
-                                       "sample rate.",
-                                       fileNameText(file))};
-}
 
 std::shared_ptr<const PcmTake> loadTake(const std::vector<std::filesystem::path>& files, bool estPoly,
                                         const SampleDecoder& decoder, const AvailableMemory& available,

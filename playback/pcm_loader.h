@@ -1,38 +1,18 @@
 #pragma once
 
-#include "base/error.h"
 #include "base/progress.h"
 #include "model/sample_decoder.h"
 #include "playback/pcm_buffer.h"
+#include "playback/playback_error.h"
 
 #include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
-#include <string>
 #include <vector>
 
 namespace dravik {
-
-/// A take that cannot be played; the text is for the user.
-class PlaybackError final : public Error {
-  public:
-    enum class Case { tooLong, noRoom, ratesDiffer, notMono, noAudio };
-
-    [[nodiscard]] static PlaybackError tooLong(const std::filesystem::path& file);
-    /// No buffer of that size could be had.
-    [[nodiscard]] static PlaybackError noRoom(std::uint64_t needed, std::optional<std::uint64_t> available);
-    [[nodiscard]] static PlaybackError ratesDiffer(const std::filesystem::path& file);
-    [[nodiscard]] static PlaybackError notMono(const std::filesystem::path& file);
-    [[nodiscard]] static PlaybackError noAudio(const std::filesystem::path& file);
-
-    [[nodiscard]] Case kind() const noexcept { return kind_; }
-
-  private:
-    PlaybackError(Case kind, const std::string& text) : Error(text), kind_(kind) {}
-    Case kind_;
-};
 
 /// Bytes of memory that a program can take now before the machine begins to swap; absent when nobody knows.
 using AvailableMemory = std::function<std::optional<std::uint64_t>()>;

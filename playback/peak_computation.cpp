@@ -2,7 +2,7 @@
 
 #include "base/paths.h"
 #include "playback/parallel_work.h"
-#include "playback/pcm_loader.h"
+#include "playback/playback_error.h"
 #include "playback/take_source.h"
 
 #include <algorithm>
@@ -10,12 +10,6 @@
 
 namespace dravik {
 namespace {
-
-/// One claim of a worker: large enough that claiming costs nothing, small enough that all workers end together and
-/// that the first columns are seen at once.
-constexpr std::uint64_t workBytes = 4U * 1024U * 1024U;
-/// One read: it stays in a core's own cache until it is looked at.
-constexpr std::uint64_t blockBytes = 256U * 1024U;
 
 /// A file at work: its source and what is known of its peaks.
 struct Job {
@@ -59,7 +53,8 @@ std::vector<Work> workOn(const std::vector<Job>& jobs) {
             continue;
         }
         const std::int64_t column = jobs[i].peaks.donneesAudio.framesPerBin;
-        const auto columns = static_cast<std::int64_t>(workBytes / jobs[i].source.linear->frameBytes) / column;
+        const auto columns =
+            static_cast<std::int64_t>(TakeSource::workBytes / jobs[i].source.linear->frameBytes) / column;
         const std::int64_t step = std::max<std::int64_t>(1, columns) * column;
         for (std::int64_t from = 0; from < frames; from += step)
             all.push_back({i, from, std::min(step, frames - from)});
@@ -88,16 +83,11 @@ class Worker {
         const LinearLayout& layout = *job.source.linear;
         const std::string name = fileNameText(job.source.path);
         SampleExtremes extremes(layout);
-        const auto most = static_cast<std::int64_t>(std::max<std::uint64_t>(1, blockBytes / layout.frameBytes));
-        for (std::int64_t done = 0; done < work.count;) {
-            const std::int64_t count = std::min(most, work.count - done);
-            const std::size_t bytes = static_cast<std::size_t>(count) * layout.frameBytes;
-            block_.resize(bytes + SampleExtremes::slackBytes);
-            job.source.readFrames(work.from + done, std::span(block_).first(bytes));
-            find(job.peaks, work.from + done, ByteSpan(block_).first(bytes), layout.frameBytes, extremes);
-            done += count;
-            all_.advance(bytes, name);
-        }
+        job.source.eachBlock(work.from, work.count, SampleExtremes::slackBytes, block_,
+                             [&](std::int64_t from, ByteSpan bytes) {
+                                 find(job.peaks, from, bytes, layout.frameBytes, extremes);
+                                 all_.advance(bytes.size(), name);
+                             });
         finish(job, work.from, work.from + work.count);
     }
 
@@ -110,24 +100,17 @@ class Worker {
         layout.channels = peaks.channels;
         layout.frameBytes = static_cast<std::uint32_t>(channels * sizeof(float));
         SampleExtremes extremes(layout);
-        std::vector<float> block(std::max<std::size_t>(1, blockBytes / layout.frameBytes) * channels);
         const std::int64_t column = peaks.donneesAudio.framesPerBin;
-        std::int64_t done = 0;
         std::int64_t sent = 0;
-        while (done < peaks.frames) {
-            const auto wanted = static_cast<std::size_t>(
-                std::min<std::uint64_t>(block.size() / channels, static_cast<std::uint64_t>(peaks.frames - done)));
-            const std::size_t count = job.source.stream->read(std::span(block).first(wanted * channels));
-            if (count == 0) break;
-            find(peaks, done, std::as_bytes(std::span(block).first(count * channels)), layout.frameBytes, extremes);
-            done += static_cast<std::int64_t>(count);
-            all_.advance(count * layout.frameBytes, name);
+        const std::int64_t done = job.source.eachDecoded([&](std::int64_t from, std::span<const float> interleaved) {
+            find(peaks, from, std::as_bytes(interleaved), layout.frameBytes, extremes);
+            all_.advance(interleaved.size_bytes(), name);
             // A message of one column would cost more than to find it.
-            if (done - sent >= column * columnsOfAStream) {
-                finish(job, sent, done / column * column);
-                sent = done / column * column;
-            }
-        }
+            const std::int64_t known = from + static_cast<std::int64_t>(interleaved.size() / channels);
+            if (known - sent < column * columnsOfAStream) return;
+            finish(job, sent, known / column * column);
+            sent = known / column * column;
+        });
         finish(job, sent, done);
         if (done < peaks.frames) shorten(peaks, done);
     }

@@ -2,7 +2,7 @@
 
 #include "base/file_error.h"
 #include "model/wave/walked_file.h"
-#include "playback/pcm_loader.h"
+#include "playback/playback_error.h"
 
 namespace dravik {
 
