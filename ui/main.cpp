@@ -95,7 +95,7 @@ class Program {
     /// Draws all windows, with the takes of the folder, into the folder of pictures, and ends the program.
     void drawAll(const std::filesystem::path& day, const QString& folder) {
         windows_.presentMainWindow();
-        all_.emplace(Windows{*window_, *content_, preferences_, dialogs_});
+        all_.emplace(Windows{*window_, *content_, preferences_, dialogs_, *playback_});
         drawAllWindows(*all_, day, folder, end);
     }
 

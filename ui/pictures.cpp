@@ -142,6 +142,23 @@ struct Album {
         }
     }
 
+    /// The same while the take plays; what is seen depends on how fast the machine is.
+    void playing() const {
+        MainWindow& window = windows.window;
+        TakePlayback& playback = windows.playback;
+        run([&playback] { playback.togglePlay(); });
+        for (int rests = 0; rests < 5; ++rests)
+            run([] {});
+        main(QStringLiteral("main-playing"));
+        run([&window] { window.setPresentation(PresentationMode::mixer); });
+        main(QStringLiteral("main-mixer-playing"));
+        run([&playback] {
+            if (playback.player().enLecture()) playback.togglePlay();
+            playback.returnToBeginning();
+        });
+        run([&window] { window.setPresentation(PresentationMode::waveforms); });
+    }
+
     void edits() const {
         ContentView& content = windows.content;
         run([&content] {
@@ -224,6 +241,7 @@ void drawAllWindows(const Windows& windows, const std::filesystem::path& day, co
     const Album album{windows, folder, taken->steps};
     album.take();
     album.listening();
+    album.playing();
     album.edits();
     album.alerts();
     album.smallWindows();

@@ -21,6 +21,7 @@ struct Windows {
     ContentView& content;
     PreferencesWindow& preferences;
     Dialogs& dialogs;
+    TakePlayback& playback;
 };
 
 /// Every window and dialog into the folder: first without takes, then with those of `day` and some edits pending that
