@@ -12,6 +12,8 @@ namespace {
 constexpr std::size_t writeBytes = 512U * 1024U;
 /// Writes end at whole pages: one that is on its way to the medium is not touched again.
 constexpr std::size_t pageBytes = 4096;
+/// Bytes of one file that are sent on their way together: the disk gets long pieces where many files grow at once.
+constexpr std::uint64_t writebackBytes = 4U * 1024U * 1024U;
 /// Bytes on their way at any time.
 constexpr std::uint64_t unwrittenBytesLimit = 64U * 1024U * 1024U;
 
@@ -41,6 +43,7 @@ WaveOutput::WaveOutput(FileOps& ops, Writeback& writeback, std::filesystem::path
     const std::size_t whole = head.size() - head.size() % pageBytes;
     file_.writeAt(0, head.first(whole));
     written_ = whole;
+    sent_ = whole;
     buffer_.assign(head.begin() + static_cast<std::ptrdiff_t>(whole), head.end());
     filled_ = buffer_.size();
 }
@@ -68,10 +71,16 @@ void WaveOutput::append(ByteSpan audio) {
 
 void WaveOutput::flush(std::size_t bytes) {
     file_.writeAt(written_, ByteSpan(buffer_).first(bytes));
-    writeback_.wrote(file_.file(), written_, bytes);
     written_ += bytes;
+    if (written_ - sent_ >= writebackBytes) send();
     std::memmove(buffer_.data(), buffer_.data() + bytes, filled_ - bytes);
     filled_ -= bytes;
+}
+
+void WaveOutput::send() {
+    if (written_ == sent_) return;
+    writeback_.wrote(file_.file(), sent_, written_ - sent_);
+    sent_ = written_;
 }
 
 void WaveOutput::finish() {
@@ -81,6 +90,7 @@ void WaveOutput::finish() {
         buffer_[filled_++] = std::byte{0};
     }
     if (filled_ > 0) flush(filled_);
+    send();
 }
 
 }  // namespace dravik::OperationsAudio
