@@ -249,16 +249,14 @@ void refuseLarge(std::string_view document) {
     }
 }
 
-/// The text is UTF-8 whatever its first line said: a declaration of another encoding would make every other program
-/// misread its accented letters. Documents of plain ASCII read the same either way and stay as they are.
+}  // namespace
+
 void declareUtf8(std::string& document) {
     const std::string_view declared = declaredEncoding(document);
     if (declared.empty() || equalsIgnoringAsciiCase(declared, "UTF-8")) return;
     if (std::all_of(document.begin(), document.end(), [](char c) { return (c & 0x80) == 0; })) return;
     document.replace(static_cast<std::size_t>(declared.data() - document.data()), declared.size(), "UTF-8");
 }
-
-}  // namespace
 
 std::string remplacerValeurTag(std::string_view document, std::string_view name, std::string_view value) {
     std::string edited(document);

@@ -49,6 +49,10 @@ class IxmlError : public Error {
 /// is above maxIxmlBytes or the result is not UTF-8.
 [[nodiscard]] std::string mettreAJourIXML(std::string_view document, const MetadataValues& values);
 
+/// Names UTF-8 where the document's first line declares another encoding and the text has letters beyond ASCII: a text
+/// that is UTF-8 is misread by every other program that believes the declaration.
+void declareUtf8(std::string& document);
+
 /// The edited document at the byte length of the original where the original ended in padding (at least 16 NUL bytes or
 /// spaces) that can give or take the difference and keep a byte, so that the chunks behind it need not move; else as it
 /// is.

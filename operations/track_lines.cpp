@@ -1,0 +1,170 @@
+#include "operations/track_lines.h"
+
+#include "base/text.h"
+
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <vector>
+
+#include <fmt/format.h>
+
+namespace dravik::OperationsAudio {
+namespace {
+
+constexpr std::string_view trackKey = "TRK";
+constexpr std::string_view defaultLineEnd = "\r\n";
+/// Of a name that has to be shortened at least this much is kept; with less, the line would tell nothing.
+constexpr std::size_t leastNameBytes = 8;
+
+/// "sTRK3=Boom" taken apart.
+struct TrackLine {
+    std::string_view prefix;  ///< one small letter, or nothing
+    int numero = 0;
+    std::string_view nom;
+};
+
+struct Line {
+    std::string_view content, lineEnd;
+    std::optional<TrackLine> track;
+};
+
+std::optional<TrackLine> trackLineIn(std::string_view content) {
+    constexpr std::size_t mostDigits = 6;
+    const std::size_t prefix = !content.empty() && content.front() >= 'a' && content.front() <= 'z' ? 1 : 0;
+    std::string_view rest = content.substr(prefix);
+    if (!rest.starts_with(trackKey)) return std::nullopt;
+    rest.remove_prefix(trackKey.size());
+    const std::size_t equals = rest.find('=');
+    if (equals == std::string_view::npos || equals == 0 || equals > mostDigits) return std::nullopt;
+    const std::string_view digits = rest.substr(0, equals);
+    if (!std::all_of(digits.begin(), digits.end(), isAsciiDigit)) return std::nullopt;
+    const auto numero = parseUnsigned32(digits);
+    if (!numero) return std::nullopt;
+    return TrackLine{content.substr(0, prefix), static_cast<int>(*numero), rest.substr(equals + 1)};
+}
+
+std::vector<Line> linesOf(std::string_view text) {
+    std::vector<Line> lines;
+    while (!text.empty()) {
+        const std::size_t feed = text.find('\n');
+        const std::size_t end = feed == std::string_view::npos ? text.size() : feed + 1;
+        std::size_t contentEnd = std::min(feed, text.size());
+        if (feed != std::string_view::npos && contentEnd > 0 && text[contentEnd - 1] == '\r') --contentEnd;
+        const std::string_view content = text.substr(0, contentEnd);
+        lines.push_back({content, text.substr(contentEnd, end - contentEnd), trackLineIn(content)});
+        text.remove_prefix(end);
+    }
+    return lines;
+}
+
+/// A name on one line: what would end the line or the text becomes a blank.
+std::string onOneLine(std::string_view name) {
+    std::string out(name);
+    std::replace_if(
+        out.begin(), out.end(), [](char c) { return c == '\r' || c == '\n' || c == '\0'; }, ' ');
+    return out;
+}
+
+/// A rebuilt line.
+struct Entry {
+    std::string_view prefix;
+    int numero = 0;
+    std::string nom;
+
+    [[nodiscard]] std::string text() const { return fmt::format("{}{}{}={}", prefix, trackKey, numero, nom); }
+};
+
+/// The lines of one prefix by the number under which the recorder filed a track.
+using NamesByNumber = std::map<int, std::string_view>;
+
+/// The lines of one prefix for the new tracks.
+std::vector<Entry> rebuilt(std::string_view prefix, const NamesByNumber& names, std::span<const OutputTrack> tracks,
+                           std::size_t source) {
+    const auto isHere = [source](const OutputTrack& track) { return track.source == source; };
+    // Lines count either as the TRACK_LIST does or by position. The sole line of a mono file is its track's.
+    const bool byNumber = std::any_of(tracks.begin(), tracks.end(), [&](const OutputTrack& track) {
+        return isHere(track) && names.contains(track.numeroSource);
+    });
+    const bool soleTrack = names.size() == 1 && std::count_if(tracks.begin(), tracks.end(), isHere) == 1 &&
+                           std::any_of(tracks.begin(), tracks.end(),
+                                       [&](const OutputTrack& track) { return isHere(track) && track.fromMono; });
+    const auto own = [&](const OutputTrack& track) {
+        if (soleTrack) return names.begin();
+        return names.find(byNumber ? track.numeroSource : static_cast<int>(track.canal) + 1);
+    };
+    std::vector<Entry> entries;
+    for (const OutputTrack& track : tracks) {
+        if (!isHere(track)) {
+            entries.push_back({prefix, track.numero, onOneLine(trackLabel(track))});
+        } else if (const auto line = own(track); line != names.end()) {
+            entries.push_back({prefix, track.numero, track.nom ? onOneLine(*track.nom) : std::string(line->second)});
+        }
+    }
+    return entries;
+}
+
+/// Shortens the names, and leaves out the last lines, until no more than `room` bytes are taken.
+void fit(std::vector<Entry>& entries, std::size_t lineEndBytes, std::size_t room) {
+    const auto bytes = [&] {
+        std::size_t sum = 0;
+        for (const Entry& entry : entries)
+            sum += entry.text().size() + lineEndBytes;
+        return sum;
+    };
+    while (!entries.empty() && bytes() > room) {
+        const auto longest = std::max_element(
+            entries.begin(), entries.end(), [](const Entry& a, const Entry& b) { return a.nom.size() < b.nom.size(); });
+        const std::size_t least = truncatedUtf8(longest->nom, leastNameBytes).size();
+        if (longest->nom.size() <= least) {
+            entries.pop_back();
+        } else {
+            longest->nom.resize(truncatedUtf8(longest->nom, longest->nom.size() - 1).size());
+        }
+    }
+}
+
+}  // namespace
+
+std::string descriptionWithTracks(std::string_view description, std::span<const OutputTrack> tracks, std::size_t source,
+                                  std::size_t maxBytes) {
+    const std::vector<Line> lines = linesOf(description);
+    std::map<std::string_view, NamesByNumber> names;
+    std::vector<std::string_view> prefixes;  // in the order in which they are met
+    std::size_t otherBytes = 0;
+    for (const Line& line : lines) {
+        if (!line.track) {
+            otherBytes += line.content.size() + line.lineEnd.size();
+            continue;
+        }
+        if (!names.contains(line.track->prefix)) prefixes.push_back(line.track->prefix);
+        names[line.track->prefix][line.track->numero] = line.track->nom;
+    }
+    if (prefixes.empty()) return std::string(description);
+
+    const std::string_view lineEnd = lines.front().lineEnd.empty() ? defaultLineEnd : lines.front().lineEnd;
+    std::vector<Entry> entries;
+    for (const std::string_view prefix : prefixes) {
+        std::vector<Entry> more = rebuilt(prefix, names[prefix], tracks, source);
+        entries.insert(entries.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
+    }
+    fit(entries, lineEnd.size(), maxBytes - std::min(maxBytes, otherBytes));
+
+    std::string out;
+    for (const Line& line : lines) {
+        if (!line.track) {
+            out.append(line.content).append(line.lineEnd);
+            continue;
+        }
+        // All lines of a prefix stand where its first one stood.
+        for (const Entry& entry : entries) {
+            if (entry.prefix == line.track->prefix) out.append(entry.text()).append(lineEnd);
+        }
+        std::erase_if(entries, [&](const Entry& entry) { return entry.prefix == line.track->prefix; });
+    }
+    const Line& last = lines.back();
+    if (last.track && last.lineEnd.empty() && out.ends_with(lineEnd)) out.resize(out.size() - lineEnd.size());
+    return out;
+}
+
+}  // namespace dravik::OperationsAudio
