@@ -1,0 +1,31 @@
+#include "operations/track_eligibility.h"
+
+#include <algorithm>
+
+namespace dravik::OperationsAudio {
+namespace {
+
+bool isWave(const InfoFichier& fichier) noexcept { return isEditable(fichier.url) && fichier.estRiff; }
+
+bool isMonoWaveSet(const GroupeFichiers& groupe) noexcept {
+    return groupe.isMonoSet() && std::all_of(groupe.fichiers.begin(), groupe.fichiers.end(), isWave);
+}
+
+}  // namespace
+
+bool isPolyWave(const GroupeFichiers& groupe) noexcept {
+    return groupe.estPoly && isWave(groupe.fichiers.front()) && groupe.fichiers.front().channels >= 2;
+}
+
+bool isMergeable(const GroupeFichiers& groupe) noexcept {
+    const InfoFichier& first = groupe.fichiers.front();
+    return isMonoWaveSet(groupe) &&
+           std::all_of(groupe.fichiers.begin(), groupe.fichiers.end(), [&](const InfoFichier& fichier) {
+               return fichier.sampleRate == first.sampleRate && fichier.bits == first.bits &&
+                      fichier.dureeSecondes == first.dureeSecondes;
+           });
+}
+
+bool isReorderable(const GroupeFichiers& groupe) noexcept { return isPolyWave(groupe) || isMonoWaveSet(groupe); }
+
+}  // namespace dravik::OperationsAudio

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "model/groupe_fichiers.h"
+
+namespace dravik::OperationsAudio {
+
+/// Which takes an operation is offered for, out of what the probe knows: no file is opened. That a take is eligible
+/// does not mean that it qualifies: the operation reads its files more strictly.
+
+/// A WAV file, by its name and its first bytes, of two channels or more: for splitting and deleting.
+[[nodiscard]] bool isPolyWave(const GroupeFichiers& groupe) noexcept;
+/// A mono set of WAV files of one format and length: for merging.
+[[nodiscard]] bool isMergeable(const GroupeFichiers& groupe) noexcept;
+/// Either a poly file or a mono set, of WAV files: for reordering.
+[[nodiscard]] bool isReorderable(const GroupeFichiers& groupe) noexcept;
+
+}  // namespace dravik::OperationsAudio

@@ -1,0 +1,86 @@
+#include "operations/wave_output.h"
+
+#include <algorithm>
+#include <cstring>
+#include <stdexcept>
+#include <utility>
+
+namespace dravik::OperationsAudio {
+namespace {
+
+/// One write: large enough to cost nothing, small enough that the buffers of many outputs stay small.
+constexpr std::size_t writeBytes = 512U * 1024U;
+/// Writes end at whole pages: one that is on its way to the medium is not touched again.
+constexpr std::size_t pageBytes = 4096;
+/// Bytes on their way at any time.
+constexpr std::uint64_t unwrittenBytesLimit = 64U * 1024U * 1024U;
+
+}  // namespace
+
+void Writeback::wrote(const FileHandle& file, std::uint64_t offset, std::uint64_t length) {
+    ops_.startWriteback(file, offset, length);
+    underWay_.push_back({&file, offset, length});
+    bytes_ += length;
+    while (bytes_ > unwrittenBytesLimit) {
+        const Range oldest = underWay_.front();
+        underWay_.pop_front();
+        ops_.waitForWriteback(*oldest.file, oldest.offset, oldest.length);
+        bytes_ -= oldest.length;
+    }
+}
+
+WaveOutput::WaveOutput(FileOps& ops, Writeback& writeback, std::filesystem::path destination, ByteSpan head,
+                       std::uint64_t dataSize)
+    : ops_(ops),
+      writeback_(writeback),
+      file_(ops, std::move(destination), TempKind::output),
+      missing_(dataSize),
+      padded_(dataSize % 2 != 0) {
+    const std::uint64_t size = head.size() + dataSize + (padded_ ? 1U : 0U);
+    if (size > writeBytes) ops_.reserve(file_.file(), size);
+    const std::size_t whole = head.size() - head.size() % pageBytes;
+    file_.writeAt(0, head.first(whole));
+    written_ = whole;
+    buffer_.assign(head.begin() + static_cast<std::ptrdiff_t>(whole), head.end());
+    filled_ = buffer_.size();
+}
+
+std::span<std::byte> WaveOutput::room(std::size_t bytes) {
+    if (buffer_.size() - filled_ < bytes) buffer_.resize(filled_ + std::max(bytes, writeBytes));
+    return std::span(buffer_).subspan(filled_, bytes);
+}
+
+void WaveOutput::produced(std::size_t bytes) {
+    if (bytes > missing_) throw std::logic_error("more audio than the header of the file says");
+    missing_ -= bytes;
+    filled_ += bytes;
+    if (filled_ >= writeBytes) flush(filled_ - filled_ % pageBytes);
+}
+
+void WaveOutput::append(ByteSpan audio) {
+    while (!audio.empty()) {
+        const ByteSpan piece = audio.first(std::min(audio.size(), writeBytes));
+        std::memcpy(room(piece.size()).data(), piece.data(), piece.size());
+        produced(piece.size());
+        audio = audio.subspan(piece.size());
+    }
+}
+
+void WaveOutput::flush(std::size_t bytes) {
+    file_.writeAt(written_, ByteSpan(buffer_).first(bytes));
+    writeback_.wrote(file_.file(), written_, bytes);
+    written_ += bytes;
+    std::memmove(buffer_.data(), buffer_.data() + bytes, filled_ - bytes);
+    filled_ -= bytes;
+}
+
+void WaveOutput::finish() {
+    if (missing_ != 0) throw std::logic_error("less audio than the header of the file says");
+    if (std::exchange(padded_, false)) {
+        buffer_.resize(std::max(buffer_.size(), filled_ + 1));
+        buffer_[filled_++] = std::byte{0};
+    }
+    if (filled_ > 0) flush(filled_);
+}
+
+}  // namespace dravik::OperationsAudio

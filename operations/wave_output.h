@@ -1,0 +1,70 @@
+#pragma once
+
+#include "base/safe_file.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <filesystem>
+#include <span>
+
+namespace dravik::OperationsAudio {
+
+/// Keeps what was written but is not yet on the medium within a limit, over all outputs that are written at the same
+/// time: the disk works while the audio is rearranged, and the last sync (which cannot be cancelled) has little left to
+/// do. The files must outlive it.
+class Writeback {
+  public:
+    explicit Writeback(FileOps& ops) : ops_(ops) {}
+    void wrote(const FileHandle& file, std::uint64_t offset, std::uint64_t length);
+
+  private:
+    struct Range {
+        const FileHandle* file = nullptr;
+        std::uint64_t offset = 0, length = 0;
+    };
+
+    FileOps& ops_;
+    std::deque<Range> underWay_;
+    std::uint64_t bytes_ = 0;
+};
+
+/// A new RIFF/WAVE file being written from its first byte to its last: the head (wave_layout.h), then audio as it is
+/// made, in large writes. Hidden until `commit`, gone when destroyed before. One thread at a time. Throws
+/// std::filesystem::filesystem_error.
+class WaveOutput {
+  public:
+    /// Makes the hidden file and takes the room for all of it. `dataSize` is that of the head.
+    WaveOutput(FileOps& ops, Writeback& writeback, std::filesystem::path destination, ByteSpan head,
+               std::uint64_t dataSize);
+
+    /// Where the next `bytes` bytes of audio are to be put, valid until the next call; `produced` says that they are
+    /// there. No more than `dataSize` in all.
+    [[nodiscard]] std::span<std::byte> room(std::size_t bytes);
+    void produced(std::size_t bytes);
+    /// Audio that lies elsewhere.
+    void append(ByteSpan audio);
+
+    /// Writes what is left, and the pad byte. All audio must be there.
+    void finish();
+    /// Permissions, owner and extended attributes.
+    void copyAttributesFrom(const FileHandle& original) { file_.copyAttributesFrom(original); }
+    /// Waits until all of it is on the medium.
+    void sync() { file_.sync(); }
+    /// Puts the file in place; fails when something stands there.
+    [[nodiscard]] UnsyncedFolder commit() { return file_.commit(SafeFile::Existing::refuse); }
+
+  private:
+    void flush(std::size_t bytes);
+
+    FileOps& ops_;
+    Writeback& writeback_;
+    SafeFile file_;
+    std::uint64_t missing_;      ///< bytes of audio still to come
+    bool padded_;                ///< a pad byte follows
+    std::uint64_t written_ = 0;  ///< bytes of the file that are out of the buffer
+    Bytes buffer_;
+    std::size_t filled_ = 0;
+};
+
+}  // namespace dravik::OperationsAudio
