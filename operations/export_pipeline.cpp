@@ -23,6 +23,18 @@ constexpr std::size_t leastBlockFrames = 64;
 
 using Case = SampleRateConverterFailure::Case;
 
+const std::string& textOf(const SampleRateConverterFailure& failure, const ExportAudioTexts& texts) noexcept {
+    switch (failure.failureCase()) {
+        case Case::unavailable:
+            return texts.converterUnavailable;
+        case Case::qualityUnavailable:
+            return texts.qualityUnavailable;
+        case Case::failed:
+            return texts.converterFailed;
+    }
+    return texts.converterFailed;
+}
+
 /// One output channel: decoding, and conversion where the rate changes.
 struct Channel {
     std::unique_ptr<SampleRateConverter> converter;  ///< absent when the rate stays
@@ -48,7 +60,7 @@ class Pipeline {
                 }
             }
         } catch (const SampleRateConverterFailure& failure) {
-            throw OperationAudioError::impossibleCreerFormat(textOf(failure));
+            throw OperationAudioError::impossibleCreerFormat(textOf(failure, texts_));
         } catch (const std::bad_alloc&) {
             throw OperationAudioError::impossibleCreerFormat("Unable to allocate an export audio buffer.");
         }
@@ -71,18 +83,6 @@ class Pipeline {
     }
 
   private:
-    [[nodiscard]] const std::string& textOf(const SampleRateConverterFailure& failure) const noexcept {
-        switch (failure.failureCase()) {
-            case Case::unavailable:
-                return texts_.converterUnavailable;
-            case Case::qualityUnavailable:
-                return texts_.qualityUnavailable;
-            case Case::failed:
-                return texts_.converterFailed;
-        }
-        return texts_.converterFailed;
-    }
-
     [[nodiscard]] ExportRawBlock& raw(std::size_t block) noexcept { return raw_[block % raw_.size()]; }
     [[nodiscard]] ExportBlock& block(std::size_t block) noexcept { return blocks_[block % blocks_.size()]; }
 
@@ -123,7 +123,7 @@ class Pipeline {
         try {
             convert(channel, out, last);
         } catch (const SampleRateConverterFailure& failure) {
-            throw OperationAudioError::donneesAudioInaccessibles(textOf(failure));
+            throw OperationAudioError::donneesAudioInaccessibles(textOf(failure, texts_));
         }
     }
 
@@ -191,10 +191,13 @@ class Pipeline {
 
 }  // namespace
 
-std::uint64_t convertedFrames(std::int64_t frames, double inputRate, double outputRate) noexcept {
-    return static_cast<std::uint64_t>(std::floor(
-        static_cast<long double>(frames) * static_cast<long double>(outputRate) / static_cast<long double>(inputRate) +
-        0.5L));
+void checkConversion(const SampleRateConverters& converters, double inputRate, double outputRate,
+                     const ExportAudioTexts& texts) {
+    try {
+        static_cast<void>(converters.make(inputRate, outputRate));
+    } catch (const SampleRateConverterFailure& failure) {
+        throw OperationAudioError::impossibleCreerFormat(textOf(failure, texts));
+    }
 }
 
 void runExportPipeline(ExportPCMReader& reader, const SampleRateConverters& converters, double outputRate,

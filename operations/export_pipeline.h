@@ -39,8 +39,9 @@ struct ExportAudioTexts {
     std::string emptyBlock, converterUnavailable, qualityUnavailable, converterFailed;
 };
 
-/// Frames that `frames` become at another rate: round(frames x ratio). Exact for whole rates.
-[[nodiscard]] std::uint64_t convertedFrames(std::int64_t frames, double inputRate, double outputRate) noexcept;
+/// Throws OperationAudioError when these rates cannot be converted, or not well enough.
+void checkConversion(const SampleRateConverters& converters, double inputRate, double outputRate,
+                     const ExportAudioTexts& texts);
 
 /// Carries the audio of a reader into a sink: fetched, decoded and converted a channel a thread, prepared and taken,
 /// each stage on a block of its own at the same time. What comes out does not depend on the number of threads. Asks for

@@ -1,11 +1,15 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <exception>
 #include <memory>
 #include <span>
 
 namespace dravik {
+
+/// Frames that `frames` become at another rate: round(frames x ratio), halves upwards. Exact for whole rates.
+[[nodiscard]] std::uint64_t convertedFrames(std::int64_t frames, double inputRate, double outputRate) noexcept;
 
 /// A converter that cannot be made or does not do its work. Not for the user: each export has its own words for it.
 class SampleRateConverterFailure : public std::exception {

@@ -6,10 +6,12 @@
 #include "operations/export_metadata.h"
 #include "operations/export_pipeline.h"
 #include "operations/export_validation.h"
+#include "operations/listening_copy.h"
 #include "operations/metadata_chunks.h"
 #include "operations/operation_audio_error.h"
 #include "operations/quantizer.h"
 #include "operations/wave_layout.h"
+#include "operations/wave_output.h"
 
 #include <algorithm>
 #include <cmath>
@@ -24,6 +26,8 @@ namespace {
 /// A block is cut into parts of at least this many samples for the threads; finding a part's place in the dither costs
 /// about as much as a hundred samples.
 constexpr std::size_t leastPartSamples = 16384;
+
+constexpr const char* converterFailed = "The sample-rate converter failed.";
 
 /// Everything about an export that is decided before its file is created.
 struct Preparation {
@@ -112,13 +116,21 @@ bool Preparation::copiesAudio() const noexcept {
     return encoding == (format.bitDepth == 16 ? SampleEncoding::signed16 : SampleEncoding::signed24);
 }
 
+ExportAudioTexts textsOf(const Preparation& preparation) {
+    return {preparation.converts()
+                ? "The sample-rate converter received an empty input buffer before EOF."
+                : "WAV export stopped because the source reader returned an empty buffer before EOF.",
+            "Apple’s sample-rate converter is unavailable for this format.",
+            "Mastering sample-rate conversion at maximum quality is unavailable.", converterFailed};
+}
+
 /// Quantises and writes.
 class WavSink final : public ExportSink {
   public:
-    WavSink(SafeFile& file, const Preparation& from, std::uint64_t seed)
+    WavSink(WaveOutput& file, const Preparation& from, std::uint64_t seed)
         : file_(file),
           quantizer_(from.format, from.dither, seed),
-          at_(from.head.size()),
+          promised_(from.frames),
           parts_(std::max(1U, std::thread::hardware_concurrency()) * 2) {}
 
     [[nodiscard]] std::size_t parts() const noexcept override { return parts_; }
@@ -141,46 +153,39 @@ class WavSink final : public ExportSink {
                             std::span(block.bytes).subspan(from * frameBytes, count * frameBytes));
     }
     void take(const ExportBlock& block) override {
-        file_.writeAt(at_, block.bytes);
-        at_ += block.bytes.size();
+        // The sizes in the head were computed; what is made must agree with them.
+        if (block.frames > promised_ - frames_) throw OperationAudioError::donneesAudioInaccessibles(converterFailed);
+        file_.append(block.bytes);
         frames_ += block.frames;
     }
 
-    [[nodiscard]] std::uint64_t frames() const noexcept { return frames_; }
+    [[nodiscard]] bool isComplete() const noexcept { return frames_ == promised_; }
 
   private:
-    SafeFile& file_;
+    WaveOutput& file_;
     Quantizer quantizer_;
-    std::uint64_t at_;
-    std::uint64_t frames_ = 0;
+    std::uint64_t promised_, frames_ = 0;
     std::size_t parts_;
 };
 
 /// The source's own bytes behind the new head.
-void copyAudio(SafeFile& file, const Preparation& from, const std::filesystem::path& source, const TaskContext& task) {
+void copyAudio(SafeFile& file, const Preparation& from, const GroupeFichiers& groupe, const TaskContext& task) {
+    const int track = from.reader.positions().front();
+    const std::filesystem::path& source = groupe.fichiers[groupe.estPoly ? 0 : static_cast<std::size_t>(track)].url;
     FilePlan plan;
     plan.add(from.head);
-    plan.add(SourceRange{from.reader.layoutOfTrack(from.reader.positions().front()).offset, from.dataSize});
+    plan.add(SourceRange{from.reader.layoutOfTrack(track).offset, from.dataSize});
     if (from.dataSize % 2 != 0) plan.add(Bytes{std::byte{0}});
     file.write(plan, FileHandle::openForReading(source), task);
 }
 
-void convertAudio(SafeFile& file, Preparation& from, std::uint64_t seed, const ExportServices& services,
+void convertAudio(WaveOutput& file, Preparation& from, std::uint64_t seed, const ExportServices& services,
                   const TaskContext& task) {
-    static const ExportAudioTexts texts = {
-        "WAV export stopped because the source reader returned an empty buffer before EOF.",
-        "Apple’s sample-rate converter is unavailable for this format.",
-        "Mastering sample-rate conversion at maximum quality is unavailable.", "The sample-rate converter failed."};
-    static const ExportAudioTexts convertingTexts = {
-        "The sample-rate converter received an empty input buffer before EOF.", texts.converterUnavailable,
-        texts.qualityUnavailable, texts.converterFailed};
-    file.writeAt(0, from.head);
     WavSink sink(file, from, seed);
-    runExportPipeline(from.reader, services.converters, from.outputRate, from.converts() ? convertingTexts : texts,
-                      sink, task, fileNameText(from.destination));
-    // The sizes in the head were computed; what was made must agree with them.
-    if (sink.frames() != from.frames) throw OperationAudioError::donneesAudioInaccessibles(texts.converterFailed);
-    if (from.dataSize % 2 != 0) file.writeAt(from.head.size() + from.dataSize, Bytes{std::byte{0}});
+    runExportPipeline(from.reader, services.converters, from.outputRate, textsOf(from), sink, task,
+                      fileNameText(from.destination));
+    if (!sink.isComplete()) throw OperationAudioError::donneesAudioInaccessibles(converterFailed);
+    file.finish();
 }
 
 }  // namespace
@@ -189,8 +194,8 @@ WavExportPlan planWAVExport(const OperationAudioExportConfiguration& configurati
                             const ExportServices& services) {
     const Preparation preparation(configuration, folder);
     if (preparation.converts()) {
-        // Only asked for: whether the rates can be converted at all is said now.
-        static_cast<void>(services.converters.make(preparation.reader.sampleRate(), preparation.outputRate));
+        checkConversion(services.converters, preparation.reader.sampleRate(), preparation.outputRate,
+                        textsOf(preparation));
     }
     return {preparation.destination, preparation.frames, preparation.bytes()};
 }
@@ -202,29 +207,29 @@ OperationAudioResult exportWAV(const OperationAudioExportConfiguration& configur
     Preparation preparation(configuration, folder);
     ensureRoom(services.ops, preparation.destination, preparation.bytes());
 
-    SafeFile file(services.ops, preparation.destination, TempKind::exportWav);
+    // A last look before the file gets its name.
+    const auto complete = [&](auto& file) {
+        validateWavExport(FileSource(file.file()), preparation.outputRate, preparation.format,
+                          configuration.destinationName);
+        file.sync();
+        task.checkCancelled();
+    };
     if (preparation.copiesAudio()) {
-        const int track = preparation.reader.positions().front();
-        const auto member = configuration.groupe.estPoly ? std::size_t{0} : static_cast<std::size_t>(track);
-        copyAudio(file, preparation, configuration.groupe.fichiers[member].url, task);
+        SafeFile file(services.ops, preparation.destination, TempKind::exportWav);
+        copyAudio(file, preparation, configuration.groupe, task);
+        complete(file);
+        folders.add(file.commit(SafeFile::Existing::refuse));
     } else {
         const std::uint64_t seed = configuration.ditherSeed.value_or(freshDitherSeed(configuration.destinationName));
+        Writeback writeback(services.ops);
+        WaveOutput file(services.ops, writeback, preparation.destination, preparation.head, preparation.dataSize,
+                        TempKind::exportWav);
         convertAudio(file, preparation, seed, services, task);
+        complete(file);
+        folders.add(file.commit());
     }
-    validateWavExport(FileSource(file.file()), preparation.outputRate, preparation.format,
-                      configuration.destinationName);
-    file.sync();
-    task.checkCancelled();
-    folders.add(file.commit(SafeFile::Existing::refuse));
-
-    OperationAudioResult result;
-    result.id = Uuid::random();
-    result.sourceName = configuration.groupe.nom;
-    result.destinationURL = preparation.destination;
-    result.destinationURLs = {preparation.destination};
-    result.message = "Created " + fileNameText(preparation.destination);
-    result.success = true;
-    return result;
+    return createdResult(configuration.groupe, preparation.destination,
+                         "Created " + fileNameText(preparation.destination));
 }
 
 }  // namespace dravik::OperationsAudio

@@ -30,10 +30,10 @@ void Writeback::wrote(const FileHandle& file, std::uint64_t offset, std::uint64_
 }
 
 WaveOutput::WaveOutput(FileOps& ops, Writeback& writeback, std::filesystem::path destination, ByteSpan head,
-                       std::uint64_t dataSize)
+                       std::uint64_t dataSize, TempKind kind)
     : ops_(ops),
       writeback_(writeback),
-      file_(ops, std::move(destination), TempKind::output),
+      file_(ops, std::move(destination), kind),
       missing_(dataSize),
       padded_(dataSize % 2 != 0) {
     const std::uint64_t size = head.size() + dataSize + (padded_ ? 1U : 0U);
