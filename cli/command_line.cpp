@@ -74,6 +74,37 @@ do the same for the folders they open.
 Example:
   dravik-cli recover /media/card/day1)";
 
+constexpr const char* reorderFooter =
+    R"(Writes a new file "_order" beside each poly file, and for a mono set new files "_order_01", "_order_02"...
+Tracks are numbered from 1 and anew in their new order. The sources stay as they are, no file is written over.
+A folder stands for all its takes that can be reordered, a file of a mono set for the whole set.
+
+Examples:
+  dravik-cli reorder --order 2,1 12A-T03.WAV
+  dravik-cli reorder --order 3,1,2 --preserve-track-numbers --dest sorted SC12_T01.wav)";
+
+constexpr const char* deleteTracksFooter =
+    R"(Writes a new file "_del" beside each poly file. The tracks that remain keep their order and their numbers.
+
+Example:
+  dravik-cli delete-tracks --tracks 3,4 12A-T03.WAV)";
+
+constexpr const char* splitFooter =
+    R"(Writes a mono file "_split_T01_Boom" for each track, named by its number and its name. All in one pass.
+
+Examples:
+  dravik-cli split 12A-T03.WAV
+  dravik-cli split --tracks 1,3 --dest monos /media/card/day1
+  dravik-cli split --tracks none --stereo-1-2 12A-T03.WAV)";
+
+constexpr const char* mergeFooter =
+    R"(Writes one poly file "_merge" for each mono set. Any of its files stands for the whole set. The files must have one
+format and one length. Metadata is that of the first file, with the tracks of all.
+
+Examples:
+  dravik-cli merge SC12_T01.wav
+  dravik-cli merge --exclude SC12_T04.wav --dest poly /media/card/day1)";
+
 /// CLI11's help without its shouting: "--scene TEXT", not "--scene TEXT REQUIRED".
 class HelpFormatter final : public CLI::Formatter {
   public:
@@ -136,6 +167,10 @@ class Grammar {
         set();
         cues();
         recover();
+        reorder();
+        deleteTracks();
+        split();
+        merge();
         demo();
     }
 
@@ -310,6 +345,84 @@ class Grammar {
         paths(sub, "FOLDER", recover_.folders);
         chosenBy(sub, recover_);
     }
+    /// Tracks as they are counted on the command line, "2,1,3", as channels from 0.
+    static std::vector<int> trackNumbers(const std::string& option, std::string_view list) {
+        constexpr std::int64_t beyondAnyFile = 65535;
+        std::vector<int> channels;
+        for (bool more = true; more;) {
+            const std::size_t comma = list.find(',');
+            const std::string_view item = trimmed(list.substr(0, comma));
+            const std::optional<std::int64_t> number = parseInteger(item);
+            if (!number || *number < 1 || *number > beyondAnyFile) {
+                throw CLI::ValidationError(option, fmt::format("\"{}\" is not a track's number, from 1 on", item));
+            }
+            channels.push_back(static_cast<int>(*number) - 1);
+            more = comma != std::string_view::npos;
+            if (more) list.remove_prefix(comma + 1);
+        }
+        return channels;
+    }
+    void operation(CLI::App& sub, OperationOptions& options) {
+        paths(sub, "PATH", options.paths);
+        sub.add_option_function<std::string>(
+               "--dest", [&options](const std::string& value) { options.dest = value; },
+               "Folder of the new files; else that of each take")
+            ->type_name("DIR");
+        dryRun(sub, options.dryRun);
+        json(sub, options.json);
+    }
+    void reorder() {
+        CLI::App& sub = command("reorder", "Write takes with their tracks in another order", reorderFooter);
+        sub.add_option_function<std::string>(
+               "--order", [this](const std::string& list) { reorder_.order = trackNumbers("--order", list); },
+               "Which track becomes the first, the second...")
+            ->type_name("2,1,3")
+            ->required();
+        sub.add_flag("--preserve-track-numbers", reorder_.preserveTrackNumbers, "Each track keeps its own number");
+        operation(sub, reorder_);
+        chosenBy(sub, reorder_);
+    }
+    void deleteTracks() {
+        CLI::App& sub = command("delete-tracks", "Write poly files without some of their tracks", deleteTracksFooter);
+        sub.add_option_function<std::string>(
+               "--tracks",
+               [this](const std::string& list) {
+                   for (const int channel : trackNumbers("--tracks", list))
+                       deleteTracks_.tracks.insert(channel);
+               },
+               "Tracks to leave out")
+            ->type_name("3,4")
+            ->required();
+        operation(sub, deleteTracks_);
+        chosenBy(sub, deleteTracks_);
+    }
+    void split() {
+        CLI::App& sub = command("split", "Write the tracks of poly files as mono files", splitFooter);
+        sub.add_option_function<std::string>(
+               "--tracks",
+               [this](const std::string& list) {
+                   split_.tracks.emplace();
+                   if (list == "none") return;
+                   for (const int channel : trackNumbers("--tracks", list))
+                       split_.tracks->insert(channel);
+               },
+               "Tracks that become mono files, or \"none\"; else all of them")
+            ->type_name("1,3");
+        sub.add_flag("--stereo-1-2", split_.stereo12, "Also write tracks 1 and 2 as a stereo file");
+        operation(sub, split_);
+        chosenBy(sub, split_);
+    }
+    void merge() {
+        CLI::App& sub = command("merge", "Write the files of mono sets as poly files", mergeFooter);
+        sub.add_option_function<std::vector<std::string>>(
+               "--exclude",
+               [this](const std::vector<std::string>& files) { merge_.excluded.assign(files.begin(), files.end()); },
+               "A file of the set to leave out; may be repeated")
+            ->type_name("FILE")
+            ->allow_extra_args(false);
+        operation(sub, merge_);
+        chosenBy(sub, merge_);
+    }
     void demo() {
         CLI::App& sub = command("demo", "Write a made-up recording day to try things on", demoFooter);
         paths(sub, "DIR", demo_.folder);
@@ -328,6 +441,10 @@ class Grammar {
     CuesOptions cues_;
     DemoOptions demo_;
     RecoverOptions recover_;
+    ReorderOptions reorder_;
+    DeleteTracksOptions deleteTracks_;
+    SplitOptions split_;
+    MergeOptions merge_;
     std::vector<std::string> trackArguments_, addArguments_, removeArguments_, renameArguments_;
 };
 

@@ -6,6 +6,7 @@
 #include "cli/scan_command.h"
 #include "cli/set_command.h"
 #include "cli/show_command.h"
+#include "cli/track_commands.h"
 
 #include <string>
 #include <variant>
@@ -17,7 +18,8 @@ struct Told {
     ExitCode code = ExitCode::done;
     std::string text;  ///< help or version when done, else what is wrong
 };
-using Command = std::variant<Told, ScanOptions, ShowOptions, SetOptions, CuesOptions, DemoOptions, RecoverOptions>;
+using Command = std::variant<Told, ScanOptions, ShowOptions, SetOptions, CuesOptions, DemoOptions, RecoverOptions,
+                             ReorderOptions, DeleteTracksOptions, SplitOptions, MergeOptions>;
 
 /// Never throws for what a user may type.
 [[nodiscard]] Command parseCommandLine(int argc, const char* const* argv);

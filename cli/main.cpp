@@ -59,6 +59,10 @@ struct Runner {
     ExitCode operator()(const CuesOptions& options) const { return runCues(options, services); }
     ExitCode operator()(const DemoOptions& options) const { return runDemo(options, services); }
     ExitCode operator()(const RecoverOptions& options) const { return runRecover(options, services); }
+    ExitCode operator()(const ReorderOptions& options) const { return runReorder(options, services); }
+    ExitCode operator()(const DeleteTracksOptions& options) const { return runDeleteTracks(options, services); }
+    ExitCode operator()(const SplitOptions& options) const { return runSplit(options, services); }
+    ExitCode operator()(const MergeOptions& options) const { return runMerge(options, services); }
 };
 
 ExitCode run(int argc, const char* const* argv) {

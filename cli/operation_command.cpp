@@ -1,0 +1,207 @@
+#include "cli/operation_command.h"
+
+#include "base/paths.h"
+#include "cli/display_text.h"
+#include "cli/json_writer.h"
+#include "cli/opened_folder.h"
+#include "cli/progress_bar.h"
+#include "cli/take_selection.h"
+#include "model/audio_metadata.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+namespace dravik {
+namespace {
+
+constexpr std::string_view nothingMade = "No files were made.";
+
+std::string namesOf(const std::vector<std::filesystem::path>& paths) {
+    std::string names;
+    for (const std::filesystem::path& path : paths)
+        names.append(names.empty() ? "" : ", ").append(fileNameText(path));
+    return names;
+}
+
+/// "1 take, 2 failed": done unless something failed; refused when that was all and nothing was begun.
+ExitCode codeFor(std::size_t all, std::size_t failed, std::size_t refused) {
+    if (failed == 0) return ExitCode::done;
+    return refused == all ? ExitCode::refused : ExitCode::someFailed;
+}
+
+/// The tracks of a file to come: "2 tracks: Boom, Lav".
+std::string tracksText(const PlannedOutput& output) {
+    std::string names;
+    for (const OutputTrack& track : output.tracks) {
+        names.append(names.empty() ? "" : ", ");
+        names.append(printable(OperationsAudio::trackLabel(track)));
+    }
+    return fmt::format("{}: {}", counted(output.tracks.size(), "track"), names);
+}
+
+ExitCode rehearse(const std::vector<GroupeFichiers>& groupes, const TrackCommand& command, bool json,
+                  Services& services) {
+    const auto planned = OperationsAudio::planGroups(groupes, command.planner, {&services.token, {}});
+    std::vector<OperationLine> lines;
+    std::string text;
+    std::size_t files = 0;
+    std::size_t failed = 0;
+    std::map<std::filesystem::path, std::uint64_t> needed;
+    for (std::size_t at = 0; at < planned.size(); ++at) {
+        const OperationPlan& plan = planned[at].plan;
+        OperationLine& line = lines.emplace_back();
+        line.source = sourceOf(groupes[at]);
+        line.ok = planned[at].error.empty();
+        if (!line.ok) {
+            ++failed;
+            line.message = planned[at].error;
+            services.console.message(fmt::format("{}: {}", printable(groupes[at].nom), line.message));
+            continue;
+        }
+        line.outputs = plan.destinations();
+        line.message = plan.outputs.empty() ? plan.message : fmt::format("Would create {}", namesOf(line.outputs));
+        files += plan.outputs.size();
+        text += styled(printable(groupes[at].nom), Style::strong, services.console.outputHasColour()) + "\n";
+        if (plan.outputs.empty()) text += fmt::format("    {}\n", plan.message);
+        for (const PlannedOutput& output : plan.outputs) {
+            text +=
+                fmt::format("    {}  {}, {}\n", shown(output.destination), sizeText(output.size()), tracksText(output));
+            needed[folderOf(output.destination)] += output.size();
+        }
+    }
+    for (const auto& [folder, bytes] : needed) {
+        if (reportsRoom(services.files, folder / "new.wav", bytes)) continue;
+        services.console.message(fmt::format("{}: there is no room for {}.", shown(folder), sizeText(bytes)));
+    }
+    text += fmt::format("\nDry run: {} would be made. {}\n", counted(files, "file"), nothingMade);
+    services.console.print(json ? operationJson(lines) : text);
+    return codeFor(planned.size(), failed, failed);
+}
+
+}  // namespace
+
+std::filesystem::path sourceOf(const GroupeFichiers& groupe) {
+    const std::filesystem::path& first = groupe.fichiers.front().url;
+    return groupe.isMonoSet() ? first.parent_path() / groupe.nom : first;
+}
+
+std::string operationJson(const std::vector<OperationLine>& lines) {
+    JsonWriter json;
+    json.beginObject();
+    json.member("version", DRAVIK_VERSION);
+    json.key("results");
+    json.beginArray();
+    for (const OperationLine& line : lines) {
+        json.beginObject();
+        json.member("source", pathText(line.source));
+        json.key("outputs");
+        json.beginArray();
+        for (const std::filesystem::path& output : line.outputs)
+            json.value(pathText(output));
+        json.endArray();
+        json.member("ok", line.ok);
+        json.member("message", line.message);
+        json.endObject();
+    }
+    json.endArray();
+    json.endObject();
+    return std::move(json).text();
+}
+
+OperationTakes chooseTakes(const OperationOptions& options,
+                           const std::function<bool(const GroupeFichiers&)>& isEligible, Services& services) {
+    OperationTakes takes;
+    const auto refuse = [&](const std::string& sentence) {
+        services.console.message(sentence);
+        takes.refused = true;
+    };
+    if (options.dest) {
+        if (const std::string problem = folderProblem(*options.dest); !problem.empty()) refuse(problem);
+    }
+    TakeSelection selection = selectTakes(options.paths, true, !options.dryRun, services);
+    takes.recovered = selection.recovered;
+    for (const PathProblem& problem : selection.problems)
+        refuse(problem.sentence);
+    std::set<std::string> named;
+    for (const std::filesystem::path& path : options.paths)
+        named.insert(normalisedPath(path));
+    for (GroupeFichiers& groupe : selection.groupes) {
+        const bool isNamed =
+            std::any_of(groupe.fichiers.begin(), groupe.fichiers.end(),
+                        [&](const InfoFichier& fichier) { return named.contains(normalisedPath(fichier.url)); });
+        if (isNamed || isEligible(groupe)) {
+            takes.groupes.push_back(std::move(groupe));
+        } else {
+            takes.passed.push_back(groupe.nom);
+        }
+    }
+    if (takes.refused) services.console.message(nothingMade);
+    return takes;
+}
+
+ExitCode tellOutcome(const RunOutcome& outcome, const std::vector<GroupeFichiers>& groupes, bool json,
+                     Console& console) {
+    std::vector<OperationLine> lines;
+    std::string text;
+    std::size_t failed = 0;
+    std::size_t made = 0;
+    for (std::size_t at = 0; at < outcome.results.size(); ++at) {
+        const OperationAudioResult& result = outcome.results[at];
+        lines.push_back({sourceOf(groupes[at]), result.destinationURLs, result.success, result.message});
+        made += result.destinationURLs.size();
+        const std::string line = fmt::format("{}: {}", printable(result.sourceName), printable(result.message));
+        if (result.success) {
+            text += line + "\n";
+            continue;
+        }
+        ++failed;
+        console.message(line);
+        if (!result.destinationURLs.empty()) {
+            console.message(fmt::format("{}: {} whole: {}", printable(result.sourceName),
+                                        result.destinationURLs.size() == 1 ? "one file is" : "these files are",
+                                        printable(namesOf(result.destinationURLs))));
+        }
+    }
+    if (outcome.cancelled) {
+        console.message(fmt::format("Cancelled. {} made, nothing is half-written.", counted(made, "file")));
+    }
+    console.print(json ? operationJson(lines) : text);
+    return outcome.cancelled ? ExitCode::interrupted : codeFor(outcome.results.size(), failed, outcome.refused);
+}
+
+ExitCode runTrackCommand(const OperationOptions& options, const TrackCommand& command, Services& services) {
+    const OperationTakes takes = chooseTakes(options, command.isEligible, services);
+    if (command.checkSelection) command.checkSelection(takes.groupes);
+    if (takes.refused) {
+        if (options.json) services.console.print(operationJson({}));
+        return ExitCode::refused;
+    }
+    if (takes.groupes.empty()) {
+        services.console.message(fmt::format("{}. {}", command.noneEligible, command.why));
+        if (options.json) services.console.print(operationJson({}));
+        return ExitCode::done;
+    }
+    if (!takes.passed.empty()) {
+        services.console.message(
+            fmt::format("Passed over: {}. {}", printable(fmt::to_string(fmt::join(takes.passed, ", "))), command.why));
+    }
+    ExitCode code = ExitCode::done;
+    if (options.dryRun) {
+        code = rehearse(takes.groupes, command, options.json, services);
+    } else {
+        RunOutcome outcome;
+        {
+            ProgressBar bar(services.console, command.verb);
+            outcome = OperationsAudio::runTrackOperation(services.files, takes.groupes, command.planner,
+                                                         {&services.token, bar.sink()});
+        }
+        code = tellOutcome(outcome, takes.groupes, options.json, services.console);
+    }
+    return code == ExitCode::done && !takes.recovered ? ExitCode::someFailed : code;
+}
+
+}  // namespace dravik
