@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <map>
 #include <memory>
 #include <sstream>
 
@@ -443,14 +442,17 @@ class Grammar {
     }
     void exportTakes() {
         CLI::App& sub = command("export", "Write takes as new WAV, MP3 or M4A files", exportFooter);
-        const std::map<std::string, ExportOptions::Format> formats = {{"wav", ExportOptions::Format::wav},
-                                                                      {"aac", ExportOptions::Format::aac},
-                                                                      {"mp3", ExportOptions::Format::mp3}};
-        sub.add_option("--format", export_.format, "wav, aac or mp3")
+        sub.add_option_function<std::string>(
+               "--format",
+               [this](const std::string& text) {
+                   export_.format = text == "aac"   ? ExportOptions::Format::aac
+                                    : text == "mp3" ? ExportOptions::Format::mp3
+                                                    : ExportOptions::Format::wav;
+               },
+               "wav, aac or mp3")
             ->type_name("FORMAT")
             ->required()
-            ->transform(CLI::Transformer(formats).description(""))
-            ->check(CLI::IsMember(formats).description(""));
+            ->check(CLI::IsMember({"wav", "aac", "mp3"}).description(""));
         sub.add_option_function<std::string>(
                "--route",
                [this](const std::string& text) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/byte_source.h"
 #include "model/folder_scan.h"
 #include "operations/export_services.h"
 #include "operations/wav_export.h"
@@ -7,14 +8,15 @@
 #include "platform/media/lazy_aac_encoders.h"
 #include "platform/media/lazy_sample_decoder.h"
 #include "platform/soxr/soxr_converter.h"
-#include "support/fake_codecs.h"
-#include "support/faulty_file_ops.h"
-#include "support/files.h"
-#include "support/temp_folder.h"
-#include "support/wav_builder.h"
+#include "tests/support/fake_codecs.h"
+#include "tests/support/faulty_file_ops.h"
+#include "tests/support/files.h"
+#include "tests/support/temp_folder.h"
+#include "tests/support/wav_builder.h"
 
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 #include <memory>
 #include <numbers>
 #include <string>
