@@ -24,9 +24,11 @@ namespace {
 template <int bits>
 constexpr double scale = static_cast<double>(1 << (bits - 1));
 
-/// Half away from zero. The number is the largest below one half: adding one half itself would round what lies just
-/// below it upwards.
-inline double rounded(double value) noexcept { return std::trunc(value + std::copysign(0.49999999999999994, value)); }
+/// Half away from zero; by a cast, which drops what is behind the point. The number is the largest below one half:
+/// adding one half itself would round what lies just below it upwards.
+inline std::int32_t rounded(double value) noexcept {
+    return static_cast<std::int32_t>(value + std::copysign(0.49999999999999994, value));
+}
 
 template <int bits>
 inline void put(std::byte* out, std::int32_t value) noexcept {
@@ -36,16 +38,23 @@ inline void put(std::byte* out, std::int32_t value) noexcept {
     if constexpr (bits == 24) out[2] = static_cast<std::byte>(pattern >> 16U & 0xFFU);
 }
 
-/// One sample; false when it cannot be stored, and then something else is.
+/// One sample of [-1, 1). What comes back has bits above the format's when it does not fit, and something else was
+/// stored.
 template <int bits>
-inline bool storeSample(float sample, double noise, std::byte* out) noexcept {
-    const double value = static_cast<double>(sample) * scale<bits>;
-    const double whole = rounded(value + noise);
-    // Comparisons with what is no number are false.
-    const bool fits = static_cast<int>(value >= -scale<bits>) & static_cast<int>(value < scale<bits>) &
-                      static_cast<int>(whole >= -scale<bits>) & static_cast<int>(whole <= scale<bits> - 1);
-    put<bits>(out, static_cast<std::int32_t>(fits ? whole : 0.0));
-    return fits;
+inline std::uint32_t storeSample(float sample, double noise, std::byte* out) noexcept {
+    // The noise is below one step, so the cast is safe for each of them.
+    const std::int32_t whole = rounded(static_cast<double>(sample) * scale<bits> + noise);
+    put<bits>(out, whole);
+    return static_cast<std::uint32_t>(whole) + (std::uint32_t{1} << (bits - 1));
+}
+
+/// Numbers of [-1, 1)? In a loop without an exit, which the compiler turns into vector code. What is no number compares
+/// as false.
+bool areInRange(const float* samples, std::size_t count) noexcept {
+    int outside = 0;
+    for (std::size_t i = 0; i < count; ++i)
+        outside |= (samples[i] >= -1.0F ? 0 : 1) | (samples[i] < 1.0F ? 0 : 1);
+    return outside == 0;
 }
 
 /// The reason why these samples cannot be stored, by the first of them in the order of the file.
@@ -57,7 +66,7 @@ template <int bits>
             if (!std::isfinite(plane[i])) refuseNonFinite();
             const double value = static_cast<double>(plane[i]) * scale<bits>;
             if (value < -scale<bits> || value >= scale<bits>) refuseRange(false);
-            const double whole = rounded(dithered ? value + noise.next() : value);
+            const std::int32_t whole = rounded(dithered ? value + noise.next() : value);
             if (whole < -scale<bits> || whole > scale<bits> - 1) refuseRange(dithered);
         }
     }
@@ -94,14 +103,17 @@ void Quantizer::store(std::span<const float* const> planes, std::size_t frames, 
     std::array<DitherGenerator, lanes> noise = {generatorAt(0), generatorAt(stretch), generatorAt(2 * stretch),
                                                 generatorAt(3 * stretch)};
     constexpr std::size_t sampleBytes = bits / 8;
-    bool fits = true;
+    for (const float* const plane : planes) {
+        if (!areInRange(plane, frames)) refuse<bits>(planes, frames, generatorAt(0), dithered);
+    }
+    std::uint32_t stored = 0;
     const std::size_t laneBytes = stretch * channels * sampleBytes;
     for (std::size_t i = 0; i < stretch; ++i) {
         std::byte* at = out + i * channels * sampleBytes;
         for (std::size_t c = 0; c < channels; ++c, at += sampleBytes) {
             for (std::size_t lane = 0; lane < lanes; ++lane) {
                 const double added = dithered ? noise[lane].next() : 0.0;
-                fits &= storeSample<bits>(planes[c][lane * stretch + i], added, at + lane * laneBytes);
+                stored |= storeSample<bits>(planes[c][lane * stretch + i], added, at + lane * laneBytes);
             }
         }
     }
@@ -109,10 +121,10 @@ void Quantizer::store(std::span<const float* const> planes, std::size_t frames, 
     for (std::size_t i = lanes * stretch; i < frames; ++i) {
         for (std::size_t c = 0; c < channels; ++c, at += sampleBytes) {
             // The last lane goes on where the sequence does.
-            fits &= storeSample<bits>(planes[c][i], dithered ? noise[lanes - 1].next() : 0.0, at);
+            stored |= storeSample<bits>(planes[c][i], dithered ? noise[lanes - 1].next() : 0.0, at);
         }
     }
-    if (!fits) refuse<bits>(planes, frames, generatorAt(0), dithered);
+    if (stored >> static_cast<unsigned>(bits) != 0) refuse<bits>(planes, frames, generatorAt(0), dithered);
 }
 
 void Quantizer::quantize(std::span<const float* const> planes, std::size_t frames, std::uint64_t firstFrame,

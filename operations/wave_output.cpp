@@ -12,6 +12,8 @@ namespace {
 constexpr std::size_t writeBytes = 512U * 1024U;
 /// Writes end at whole pages: one that is on its way to the medium is not touched again.
 constexpr std::size_t pageBytes = 4096;
+/// From here on a copy into the buffer costs more than a write of its own.
+constexpr std::size_t directBytes = 128U * 1024U;
 /// Bytes on their way at any time.
 constexpr std::uint64_t unwrittenBytesLimit = 64U * 1024U * 1024U;
 
@@ -58,12 +60,27 @@ void WaveOutput::produced(std::size_t bytes) {
 }
 
 void WaveOutput::append(ByteSpan audio) {
-    while (!audio.empty()) {
-        const ByteSpan piece = audio.first(std::min(audio.size(), writeBytes));
-        std::memcpy(room(piece.size()).data(), piece.data(), piece.size());
-        produced(piece.size());
-        audio = audio.subspan(piece.size());
+    // What is large goes out from where it lies, once the buffer ends with a page.
+    if (audio.size() >= directBytes) {
+        take(audio, (pageBytes - filled_ % pageBytes) % pageBytes);
+        if (filled_ > 0) flush(filled_);
+        const ByteSpan whole = audio.first(audio.size() - audio.size() % pageBytes);
+        if (whole.size() > missing_) throw std::logic_error("more audio than the header of the file says");
+        file_.writeAt(written_, whole);
+        writeback_.wrote(file_.file(), written_, whole.size());
+        written_ += whole.size();
+        missing_ -= whole.size();
+        audio = audio.subspan(whole.size());
     }
+    while (!audio.empty())
+        take(audio, std::min(audio.size(), writeBytes));
+}
+
+void WaveOutput::take(ByteSpan& audio, std::size_t bytes) {
+    if (bytes == 0) return;
+    std::memcpy(room(bytes).data(), audio.data(), bytes);
+    produced(bytes);
+    audio = audio.subspan(bytes);
 }
 
 void WaveOutput::flush(std::size_t bytes) {

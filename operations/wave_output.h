@@ -58,6 +58,8 @@ class WaveOutput {
 
   private:
     void flush(std::size_t bytes);
+    /// Moves the first bytes of the audio into the buffer.
+    void take(ByteSpan& audio, std::size_t bytes);
 
     FileOps& ops_;
     Writeback& writeback_;
