@@ -149,7 +149,13 @@ void interleaveOurs(benchmark::State& state) {
         benchmark::ClobberMemory();
     }
 }
-BENCHMARK(interleaveOurs)->Name("operations/interleave/ours")->Arg(2)->Arg(3)->Arg(4)->Arg(8);
+BENCHMARK(interleaveOurs)
+    ->Name("operations/interleave/ours")
+    ->Unit(benchmark::kMicrosecond)
+    ->Arg(2)
+    ->Arg(3)
+    ->Arg(4)
+    ->Arg(8);
 
 void interleavePlainly(benchmark::State& state) {
     Block block(static_cast<std::size_t>(state.range(0)));
@@ -164,6 +170,12 @@ void interleavePlainly(benchmark::State& state) {
         benchmark::ClobberMemory();
     }
 }
-BENCHMARK(interleavePlainly)->Name("operations/interleave/plain")->Arg(2)->Arg(3)->Arg(4)->Arg(8);
+BENCHMARK(interleavePlainly)
+    ->Name("operations/interleave/plain")
+    ->Unit(benchmark::kMicrosecond)
+    ->Arg(2)
+    ->Arg(3)
+    ->Arg(4)
+    ->Arg(8);
 
 }  // namespace

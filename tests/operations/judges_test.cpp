@@ -102,8 +102,9 @@ TEST(Judges, ReadTheFilesAsWhatTheyAre) {
         expectSeenAs(merged, 4, frames);
         EXPECT_TRUE(decodedByFfmpeg(merged) == audio);
         // Metadata, by the programs that read some of it.
-        EXPECT_THAT(said("ffprobe -v error -show_format " + quoted(merged)), HasSubstr("TAG:time_reference=48000"));
-        EXPECT_THAT(said("sndfile-info " + quoted(merged)), HasSubstr("sTRK1=Boom"));
+        const std::string tags = said("ffprobe -v error -show_format " + quoted(merged));
+        EXPECT_THAT(tags, HasSubstr("TAG:time_reference=48000"));
+        EXPECT_THAT(tags, HasSubstr("sTRK1=Boom\r\nsTRK2=Lav\r\nsTRK3=Mix\r\nsTRK4=Room"));
     }
 }
 
@@ -147,7 +148,9 @@ TEST(RealRecordings, KeepTheirAudioAndEveryUntouchedChunkThroughAllOperations) {
                 const std::string oldBext = payloadOf(source, "bext");
                 const std::string newBext = payloadOf(file, "bext");
                 ASSERT_EQ(newBext.size(), oldBext.size());
-                if (oldBext.size() > 256) EXPECT_EQ(newBext.substr(256), oldBext.substr(256));
+                if (oldBext.size() > 256) {
+                    EXPECT_EQ(newBext.substr(256), oldBext.substr(256));
+                }
                 EXPECT_EQ(readLE<std::uint32_t>(file.data() + 4), file.size() - 8);
                 ++made;
             };
