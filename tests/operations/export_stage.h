@@ -83,7 +83,7 @@ inline std::filesystem::path writeFloats(const std::filesystem::path& path, cons
 }
 
 /// The payload of the first chunk of that name; empty when there is none.
-[[nodiscard]] inline Bytes payloadOf(const std::filesystem::path& file, std::string_view id) {
+[[nodiscard]] inline Bytes chunkPayload(const std::filesystem::path& file, std::string_view id) {
     const Bytes bytes = readFile(file);
     for (std::size_t at = 12; at + 8 <= bytes.size();) {
         const auto size = readLE<std::uint32_t>(bytes.data() + at + 4);

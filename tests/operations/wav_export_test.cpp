@@ -52,8 +52,8 @@ TEST(WavExport, KeepsEveryByteOfAudioThatStaysAsItIs) {
             test::recorderFile({}, {.channels = 3, .bits = bits}, frames).write(stage.source() / "take.wav");
             const OperationAudioResult result = stage.wav(asWav(stage.take(), bits));
             EXPECT_EQ(result.message, "Created out.wav");
-            EXPECT_EQ(test::payloadOf(stage.out() / "out.wav", "data"),
-                      test::payloadOf(stage.source() / "take.wav", "data"))
+            EXPECT_EQ(test::chunkPayload(stage.out() / "out.wav", "data"),
+                      test::chunkPayload(stage.source() / "take.wav", "data"))
                 << bits << " bits, " << frames << " frames";
             EXPECT_EQ(test::namesIn(stage.out()), std::vector<std::string>{"out.wav"});
         }
@@ -103,7 +103,7 @@ TEST(WavExport, RoutesTracksOfPolyFilesAndOfMonoSets) {
             configuration.routing = c.routing;
             std::filesystem::remove(stage.out() / "out.wav");
             static_cast<void>(stage.wav(configuration));
-            EXPECT_EQ(floatsOf(test::payloadOf(stage.out() / "out.wav", "data")), c.expected)
+            EXPECT_EQ(floatsOf(test::chunkPayload(stage.out() / "out.wav", "data")), c.expected)
                 << c.what << (poly ? " of a poly file" : " of a mono set");
         }
     }
@@ -146,7 +146,7 @@ TEST(WavExport, DithersOnlyWhereBitsAreLost) {
         configuration.routing = routing::Stereo{1, 0};
         if (c.otherRate) configuration.sampleRate = 96000;
         static_cast<void>(stage.wav(configuration));
-        const Bytes data = test::payloadOf(stage.out() / "out.wav", "data");
+        const Bytes data = test::chunkPayload(stage.out() / "out.wav", "data");
         const bool silent = std::all_of(data.begin(), data.end(), [](std::byte b) { return b == std::byte{0}; });
         EXPECT_EQ(!silent, c.dithered) << c.from << " to " << c.to;
     }
