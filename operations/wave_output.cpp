@@ -14,6 +14,8 @@ constexpr std::size_t writeBytes = 512U * 1024U;
 constexpr std::size_t pageBytes = 4096;
 /// From here on a copy into the buffer costs more than a write of its own.
 constexpr std::size_t directBytes = 128U * 1024U;
+/// Bytes of one file that are sent on their way together: the disk gets long pieces where many files grow at once.
+constexpr std::uint64_t writebackBytes = 4U * 1024U * 1024U;
 /// Bytes on their way at any time.
 constexpr std::uint64_t unwrittenBytesLimit = 64U * 1024U * 1024U;
 
@@ -43,6 +45,7 @@ WaveOutput::WaveOutput(FileOps& ops, Writeback& writeback, std::filesystem::path
     const std::size_t whole = head.size() - head.size() % pageBytes;
     file_.writeAt(0, head.first(whole));
     written_ = whole;
+    sent_ = whole;
     buffer_.assign(head.begin() + static_cast<std::ptrdiff_t>(whole), head.end());
     filled_ = buffer_.size();
 }
@@ -67,9 +70,9 @@ void WaveOutput::append(ByteSpan audio) {
         const ByteSpan whole = audio.first(audio.size() - audio.size() % pageBytes);
         if (whole.size() > missing_) throw std::logic_error("more audio than the header of the file says");
         file_.writeAt(written_, whole);
-        writeback_.wrote(file_.file(), written_, whole.size());
         written_ += whole.size();
         missing_ -= whole.size();
+        if (written_ - sent_ >= writebackBytes) send();
         audio = audio.subspan(whole.size());
     }
     while (!audio.empty())
@@ -85,10 +88,16 @@ void WaveOutput::take(ByteSpan& audio, std::size_t bytes) {
 
 void WaveOutput::flush(std::size_t bytes) {
     file_.writeAt(written_, ByteSpan(buffer_).first(bytes));
-    writeback_.wrote(file_.file(), written_, bytes);
     written_ += bytes;
+    if (written_ - sent_ >= writebackBytes) send();
     std::memmove(buffer_.data(), buffer_.data() + bytes, filled_ - bytes);
     filled_ -= bytes;
+}
+
+void WaveOutput::send() {
+    if (written_ == sent_) return;
+    writeback_.wrote(file_.file(), sent_, written_ - sent_);
+    sent_ = written_;
 }
 
 void WaveOutput::finish() {
@@ -98,6 +107,7 @@ void WaveOutput::finish() {
         buffer_[filled_++] = std::byte{0};
     }
     if (filled_ > 0) flush(filled_);
+    send();
 }
 
 }  // namespace dravik::OperationsAudio

@@ -60,6 +60,7 @@ class WaveOutput {
     void flush(std::size_t bytes);
     /// Moves the first bytes of the audio into the buffer.
     void take(ByteSpan& audio, std::size_t bytes);
+    void send();
 
     FileOps& ops_;
     Writeback& writeback_;
@@ -67,6 +68,7 @@ class WaveOutput {
     std::uint64_t missing_;      ///< bytes of audio still to come
     bool padded_;                ///< a pad byte follows
     std::uint64_t written_ = 0;  ///< bytes of the file that are out of the buffer
+    std::uint64_t sent_ = 0;     ///< and of those, bytes that are on their way to the medium
     Bytes buffer_;
     std::size_t filled_ = 0;
 };
