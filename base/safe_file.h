@@ -61,6 +61,8 @@ class SafeFile {
 
     /// The finished temporary file, for a last check before it is put in place.
     [[nodiscard]] const FileHandle& file() const noexcept { return file_; }
+    /// Its name, for a check by a library that opens files by name. Only to be read.
+    [[nodiscard]] const std::filesystem::path& temporaryPath() const noexcept { return temporary_; }
 
     /// Waits until the bytes are on the medium, which may take seconds: a check that the target is still as it was
     /// belongs behind it.

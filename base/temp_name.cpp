@@ -16,16 +16,47 @@ std::string checkDigits(std::string_view checked) {
     return fmt::format("{:08x}", crc32(fmt::format("dravik {}", checked)));
 }
 
-std::string_view prefixOf(TempKind kind) noexcept {
+/// What stands around the token. A name of the kinds that show their target has it in front of the token (behind a
+/// dot, so that it is hidden) or behind it.
+struct Form {
+    std::string_view prefix, suffix;
+    enum class Target { absent, inFront, behind } target = Target::absent;
+};
+
+Form formOf(TempKind kind) noexcept {
     switch (kind) {
         case TempKind::metadata:
-            return ".metadata-";
+            return {".metadata-", ".tmp"};
         case TempKind::cues:
-            return ".cues-";
+            return {".cues-", ".tmp"};
         case TempKind::output:
-            return ".dravik-op-";
+            return {".dravik-op-", "", Form::Target::behind};
+        case TempKind::exportWav:
+            return {".dravik-export-", ".wav"};
+        case TempKind::partialMp3:
+            return {".", ".partial.mp3", Form::Target::inFront};
+        case TempKind::partialM4a:
+            return {".", ".partial.m4a", Form::Target::inFront};
     }
-    return ".dravik-op-";
+    return {".dravik-op-", "", Form::Target::behind};
+}
+
+bool isOfForm(std::string_view name, const Form& form) noexcept {
+    if (!name.starts_with(form.prefix) || !name.ends_with(form.suffix)) return false;
+    if (name.size() < form.prefix.size() + tokenLength + form.suffix.size()) return false;
+    const std::string_view middle =
+        name.substr(form.prefix.size(), name.size() - form.prefix.size() - form.suffix.size());
+    switch (form.target) {
+        case Form::Target::absent:
+            return isOurToken(middle);
+        case Form::Target::behind:
+            return middle.size() > tokenLength + 1 && middle[tokenLength] == '.' &&
+                   isOurToken(middle.substr(0, tokenLength));
+        case Form::Target::inFront:
+            return middle.size() > tokenLength + 1 && middle[middle.size() - tokenLength - 1] == '.' &&
+                   isOurToken(middle.substr(middle.size() - tokenLength));
+    }
+    return false;
 }
 
 }  // namespace
@@ -47,20 +78,25 @@ bool isOurToken(std::string_view text) noexcept {
 }
 
 std::string freshTemporaryName(TempKind kind, std::string_view targetName) {
-    const std::string start = fmt::format("{}{}", prefixOf(kind), freshToken());
-    if (kind != TempKind::output) return start + ".tmp";
+    const Form form = formOf(kind);
     // A target whose own name is as long as a folder takes must not get a temporary name that is longer.
-    return fmt::format("{}.{}", start, truncatedUtf8(targetName, maxFileNameBytes - start.size() - 1));
+    const std::size_t around = form.prefix.size() + tokenLength + form.suffix.size() + 1;
+    const std::string_view target = truncatedUtf8(targetName, maxFileNameBytes - around);
+    switch (form.target) {
+        case Form::Target::absent:
+            return fmt::format("{}{}{}", form.prefix, freshToken(), form.suffix);
+        case Form::Target::behind:
+            return fmt::format("{}{}.{}", form.prefix, freshToken(), target);
+        case Form::Target::inFront:
+            return fmt::format("{}{}.{}{}", form.prefix, target, freshToken(), form.suffix);
+    }
+    return {};
 }
 
 bool isTemporaryName(std::string_view fileName) noexcept {
-    for (const TempKind kind : {TempKind::metadata, TempKind::cues, TempKind::output}) {
-        const std::string_view prefix = prefixOf(kind);
-        if (!fileName.starts_with(prefix)) continue;
-        const std::string_view rest = fileName.substr(prefix.size());
-        const std::string_view tail = rest.size() > tokenLength ? rest.substr(tokenLength) : std::string_view{};
-        const bool tailFits = kind == TempKind::output ? tail.starts_with('.') && tail.size() > 1 : tail == ".tmp";
-        if (tailFits && isOurToken(rest.substr(0, tokenLength))) return true;
+    for (const TempKind kind : {TempKind::metadata, TempKind::cues, TempKind::output, TempKind::exportWav,
+                                TempKind::partialMp3, TempKind::partialM4a}) {
+        if (isOfForm(fileName, formOf(kind))) return true;
     }
     return false;
 }

@@ -11,9 +11,12 @@ namespace dravik {
 
 /// What a temporary file is for; decides its prefix.
 enum class TempKind {
-    metadata,  ///< ".metadata-" token ".tmp"
-    cues,      ///< ".cues-" token ".tmp"
-    output,    ///< ".dravik-op-" token "." target name: new files
+    metadata,    ///< ".metadata-" token ".tmp"
+    cues,        ///< ".cues-" token ".tmp"
+    output,      ///< ".dravik-op-" token "." target name: new files
+    exportWav,   ///< ".dravik-export-" token ".wav"
+    partialMp3,  ///< "." target name "." token ".partial.mp3": the codec libraries go by the end of a name
+    partialM4a,  ///< "." target name "." token ".partial.m4a"
 };
 
 /// A fresh token, "xxxxxxxx-xxxx-4xxx-yxxx-xxxxCCCCCCCC".

@@ -246,9 +246,10 @@ std::filesystem::path manyChunksRecording(std::string_view fileName, std::uint64
     return file;
 }
 
-PolyTake polyTake(int seconds) {
+PolyTake polyTake(int seconds, Loudness loudness) {
     constexpr std::size_t rate = 48000;
-    PolyTake take{benchFolder().path() / fmt::format("poly-{}s.wav", seconds),
+    const bool quarter = loudness == Loudness::quarter;
+    PolyTake take{benchFolder().path() / fmt::format("poly-{}s{}.wav", seconds, quarter ? "-quarter" : ""),
                   static_cast<std::size_t>(seconds) * rate};
     if (std::filesystem::exists(take.path)) return take;
     const auto bytes = static_cast<std::uint32_t>(take.audioBytes());
@@ -270,6 +271,9 @@ PolyTake polyTake(int seconds) {
         noise = noise * 1664525U + 1013904223U;
         byte = static_cast<std::byte>(noise >> 24U);
     }
+    constexpr std::size_t sampleBytes = 3;
+    for (std::size_t top = sampleBytes - 1; quarter && top < second.size(); top += sampleBytes)
+        second[top] = static_cast<std::byte>(static_cast<std::int8_t>(second[top]) >> 2);
     std::ofstream out(take.path, std::ios::binary);
     out << asText(head);
     for (int i = 0; i < seconds; ++i)

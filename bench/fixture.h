@@ -68,7 +68,9 @@ struct PolyTake {
     std::size_t frames = 0;
     [[nodiscard]] std::size_t audioBytes() const noexcept { return frames * frameBytes; }
 };
-[[nodiscard]] PolyTake polyTake(int seconds);
+/// As loud as it gets, or at a quarter of it: what is to be converted must have room above it.
+enum class Loudness { full, quarter };
+[[nodiscard]] PolyTake polyTake(int seconds, Loudness loudness = Loudness::full);
 
 /// What every fair reader of a recording does at least: open, one read of the header area, one of the iXML, close.
 /// Returns the bytes read; 0 when the file could not be opened.

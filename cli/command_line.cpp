@@ -1,8 +1,10 @@
 #include "cli/command_line.h"
 
 #include "base/text.h"
+#include "cli/export_route.h"
 
 #include <algorithm>
+#include <limits>
 #include <memory>
 #include <sstream>
 
@@ -105,6 +107,20 @@ Examples:
   dravik-cli merge SC12_T01.wav
   dravik-cli merge --exclude SC12_T04.wav --dest poly /media/card/day1)";
 
+constexpr const char* exportFooter =
+    R"(A take becomes one new file: its tracks as routed, at another rate or depth if asked for, with its metadata brought
+up to date (WAV), or as a listening copy (MP3, AAC in M4A). Nothing is ever clipped: audio that does not fit is refused.
+
+Routes (tracks from 1): poly; mono:3; mono:1+2@-6 adds two tracks, each at -6 dB (-3 if nothing is said); stereo:1,2.
+Default: all tracks for WAV, else tracks 1 and 2, or the only one.
+A new file beside its take is called "_export"; in another folder it has the take's name. Where that name is taken,
+"-1", "-2" is put behind the take's name.
+
+Examples:
+  dravik-cli export --format wav --rate 48000 --depth 24 --dest delivery /media/card/day1
+  dravik-cli export --format wav --depth 16 --route stereo:1,2 --dither-seed 7 12A-T03.WAV
+  dravik-cli export --format mp3 --bitrate 192 --route mono:1+2 --dest dailies /media/card/day1)";
+
 /// CLI11's help without its shouting: "--scene TEXT", not "--scene TEXT REQUIRED".
 class HelpFormatter final : public CLI::Formatter {
   public:
@@ -171,6 +187,7 @@ class Grammar {
         deleteTracks();
         split();
         merge();
+        exportTakes();
         demo();
     }
 
@@ -423,6 +440,45 @@ class Grammar {
         operation(sub, merge_);
         chosenBy(sub, merge_);
     }
+    void exportTakes() {
+        CLI::App& sub = command("export", "Write takes as new WAV, MP3 or M4A files", exportFooter);
+        sub.add_option_function<std::string>(
+               "--format",
+               [this](const std::string& text) {
+                   export_.format = text == "aac"   ? ExportOptions::Format::aac
+                                    : text == "mp3" ? ExportOptions::Format::mp3
+                                                    : ExportOptions::Format::wav;
+               },
+               "wav, aac or mp3")
+            ->type_name("FORMAT")
+            ->required()
+            ->check(CLI::IsMember({"wav", "aac", "mp3"}).description(""));
+        sub.add_option_function<std::string>(
+               "--route",
+               [this](const std::string& text) {
+                   export_.route = parseRoute(text);
+                   if (!export_.route) {
+                       throw CLI::ValidationError("--route", fmt::format("\"{}\" is none of poly, mono:1, mono:1+2@-3, "
+                                                                         "stereo:1,2",
+                                                                         text));
+                   }
+               },
+               "Which tracks become which channels")
+            ->type_name("ROUTE");
+        sub.add_option("--rate", export_.rate, "Sample rate (as the take); wav and mp3")
+            ->type_name("HZ")
+            ->check(CLI::Range(1, std::numeric_limits<int>::max()).description(""));
+        sub.add_option("--depth", export_.depth, "16, 24 or 32f, wav only (24)")
+            ->type_name("BITS")
+            ->check(CLI::IsMember({"16", "24", "32f"}).description(""));
+        sub.add_option("--bitrate", export_.bitRate, "kbit/s, mp3 and aac (256)")
+            ->type_name("KBPS")
+            ->check(CLI::Range(1, std::numeric_limits<int>::max()).description(""));
+        sub.add_option("--dither-seed", export_.ditherSeed, "The same dither in every run; wav only")->type_name("N");
+        sub.add_option("--name", export_.name, "Name of the new file, for one take")->type_name("NAME");
+        operation(sub, export_);
+        chosenBy(sub, export_);
+    }
     void demo() {
         CLI::App& sub = command("demo", "Write a made-up recording day to try things on", demoFooter);
         paths(sub, "DIR", demo_.folder);
@@ -445,6 +501,7 @@ class Grammar {
     DeleteTracksOptions deleteTracks_;
     SplitOptions split_;
     MergeOptions merge_;
+    ExportOptions export_;
     std::vector<std::string> trackArguments_, addArguments_, removeArguments_, renameArguments_;
 };
 

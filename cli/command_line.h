@@ -2,6 +2,7 @@
 
 #include "cli/cues_command.h"
 #include "cli/demo_command.h"
+#include "cli/export_command.h"
 #include "cli/recover_command.h"
 #include "cli/scan_command.h"
 #include "cli/set_command.h"
@@ -19,7 +20,7 @@ struct Told {
     std::string text;  ///< help or version when done, else what is wrong
 };
 using Command = std::variant<Told, ScanOptions, ShowOptions, SetOptions, CuesOptions, DemoOptions, RecoverOptions,
-                             ReorderOptions, DeleteTracksOptions, SplitOptions, MergeOptions>;
+                             ReorderOptions, DeleteTracksOptions, SplitOptions, MergeOptions, ExportOptions>;
 
 /// Never throws for what a user may type.
 [[nodiscard]] Command parseCommandLine(int argc, const char* const* argv);

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <memory>
 #include <span>
+#include <string_view>
 
 namespace dravik {
 
@@ -16,6 +17,8 @@ class SampleStream {
     /// Channels and rate are those of every frame that follows. The length is the exact one where the format tells it,
     /// and never less than what `read` gives in all.
     [[nodiscard]] virtual const AudioFormat& format() const noexcept = 0;
+    /// The codec by its short name, "aac"; empty where it is not asked for.
+    [[nodiscard]] virtual std::string_view codec() const noexcept { return {}; }
     /// Decodes up to into.size() / channels frames, interleaved, full scale at 1; returns how many frames. 0 only at
     /// the end. Throws std::filesystem::filesystem_error.
     [[nodiscard]] virtual std::size_t read(std::span<float> into) = 0;

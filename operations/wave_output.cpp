@@ -12,6 +12,8 @@ namespace {
 constexpr std::size_t writeBytes = 512U * 1024U;
 /// Writes end at whole pages: one that is on its way to the medium is not touched again.
 constexpr std::size_t pageBytes = 4096;
+/// From here on a copy into the buffer costs more than a write of its own.
+constexpr std::size_t directBytes = 128U * 1024U;
 /// Bytes of one file that are sent on their way together: the disk gets long pieces where many files grow at once.
 constexpr std::uint64_t writebackBytes = 4U * 1024U * 1024U;
 /// Bytes on their way at any time.
@@ -32,10 +34,10 @@ void Writeback::wrote(const FileHandle& file, std::uint64_t offset, std::uint64_
 }
 
 WaveOutput::WaveOutput(FileOps& ops, Writeback& writeback, std::filesystem::path destination, ByteSpan head,
-                       std::uint64_t dataSize)
+                       std::uint64_t dataSize, TempKind kind)
     : ops_(ops),
       writeback_(writeback),
-      file_(ops, std::move(destination), TempKind::output),
+      file_(ops, std::move(destination), kind),
       missing_(dataSize),
       padded_(dataSize % 2 != 0) {
     const std::uint64_t size = head.size() + dataSize + (padded_ ? 1U : 0U);
@@ -61,12 +63,27 @@ void WaveOutput::produced(std::size_t bytes) {
 }
 
 void WaveOutput::append(ByteSpan audio) {
-    while (!audio.empty()) {
-        const ByteSpan piece = audio.first(std::min(audio.size(), writeBytes));
-        std::memcpy(room(piece.size()).data(), piece.data(), piece.size());
-        produced(piece.size());
-        audio = audio.subspan(piece.size());
+    // What is large goes out from where it lies, once the buffer ends with a page.
+    if (audio.size() >= directBytes) {
+        take(audio, (pageBytes - filled_ % pageBytes) % pageBytes);
+        if (filled_ > 0) flush(filled_);
+        const ByteSpan whole = audio.first(audio.size() - audio.size() % pageBytes);
+        if (whole.size() > missing_) throw std::logic_error("more audio than the header of the file says");
+        file_.writeAt(written_, whole);
+        written_ += whole.size();
+        missing_ -= whole.size();
+        if (written_ - sent_ >= writebackBytes) send();
+        audio = audio.subspan(whole.size());
     }
+    while (!audio.empty())
+        take(audio, std::min(audio.size(), writeBytes));
+}
+
+void WaveOutput::take(ByteSpan& audio, std::size_t bytes) {
+    if (bytes == 0) return;
+    std::memcpy(room(bytes).data(), audio.data(), bytes);
+    produced(bytes);
+    audio = audio.subspan(bytes);
 }
 
 void WaveOutput::flush(std::size_t bytes) {

@@ -36,7 +36,7 @@ class WaveOutput {
   public:
     /// Makes the hidden file and takes the room for all of it. `dataSize` is that of the head.
     WaveOutput(FileOps& ops, Writeback& writeback, std::filesystem::path destination, ByteSpan head,
-               std::uint64_t dataSize);
+               std::uint64_t dataSize, TempKind kind = TempKind::output);
 
     /// Where the next `bytes` bytes of audio are to be put, valid until the next call; `produced` says that they are
     /// there. No more than `dataSize` in all.
@@ -49,6 +49,8 @@ class WaveOutput {
     void finish();
     /// Permissions, owner and extended attributes.
     void copyAttributesFrom(const FileHandle& original) { file_.copyAttributesFrom(original); }
+    /// The finished file, for a last look at it.
+    [[nodiscard]] const FileHandle& file() const noexcept { return file_.file(); }
     /// Waits until all of it is on the medium.
     void sync() { file_.sync(); }
     /// Puts the file in place; fails when something stands there.
@@ -56,6 +58,8 @@ class WaveOutput {
 
   private:
     void flush(std::size_t bytes);
+    /// Moves the first bytes of the audio into the buffer.
+    void take(ByteSpan& audio, std::size_t bytes);
     void send();
 
     FileOps& ops_;

@@ -63,14 +63,19 @@ struct Signed32 {
 };
 struct Float32 {
     static constexpr std::size_t bytes = 4;
-    static float read(const std::byte* at) noexcept { return finite(std::bit_cast<float>(readLE<std::uint32_t>(at))); }
+    static float read(const std::byte* at) noexcept { return std::bit_cast<float>(readLE<std::uint32_t>(at)); }
 };
 struct Float64 {
     static constexpr std::size_t bytes = 8;
     static float read(const std::byte* at) noexcept {
-        // What is too large for a float becomes infinite, and so silence.
-        return finite(static_cast<float>(std::bit_cast<double>(readLE<std::uint64_t>(at))));
+        return static_cast<float>(std::bit_cast<double>(readLE<std::uint64_t>(at)));
     }
+};
+/// What is no finite number, or too large for a float and so infinite, becomes silence.
+template <typename Sample>
+struct Finite {
+    static constexpr std::size_t bytes = Sample::bytes;
+    static float read(const std::byte* at) noexcept { return finite(Sample::read(at)); }
 };
 
 template <typename Sample>
@@ -87,6 +92,14 @@ void convert(ByteSpan bytes, std::size_t frameBytes, std::span<float* const> pla
                 out[i] = Sample::read(at + i * frameBytes);
         }
     }
+}
+
+template <typename Sample>
+void pick(ByteSpan bytes, std::size_t frameBytes, std::size_t channel, float* __restrict out) noexcept {
+    const std::size_t frames = bytes.size() / frameBytes;
+    const std::byte* __restrict at = bytes.data() + channel * Sample::bytes;
+    for (std::size_t i = 0; i < frames; ++i)
+        out[i] = Sample::read(at + i * frameBytes);
 }
 
 }  // namespace
@@ -122,9 +135,27 @@ void samplesToPlanes(ByteSpan bytes, const LinearLayout& layout, std::span<float
         case SampleEncoding::signed32:
             return convert<Signed32>(bytes, layout.frameBytes, planes);
         case SampleEncoding::float32:
-            return convert<Float32>(bytes, layout.frameBytes, planes);
+            return convert<Finite<Float32>>(bytes, layout.frameBytes, planes);
         case SampleEncoding::float64:
-            return convert<Float64>(bytes, layout.frameBytes, planes);
+            return convert<Finite<Float64>>(bytes, layout.frameBytes, planes);
+    }
+}
+
+void channelSamples(ByteSpan bytes, const LinearLayout& layout, int channel, float* out) noexcept {
+    const auto at = static_cast<std::size_t>(channel);
+    switch (layout.encoding) {
+        case SampleEncoding::unsigned8:
+            return pick<Unsigned8>(bytes, layout.frameBytes, at, out);
+        case SampleEncoding::signed16:
+            return pick<Signed16>(bytes, layout.frameBytes, at, out);
+        case SampleEncoding::signed24:
+            return pick<Signed24>(bytes, layout.frameBytes, at, out);
+        case SampleEncoding::signed32:
+            return pick<Signed32>(bytes, layout.frameBytes, at, out);
+        case SampleEncoding::float32:
+            return pick<Float32>(bytes, layout.frameBytes, at, out);
+        case SampleEncoding::float64:
+            return pick<Float64>(bytes, layout.frameBytes, at, out);
     }
 }
 

@@ -40,5 +40,8 @@ struct LinearAudio {
 /// Whole frames of a file as float, full scale at 1: `planes` has one destination a channel, each with room for all
 /// frames in `bytes`. Float samples that are no finite number become silence. Any thread; allocates nothing.
 void samplesToPlanes(ByteSpan bytes, const LinearLayout& layout, std::span<float* const> planes) noexcept;
+/// One channel (from 0) of whole frames, with room for all of them at `out`. Float samples stay what they are, numbers
+/// or not; a double that is too large for a float becomes infinite.
+void channelSamples(ByteSpan bytes, const LinearLayout& layout, int channel, float* out) noexcept;
 
 }  // namespace dravik

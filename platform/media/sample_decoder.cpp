@@ -114,6 +114,7 @@ class LibavStream final : public SampleStream {
         if (!packet_ || !frame_) throw std::bad_alloc();
     }
     [[nodiscard]] const AudioFormat& format() const noexcept override { return format_; }
+    [[nodiscard]] std::string_view codec() const noexcept override { return ::avcodec_get_name(decoder_->codec_id); }
 
     [[nodiscard]] std::size_t read(std::span<float> into) override {
         const auto channels = static_cast<std::size_t>(format_.channels);

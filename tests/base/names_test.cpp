@@ -25,7 +25,8 @@ TEST(Crc32, IsTheOneOfTheStandard) {
 
 TEST(TemporaryName, IsKnownAgainAndNeverTheSame) {
     std::set<std::string> seen;
-    for (const TempKind kind : {TempKind::metadata, TempKind::cues, TempKind::output}) {
+    for (const TempKind kind : {TempKind::metadata, TempKind::cues, TempKind::output, TempKind::exportWav,
+                                TempKind::partialMp3, TempKind::partialM4a}) {
         for (int i = 0; i < 100; ++i) {
             const std::string name = freshTemporaryName(kind, "Scene 1.wav");
             EXPECT_TRUE(name.starts_with('.')) << name;
@@ -35,6 +36,8 @@ TEST(TemporaryName, IsKnownAgainAndNeverTheSame) {
     }
     EXPECT_TRUE(freshTemporaryName(TempKind::metadata, "a.wav").ends_with(".tmp"));
     EXPECT_TRUE(freshTemporaryName(TempKind::output, "a.wav").ends_with(".a.wav"));
+    const std::string partial = freshTemporaryName(TempKind::partialMp3, "a.mp3");
+    EXPECT_TRUE(partial.starts_with(".a.mp3.") && partial.ends_with(".partial.mp3")) << partial;
 }
 
 TEST(TemporaryName, OfAUsersOwnFileIsNotTakenForOurs) {
@@ -55,6 +58,12 @@ TEST(TemporaryName, OfAUsersOwnFileIsNotTakenForOurs) {
         ".cues-.tmp",
         ".dravik-op-" + token,
         ".dravik-op-" + token + ".",
+        ".dravik-export-" + token + ".mp3",
+        "take.mp3.partial.mp3",
+        ".take.mp3." + wrongCheck + ".partial.mp3",
+        "take.mp3." + token + ".partial.mp3",
+        "." + token + ".partial.m4a",
+        ".x" + token + ".partial.m4a",
         "metadata-" + token + ".tmp",
         ".Metadata-" + token + ".tmp",
         freshRenameName(".wav"),
@@ -69,10 +78,12 @@ TEST(TemporaryName, FitsAFolderAlsoForTheLongestTarget) {
     while (target.size() + 6 <= maxFileNameBytes)
         target += "é";
     target += ".wav";
-    const std::string name = freshTemporaryName(TempKind::output, target);
-    EXPECT_LE(name.size(), maxFileNameBytes);
-    EXPECT_TRUE(isTemporaryName(name));
-    EXPECT_TRUE(isValidUtf8(name)) << "cut inside a character";
+    for (const TempKind kind : {TempKind::output, TempKind::partialM4a}) {
+        const std::string name = freshTemporaryName(kind, target);
+        EXPECT_LE(name.size(), maxFileNameBytes);
+        EXPECT_TRUE(isTemporaryName(name));
+        EXPECT_TRUE(isValidUtf8(name)) << "cut inside a character";
+    }
 }
 
 TEST(NormalisedPath, IsEqualForPathsThatDifferInCaseOrInDots) {

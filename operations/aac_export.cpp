@@ -1,0 +1,175 @@
+#include "operations/aac_export.h"
+
+#include "base/paths.h"
+#include "operations/export_destination.h"
+#include "operations/export_pipeline.h"
+#include "operations/listening_copy.h"
+#include "operations/operation_audio_error.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+#include <fmt/format.h>
+
+namespace dravik::OperationsAudio {
+namespace {
+
+const ExportAudioTexts texts = {
+    "AAC export stopped because the source reader returned an empty buffer before EOF.", {}, {}, {}};
+
+/// What is not absent of a take's name, in one line.
+std::string commentOf(const GroupeFichiers& groupe) {
+    std::string comment;
+    const auto add = [&](std::string_view label, const std::optional<std::string>& value) {
+        if (!value || value->empty()) return;
+        comment += fmt::format("{}{}: {}", comment.empty() ? "" : ", ", label, displayName(*value));
+    };
+    add("Project", groupe.project);
+    add("Scene", groupe.scene);
+    add("Take", groupe.prise);
+    return comment;
+}
+
+/// What is decided before the file is created.
+struct Preparation {
+    Preparation(const OperationAudioAACExportConfiguration& configuration, const std::filesystem::path& folder,
+                const AacEncoders& encoders);
+
+    std::filesystem::path destination;
+    std::optional<ExportPCMReader> reader;
+    AacSettings settings;
+};
+
+Preparation::Preparation(const OperationAudioAACExportConfiguration& configuration, const std::filesystem::path& folder,
+                         const AacEncoders& encoders) {
+    if (!isMonoOrStereo(configuration.routing)) {
+        throw OperationAudioError::groupeIncompatible("AAC export supports Mono or Stereo only.");
+    }
+    if (!hasExtension(configuration.destinationName, ".m4a")) {
+        throw OperationAudioError::groupeIncompatible("AAC exports must use the .m4a extension.");
+    }
+    destination = exportDestination(configuration.groupe, folder, configuration.destinationName);
+    reader.emplace(configuration.groupe, configuration.routing);
+    if (reader->frameLength() == 0) {
+        throw OperationAudioError::groupeIncompatible("The completed AAC file contains no decodable audio.");
+    }
+    settings.channels = static_cast<int>(reader->channelCount());
+    const std::vector<int> rates = encoders.sampleRates(settings.channels);
+    const auto rate = std::find_if(rates.begin(), rates.end(),
+                                   [&](int one) { return static_cast<double>(one) == reader->sampleRate(); });
+    if (rate == rates.end()) {
+        throw OperationAudioError::impossibleCreerFormat(
+            fmt::format("The Apple AAC encoder is unavailable for {} channel(s) at {} Hz for this export.",
+                        settings.channels, static_cast<std::int64_t>(reader->sampleRate())));
+    }
+    settings.sampleRate = *rate;
+    settings.bitRate = configuration.bitRate;
+    if (!encoders.takesBitRate(settings.channels, settings.sampleRate, settings.bitRate)) {
+        throw OperationAudioError::impossibleCreerFormat(
+            fmt::format("The Apple AAC encoder doesn’t support {} kbit/s for this export.", settings.bitRate));
+    }
+    settings.title = configuration.groupe.nom;
+    settings.comment = commentOf(configuration.groupe);
+}
+
+class AacOutput final : public EncodedOutput {
+  public:
+    explicit AacOutput(SafeFile& file) : file_(file) {}
+    void writeAt(std::uint64_t offset, ByteSpan bytes) override { file_.writeAt(offset, bytes); }
+
+  private:
+    SafeFile& file_;
+};
+
+class AacSink final : public ExportSink {
+  public:
+    explicit AacSink(AacEncoder& encoder) : encoder_(encoder) {}
+
+    [[nodiscard]] std::size_t parts() const noexcept override { return 1; }
+    void prepare(ExportBlock& block, std::size_t) override {
+        for (const std::vector<float>& plane : block.planes) {
+            if (!std::all_of(plane.begin(), plane.end(), [](float sample) { return std::isfinite(sample); })) {
+                throw OperationAudioError::groupeIncompatible("The audio contains a non-finite sample.");
+            }
+        }
+    }
+    void take(const ExportBlock& block) override {
+        std::vector<const float*> planes;
+        planes.reserve(block.planes.size());
+        for (const std::vector<float>& plane : block.planes)
+            planes.push_back(plane.data());
+        encoder_.encode(planes, block.frames);
+        frames_ += block.frames;
+    }
+    [[nodiscard]] std::uint64_t frames() const noexcept { return frames_; }
+
+  private:
+    AacEncoder& encoder_;
+    std::uint64_t frames_ = 0;
+};
+
+[[noreturn]] void refuse(const char* message) { throw OperationAudioError::impossibleCreerFormat(message); }
+
+void validate(const SafeFile& file, const Preparation& expected, const SampleDecoder& decoder) {
+    std::unique_ptr<SampleStream> stream;
+    try {
+        stream = decoder.open(file.temporaryPath());
+    } catch (const std::filesystem::filesystem_error&) {
+        refuse("The completed AAC file can’t be decoded.");
+    }
+    const AudioFormat& format = stream->format();
+    if (stream->codec() != "aac" || format.channels != expected.settings.channels ||
+        format.sampleRate != expected.settings.sampleRate) {
+        refuse("The completed M4A doesn’t match the requested AAC format.");
+    }
+    if (format.frames != expected.reader->frameLength()) refuse("The completed AAC duration doesn’t match the source.");
+    constexpr std::size_t blockFrames = 4096;
+    std::vector<float> block(blockFrames * static_cast<std::size_t>(format.channels));
+    try {
+        if (stream->read(block) == 0) refuse("The completed AAC file contains no decodable audio.");
+    } catch (const std::filesystem::filesystem_error&) {
+        refuse("The completed AAC file can’t be decoded.");
+    }
+}
+
+}  // namespace
+
+std::filesystem::path planAACExport(const OperationAudioAACExportConfiguration& configuration,
+                                    const std::filesystem::path& folder, const ExportServices& services) {
+    return Preparation(configuration, folder, services.aac).destination;
+}
+
+OperationAudioResult exportAAC(const OperationAudioAACExportConfiguration& configuration,
+                               const std::filesystem::path& folder, const ExportServices& services,
+                               FolderSyncs& folders, const TaskContext& task) {
+    task.checkCancelled();
+    Preparation preparation(configuration, folder, services.aac);
+    ensureRoom(
+        services.ops, preparation.destination,
+        roomForStream(configuration.bitRate, preparation.reader->frameLength(), preparation.reader->sampleRate()));
+
+    SafeFile file(services.ops, preparation.destination, TempKind::partialM4a);
+    AacOutput output(file);
+    const std::unique_ptr<AacEncoder> encoder = services.aac.make(preparation.settings, output);
+    if (encoder->bitRate() != std::int64_t{configuration.bitRate} * 1000) {
+        refuse("The requested AAC bit rate can’t be applied by the Apple encoder.");
+    }
+    AacSink sink(*encoder);
+    runExportPipeline(*preparation.reader, services.converters, preparation.settings.sampleRate, texts, sink, task,
+                      fileNameText(preparation.destination));
+    if (sink.frames() != static_cast<std::uint64_t>(preparation.reader->frameLength())) {
+        throw OperationAudioError::donneesAudioInaccessibles("PCM preparation changed the AAC input duration.");
+    }
+    encoder->finish();
+    validate(file, preparation, services.decoder);
+    file.sync();
+    task.checkCancelled();
+    folders.add(file.commit(SafeFile::Existing::refuse));
+    return createdResult(configuration.groupe, preparation.destination,
+                         fmt::format("Created {}. BWF/iXML, timecode, cue markers, and mixer automation aren’t carried "
+                                     "into M4A.",
+                                     fileNameText(preparation.destination)));
+}
+
+}  // namespace dravik::OperationsAudio

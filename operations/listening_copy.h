@@ -1,0 +1,24 @@
+#pragma once
+
+#include "base/safe_file.h"
+#include "operations/export_configuration.h"
+#include "operations/operation_audio_result.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace dravik::OperationsAudio {
+
+/// What MP3 and M4A exports share.
+
+/// One or two tracks by name; "all tracks" is not for a listening copy.
+[[nodiscard]] bool isMonoOrStereo(const OperationAudioExportRouting& routing) noexcept;
+[[nodiscard]] bool hasExtension(std::string_view name, std::string_view extension) noexcept;
+/// More than a stream of that bit rate takes, for the check of free space: a second more, and the container.
+[[nodiscard]] std::uint64_t roomForStream(int kilobitsPerSecond, std::int64_t frames, double sampleRate) noexcept;
+[[nodiscard]] OperationAudioResult createdResult(const GroupeFichiers& groupe, const std::filesystem::path& destination,
+                                                 std::string message);
+
+}  // namespace dravik::OperationsAudio

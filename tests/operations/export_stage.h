@@ -1,0 +1,108 @@
+#pragma once
+
+#include "base/byte_source.h"
+#include "model/folder_scan.h"
+#include "operations/export_services.h"
+#include "operations/wav_export.h"
+#include "platform/lame/lame_encoder.h"
+#include "platform/media/lazy_aac_encoders.h"
+#include "platform/media/lazy_sample_decoder.h"
+#include "platform/soxr/soxr_converter.h"
+#include "tests/support/fake_codecs.h"
+#include "tests/support/faulty_file_ops.h"
+#include "tests/support/files.h"
+#include "tests/support/temp_folder.h"
+#include "tests/support/wav_builder.h"
+
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <numbers>
+#include <string>
+#include <vector>
+
+namespace dravik::test {
+
+/// A folder of recordings and one for what is made of them, with the real codecs and file operations that can fail.
+class ExportStage {
+  public:
+    ExportStage() {
+        std::filesystem::create_directory(source());
+        std::filesystem::create_directory(out());
+        ops.syncing = false;
+    }
+
+    [[nodiscard]] std::filesystem::path source() const { return folder_ / "source"; }
+    [[nodiscard]] std::filesystem::path out() const { return folder_ / "out"; }
+    [[nodiscard]] ExportServices services() { return {ops, *converters, *aac, *mp3, *decoder}; }
+    /// The only take of the source folder.
+    [[nodiscard]] GroupeFichiers take() const { return scanFolder(source(), FakeCodecs(), true, {}).at(0); }
+
+    OperationAudioResult wav(const OperationAudioExportConfiguration& configuration, const TaskContext& task = {}) {
+        return OperationsAudio::exportWAV(configuration, out(), services(), folders, task);
+    }
+
+    FaultyFileOps ops;
+    FolderSyncs folders;
+    std::unique_ptr<SampleRateConverters> converters = makeSoxrConverters();
+    std::unique_ptr<AacEncoders> aac = makeLazyAacEncoders();
+    std::unique_ptr<MP3Encoders> mp3 = makeLameEncoders();
+    std::unique_ptr<SampleDecoder> decoder = makeLazySampleDecoder();
+
+  private:
+    TempFolder folder_;
+};
+
+/// Samples as 32-bit float, frame by frame.
+[[nodiscard]] inline Bytes floatBytes(const std::vector<float>& samples) {
+    Bytes bytes(samples.size() * sizeof(float));
+    std::memcpy(bytes.data(), samples.data(), bytes.size());
+    return bytes;
+}
+
+/// A sine at a level below full scale, `channels` times the same in each frame.
+[[nodiscard]] inline std::vector<float> sine(double hertz, double rate, std::size_t frames, double level = 0.5,
+                                             std::size_t channels = 1) {
+    std::vector<float> samples;
+    samples.reserve(frames * channels);
+    for (std::size_t i = 0; i < frames; ++i) {
+        const double value = level * std::sin(2 * std::numbers::pi * hertz / rate * static_cast<double>(i));
+        samples.insert(samples.end(), channels, static_cast<float>(value));
+    }
+    return samples;
+}
+
+/// A float recording of that many channels.
+inline std::filesystem::path writeFloats(const std::filesystem::path& path, const std::vector<float>& samples,
+                                         std::uint16_t channels = 1, std::uint32_t rate = 48000) {
+    return WavBuilder()
+        .fmt({.channels = channels, .rate = rate, .bits = 32, .isFloat = true})
+        .chunk("data", floatBytes(samples))
+        .write(path);
+}
+
+/// The payload of the first chunk of that name; empty when there is none.
+[[nodiscard]] inline Bytes chunkPayload(const std::filesystem::path& file, std::string_view id) {
+    const Bytes bytes = readFile(file);
+    for (std::size_t at = 12; at + 8 <= bytes.size();) {
+        const auto size = readLE<std::uint32_t>(bytes.data() + at + 4);
+        if (asText(bytes).substr(at, 4) == id) return MemorySource(bytes).read(at + 8, size);
+        at += 8 + size + size % 2;
+    }
+    return {};
+}
+
+/// What a program prints on standard output. Programs that judge our files are installed with the tests.
+[[nodiscard]] inline std::string outputOf(const std::string& command) {
+    std::string text;
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(::popen((command + " 2>/dev/null").c_str(), "r"),
+                                                               ::pclose);
+    if (!pipe) return text;
+    char buffer[4096];
+    while (const std::size_t got = std::fread(buffer, 1, sizeof buffer, pipe.get()))
+        text.append(buffer, got);
+    return text;
+}
+
+}  // namespace dravik::test
