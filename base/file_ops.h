@@ -25,8 +25,11 @@ class FileOps {
   public:
     virtual ~FileOps() = default;
 
-    /// Creates a file that did not exist (mode 0600), open for reading and writing.
-    [[nodiscard]] virtual FileHandle createExclusive(const std::filesystem::path& path) = 0;
+    /// Who may read what is created: its owner alone (what takes another file's place is given that one's rights when
+    /// it is whole), or whoever may read any file that its owner makes.
+    enum class Rights { owner, ordinary };
+    /// Creates a file that did not exist, open for reading and writing.
+    [[nodiscard]] virtual FileHandle createExclusive(const std::filesystem::path& path, Rights rights) = 0;
     /// What came of asking for the advisory lock that says "in use by a living process".
     enum class Lock {
         taken,

@@ -18,6 +18,11 @@ constexpr std::uint64_t unwrittenBytesLimit = 64U * 1024U * 1024U;
 /// Another process's clean-up may win the race for a file it sees unlocked; a few tries are far more than enough.
 constexpr int createAttempts = 16;
 
+/// What takes the place of a file is for its owner alone until it has that file's rights.
+FileOps::Rights rightsOf(TempKind kind) noexcept {
+    return kind == TempKind::metadata || kind == TempKind::cues ? FileOps::Rights::owner : FileOps::Rights::ordinary;
+}
+
 /// Keeps the amount of written data that is still on its way to the medium within a limit.
 class WritebackWindow {
   public:
@@ -92,7 +97,7 @@ SafeFile::SafeFile(FileOps& ops, std::filesystem::path target, TempKind kind) : 
     for (int attempt = 1;; ++attempt) {
         temporary_ = folderOf(target_) / freshTemporaryName(kind, fileNameText(target_));
         try {
-            file_ = ops_.createExclusive(temporary_);
+            file_ = ops_.createExclusive(temporary_, rightsOf(kind));
         } catch (const std::filesystem::filesystem_error& error) {
             if (error.code() != std::errc::file_exists || attempt == createAttempts) throw;
             continue;

@@ -97,10 +97,8 @@ class Outputs {
     [[nodiscard]] WaveOutput& operator[](std::size_t at) { return files_[at]; }
 
     void complete(const std::deque<OpenSource>& sources) {
-        for (WaveOutput& file : files_) {
+        for (WaveOutput& file : files_)
             file.finish();
-            file.copyAttributesFrom(sources.front().handle());
-        }
         for (WaveOutput& file : files_) {
             context_.task.checkCancelled();
             file.sync();
@@ -195,7 +193,6 @@ void copy(const OperationPlan& plan, const OperationContext& context) {
                                }};
         SafeFile file(context.ops, output.destination, TempKind::output);
         file.write(content, source.handle(), task);
-        file.copyAttributesFrom(source.handle());
         file.sync();
         source.checkUnchanged();
         context.folders.add(file.commit(SafeFile::Existing::refuse));

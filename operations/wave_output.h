@@ -47,8 +47,6 @@ class WaveOutput {
 
     /// Writes what is left, and the pad byte. All audio must be there.
     void finish();
-    /// Permissions, owner and extended attributes.
-    void copyAttributesFrom(const FileHandle& original) { file_.copyAttributesFrom(original); }
     /// The finished file, for a last look at it.
     [[nodiscard]] const FileHandle& file() const noexcept { return file_.file(); }
     /// Waits until all of it is on the medium.

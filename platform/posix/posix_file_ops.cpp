@@ -39,8 +39,11 @@ void PosixFileOps::fail(const char* what, const std::filesystem::path& path, int
 }
 void PosixFileOps::fail(const char* what, const std::filesystem::path& path) { fail(what, path, errno); }
 
-FileHandle PosixFileOps::createExclusive(const std::filesystem::path& path) {
-    FileHandle file(::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
+FileHandle PosixFileOps::createExclusive(const std::filesystem::path& path, Rights rights) {
+    constexpr mode_t ownerMode = S_IRUSR | S_IWUSR;
+    constexpr mode_t ordinaryMode = ownerMode | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;  // less what the umask takes
+    const mode_t mode = rights == Rights::owner ? ownerMode : ordinaryMode;
+    FileHandle file(::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode));
     if (!file.isOpen()) fail("cannot create", path);
     return file;
 }

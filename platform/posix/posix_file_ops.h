@@ -8,7 +8,7 @@ namespace dravik {
 /// shared blocks, no writeback hints. A system that can do better derives from it.
 class PosixFileOps : public FileOps {
   public:
-    FileHandle createExclusive(const std::filesystem::path& path) override;
+    FileHandle createExclusive(const std::filesystem::path& path, Rights rights) override;
     Lock tryLock(const FileHandle& file) noexcept override;
     bool isSameFile(const FileHandle& file, const std::filesystem::path& path) noexcept override;
     FileStamp stampOf(const FileHandle& file, const std::filesystem::path& path) override;

@@ -62,6 +62,22 @@ TEST(FilePlan, JoinsNeighboursAndKnowsWhatKeepsItsPlace) {
     EXPECT_EQ(plan.unmovedBytes(), 150U);
 }
 
+TEST(SafeFile, ANewFileMayBeReadByWhoeverReadsItsOwnersFilesAndAReplacementBeforeItIsWholeByNobodyElse) {
+    const TempFolder folder;
+    const auto ops = makeNativeFileOps();
+    const mode_t before = ::umask(027);
+    SafeFile made(*ops, folder / "new.wav", TempKind::exportWav);
+    const SafeFile replacing(*ops, folder / "old.wav", TempKind::metadata);
+    ::umask(before);
+    const auto modeOf = [](const FileHandle& file) {
+        struct stat status {};
+        EXPECT_EQ(::fstat(file.descriptor(), &status), 0);
+        return status.st_mode & 0777U;
+    };
+    EXPECT_EQ(modeOf(made.file()), 0640U);
+    EXPECT_EQ(modeOf(replacing.file()), 0600U);
+}
+
 TEST(SafeFile, ShowsNothingBeforeCommitAndAllOfItBehind) {
     const TempFolder folder;
     const auto ops = makeNativeFileOps();

@@ -41,9 +41,9 @@ void FaultyFileOps::enter(Call call, const std::filesystem::path& path) {
                                             std::error_code(fault_->errorNumber, std::generic_category()));
 }
 
-FileHandle FaultyFileOps::createExclusive(const std::filesystem::path& path) {
+FileHandle FaultyFileOps::createExclusive(const std::filesystem::path& path, Rights rights) {
     enter(Call::create, path);
-    return native_->createExclusive(path);
+    return native_->createExclusive(path, rights);
 }
 
 FileOps::Lock FaultyFileOps::tryLock(const FileHandle& file) noexcept {

@@ -59,7 +59,7 @@ class FaultyFileOps final : public FileOps {
     bool syncing = true;  ///< false: a sync succeeds and does nothing, where only logic is tested
     bool locking = true;  ///< false: a file system without locks
 
-    FileHandle createExclusive(const std::filesystem::path& path) override;
+    FileHandle createExclusive(const std::filesystem::path& path, Rights rights) override;
     Lock tryLock(const FileHandle& file) noexcept override;
     bool isSameFile(const FileHandle& file, const std::filesystem::path& path) noexcept override;
     FileStamp stampOf(const FileHandle& file, const std::filesystem::path& path) override;
