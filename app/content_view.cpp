@@ -80,6 +80,7 @@ ContentView::ContentView(const Services& services)
         {&ModificationsEnCours::timecodeChanged, RowField::timecode},
         {&ModificationsEnCours::framerateChanged, RowField::framerate},
         {&ModificationsEnCours::nomsPistesChanged, RowField::tracks},
+        {&ModificationsEnCours::numerosPistesChanged, RowField::trackNumbers},
     };
     for (const auto& [signal, field] : fields)
         connect(&modifications_, signal, this, [this, field = field] { onFieldEdited(field); });
@@ -531,6 +532,7 @@ void ContentView::fillModifications(int row) {
     modifications_.setTimecode(fields.timecode);
     for (const auto& [piste, nom] : fields.nomsPistes)
         modifications_.setTrackName(piste, nom);
+    modifications_.setTrackNumbers(fields.numerosPistes);
     modifications_.setModifTableau(state.groupe.nom != original.nom);
     modifications_.setModifCues(state.cues.has_value());
     filling_ = false;
@@ -585,6 +587,14 @@ void ContentView::onFieldEdited(RowField field) {
         case RowField::tracks:
             for (const auto& [piste, nom] : edited.nomsPistes)
                 setTrackName(state.groupe, piste, nom);
+            break;
+        case RowField::trackNumbers:
+            if (const auto problem = trackNumberProblem(state.groupe, edited.numerosPistes)) {
+                fillModifications(row);
+                emit notice(toQt(*problem));
+                return;
+            }
+            static_cast<void>(setTrackNumbers(state.groupe, edited.numerosPistes));
             break;
         case RowField::name:
         case RowField::cues:

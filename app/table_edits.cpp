@@ -69,6 +69,8 @@ QString fieldTitle(RowField field) {
             return QStringLiteral("Frame Rate");
         case RowField::tracks:
             return QStringLiteral("Track Names");
+        case RowField::trackNumbers:
+            return QStringLiteral("Recorder Number");
         case RowField::cues:
             return QStringLiteral("Cues");
     }
@@ -130,6 +132,17 @@ TableEditResult numberTakes(TakeRows& rows, const std::vector<int>& which) {
         take = incrementedTake(take);
         return setText(groupe, RowField::prise, take);
     });
+}
+
+std::optional<QString> editTrackNumbers(TakeRows& rows, int row, const TrackNumbers& numeros) {
+    const auto at = static_cast<std::size_t>(row);
+    if (row < 0 || at >= rows.groupesTableau().size() || !rows.canEdit(row) || rows.isLocked()) {
+        return QStringLiteral("The recorder numbers of this take cannot be edited now.");
+    }
+    if (const auto problem = trackNumberProblem(rows.groupesTableau()[at].groupe, numeros)) return toQt(*problem);
+    static_cast<void>(editEach(rows, {row}, QStringLiteral("Edit %1").arg(fieldTitle(RowField::trackNumbers)),
+                               [&](GroupeFichiers& groupe, std::size_t) { return setTrackNumbers(groupe, numeros); }));
+    return std::nullopt;
 }
 
 }  // namespace dravik

@@ -4,6 +4,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <optional>
 #include <vector>
 
 namespace dravik {
@@ -30,6 +31,10 @@ TableEditResult paste(TakeRows& rows, const std::vector<int>& which, RowField fi
 TableEditResult incrementTakes(TakeRows& rows, const std::vector<int>& which);
 /// The first row keeps its take, each row below gets the one after the row above.
 TableEditResult numberTakes(TakeRows& rows, const std::vector<int>& which);
+
+/// The recorder's channel numbers of one take, all at once. The sentence says why nothing was changed; absent when it
+/// was, or when there was nothing to change.
+[[nodiscard]] std::optional<QString> editTrackNumbers(TakeRows& rows, int row, const TrackNumbers& numeros);
 
 /// "Scene", "Take", …: how a field is called in the interface.
 [[nodiscard]] QString fieldTitle(RowField field);

@@ -42,6 +42,9 @@ RowState editedAgain(const RowState& row, const GroupeFichiers& before, GroupeFi
                     }
                 }
                 break;
+            case RowField::trackNumbers:
+                static_cast<void>(setTrackNumbers(result.groupe, editedNumbers(tracks, tracksBefore)));
+                break;
             case RowField::timecode:
                 // As typed at the row's own rate, which may be edited as well.
                 result.groupe.timecode = row.groupe.timecode;

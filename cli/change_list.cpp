@@ -55,6 +55,20 @@ std::vector<std::string> changesOf(const SaveItem& item) {
             const int key = fichier.nomsPistes.empty() ? 1 : fichier.nomsPistes.begin()->first;
             changes.text("track name", shownName(fichier, key), *valeurs.soleTrackName);
         }
+        const auto channel = [&](std::string_view field, std::optional<int> before, int after) {
+            const std::string shown = before ? fmt::format("{}", *before) : std::string("none");
+            if (before != after) changes.line(fmt::format("{}: {} -> {}", field, shown, after));
+        };
+        const std::map<int, int>& channels = fichier.numerosTracks;
+        for (const auto& [track, number] : valeurs.numerosTracks) {
+            const auto own = channels.find(track);
+            channel(fmt::format("channel of track {}", track),
+                    own == channels.end() ? std::nullopt : std::optional(own->second), number);
+        }
+        if (valeurs.soleTrackNumber) {
+            channel("channel", channels.empty() ? std::nullopt : std::optional(channels.begin()->second),
+                    *valeurs.soleTrackNumber);
+        }
     }
     if (item.newName && *item.newName != fichier.nom) {
         changes.line(fmt::format("file name: \"{}\" -> \"{}\"", fichier.nom, *item.newName));

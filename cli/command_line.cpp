@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "cli/export_route.h"
+#include "editing/row_edits.h"
 
 #include <algorithm>
 #include <limits>
@@ -47,6 +48,7 @@ Examples:
   dravik-cli set --scene 12A --take 3 12A-T03.WAV
   dravik-cli set --circled --note "Best for sound" T05_01.WAV
   dravik-cli set --track 1=Boom --track 2="Lav Anna" T05_01.WAV
+  dravik-cli set --channel 1=2 --channel 2=1 T05_01.WAV
   dravik-cli set --timecode 10:12:44:03 --framerate 25 wild.wav
   dravik-cli set --project "The Long Tide" --dry-run /media/card/day1
   dravik-cli set --name 12B-T03 12A-T03.WAV)";
@@ -167,6 +169,11 @@ NumberedText numberedName(const std::string& option, const std::string& argument
     NumberedText result = numberedText(option, argument, 1);
     if (!result.text) throw CLI::ValidationError(option, fmt::format("\"{}\" is not NUMBER=NAME", argument));
     return result;
+}
+
+int trackOf(const NumberedText& track) {
+    constexpr std::int64_t beyondAnyTake = 1'000'000;
+    return static_cast<int>(std::min(track.number, beyondAnyTake));
 }
 
 /// Declares the commands and keeps what is parsed into.
@@ -311,6 +318,7 @@ class Grammar {
         text(sub, "--timecode", set_.timecode, "Start timecode, HH:MM:SS:FF or HHMMSSFF", "TC");
         text(sub, "--framerate", set_.framerate, "Frame rate", "LABEL");
         repeated(sub, "--track", trackArguments_, "Name of track N of the take; may be repeated", "N=NAME");
+        repeated(sub, "--channel", channelArguments_, "Recorder's channel number of track N; may be repeated", "N=NUM");
         text(sub, "--name", set_.name, "New file name, without extension; mono files keep their track suffix", "NEW");
         noGroup(sub, set_.group, "Edit only the files named, not the mono sets they belong to");
         dryRun(sub, set_.dryRun);
@@ -318,9 +326,16 @@ class Grammar {
         sub.callback([this] {
             for (const std::string& argument : trackArguments_) {
                 NumberedText track = numberedName("--track", argument);
-                constexpr std::int64_t beyondAnyTake = 1'000'000;
-                set_.tracks.emplace_back(static_cast<int>(std::min(track.number, beyondAnyTake)),
-                                         std::move(*track.text));
+                set_.tracks.emplace_back(trackOf(track), std::move(*track.text));
+            }
+            for (const std::string& argument : channelArguments_) {
+                const NumberedText track = numberedText("--channel", argument, 1);
+                const std::optional<int> channel = parseTrackNumber(track.text.value_or(""));
+                if (!channel) {
+                    throw CLI::ValidationError("--channel", fmt::format("\"{}\" is not N=NUM with a NUM from 1 to {}",
+                                                                        argument, maxTrackNumber));
+                }
+                set_.channels.emplace_back(trackOf(track), *channel);
             }
             if (!set_.edits()) {
                 throw CLI::ParseError("There is nothing to set: give --scene, --note or another value",
@@ -494,6 +509,7 @@ class Grammar {
     ScanOptions scan_;
     ShowOptions show_;
     SetOptions set_;
+    std::vector<std::string> channelArguments_;
     CuesOptions cues_;
     DemoOptions demo_;
     RecoverOptions recover_;

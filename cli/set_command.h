@@ -17,6 +17,7 @@ struct SetOptions {
     std::optional<bool> circled, wild;
     std::optional<std::string> timecode, framerate;   ///< as typed
     std::vector<std::pair<int, std::string>> tracks;  ///< track of the take (from 1), name
+    std::vector<std::pair<int, int>> channels;        ///< track of the take (from 1), recorder's channel number
     std::optional<std::string> name;                  ///< new name of the take, without extension
     bool group = true;
     bool dryRun = false;
@@ -24,7 +25,7 @@ struct SetOptions {
 
     [[nodiscard]] bool edits() const noexcept {
         return project || scene || take || tape || note || circled || wild || timecode || framerate ||
-               !tracks.empty() || name;
+               !tracks.empty() || !channels.empty() || name;
     }
 };
 

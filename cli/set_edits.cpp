@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "cli/display_text.h"
 #include "editing/modifications_en_cours.h"
+#include "editing/row_edits.h"
 #include "model/folder_scan.h"
 #include "model/wave/timecode.h"
 
@@ -116,13 +117,22 @@ std::vector<SaveItem> SetEdits::itemsFor(const GroupeFichiers& groupe) const {
     if (options_.wild) edits.setWild(*options_.wild);
     if (framerate_) edits.setFramerate(*framerate_);
     if (options_.timecode) edits.setTimecode(timecodeFor(groupe));
+    const auto checkTrack = [&](int track) {
+        if (track >= 1 && std::cmp_less_equal(track, pistes.size())) return;
+        throw UsageError(
+            fmt::format("There is no track {}: {} has {}.", track, groupe.nom, counted(pistes.size(), "track")));
+    };
     for (const auto& [track, name] : options_.tracks) {
-        if (track < 1 || std::cmp_greater(track, pistes.size())) {
-            throw UsageError(
-                fmt::format("There is no track {}: {} has {}.", track, groupe.nom, counted(pistes.size(), "track")));
-        }
+        checkTrack(track);
         edits.setTrackName(track, name);
     }
+    TrackNumbers numbers;
+    for (const auto& [track, number] : options_.channels) {
+        checkTrack(track);
+        numbers[track] = number;
+    }
+    if (const auto problem = trackNumberProblem(groupe, numbers)) throw UsageError(*problem);
+    edits.setTrackNumbers(numbers);
     std::set<MetadataField> decided = decidedFields(options_);
     std::erase_if(decided, [&](MetadataField field) { return !groupe.mixedFields.contains(field); });
     return planSave(groupe, edits.fields(), edits.originals(), options_.name, decided);

@@ -23,8 +23,10 @@ void ModificationsEnCours::charger(const AudioMetadata& metadata, const std::vec
     fields.wild = metadata.wild;
     fields.timecode = metadata.timecode.value_or("");
     fields.framerate = metadata.framerate.value_or("");
-    for (const Piste& piste : pistes)
+    for (const Piste& piste : pistes) {
         fields.nomsPistes[piste.numero] = piste.nom;
+        if (piste.numeroTrack) fields.numerosPistes[piste.numero] = *piste.numeroTrack;
+    }
     sampleRate_ = sampleRate;
     originals_ = fields;
     remplacer(std::move(fields));
@@ -59,6 +61,7 @@ void ModificationsEnCours::remplacer(EditedFields fields) {
         {avant.circled != edited_.circled, &ModificationsEnCours::circledChanged},
         {avant.wild != edited_.wild, &ModificationsEnCours::wildChanged},
         {avant.nomsPistes != edited_.nomsPistes, &ModificationsEnCours::nomsPistesChanged},
+        {avant.numerosPistes != edited_.numerosPistes, &ModificationsEnCours::numerosPistesChanged},
         {avant.timecode != edited_.timecode, &ModificationsEnCours::timecodeChanged},
         {avant.framerate != edited_.framerate, &ModificationsEnCours::framerateChanged},
         {wasTableau, &ModificationsEnCours::modifTableauChanged},
@@ -93,6 +96,11 @@ void ModificationsEnCours::setTrackName(int piste, const std::string& nom) {
     std::map<int, std::string> noms = edited_.nomsPistes;
     noms[piste] = nom;
     set(edited_.nomsPistes, noms, &ModificationsEnCours::nomsPistesChanged);
+}
+void ModificationsEnCours::setTrackNumbers(const std::map<int, int>& numeros) {
+    std::map<int, int> tous = numeros;
+    tous.insert(edited_.numerosPistes.begin(), edited_.numerosPistes.end());
+    set(edited_.numerosPistes, tous, &ModificationsEnCours::numerosPistesChanged);
 }
 void ModificationsEnCours::setTimecode(const std::string& texte) {
     set(edited_.timecode, texte, &ModificationsEnCours::timecodeChanged);

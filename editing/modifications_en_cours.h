@@ -15,8 +15,9 @@ struct EditedFields {
     std::string project, scene, tape, prise, note;
     bool circled = false, wild = false;
     std::map<int, std::string> nomsPistes;  ///< track of the take (from 1) -> name as shown
-    std::string timecode;                   ///< "HH:MM:SS:FF", empty for none
-    std::string framerate;                  ///< label, empty for none
+    std::map<int, int> numerosPistes;  ///< track of the take (from 1) -> recorder's channel number, where it has one
+    std::string timecode;              ///< "HH:MM:SS:FF", empty for none
+    std::string framerate;             ///< label, empty for none
     friend bool operator==(const EditedFields&, const EditedFields&) = default;
 };
 
@@ -61,6 +62,7 @@ class ModificationsEnCours : public QObject {
     [[nodiscard]] bool circled() const noexcept { return edited_.circled; }
     [[nodiscard]] bool wild() const noexcept { return edited_.wild; }
     [[nodiscard]] const std::map<int, std::string>& nomsPistes() const noexcept { return edited_.nomsPistes; }
+    [[nodiscard]] const std::map<int, int>& numerosPistes() const noexcept { return edited_.numerosPistes; }
     [[nodiscard]] const std::string& timecode() const noexcept { return edited_.timecode; }
     [[nodiscard]] const std::string& framerate() const noexcept { return edited_.framerate; }
     [[nodiscard]] bool modifTableau() const noexcept { return modifTableau_; }
@@ -75,6 +77,8 @@ class ModificationsEnCours : public QObject {
     void setCircled(bool valeur);
     void setWild(bool valeur);
     void setTrackName(int piste, const std::string& nom);
+    /// Recorder's channel numbers of these tracks; the others keep theirs.
+    void setTrackNumbers(const std::map<int, int>& numeros);
     void setTimecode(const std::string& texte);
     void setFramerate(const std::string& label);
     void setModifTableau(bool valeur);
@@ -89,6 +93,7 @@ class ModificationsEnCours : public QObject {
     void circledChanged();
     void wildChanged();
     void nomsPistesChanged();
+    void numerosPistesChanged();
     void timecodeChanged();
     void framerateChanged();
     void modifTableauChanged();

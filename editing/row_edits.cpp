@@ -7,6 +7,8 @@
 #include <iterator>
 #include <string_view>
 
+#include <fmt/format.h>
+
 namespace dravik {
 namespace {
 
@@ -55,6 +57,7 @@ std::optional<MetadataField> metadataField(RowField field) {
             return MetadataField::framerate;
         case RowField::name:
         case RowField::tracks:
+        case RowField::trackNumbers:
         case RowField::cues:
             return std::nullopt;
     }
@@ -87,6 +90,14 @@ std::vector<std::string> trackNames(const GroupeFichiers& groupe) {
     return names;
 }
 
+TrackNumbers trackNumbers(const std::vector<Piste>& pistes) {
+    TrackNumbers numbers;
+    for (const Piste& piste : pistes) {
+        if (piste.numeroTrack) numbers[piste.numero] = *piste.numeroTrack;
+    }
+    return numbers;
+}
+
 }  // namespace
 
 EditedFields fieldsOf(const GroupeFichiers& groupe) {
@@ -100,7 +111,9 @@ EditedFields fieldsOf(const GroupeFichiers& groupe) {
     fields.wild = groupe.wild;
     fields.timecode = groupe.timecode.value_or("");
     fields.framerate = groupe.framerate.value_or("");
-    for (Piste& piste : tracksOfGroup(groupe))
+    std::vector<Piste> pistes = tracksOfGroup(groupe);
+    fields.numerosPistes = trackNumbers(pistes);
+    for (Piste& piste : pistes)
         fields.nomsPistes[piste.numero] = std::move(piste.nom);
     return fields;
 }
@@ -160,6 +173,62 @@ void setTrackName(GroupeFichiers& groupe, int piste, const std::string& nom) {
     groupe.fichiers.edit([&](std::vector<InfoFichier>& fichiers) { put(fichiers.front(), sole); });
 }
 
+std::optional<int> parseTrackNumber(std::string_view text) noexcept {
+    const std::optional<std::int64_t> number = parseInteger(text);
+    if (!number || *number < 1 || *number > maxTrackNumber) return std::nullopt;
+    return static_cast<int>(*number);
+}
+
+std::optional<std::string> trackNumberProblem(const GroupeFichiers& groupe, const TrackNumbers& numeros) {
+    const std::vector<Piste> pistes = tracksOfGroup(groupe);
+    const TrackNumbers before = trackNumbers(pistes);
+    TrackNumbers after = before;
+    for (const auto& [piste, numero] : numeros) {
+        if (piste < 1 || static_cast<std::size_t>(piste) > pistes.size()) continue;
+        const auto own = before.find(piste);
+        if (own != before.end() && own->second == numero) continue;  // as it is, whatever the recorder wrote
+        if (numero < 1 || numero > maxTrackNumber) {
+            return fmt::format("A recorder number is a whole number from 1 to {}.", maxTrackNumber);
+        }
+        after[piste] = numero;
+    }
+    for (const auto& [piste, numero] : after) {
+        const auto own = before.find(piste);
+        if (own != before.end() && own->second == numero) continue;
+        const auto other = std::find_if(after.begin(), after.end(), [&, p = piste, n = numero](const auto& entry) {
+            return entry.first != p && entry.second == n;
+        });
+        if (other != after.end()) {
+            return fmt::format("Tracks {} and {} of {} cannot both have the recorder number {}.",
+                               std::min(piste, other->first), std::max(piste, other->first), groupe.nom, numero);
+        }
+    }
+    return std::nullopt;
+}
+
+bool setTrackNumbers(GroupeFichiers& groupe, const TrackNumbers& numeros) {
+    if (trackNumberProblem(groupe, numeros)) return false;
+    const std::vector<Piste> pistes = tracksOfGroup(groupe);
+    const bool set = groupe.isMonoSet();
+    const bool sole = set || (pistes.size() == 1 && groupe.fichiers.front().channels == 1);
+    for (const auto& [piste, numero] : numeros) {
+        if (piste < 1 || static_cast<std::size_t>(piste) > pistes.size()) continue;
+        if (pistes[static_cast<std::size_t>(piste) - 1].numeroTrack == numero) continue;
+        groupe.fichiers.edit([&, p = piste, n = numero](std::vector<InfoFichier>& fichiers) {
+            std::map<int, int>& own = fichiers[set ? static_cast<std::size_t>(p) - 1 : 0].numerosTracks;
+            own[!sole ? p : own.empty() ? 1 : own.begin()->first] = n;
+        });
+    }
+    return true;
+}
+
+TrackNumbers editedNumbers(const EditedFields& fields, const EditedFields& before) {
+    TrackNumbers edited;
+    std::set_difference(fields.numerosPistes.begin(), fields.numerosPistes.end(), before.numerosPistes.begin(),
+                        before.numerosPistes.end(), std::inserter(edited, edited.end()));
+    return edited;
+}
+
 bool isEditable(const GroupeFichiers& groupe) {
     // A file without channels could not be read as audio: nothing can be put into it.
     return std::all_of(groupe.fichiers.begin(), groupe.fichiers.end(), [](const InfoFichier& fichier) {
@@ -185,9 +254,12 @@ std::set<RowField> editedFields(const RowState& row, const GroupeFichiers& origi
         const auto field = static_cast<RowField>(at);
         if (isMixed(original, field) && !isMixed(row.groupe, field)) fields.insert(field);
     }
-    // Names stand in the files; a row whose files nobody has touched has those of the original.
-    if (!row.groupe.fichiers.isSharedWith(original.fichiers) && trackNames(row.groupe) != trackNames(original)) {
-        fields.insert(RowField::tracks);
+    // Names and numbers stand in the files; a row whose files nobody has touched has those of the original.
+    if (!row.groupe.fichiers.isSharedWith(original.fichiers)) {
+        if (trackNames(row.groupe) != trackNames(original)) fields.insert(RowField::tracks);
+        if (trackNumbers(tracksOfGroup(row.groupe)) != trackNumbers(tracksOfGroup(original))) {
+            fields.insert(RowField::trackNumbers);
+        }
     }
     if (row.cues) fields.insert(RowField::cues);
     return fields;

@@ -5,9 +5,11 @@
 #include "editing/save_transaction.h"
 #include "model/groupe_fichiers.h"
 
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace dravik {
@@ -22,9 +24,23 @@ struct RowState {
 };
 
 /// What of a row can be edited, for marks and messages. The metadata fields are a range of it in the same order.
-enum class RowField { name, project, scene, prise, tape, note, circled, wild, timecode, framerate, tracks, cues };
+enum class RowField {
+    name,
+    project,
+    scene,
+    prise,
+    tape,
+    note,
+    circled,
+    wild,
+    timecode,
+    framerate,
+    tracks,
+    trackNumbers,
+    cues
+};
 
-/// The row's fields as texts and flags, track names included.
+/// The row's fields as texts and flags, track names and numbers included.
 [[nodiscard]] EditedFields fieldsOf(const GroupeFichiers& groupe);
 
 /// Text fields of a row: name, project, scene, prise, tape, note, timecode, framerate. An empty text is no value.
@@ -37,6 +53,20 @@ enum class RowField { name, project, scene, prise, tape, note, circled, wild, ti
 void setFlag(GroupeFichiers& groupe, RowField field, bool valeur);
 /// Name of a track of the take, as shown; `piste` counts from 1 as in tracksOfGroup. Unknown tracks are passed over.
 void setTrackName(GroupeFichiers& groupe, int piste, const std::string& nom);
+
+/// Recorder's channel numbers by track of the take, as in tracksOfGroup.
+using TrackNumbers = std::map<int, int>;
+/// Largest number that can be given: no recorder has more inputs, and the list shows three digits.
+inline constexpr int maxTrackNumber = 999;
+/// "7" as a number that a track can have; absent for anything but 1 to maxTrackNumber.
+[[nodiscard]] std::optional<int> parseTrackNumber(std::string_view text) noexcept;
+/// Why these numbers cannot be given to the take, as a sentence: one is none, or two tracks would have the same. Two
+/// tracks that are not edited may, as recorders write it. Absent when they can; unknown tracks are passed over.
+[[nodiscard]] std::optional<std::string> trackNumberProblem(const GroupeFichiers& groupe, const TrackNumbers& numeros);
+/// Gives all of them at once, so that two can change places. False, and nothing changed, when there is a problem.
+[[nodiscard]] bool setTrackNumbers(GroupeFichiers& groupe, const TrackNumbers& numeros);
+/// The numbers in which `fields` differ from `before`.
+[[nodiscard]] TrackNumbers editedNumbers(const EditedFields& fields, const EditedFields& before);
 
 /// Can this row be edited: could all its files be read, and are they of a writable format, in name and in fact?
 [[nodiscard]] bool isEditable(const GroupeFichiers& groupe);

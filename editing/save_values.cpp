@@ -55,6 +55,15 @@ MetadataValues valuesForFile(const EditedFields& edited, const EditedFields& ori
             valeurs.soleTrackName = nom;
         }
     }
+    for (const auto& [piste, numero] : edited.numerosPistes) {
+        const auto original = originals.numerosPistes.find(piste);
+        if (original != originals.numerosPistes.end() && original->second == numero) continue;
+        if (!oneTrack) {
+            valeurs.numerosTracks[piste] = numero;
+        } else if (piste == own) {
+            valeurs.soleTrackNumber = numero;
+        }
+    }
     return valeurs;
 }
 
@@ -74,8 +83,8 @@ bool holdsOnlyText(const MetadataValues& valeurs) noexcept {
 
 bool hasEdit(const MetadataValues& valeurs) noexcept {
     return valeurs.project || valeurs.scene || valeurs.tape || valeurs.prise || valeurs.note || valeurs.circled ||
-           valeurs.wild || !valeurs.nomsPistes.empty() || valeurs.soleTrackName || !valeurs.timecode.empty() ||
-           !valeurs.framerate.empty();
+           valeurs.wild || !valeurs.nomsPistes.empty() || valeurs.soleTrackName || !valeurs.numerosTracks.empty() ||
+           valeurs.soleTrackNumber || !valeurs.timecode.empty() || !valeurs.framerate.empty();
 }
 
 }  // namespace dravik

@@ -47,9 +47,17 @@ void checkTrackNames(std::string_view text, int track) {
     const std::string named = setTrackName(text, track, "Boom & Lav");
     if (!hasTidyTrackList(text)) return;
     require(hasTidyTrackList(named));
-    auto expected = oracle::readTracks(text).first;
+    const auto before = oracle::readTracks(text);
+    auto expected = before.first;
     expected[track] = "Boom &amp; Lav";
     require(oracle::readTracks(named).first == expected);
+
+    const std::string numbered = setTrackNumber(text, track, 777);
+    require(hasTidyTrackList(numbered));
+    auto numbers = before.second;
+    numbers[track] = 777;
+    require(oracle::readTracks(numbered).first == before.first);
+    require(oracle::readTracks(numbered).second == numbers);
 }
 
 }  // namespace
@@ -68,6 +76,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if ((choice & 16U) != 0) values.wild = (choice & 8U) != 0;
     if ((choice & 32U) != 0) values.nomsPistes = {{0, "none"}, {1, "Boom"}, {3, "Lav"}};
     if ((choice & 64U) != 0) values.soleTrackName = "Only";
+    if ((choice & 96U) == 96U) values.numerosTracks = {{0, 5}, {1, 3}, {3, 1}};
     if ((choice & 128U) != 0) {
         values.framerate = "29.97 DF";
         values.timecode = "10:00:00:00";

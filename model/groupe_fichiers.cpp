@@ -62,8 +62,8 @@ std::vector<Piste> tracksOfGroup(const GroupeFichiers& groupe) {
     const InfoFichier& fichier = groupe.fichiers.front();
     // Names that carry numbers beyond the channels (recorders that count inputs) still belong to this file.
     const int last = std::max(fichier.channels, fichier.nomsPistes.empty() ? 0 : fichier.nomsPistes.rbegin()->first);
-    if (fichier.channels == 1 && fichier.nomsPistes.size() == 1) {
-        add(fichier.nomsPistes, fichier.nomsPistes.begin()->first,
+    if (fichier.channels == 1 && fichier.nomsPistes.size() <= 1) {
+        add(fichier.nomsPistes, fichier.nomsPistes.empty() ? 1 : fichier.nomsPistes.begin()->first,
             fichier.numerosTracks.empty() ? std::nullopt : std::optional(fichier.numerosTracks.begin()->second));
         return pistes;
     }

@@ -93,10 +93,10 @@ std::vector<Shortcut> make() {
     add(KeyId::timecodeAsItWas, "The start timecode as it was", {Qt::Key_Escape});
     context = K::tracks;
     group = QStringLiteral("Tracks");
-    add(KeyId::editTrack, "Edit the name", {Qt::Key_Return, Qt::Key_F2}, "double click, or type");
-    add(KeyId::nextTrack, "Take over, next name", {Qt::Key_Tab, Qt::Key_Down}, "Return while a name is edited");
-    add(KeyId::previousTrack, "Take over, name before", {shift | Qt::Key_Tab, Qt::Key_Up});
-    add(KeyId::copyTracks, "Copy names", {control | Qt::Key_C});
+    add(KeyId::editTrack, "Edit the name or number", {Qt::Key_Return, Qt::Key_F2}, "double click, or type");
+    add(KeyId::nextTrack, "Take over, next track", {Qt::Key_Tab, Qt::Key_Down}, "Return while one is edited");
+    add(KeyId::previousTrack, "Take over, track before", {shift | Qt::Key_Tab, Qt::Key_Up});
+    add(KeyId::copyTracks, "Copy names, or numbers", {control | Qt::Key_C});
     add(KeyId::pasteTracks, "Paste lines downwards", {control | Qt::Key_V});
     add(KeyId::clearTracks, "Empty names", {Qt::Key_Delete, Qt::Key_Backspace});
     context = K::cues;

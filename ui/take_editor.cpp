@@ -454,6 +454,7 @@ void TakeEditor::takeOverTimecode() {
 }
 
 void TakeEditor::commitPending() {
+    tracks_->commitPending();
     takeOverTimecode();
     if (!invalidTimecode().isEmpty()) tellInvalidTimecode();
 }
@@ -504,7 +505,8 @@ void TakeEditor::refreshMarks(int row) {
                                                                : QStringLiteral("not saved; was %1").arg(was));
         if (field.label != nullptr) field.label->setToolTip(field.widget->accessibleDescription());
     }
-    setColour(*tracksTitle_, QPalette::WindowText, colourOf(RowField::tracks));
+    setColour(*tracksTitle_, QPalette::WindowText,
+              colourOf(edited.contains(RowField::trackNumbers) ? RowField::trackNumbers : RowField::tracks));
     setColour(*cuesTitle_, QPalette::WindowText, colourOf(RowField::cues));
     if (edited.contains(RowField::name)) {
         setColour(*takeName_, QPalette::WindowText, theme_.pendingText());

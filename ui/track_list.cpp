@@ -1,5 +1,6 @@
 #include "ui/track_list.h"
 
+#include "app/table_edits.h"
 #include "app/take_columns.h"
 #include "app/text.h"
 #include "ui/list_looks.h"
@@ -8,6 +9,7 @@
 #include <QAbstractTableModel>
 #include <QApplication>
 #include <QClipboard>
+#include <QIntValidator>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QStyledItemDelegate>
@@ -31,12 +33,14 @@ class TrackModel final : public QAbstractTableModel {
         int numero = 0;
         std::optional<int> channel;
         QString name;
-        bool edited = false;
+        bool nameEdited = false, channelEdited = false;
         QString file;
         friend bool operator==(const Row&, const Row&) = default;
     };
 
-    void show(std::vector<Row> rows, bool editable) {
+    /// `take`: a file of the take whose tracks these are.
+    void show(std::optional<std::filesystem::path> take, std::vector<Row> rows, bool editable) {
+        take_ = std::move(take);
         if (rows.size() != rows_.size() || editable != editable_) {
             beginResetModel();
             rows_ = std::move(rows);
@@ -58,7 +62,7 @@ class TrackModel final : public QAbstractTableModel {
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& at) const override {
         Qt::ItemFlags flags = Qt::ItemNeverHasChildren | Qt::ItemIsSelectable;
         if (editable_) flags |= Qt::ItemIsEnabled;
-        if (editable_ && at.column() == TrackList::name) flags |= Qt::ItemIsEditable;
+        if (editable_ && at.column() != TrackList::number) flags |= Qt::ItemIsEditable;
         return flags;
     }
 
@@ -73,16 +77,12 @@ class TrackModel final : public QAbstractTableModel {
             case Qt::TextAlignmentRole:
                 return alignment(at.column());
             case Qt::ForegroundRole:
-                if (!editable_ || at.column() != TrackList::name) return theme_.dimmed();
-                return row.edited ? QVariant(theme_.pendingText()) : QVariant();
+                if (editable_ && isEdited(row, at.column())) return theme_.pendingText();
+                return editable_ && at.column() != TrackList::number ? QVariant() : theme_.dimmed();
             case Qt::ToolTipRole:
                 return row.file;
             case Qt::AccessibleTextRole:
-                if (at.column() != TrackList::name) return {};
-                return QStringLiteral("Track %1: %2%3")
-                    .arg(row.numero)
-                    .arg(row.name.isEmpty() ? QStringLiteral("no name") : row.name,
-                         row.edited ? QStringLiteral(", not saved") : QString());
+                return accessibleText(row, at.column());
             default:
                 return {};
         }
@@ -97,47 +97,84 @@ class TrackModel final : public QAbstractTableModel {
     }
 
     bool setData(const QModelIndex& at, const QVariant& value, int role) override {
-        if (role != Qt::EditRole || !editable_ || at.column() != TrackList::name) return false;
+        if (role != Qt::EditRole || !editable_ || at.column() == TrackList::number) return false;
         const Row& row = rows_.at(static_cast<std::size_t>(at.row()));
+        if (at.column() == TrackList::channel) {
+            if (data(at, Qt::EditRole).toString() == value.toString()) return true;
+            return setNumbers({{row.numero, parseTrackNumber(value.toString().toStdString()).value_or(0)}});
+        }
         if (row.name == value.toString()) return true;
         content_.modifications().setTrackName(row.numero, value.toString().toStdString());
         return true;
     }
 
+    /// Of the take that is shown, which need not be the loaded one any more. False, and told, when it cannot be.
+    bool setNumbers(const TrackNumbers& numbers) {
+        const int row = take_ ? content_.rows().indexOfFile(*take_) : -1;
+        const std::optional<QString> problem = editTrackNumbers(content_.rows(), row, numbers);
+        if (problem) content_.tell(*problem);
+        return !problem;
+    }
+
   private:
+    static bool isEdited(const Row& row, int column) {
+        return column == TrackList::name ? row.nameEdited : column == TrackList::channel && row.channelEdited;
+    }
+    static QVariant accessibleText(const Row& row, int column) {
+        if (column == TrackList::number) return {};
+        const QString state = isEdited(row, column) ? QStringLiteral(", not saved") : QString();
+        if (column == TrackList::name) {
+            return QStringLiteral("Track %1: %2%3")
+                .arg(row.numero)
+                .arg(row.name.isEmpty() ? QStringLiteral("no name") : row.name, state);
+        }
+        return QStringLiteral("Recorder number of track %1: %2%3")
+            .arg(row.numero)
+            .arg(row.channel ? QString::number(*row.channel) : QStringLiteral("none"), state);
+    }
     static int alignment(int column) {
         return int(column == TrackList::name ? Qt::AlignLeft | Qt::AlignVCenter : Qt::AlignCenter);
     }
 
     ContentView& content_;
     const Theme& theme_;
+    std::optional<std::filesystem::path> take_;
     std::vector<Row> rows_;
     bool editable_ = false;
 };
 
 namespace {
 
-/// The field in which a name is typed. What keys mean in it is the list's to say.
-class NameDelegate final : public QStyledItemDelegate {
+/// The field in which a name or a number is typed. What keys mean in it is the list's to say.
+class TrackDelegate final : public QStyledItemDelegate {
   public:
     struct Hooks {
-        std::function<void(int)> goOn;        ///< to the next name (1) or the one before (-1)
+        std::function<void(int)> goOn;        ///< to the next track (1) or the one before (-1)
         std::function<bool(int)> pasteLines;  ///< several lines from this row on; false when there is one line only
         std::function<void()> undo, redo;
-        std::function<void()> opened;
+        std::function<void(QLineEdit*)> opened;
     };
-    NameDelegate(Hooks hooks, QObject* parent) : QStyledItemDelegate(parent), hooks_(std::move(hooks)) {}
+    TrackDelegate(Hooks hooks, QObject* parent) : QStyledItemDelegate(parent), hooks_(std::move(hooks)) {}
 
     QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem&, const QModelIndex& index) const override {
         auto* line = new QLineEdit(parent);
         line->setFrame(false);
         line->setAutoFillBackground(true);
         line->setPalette(QApplication::palette());  // selected text as in other fields
-        line->setAccessibleName(QStringLiteral("Name of track %1").arg(index.row() + 1));
         line->setProperty("row", index.row());
-        auto* self = const_cast<NameDelegate*>(this);  // the signals of a delegate are not const
-        connect(line, &QLineEdit::textEdited, this, [self, line] { emit self->commitData(line); });
-        hooks_.opened();
+        line->setProperty("isNumber", index.column() == TrackList::channel);
+        if (isNumber(*line)) {
+            line->setAccessibleName(QStringLiteral("Recorder number of track %1").arg(index.row() + 1));
+            line->setAlignment(Qt::AlignCenter);
+            auto* digits = new QIntValidator(1, maxTrackNumber, line);
+            digits->setLocale(QLocale::c());
+            line->setValidator(digits);
+        } else {
+            line->setAccessibleName(QStringLiteral("Name of track %1").arg(index.row() + 1));
+            auto* self = const_cast<TrackDelegate*>(this);  // the signals of a delegate are not const
+            connect(line, &QLineEdit::textEdited, this, [self, line] { emit self->commitData(line); });
+        }
+        hooks_.opened(line);
         return line;
     }
 
@@ -145,11 +182,12 @@ class NameDelegate final : public QStyledItemDelegate {
         // Only when it differs: the text comes back with every keystroke, and the cursor must stay.
         auto* line = qobject_cast<QLineEdit*>(editor);
         const QString text = index.data(Qt::EditRole).toString();
-        if (line->text() != text) line->setText(text);
+        if (line->text() != text && !(isNumber(*line) && line->isModified())) line->setText(text);
     }
 
     void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override {
-        model->setData(index, qobject_cast<QLineEdit*>(editor)->text(), Qt::EditRole);
+        const bool taken = model->setData(index, qobject_cast<QLineEdit*>(editor)->text(), Qt::EditRole);
+        editor->setProperty("refused", !taken);
     }
 
     bool eventFilter(QObject* object, QEvent* event) override {
@@ -161,7 +199,7 @@ class NameDelegate final : public QStyledItemDelegate {
         const bool pressed = event->type() == QEvent::KeyPress;
         const int row = line->property("row").toInt();
         if (const std::optional<KeyId> step = undoOrRedo(*key)) {
-            if (pressed) step == KeyId::undo ? hooks_.undo() : hooks_.redo();
+            if (pressed) replay(*line, *step);
             event->accept();
             return true;
         }
@@ -171,9 +209,24 @@ class NameDelegate final : public QStyledItemDelegate {
         return QStyledItemDelegate::eventFilter(object, event);
     }
 
+    static bool isNumber(const QLineEdit& line) { return line.property("isNumber").toBool(); }
+
   private:
+    void replay(QLineEdit& line, KeyId step) {
+        // Digits that are not an edit yet are taken back first.
+        if (step == KeyId::undo) {
+            isNumber(line) && line.isUndoAvailable() ? line.undo() : hooks_.undo();
+        } else {
+            isNumber(line) && line.isRedoAvailable() ? line.redo() : hooks_.redo();
+        }
+    }
+
     bool leave(QLineEdit* line, int steps) {
         emit commitData(line);
+        if (isNumber(*line) && line->property("refused").toBool()) {
+            line->selectAll();  // why was told; another number, or Escape
+            return true;
+        }
         emit closeEditor(line, NoHint);
         hooks_.goOn(steps);
         return true;
@@ -191,8 +244,8 @@ TrackList::TrackList(ContentView& content, const Theme& theme, QWidget* parent)
     setEditTriggers(DoubleClicked | SelectedClicked | EditKeyPressed | AnyKeyPressed);
     horizontalHeader()->setToolTip(
         QStringLiteral("Position in the take, channel number of the recorder, name.\n"
-                       "Type or press Return to edit a name; Return and Tab go on to the next one."));
-    NameDelegate::Hooks hooks;
+                       "Type or press Return to edit a name or number; Return and Tab go on to the next one."));
+    TrackDelegate::Hooks hooks;
     hooks.goOn = [this](int steps) { goOn(steps); };
     hooks.pasteLines = [this](int row) {
         if (clipboardLines().size() < 2) return false;
@@ -208,27 +261,37 @@ TrackList::TrackList(ContentView& content, const Theme& theme, QWidget* parent)
         content_.redo();
         emit stepReplayed();
     };
-    hooks.opened = [this] { setTyping(true); };
-    setItemDelegate(new NameDelegate(std::move(hooks), this));
+    hooks.opened = [this](QLineEdit* line) {
+        field_ = line;
+        setTyping(true);
+    };
+    setItemDelegate(new TrackDelegate(std::move(hooks), this));
 }
 
 TrackList::~TrackList() { stopListeningToChildren(*this); }
 
 void TrackList::refresh(bool editable) {
     const int row = content_.selectedRow();
+    if (content_.fichierSelectionne() != shown_) {
+        commitPending();  // what was typed for the take before
+        shown_ = content_.fichierSelectionne();
+    }
     std::vector<TrackModel::Row> rows;
     if (row >= 0) {
         const GroupeFichiers& groupe = content_.rows().groupesTableau().at(static_cast<std::size_t>(row)).groupe;
-        const std::map<int, std::string>& before = content_.modifications().originals().nomsPistes;
+        const EditedFields& before = content_.modifications().originals();
         for (const Piste& piste : tracksOfGroup(groupe)) {
-            const auto original = before.find(piste.numero);
+            const auto nameBefore = before.nomsPistes.find(piste.numero);
+            const auto numberBefore = before.numerosPistes.find(piste.numero);
             const auto file = groupe.isMonoSet() ? static_cast<std::size_t>(piste.numero - 1) : 0U;
             rows.push_back({piste.numero, piste.numeroTrack, toQt(piste.nom),
-                            original != before.end() && original->second != piste.nom,
+                            nameBefore != before.nomsPistes.end() && nameBefore->second != piste.nom,
+                            numberBefore == before.numerosPistes.end() ? piste.numeroTrack.has_value()
+                                                                       : piste.numeroTrack != numberBefore->second,
                             file < groupe.fichiers.size() ? toQt(groupe.fichiers[file].url.filename()) : QString()});
         }
     }
-    model_->show(std::move(rows), editable);
+    model_->show(shown_, std::move(rows), editable);
     if (!currentIndex().isValid() && model_->rowCount() > 0) {
         selectionModel()->setCurrentIndex(model_->index(0, name), QItemSelectionModel::NoUpdate);
     }
@@ -240,9 +303,16 @@ void TrackList::goOn(int steps) {
         setFocus();
         return;
     }
-    setCurrentIndex(model_->index(next, name));
+    setCurrentIndex(model_->index(next, column()));
     edit(currentIndex());
 }
+
+void TrackList::commitPending() {
+    // Names are taken over with every keystroke.
+    if (field_ && typing_ && TrackDelegate::isNumber(*field_)) commitData(field_);
+}
+
+TrackList::Column TrackList::column() const { return currentIndex().column() == channel ? channel : name; }
 
 void TrackList::setTyping(bool typing) {
     if (typing == typing_) return;
@@ -263,9 +333,10 @@ void TrackList::reset() {
 
 void TrackList::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     QTableView::currentChanged(current, previous);
-    // Only names are of use to the keyboard.
-    if (current.isValid() && current.column() != name) {
-        selectionModel()->setCurrentIndex(model_->index(current.row(), name), QItemSelectionModel::NoUpdate);
+    // Positions are of no use to the keyboard.
+    if (current.isValid() && current.column() == number) {
+        const Column beside = previous.row() == current.row() && previous.column() == channel ? channel : name;
+        selectionModel()->setCurrentIndex(model_->index(current.row(), beside), QItemSelectionModel::NoUpdate);
     }
 }
 
@@ -287,11 +358,13 @@ bool TrackList::event(QEvent* event) {
 
 void TrackList::keyPressEvent(QKeyEvent* event) {
     if (isKey(KeyId::copyTracks, *event)) {
-        copyNames();
+        copyCells();
     } else if (isKey(KeyId::pasteTracks, *event)) {
         pasteFrom(currentIndex().row());
     } else if (isKey(KeyId::editTrack, *event) && currentIndex().isValid()) {
-        edit(model_->index(currentIndex().row(), name));
+        edit(model_->index(currentIndex().row(), column()));
+    } else if (isKey(KeyId::clearTracks, *event) && column() == channel) {
+        content_.tell(QStringLiteral("A recorder number cannot be emptied, only changed."));
     } else if (isKey(KeyId::clearTracks, *event)) {
         for (const QModelIndex& index : selectionModel()->selectedRows(name))
             model_->setData(index, QString(), Qt::EditRole);
@@ -303,24 +376,41 @@ void TrackList::keyPressEvent(QKeyEvent* event) {
     }
 }
 
-void TrackList::copyNames() {
-    QModelIndexList selected = selectionModel()->selectedRows(name);
+void TrackList::copyCells() {
+    QModelIndexList selected = selectionModel()->selectedRows(column());
     if (selected.isEmpty() && currentIndex().isValid()) selected << currentIndex();
     std::sort(selected.begin(), selected.end());
-    QStringList names;
+    QStringList texts;
     for (const QModelIndex& index : selected)
-        names << index.data(Qt::EditRole).toString();
-    if (!names.isEmpty()) QApplication::clipboard()->setText(names.join(QLatin1Char('\n')));
+        texts << index.data(Qt::EditRole).toString();
+    if (!texts.isEmpty()) QApplication::clipboard()->setText(texts.join(QLatin1Char('\n')));
 }
 
 void TrackList::pasteFrom(int row) {
     if (!model_->isEditable() || row < 0) return;
+    if (column() == channel) {
+        pasteNumbers(row, clipboardLines());
+        return;
+    }
     content_.rows().endCollapsing();
     for (const QString& line : clipboardLines()) {
         if (row >= model_->rowCount()) break;
         model_->setData(model_->index(row++, name), line.trimmed(), Qt::EditRole);
     }
     content_.rows().endCollapsing();
+}
+
+void TrackList::pasteNumbers(int row, const QStringList& lines) {
+    // All at once: numbers may change places. An empty cell leaves its track as it is.
+    TrackNumbers numbers;
+    for (const QString& line : lines) {
+        if (row >= model_->rowCount()) break;
+        const int track = model_->index(row++, number).data().toInt();
+        if (const QString text = line.trimmed(); !text.isEmpty()) {
+            numbers[track] = parseTrackNumber(text.toStdString()).value_or(0);
+        }
+    }
+    if (!numbers.empty()) model_->setNumbers(numbers);
 }
 
 }  // namespace dravik

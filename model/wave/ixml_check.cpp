@@ -20,18 +20,61 @@ bool textIsClean(const IxmlDocument& before, const IxmlDocument& after, std::str
     return now ? *now == *edited : after.value(name) == std::optional(trimmed(*edited));
 }
 
-bool tracksAreClean(const IxmlDocument& before, const IxmlDocument& after, const MetadataValues& values) {
+/// The one track that a number was given to where there was no position moves to position 1 with its name.
+bool isOneTrackMoved(const std::vector<IxmlTrack>& before, const MetadataValues& values) {
+    return values.soleTrackNumber && before.size() == 1 && !before.front().interleave;
+}
+
+bool namesAreClean(const std::vector<IxmlTrack>& before, const std::vector<IxmlTrack>& after,
+                   const MetadataValues& values) {
     const auto stored = [](std::string_view name) { return replacedAll(trimmed(name), "&", "&amp;"); };
     std::map<int, std::string> expected = lireNomsPistes(before);
-    const std::map<int, std::string> found = lireNomsPistes(after);
+    std::map<int, std::string> found = lireNomsPistes(after);
     for (const auto& [track, name] : values.nomsPistes) {
         if (track >= 1) expected[track] = stored(name);
+    }
+    if (isOneTrackMoved(before, values) && !expected.empty()) {
+        auto moved = expected.extract(expected.begin());
+        moved.key() = 1;
+        expected.insert(std::move(moved));
     }
     if (values.soleTrackName) {
         if (found.empty()) return false;
         expected[found.begin()->first] = stored(*values.soleTrackName);
     }
+    // "<NAME/>", which names nothing, is spelled out in all tracks when one gets a name.
+    const auto isEmpty = [](const auto& track) { return track.second.empty(); };
+    std::erase_if(expected, isEmpty);
+    std::erase_if(found, isEmpty);
     return expected == found;
+}
+
+bool numbersAreClean(const std::vector<IxmlTrack>& before, const std::vector<IxmlTrack>& after,
+                     const MetadataValues& values) {
+    std::map<int, int> expected = lireNumerosTracks(before);
+    const std::map<int, int> found = lireNumerosTracks(after);
+    for (const auto& [position, number] : values.numerosTracks) {
+        if (position >= 1 && number >= 1) expected[position] = number;
+    }
+    if (values.soleTrackNumber && *values.soleTrackNumber >= 1) {
+        if (found.empty()) return false;
+        expected[found.begin()->first] = *values.soleTrackNumber;
+    }
+    // A track that was made for a name has a number of its own.
+    const auto mayBeNew = [&](int position) {
+        const auto number = found.find(position);
+        if (number != found.end() && number->second == position) expected.try_emplace(position, position);
+    };
+    for (const auto& [track, name] : values.nomsPistes)
+        mayBeNew(track);
+    if (values.soleTrackName && before.empty()) mayBeNew(1);
+    return expected == found;
+}
+
+bool tracksAreClean(const IxmlDocument& before, const IxmlDocument& after, const MetadataValues& values) {
+    const std::vector<IxmlTrack> then = before.tracks();
+    const std::vector<IxmlTrack> now = after.tracks();
+    return namesAreClean(then, now, values) && numbersAreClean(then, now, values);
 }
 
 }  // namespace

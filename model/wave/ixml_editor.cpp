@@ -239,8 +239,10 @@ void expandEmptyTags(std::string& document, const MetadataValues& values, bool w
     expand(!values.framerate.empty() || !values.timecode.empty(),
            {"SPEED", "MASTER_SPEED", "CURRENT_SPEED", "TIMECODE_RATE", "TIMECODE_FLAG",
             "TIMESTAMP_SAMPLES_SINCE_MIDNIGHT_LO", "TIMESTAMP_SAMPLES_SINCE_MIDNIGHT_HI"});
-    expand(!values.nomsPistes.empty() || values.soleTrackName.has_value(),
-           {"TRACK_LIST", "TRACK_COUNT", "TRACK", "INTERLEAVE_INDEX", "CHANNEL_INDEX", "NAME"});
+    const bool names = !values.nomsPistes.empty() || values.soleTrackName.has_value();
+    const bool numbers = !values.numerosTracks.empty() || values.soleTrackNumber.has_value();
+    expand(names || numbers, {"TRACK_LIST", "TRACK_COUNT", "TRACK", "INTERLEAVE_INDEX", "CHANNEL_INDEX"});
+    expand(names, {"NAME"});
 }
 
 void refuseLarge(std::string_view document) {
@@ -287,7 +289,13 @@ std::string definirSousTag(std::string_view document, std::string_view parent, s
 
 std::string setTrackName(std::string_view document, int track, std::string_view name) {
     std::string edited(document);
-    writeTrackNames(edited, {{track, std::string(name)}}, std::nullopt);
+    writeTracks(edited, {.names = {{track, std::string(name)}}});
+    return edited;
+}
+
+std::string setTrackNumber(std::string_view document, int position, int number) {
+    std::string edited(document);
+    writeTracks(edited, {.numbers = {{position, number}}});
     return edited;
 }
 
@@ -312,7 +320,7 @@ std::string mettreAJourIXML(std::string_view document, const MetadataValues& val
     if (!values.timecode.empty()) {
         setStart(edited, samplesFromTimecode(values.timecode, values.framerate, values.sampleRate));
     }
-    writeTrackNames(edited, values.nomsPistes, values.soleTrackName);
+    writeTracks(edited, {values.nomsPistes, values.soleTrackName, values.numerosTracks, values.soleTrackNumber});
 
     declareUtf8(edited);
 

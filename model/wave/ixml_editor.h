@@ -42,6 +42,11 @@ class IxmlError : public Error {
 /// into a TRACK_LIST that has none. The track is the one with that key (IxmlTrack), of several the last, which readers
 /// show; a new one when there is none. A number below 1 changes nothing.
 [[nodiscard]] std::string setTrackName(std::string_view document, int track, std::string_view name);
+/// Writes the recorder's channel number of the track at an interleave position into its CHANNEL_INDEX, whose digits
+/// alone change. Of several tracks at that position it is the last with a number, which readers show, else the last. A
+/// track that has its key from elsewhere (IxmlTrack) gets the INTERLEAVE_INDEX without which its number is not read,
+/// and so keeps key and name; where there is no track, a new one without a name is made. Below 1 nothing changes.
+[[nodiscard]] std::string setTrackNumber(std::string_view document, int position, int number);
 
 /// Applies all the values in their fixed order. The note is written where it is read (IxmlDocument::literalValue): tags
 /// inside the first SPEED element are passed over. An empty tag ("<NOTE/>") of an element that is written is first

@@ -6,10 +6,17 @@
 
 namespace dravik {
 
-/// The TRACK_LIST part of an edit: writes all names in one pass, so that a large document with many names stays linear.
-/// Numbers below 1 name no track and are passed over. See setTrackName for the rules and MetadataValues for the
-/// meaning of the arguments.
-void writeTrackNames(std::string& document, const std::map<int, std::string>& names,
-                     const std::optional<std::string>& soleName);
+/// What is written into the tracks of a document; see MetadataValues for the meaning of each.
+struct TrackEdits {
+    std::map<int, std::string> names = {};
+    std::optional<std::string> soleName = {};
+    std::map<int, int> numbers = {};
+    std::optional<int> soleNumber = {};
+};
+
+/// The TRACK_LIST part of an edit: writes all names and numbers in one pass, so that a large document with many names
+/// stays linear. Tracks are told by what the document says before the edit: a name stays with its track whatever
+/// numbers are given. Tracks and numbers below 1 are passed over. See setTrackName and setTrackNumber for the rules.
+void writeTracks(std::string& document, const TrackEdits& edits);
 
 }  // namespace dravik

@@ -18,6 +18,11 @@ struct MetadataValues {
     /// Name for the only track of a mono file: goes into the TRACK that is shown, the one with the lowest key among
     /// those that have a name, else with the lowest key; a file without a TRACK gets track 1.
     std::optional<std::string> soleTrackName;
+    /// Interleave position -> the recorder's channel number, only those to write; both from 1.
+    std::map<int, int> numerosTracks;
+    /// Channel number for the only track of a mono file: goes into the TRACK whose number is shown, the one with the
+    /// lowest position among those that have a number, else into the one whose name is shown.
+    std::optional<int> soleTrackNumber;
     std::string timecode;   ///< "HH:MM:SS:FF"; empty: leave the file's time stamp alone
     std::string framerate;  ///< label; empty: leave the file's rate alone
     double sampleRate = 0;  ///< of the file, Hz

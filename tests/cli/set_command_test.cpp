@@ -166,6 +166,12 @@ TEST_F(SetCommand, RefusesWrongValuesBeforeItTouchesAFile) {
         {{"--track", "3=X", set1}, 2, "There is no track 3"},
         {{"--track", "0=X", set1}, 2, "--track"},
         {{"--track", "X", set1}, 2, "--track"},
+        {{"--channel", "3=1", set1}, 2, "There is no track 3"},
+        {{"--channel", "1=1000", set1}, 2, "from 1 to 999"},
+        {{"--channel", "1=0", set1}, 2, "from 1 to 999"},
+        {{"--channel", "1=x", set1}, 2, "from 1 to 999"},
+        {{"--channel", "1", set1}, 2, "from 1 to 999"},
+        {{"--channel", "1=4", "--channel", "2=4", set1}, 2, "cannot both have the recorder number 4"},
         {{"--circled", "--no-circled", set1}, 2, "excludes"},
         {{"--name", "a/b", set1}, 2, "cannot be the name"},
         {{"--name", "b.wav", set1}, 2, "without the extension"},
@@ -287,13 +293,20 @@ TEST_F(SetCommand, EditsARecordersSetThroughOneOfItsFiles) {
     for (const auto& entry : std::filesystem::directory_iterator(*sampleFolder() / "recorder_b_mono_set")) {
         std::filesystem::copy_file(entry.path(), folder_ / entry.path().filename().string());
     }
-    const Ran ran = set({"--json", "--scene", "44", "--track", "2=Boom & Lav", folder_ / "Sr001-2C-01_04.WAV"});
+    const std::string one = folder_ / "Sr001-2C-01_04.WAV";
+    EXPECT_THAT(set({"--dry-run", "--channel", "1=2", "--channel", "2=1", one}).out, HasSubstr("channel: 2 -> 1"));
+    EXPECT_THAT(set({"--channel", "1=2", one}).err, HasSubstr("Tracks 1 and 2 of "));
+    const Ran ran =
+        set({"--json", "--scene", "44", "--track", "2=Boom & Lav", "--channel", "1=2", "--channel", "2=1", one});
     EXPECT_EQ(ran.json()["saved"], 5);
     const Json take = run({"scan", "--json", folder_.path()}).json()["groups"][0];
     EXPECT_EQ(take["scene"], "44");
     EXPECT_EQ(take["tape"], "Sr001");
     EXPECT_EQ(take["files"][1]["trackNames"], Json({{"1", "Boom & Lav"}}));
     EXPECT_EQ(take["files"][0]["trackNames"], Json({{"1", "Boom"}}));
+    EXPECT_EQ(take["files"][0]["trackNumbers"], Json({{"1", 2}}));
+    EXPECT_EQ(take["files"][1]["trackNumbers"], Json({{"1", 1}}));
+    EXPECT_EQ(take["files"][2]["trackNumbers"], Json({{"1", 3}}));
 }
 
 TEST_F(SetCommand, LeavesEveryFileWholeWhenItIsInterrupted) {

@@ -141,5 +141,57 @@ TEST(Preservation, OfEveryValueWhenASaveIsForcedWithoutAnEdit) {
     }
 }
 
+/// The bytes between the places in which the two differ first and last.
+std::string_view difference(std::string_view text, std::string_view other) {
+    const auto begin = static_cast<std::size_t>(
+        std::mismatch(text.begin(), text.end(), other.begin(), other.end()).first - text.begin());
+    std::size_t same = 0;
+    while (same < std::min(text.size(), other.size()) - begin &&
+           text[text.size() - 1 - same] == other[other.size() - 1 - same])
+        ++same;
+    return text.substr(begin, text.size() - same - begin);
+}
+
+TEST(Preservation, OfAllButTheDigitsWhenANumberOfARecordersFileIsEdited) {
+    DRAVIK_NEEDS_SAMPLES();
+    std::size_t edited = 0;
+    for (const Subject& subject : test::sampleSubjects()) {
+        const TempFolder folder;
+        const auto path = folder / "take.wav";
+        writeFile(path, subject.bytes);
+        FaultyFileOps ops;
+        ops.syncing = false;
+        FolderSyncs folders;
+        const auto save = [&](const MetadataValues& valeurs) {
+            SauvegardeMetadata(ops).ecrire(path, valeurs, {}, folders);
+        };
+        try {
+            save({});
+        } catch (const ErreurSauvegarde&) {
+            continue;
+        }
+        const InfoFichier before = analyserFichier(path, test::FakeCodecs());
+        if (before.numerosTracks.empty()) continue;
+        const std::string text = withoutBlanks(readFile(path));
+        for (const auto& [position, number] : before.numerosTracks) {
+            MetadataValues valeurs;
+            valeurs.numerosTracks = {{position, 777}};
+            save(valeurs);
+            InfoFichier expected = before;
+            expected.numerosTracks[position] = 777;
+            EXPECT_TRUE(sameMetadata(expected, analyserFichier(path, test::FakeCodecs()))) << subject.name;
+            const std::string after = withoutBlanks(readFile(path));
+            const std::string_view changed = difference(after, text);
+            EXPECT_TRUE(!changed.empty() && changed.find_first_not_of('7') == std::string_view::npos)
+                << subject.name << ": " << changed;
+            valeurs.numerosTracks = {{position, number}};
+            save(valeurs);
+            EXPECT_EQ(withoutBlanks(readFile(path)), text) << subject.name;
+            ++edited;
+        }
+    }
+    EXPECT_GT(edited, 10U);
+}
+
 }  // namespace
 }  // namespace dravik

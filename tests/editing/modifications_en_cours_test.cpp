@@ -47,7 +47,7 @@ TEST(ModificationsEnCours, LoadsATakeWithNothingUnsaved) {
 
 TEST(ModificationsEnCours, TellsOfEveryEditAndKnowsWhenItIsTakenBack) {
     M edits;
-    edits.charger(take("12A"), tracks({"Boom"}), 48000);
+    edits.charger(take("12A"), {{{}, 1, "Boom", 3}}, 48000);
     const struct {
         void (M::*signal)();
         std::function<void()> change, back;
@@ -60,6 +60,13 @@ TEST(ModificationsEnCours, TellsOfEveryEditAndKnowsWhenItIsTakenBack) {
         {&M::circledChanged, [&] { edits.setCircled(false); }, [&] { edits.setCircled(true); }},
         {&M::wildChanged, [&] { edits.setWild(true); }, [&] { edits.setWild(false); }},
         {&M::nomsPistesChanged, [&] { edits.setTrackName(1, "Lav"); }, [&] { edits.setTrackName(1, "Boom"); }},
+        {&M::numerosPistesChanged,
+         [&] {
+             edits.setTrackNumbers({{1, 5}});
+         },
+         [&] {
+             edits.setTrackNumbers({{1, 3}});
+         }},
         {&M::timecodeChanged, [&] { edits.setTimecode(""); }, [&] { edits.setTimecode("10:00:00:00"); }},
         {&M::framerateChanged, [&] { edits.setFramerate("24"); }, [&] { edits.setFramerate("25"); }},
         {&M::modifTableauChanged, [&] { edits.setModifTableau(true); }, [&] { edits.setModifTableau(false); }},

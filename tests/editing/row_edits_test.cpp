@@ -82,5 +82,53 @@ TEST(RowEdits, SaveOnlyTheFilesThatHaveSomethingToSave) {
     EXPECT_THAT(editedFields({groupe, {}}, set()), IsEmpty());
 }
 
+/// A poly file whose recorder has given two tracks one number and the last none.
+GroupeFichiers poly() {
+    GroupeFichiers groupe;
+    groupe.nom = "B";
+    groupe.estPoly = true;
+    InfoFichier fichier;
+    fichier.url = "/day/B.wav";
+    fichier.nom = "B";
+    fichier.channels = 4;
+    fichier.nomsPistes = {{1, "a"}, {2, "b"}};
+    fichier.numerosTracks = {{1, 3}, {2, 4}, {3, 4}};
+    groupe.fichiers.edit([&](auto& fichiers) { fichiers.push_back(fichier); });
+    mergeMetadata(groupe);
+    return groupe;
+}
+
+TEST(RowEdits, GiveNoTwoTracksOfATakeOneRecorderNumber) {
+    const struct {
+        TrackNumbers given, after;
+        const char* problem;
+    } cases[] = {
+        {{{1, 9}}, {{1, 9}, {2, 4}, {3, 4}}, nullptr},
+        {{{1, 4}, {2, 3}, {3, 5}}, {{1, 4}, {2, 3}, {3, 5}}, nullptr},
+        {{{4, 999}}, {{1, 3}, {2, 4}, {3, 4}, {4, 999}}, nullptr},
+        {{{1, 3}, {2, 4}, {3, 4}, {7, 4}}, {{1, 3}, {2, 4}, {3, 4}}, nullptr},
+        {{{1, 4}}, {}, "Tracks 1 and 2 of B cannot both have the recorder number 4."},
+        {{{1, 8}, {4, 8}}, {}, "Tracks 1 and 4 of B cannot both have the recorder number 8."},
+        {{{1, 9}, {4, 0}}, {}, "A recorder number is a whole number from 1 to 999."},
+        {{{1, 1000}}, {}, "A recorder number is a whole number from 1 to 999."},
+    };
+    for (const auto& c : cases) {
+        GroupeFichiers groupe = poly();
+        EXPECT_EQ(trackNumberProblem(groupe, c.given),
+                  c.problem == nullptr ? std::nullopt : std::optional<std::string>(c.problem));
+        EXPECT_EQ(setTrackNumbers(groupe, c.given), c.problem == nullptr);
+        EXPECT_EQ(fieldsOf(groupe).numerosPistes, c.problem == nullptr ? c.after : fieldsOf(poly()).numerosPistes);
+        EXPECT_EQ(fieldsOf(groupe).nomsPistes, fieldsOf(poly()).nomsPistes);
+        EXPECT_EQ(editedFields({groupe, {}}, poly()).contains(RowField::trackNumbers),
+                  fieldsOf(groupe).numerosPistes != fieldsOf(poly()).numerosPistes);
+    }
+    GroupeFichiers mono = set();
+    ASSERT_TRUE(setTrackNumbers(mono, {{1, 2}, {2, 1}}));
+    EXPECT_FALSE(setTrackNumbers(mono, {{2, 2}})) << "another file of the set has it";
+    const std::vector<SaveItem> items = planSave(RowState{mono, {}}, set());
+    ASSERT_EQ(items.size(), 2U);
+    EXPECT_EQ(items[1].valeurs->soleTrackNumber, 1);
+}
+
 }  // namespace
 }  // namespace dravik

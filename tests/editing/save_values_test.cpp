@@ -100,6 +100,23 @@ TEST(SaveValues, PutTheNameOfATrackIntoItsOwnFileOnly) {
     EXPECT_EQ(mono.values(0).soleTrackName, "Lav");
 }
 
+TEST(SaveValues, PutTheNumberOfATrackIntoItsOwnFileOnly) {
+    LoadedTake set(3);
+    set.edited.numerosPistes[2] = 7;
+    EXPECT_FALSE(hasEdit(set.values(0)) || hasEdit(set.values(2)));
+    EXPECT_TRUE(hasEdit(set.values(1)));
+    EXPECT_EQ(set.values(1).soleTrackNumber, 7);
+    EXPECT_THAT(set.values(1).numerosTracks, IsEmpty());
+
+    LoadedTake poly(1, 3);
+    poly.originals.numerosPistes = {{1, 4}, {2, 5}};
+    poly.edited.numerosPistes = {{1, 5}, {2, 4}, {3, 6}};
+    EXPECT_THAT(poly.values(0).numerosTracks, ElementsAre(Pair(1, 5), Pair(2, 4), Pair(3, 6)));
+    EXPECT_FALSE(poly.values(0).soleTrackNumber);
+    poly.originals.numerosPistes = poly.edited.numerosPistes;
+    EXPECT_FALSE(hasEdit(poly.values(0)));
+}
+
 TEST(SaveValues, LoseNoNameOfAMonoFileThatListsSeveralTracks) {
     LoadedTake mono(1);
     mono.groupe.fichiers.edit([](auto& fichiers) { fichiers[0].nomsPistes = {{1, "Boom"}, {2, "Lav"}}; });

@@ -255,6 +255,93 @@ TEST_F(TakeEditorTest, LinesArePastedDownwardsAsOneStep) {
     EXPECT_EQ(trackName(2), "Dan");
 }
 
+TEST_F(TakeEditorTest, RecorderNumbersAreTypedDownwardsAndAreEditsWhenTheirFieldIsLeft) {
+    TrackList& tracks = editor->trackList();
+    const auto number = [&](int row) { return tracks.model()->index(row, TrackList::channel).data().toInt(); };
+    QString told;
+    QObject::connect(stage.content.get(), &ContentView::notice, editor.get(),
+                     [&](const QString& text) { told = text; });
+    QObject::connect(stage.content.get(), &ContentView::commitRequested, editor.get(), &TakeEditor::commitPending);
+    tracks.setFocus();
+    tracks.setCurrentIndex(tracks.model()->index(0, TrackList::name));
+    press(&tracks, Qt::Key_Left);
+    ASSERT_EQ(tracks.currentIndex().column(), TrackList::channel);
+    press(&tracks, Qt::Key_Left);
+    EXPECT_EQ(tracks.currentIndex().column(), TrackList::channel) << "positions are not for the keyboard";
+    press(&tracks, Qt::Key_1);  // a digit begins a number
+    ASSERT_NE(openName(), nullptr);
+    type(openName(), "x2");
+    EXPECT_EQ(openName()->text(), "12");
+    EXPECT_FALSE(stage.content->hasUnsavedChanges());
+    press(openName(), Qt::Key_Return);
+    EXPECT_EQ(number(0), 12);
+    ASSERT_NE(openName(), nullptr);
+    EXPECT_EQ(openName()->text(), "4");
+    type(openName(), "5");
+    press(openName(), Qt::Key_Tab);  // the third track has it
+    EXPECT_EQ(told, "Tracks 2 and 3 of a cannot both have the recorder number 5.");
+    ASSERT_NE(openName(), nullptr);
+    EXPECT_EQ(openName()->text(), "5") << "to be typed again";
+    EXPECT_EQ(number(1), 4);
+    type(openName(), "77");
+    press(openName(), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(number(0), 12) << "what is being typed goes first";
+    openName()->selectAll();
+    type(openName(), "6");
+    press(openName(), Qt::Key_Tab);
+    type(openName(), "9");
+    press(openName(), Qt::Key_Escape);
+    EXPECT_EQ(fieldsOf(stage.row(0).groupe).numerosPistes, (TrackNumbers{{1, 12}, {2, 6}, {3, 5}}));
+    EXPECT_EQ(tracks.model()->index(1, TrackList::channel).data(Qt::AccessibleTextRole).toString(),
+              "Recorder number of track 2: 6, not saved");
+
+    // Another take is loaded, or all are saved, while one is typed.
+    press(&tracks, Qt::Key_Return);
+    type(openName(), "8");
+    select(1);
+    select(0);
+    EXPECT_EQ(number(2), 8);
+    tracks.setFocus();
+    tracks.setCurrentIndex(tracks.model()->index(2, TrackList::channel));
+    press(&tracks, Qt::Key_F2);
+    openName()->selectAll();
+    type(openName(), "9");
+    stage.content->saveAll();
+    stage.settle();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(fieldsOf(stage.onDisk().at(0)).numerosPistes, (TrackNumbers{{1, 12}, {2, 6}, {3, 9}}));
+}
+
+TEST_F(TakeEditorTest, AColumnOfNumbersIsPastedAtOnceOrNotAtAll) {
+    TrackList& tracks = editor->trackList();
+    const auto numbers = [&] { return fieldsOf(stage.row(0).groupe).numerosPistes; };
+    QString told;
+    QObject::connect(stage.content.get(), &ContentView::notice, editor.get(),
+                     [&](const QString& text) { told = text; });
+    tracks.setFocus();
+    const auto paste = [&](const char* lines) {
+        tracks.setCurrentIndex(tracks.model()->index(0, TrackList::channel));
+        QApplication::clipboard()->setText(lines);
+        press(&tracks, Qt::Key_V, Qt::ControlModifier);
+    };
+    for (const char* lines : {"4\n", "9\n9\n", "9\nten\n", "1000\n"}) {
+        told.clear();
+        paste(lines);
+        EXPECT_FALSE(told.isEmpty()) << lines;
+        EXPECT_FALSE(stage.content->hasUnsavedChanges()) << lines;
+    }
+    press(&tracks, Qt::Key_Delete);
+    EXPECT_TRUE(told.contains("cannot be emptied")) << told.toStdString();
+    paste("4\tx\r\n1\r\n");
+    EXPECT_EQ(numbers(), (TrackNumbers{{1, 4}, {2, 1}, {3, 5}})) << "two changed places";
+    tracks.selectAll();
+    press(&tracks, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), "4\n1\n5");
+    undo();
+    EXPECT_FALSE(stage.content->hasUnsavedChanges());
+    EXPECT_EQ(trackName(0), "Boom");
+}
+
 TEST_F(TakeEditorTest, CuesAreAddedAtATypedPositionNamedAndDeletedByKeys) {
     CueList& cues = editor->cueList();
     QLineEdit& position = cues.positionField();

@@ -289,6 +289,104 @@ TEST(IxmlEditor, SeveralNamesAreWrittenAtOnceAndReadBack) {
     EXPECT_EQ(valeurTag("TRACK_COUNT", edited), "4");
 }
 
+TEST(IxmlEditor, OfANumberOnlyTheDigitsChangeInTheTrackWhoseNumberIsShown) {
+    const std::string head = "<TRACK_LIST><TRACK_COUNT>9</TRACK_COUNT>";
+    const struct {
+        const char *why, *tracks;
+        int position;
+        const char *from, *to;
+    } cases[] = {
+        {"attributes and blanks stay",
+         "<track a='1'><CHANNEL_INDEX b=\"2\">\n 3 \n</CHANNEL_INDEX><INTERLEAVE_INDEX>1</INTERLEAVE_INDEX></track>", 1,
+         " 3 ", " 12 "},
+        {"the position counts, not the number that another track has",
+         "<TRACK><CHANNEL_INDEX>2</CHANNEL_INDEX><INTERLEAVE_INDEX>1</INTERLEAVE_INDEX></TRACK>"
+         "<TRACK><CHANNEL_INDEX>01</CHANNEL_INDEX><INTERLEAVE_INDEX>2</INTERLEAVE_INDEX></TRACK>",
+         2, "01", "12"},
+        {"of several at one position the last that has a number",
+         "<TRACK><INTERLEAVE_INDEX>1</INTERLEAVE_INDEX><CHANNEL_INDEX>3</CHANNEL_INDEX></TRACK>"
+         "<TRACK><INTERLEAVE_INDEX>1</INTERLEAVE_INDEX><CHANNEL_INDEX>4</CHANNEL_INDEX></TRACK>"
+         "<TRACK><INTERLEAVE_INDEX>1</INTERLEAVE_INDEX><NAME>a</NAME></TRACK>",
+         1, "4</", "12</"},
+        {"a number that none can be read from is replaced",
+         "<TRACK><CHANNEL_INDEX>none</CHANNEL_INDEX><INTERLEAVE_INDEX>1</INTERLEAVE_INDEX></TRACK>", 1, "none", "12"},
+        {"an empty one is filled",
+         "<TRACK><CHANNEL_INDEX></CHANNEL_INDEX><INTERLEAVE_INDEX>1</INTERLEAVE_INDEX></TRACK>", 1, "<CHANNEL_INDEX></",
+         "<CHANNEL_INDEX>12</"},
+        {"a missing one is added", "<TRACK><INTERLEAVE_INDEX>1</INTERLEAVE_INDEX><NAME/></TRACK>", 1, "</TRACK>",
+         "<CHANNEL_INDEX>12</CHANNEL_INDEX>\n</TRACK>"},
+        {"a track named by its number keeps the name at its place",
+         "<TRACK><CHANNEL_INDEX>3</CHANNEL_INDEX><NAME>a</NAME></TRACK>", 3, "3</CHANNEL_INDEX><NAME>a</NAME>",
+         "12</CHANNEL_INDEX><NAME>a</NAME><INTERLEAVE_INDEX>3</INTERLEAVE_INDEX>\n"},
+        {"and so does one that only its place tells", "<TRACK><NAME>a</NAME></TRACK>", 1, "</TRACK>",
+         "<CHANNEL_INDEX>12</CHANNEL_INDEX>\n<INTERLEAVE_INDEX>1</INTERLEAVE_INDEX>\n</TRACK>"},
+    };
+    for (const auto& c : cases) {
+        const std::string before = head + c.tracks + "</TRACK_LIST>";
+        std::string expected = before;
+        expected.replace(expected.find(c.from), std::string_view(c.from).size(), c.to);
+        const std::string edited = setTrackNumber(before, c.position, 12);
+        EXPECT_EQ(edited, expected) << c.why;
+        EXPECT_EQ(lireNumerosTracks(IxmlDocument(edited)).at(c.position), 12) << c.why;
+        EXPECT_EQ(lireNomsPistes(IxmlDocument(edited)), lireNomsPistes(IxmlDocument(before))) << c.why;
+        EXPECT_EQ(setTrackNumber(before, 0, 12), before);
+        EXPECT_EQ(setTrackNumber(before, 1, 0), before);
+    }
+    EXPECT_EQ(setTrackNumber("<TRACK_LIST></TRACK_LIST>", 2, 12),
+              "<TRACK_LIST>\n<TRACK_COUNT>1</TRACK_COUNT><TRACK>\n<CHANNEL_INDEX>12</CHANNEL_INDEX>\n"
+              "<INTERLEAVE_INDEX>2</INTERLEAVE_INDEX>\n</TRACK></TRACK_LIST>");
+}
+
+TEST(IxmlEditor, NamesStayWithTheirTracksWhateverNumbersTheyGet) {
+    const std::string before =
+        "<TAKE></TAKE><TRACK_LIST><TRACK><CHANNEL_INDEX>1</CHANNEL_INDEX><INTERLEAVE_INDEX>1</INTERLEAVE_INDEX>"
+        "<NAME>a</NAME></TRACK><TRACK><CHANNEL_INDEX>2</CHANNEL_INDEX><INTERLEAVE_INDEX>2</INTERLEAVE_INDEX>"
+        "<NAME>b</NAME></TRACK><TRACK><CHANNEL_INDEX>3</CHANNEL_INDEX><NAME>c</NAME></TRACK></TRACK_LIST>";
+    MetadataValues values;
+    values.numerosTracks = {{1, 2}, {2, 1}, {3, 4}, {4, 3}};
+    values.nomsPistes = {{1, "A"}, {4, "D"}};
+    const std::string edited = mettreAJourIXML(before, values);
+    const IxmlDocument after(edited);
+    EXPECT_EQ(lireNomsPistes(after), (std::map<int, std::string>{{1, "A"}, {2, "b"}, {3, "c"}, {4, "D"}}));
+    EXPECT_EQ(lireNumerosTracks(after), values.numerosTracks);
+    EXPECT_EQ(after.tracks().size(), 4U) << "one new track holds both";
+    EXPECT_TRUE(editIsClean(before, edited, values));
+}
+
+TEST(IxmlEditor, TheOnlyNumberOfAMonoFileGoesIntoTheTrackWhoseNumberIsShown) {
+    const struct {
+        const char* tracks;
+        std::map<int, int> numbers;
+        std::map<int, std::string> names;
+    } cases[] = {
+        {"<TRACK><CHANNEL_INDEX>5</CHANNEL_INDEX><INTERLEAVE_INDEX>2</INTERLEAVE_INDEX><NAME>a</NAME></TRACK>",
+         {{2, 12}},
+         {{2, "a"}}},
+        {"<TRACK><CHANNEL_INDEX>5</CHANNEL_INDEX><NAME>a</NAME></TRACK>", {{1, 12}}, {{1, "a"}}},
+        {"<TRACK><NAME>a</NAME></TRACK>", {{1, 12}}, {{1, "a"}}},
+        {"<TRACK><INTERLEAVE_INDEX>1</INTERLEAVE_INDEX><NAME>a</NAME></TRACK>"
+         "<TRACK><INTERLEAVE_INDEX>2</INTERLEAVE_INDEX><CHANNEL_INDEX>2</CHANNEL_INDEX></TRACK>",
+         {{2, 12}},
+         {{1, "a"}}},
+        {"", {{1, 12}}, {}},
+    };
+    MetadataValues number;
+    number.soleTrackNumber = 12;
+    for (const auto& c : cases) {
+        const std::string before = "<TRACK_LIST>"s + c.tracks + "</TRACK_LIST>";
+        const std::string edited = mettreAJourIXML(before, number);
+        EXPECT_EQ(lireNumerosTracks(IxmlDocument(edited)), c.numbers) << edited;
+        EXPECT_EQ(lireNomsPistes(IxmlDocument(edited)), c.names) << edited;
+        EXPECT_TRUE(editIsClean(before, edited, number)) << edited;
+        MetadataValues both = number;
+        both.soleTrackName = "Boom";
+        const std::string named = mettreAJourIXML(before, both);
+        EXPECT_EQ(lireNumerosTracks(IxmlDocument(named)), c.numbers) << named;
+        EXPECT_EQ(lireNomsPistes(IxmlDocument(named)).begin()->second, "Boom") << named;
+        EXPECT_TRUE(editIsClean(before, named, both)) << named;
+    }
+}
+
 TEST(IxmlEditor, RefusesWhatNoChunkCanHold) {
     MetadataValues values;
     values.scene = "\xFF";
@@ -377,6 +475,30 @@ TEST(IxmlCheck, SeesAnEditThatWouldHideOrChangeOtherFields) {
         values.nomsPistes = {{1, "A & B"}, {2, "new"}};
     }));
     EXPECT_FALSE(clean("<!-- <CIRCLED> see log -->" + document, [](auto& values) { values.scene = "2"; }));
+
+    const std::string numbered =
+        "<TRACK_LIST><TRACK><INTERLEAVE_INDEX>1</INTERLEAVE_INDEX><NAME>b</NAME><CHANNEL_INDEX>4</CHANNEL_INDEX></"
+        "TRACK>"
+        "<TRACK><INTERLEAVE_INDEX>2</INTERLEAVE_INDEX><NAME/></TRACK></TRACK_LIST>";
+    EXPECT_TRUE(clean(numbered, [](auto& values) { values.nomsPistes = {{1, "a"}, {3, "new"}}; }));
+    EXPECT_TRUE(clean(numbered, [](auto& values) { values.numerosTracks = {{1, 5}, {2, 4}}; }));
+    EXPECT_FALSE(clean(numbered, [](auto& values) { values.nomsPistes = {{1, "<CHANNEL_INDEX>"}}; }));
+    EXPECT_FALSE(clean(numbered, [](auto& values) {
+        values.nomsPistes = {{2, "<CHANNEL_INDEX>7</CHANNEL_INDEX>"}};
+        values.numerosTracks = {{2, 5}};
+    }));
+    MetadataValues number;
+    number.numerosTracks = {{1, 5}};
+    std::string other = mettreAJourIXML(numbered, number);
+    other.replace(other.find(">5<") + 1, 1, "6");
+    EXPECT_FALSE(editIsClean(numbered, other, number));
+    // A track outside of the list: a new one in the list would be the one that readers pass over.
+    EXPECT_FALSE(
+        clean("<TRACK_LIST></TRACK_LIST><TRACK><INTERLEAVE_INDEX>1</INTERLEAVE_INDEX>"
+              "<CHANNEL_INDEX>3</CHANNEL_INDEX></TRACK>",
+              [](auto& values) {
+                  values.numerosTracks = {{1, 5}};
+              }));
 }
 
 }  // namespace
