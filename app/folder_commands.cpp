@@ -1,6 +1,7 @@
 #include "app/folder_commands.h"
 
 #include "app/text.h"
+#include "app/time_left.h"
 #include "base/paths.h"
 #include "editing/folder_actions.h"
 
@@ -300,14 +301,7 @@ void FolderCommands::onCopied(const std::filesystem::path& folder, const std::fi
 void FolderCommands::showProgress(const Progress& progress) {
     if (!copying_ || progress.allBytes == 0) return;
     const double fraction = static_cast<double>(progress.doneBytes) / static_cast<double>(progress.allBytes);
-    const double seconds = static_cast<double>(copyTime_.elapsed()) / 1000;
-    QString remaining;
-    if (seconds > 1 && fraction > 0) {
-        const int left = static_cast<int>(seconds / fraction - seconds) + 1;
-        remaining =
-            left < 60 ? QStringLiteral("%1 s left").arg(left) : QStringLiteral("%1 min left").arg((left + 59) / 60);
-    }
-    emit copyProgressed(fraction, toQt(progress.currentName), remaining);
+    emit copyProgressed(fraction, toQt(progress.currentName), timeLeft(copyTime_.elapsed(), fraction));
 }
 
 }  // namespace dravik

@@ -7,6 +7,7 @@
 #include "cli/progress_bar.h"
 #include "operations/destination_names.h"
 #include "operations/export_run.h"
+#include "operations/track_eligibility.h"
 #include "platform/lame/lame_encoder.h"
 #include "platform/media/lazy_aac_encoders.h"
 #include "platform/media/lazy_sample_decoder.h"
@@ -36,14 +37,6 @@ struct Codecs {
 
 std::string_view extensionOf(Format format) noexcept {
     return format == Format::wav ? ".wav" : format == Format::aac ? ".m4a" : ".mp3";
-}
-
-/// RF64 and BW64 files are read as well: nothing of their form goes into the new file.
-bool isExportable(const GroupeFichiers& groupe) {
-    return std::all_of(groupe.fichiers.begin(), groupe.fichiers.end(), [](const InfoFichier& file) {
-        const bool wave = file.format == "WAV" || file.format == "BWF" || file.format == "RF64";
-        return wave && file.channels > 0 && file.sampleRate > 0;
-    });
 }
 
 void checkOptions(const ExportOptions& options) {
@@ -147,7 +140,7 @@ ExitCode rehearse(const std::vector<ExportJob>& jobs, const ExportServices& expo
 
 ExitCode runExport(const ExportOptions& options, Services& services) {
     checkOptions(options);
-    const OperationTakes takes = chooseTakes(options, isExportable, services);
+    const OperationTakes takes = chooseTakes(options, OperationsAudio::isExportable, services);
     if (takes.refused) {
         if (options.json) services.console.print(operationJson({}));
         return ExitCode::refused;

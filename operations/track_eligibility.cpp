@@ -28,4 +28,11 @@ bool isMergeable(const GroupeFichiers& groupe) noexcept {
 
 bool isReorderable(const GroupeFichiers& groupe) noexcept { return isPolyWave(groupe) || isMonoWaveSet(groupe); }
 
+bool isExportable(const GroupeFichiers& groupe) noexcept {
+    return std::all_of(groupe.fichiers.begin(), groupe.fichiers.end(), [](const InfoFichier& fichier) {
+        const bool wave = fichier.format == "WAV" || fichier.format == "BWF" || fichier.format == "RF64";
+        return wave && fichier.channels > 0 && fichier.sampleRate > 0;
+    });
+}
+
 }  // namespace dravik::OperationsAudio

@@ -14,4 +14,7 @@ namespace dravik::OperationsAudio {
 /// Either a poly file or a mono set, of WAV files: for reordering.
 [[nodiscard]] bool isReorderable(const GroupeFichiers& groupe) noexcept;
 
+/// WAV, BWF or RF64 files, whose form does not matter as nothing of it goes into the new file: for exporting.
+[[nodiscard]] bool isExportable(const GroupeFichiers& groupe) noexcept;
+
 }  // namespace dravik::OperationsAudio

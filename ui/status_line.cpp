@@ -1,5 +1,6 @@
 #include "ui/status_line.h"
 
+#include "app/time_left.h"
 #include "ui/metrics.h"
 
 #include <QEvent>
@@ -15,17 +16,6 @@ using namespace std::chrono_literals;
 constexpr auto noticeTime = 8s;
 /// Work that is over before anybody could read its progress shows none.
 constexpr qint64 showWorkAfterMilliseconds = 250;
-/// What is done of the work before the time left can be told from it.
-constexpr double leastFraction = 0.02;
-constexpr qint64 leastMilliseconds = 1000;
-
-QString remaining(qint64 elapsedMilliseconds, double fraction) {
-    if (fraction <= leastFraction || elapsedMilliseconds < leastMilliseconds) return {};
-    const double left = static_cast<double>(elapsedMilliseconds) / 1000.0 * (1.0 - fraction) / fraction;
-    const qint64 seconds = std::max<qint64>(1, std::llround(left));
-    return seconds < 60 ? QStringLiteral(" – %1 s left").arg(seconds)
-                        : QStringLiteral(" – %1:%2 left").arg(seconds / 60).arg(seconds % 60, 2, 10, QLatin1Char('0'));
-}
 
 }  // namespace
 
@@ -70,7 +60,8 @@ void StatusLine::showWork(const QString& name, std::uint64_t done, std::uint64_t
     const double fraction = all == 0 ? 0 : static_cast<double>(done) / static_cast<double>(all);
     progress_->setRange(0, all == 0 ? 0 : 1000);
     progress_->setValue(static_cast<int>(fraction * 1000));
-    work_ = name + remaining(working_.elapsed(), fraction);
+    const QString left = timeLeft(working_.elapsed(), fraction);
+    work_ = left.isEmpty() ? name : QStringLiteral("%1 – %2").arg(name, left);
     refresh();
 }
 

@@ -1,0 +1,128 @@
+#include "app/operations_run.h"
+
+#include "app/text.h"
+#include "app/time_left.h"
+#include "base/paths.h"
+
+#include <QPointer>
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace dravik {
+namespace {
+
+constexpr auto progressInterval = std::chrono::milliseconds(50);
+
+/// Passes reports on no more often than a view can show them.
+class Throttle {
+  public:
+    [[nodiscard]] bool isDue() {
+        const auto now = std::chrono::steady_clock::now();
+        if (now - told_ < progressInterval) return false;
+        told_ = now;
+        return true;
+    }
+
+  private:
+    std::chrono::steady_clock::time_point told_;
+};
+
+RunOutcome failure(const QString& sourceName, const std::string& message) {
+    RunOutcome outcome;
+    OperationAudioResult result;
+    result.id = Uuid::random();
+    result.sourceName = sourceName.toStdString();
+    result.message = message;
+    outcome.results.push_back(std::move(result));
+    return outcome;
+}
+
+}  // namespace
+
+bool OperationCompletionInfo::allSucceeded() const noexcept {
+    return std::all_of(results.begin(), results.end(), [](const OperationAudioResult& one) { return one.success; });
+}
+
+QString OperationCompletionInfo::title() const {
+    if (cancelled) return QStringLiteral("Operation Cancelled");
+    if (allSucceeded()) return successTitle;
+    const bool any =
+        std::any_of(results.begin(), results.end(), [](const OperationAudioResult& one) { return one.success; });
+    return any ? completedWithErrors() : failedTitle;
+}
+
+OperationsRun::~OperationsRun() {
+    if (token_) token_->cancel();
+}
+
+bool OperationsRun::start(OperationsTab tab, int files, const QString& sourceName, Work work) {
+    if (overlay_) return false;
+    token_ = std::make_shared<CancellationToken>();
+    overlay_ = OperationWorking{runningText(tab, files), std::nullopt, {}, {}, false};
+    begun_.start();
+    emit overlayChanged();
+    emit runningChanged();
+
+    const QPointer<QObject> self(this);
+    // The thread may outlive this object, but not what this object was given.
+    auto run = [this, &background = background_, self, token = token_, sourceName, work = std::move(work)] {
+        const auto throttle = std::make_shared<Throttle>();
+        const auto report = [this, &background, self, throttle](const Progress& progress) {
+            if (!throttle->isDue()) return;
+            const double fraction = static_cast<double>(progress.doneBytes) /
+                                    static_cast<double>(std::max<std::uint64_t>(1, progress.allBytes));
+            background.post(self,
+                            [this, fraction, name = toQt(progress.currentName)] { showProgress(fraction, name); });
+        };
+        try {
+            return work({token.get(), report});
+        } catch (const Cancelled&) {
+            RunOutcome outcome;
+            outcome.cancelled = true;
+            return outcome;
+        } catch (const std::exception& error) {
+            return failure(sourceName, userText(error));
+        }
+    };
+    background_.run(this, std::move(run), [this, tab](RunOutcome outcome) { end(tab, std::move(outcome)); });
+    return true;
+}
+
+void OperationsRun::showProgress(double fraction, const QString& name) {
+    auto* working = overlay_ ? std::get_if<OperationWorking>(&*overlay_) : nullptr;
+    if (working == nullptr) return;
+    working->fraction = std::clamp(fraction, 0.0, 1.0);
+    working->fileName = name;
+    working->remaining = timeLeft(begun_.elapsed(), fraction);
+    emit overlayChanged();
+}
+
+void OperationsRun::cancel() {
+    if (!token_) return;
+    token_->cancel();
+    std::get<OperationWorking>(*overlay_).cancelling = true;
+    emit overlayChanged();
+}
+
+void OperationsRun::end(OperationsTab tab, RunOutcome outcome) {
+    token_.reset();
+    std::vector<std::filesystem::path> made;
+    for (const OperationAudioResult& result : outcome.results)
+        made.insert(made.end(), result.destinationURLs.begin(), result.destinationURLs.end());
+    const OperationTexts& texts = textsOf(tab);
+    const QString count = counted(made.size(), QStringLiteral("file"));
+    overlay_ = OperationCompletionInfo{texts.succeeded, texts.failed, QStringLiteral("Created %1.").arg(count),
+                                       std::move(outcome.results), outcome.cancelled};
+    emit overlayChanged();
+    emit runningChanged();
+    emit ended(made);
+}
+
+void OperationsRun::dismiss() {
+    if (isRunning() || !overlay_) return;
+    overlay_.reset();
+    emit overlayChanged();
+}
+
+}  // namespace dravik
