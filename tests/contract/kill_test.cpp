@@ -1,4 +1,4 @@
-#include "editing/recovery.h"
+#include "base/folder_recovery.h"
 #include "editing/save_transaction.h"
 #include "platform/native_file_ops.h"
 #include "tests/support/child.h"

@@ -1,9 +1,9 @@
-#include "editing/recovery.h"
+#include "base/folder_recovery.h"
 
 #include "base/byte_source.h"
 #include "base/paths.h"
+#include "base/rename_journal.h"
 #include "base/temp_name.h"
-#include "editing/rename_journal.h"
 
 #include <algorithm>
 #include <set>
@@ -118,10 +118,10 @@ class FolderRecovery {
         const FileHandle handle = FileHandle::openForReading(journal);
         const FileOps::Lock lock = ops_.tryLock(handle);
         if (lock == FileOps::Lock::unsupported) {
-            result_.failures.push_back(
-                fmt::format("The rename journal {} may be in use: this volume cannot tell. Files named {}… beside it "
-                            "wait for their names.",
-                            pathText(journal), renamePrefix));
+            result_.failures.push_back(fmt::format(
+                "The rename journal {} may be in use: this volume cannot tell. Files named {}… or {}… beside it "
+                "wait for their names.",
+                pathText(journal), renamePrefix, batchRenamePrefix));
             return;
         }
         if (lock == FileOps::Lock::heldByAnother || !ops_.isSameFile(handle, journal)) return;
@@ -130,8 +130,8 @@ class FolderRecovery {
         const auto entries = parseJournal(asText(text));
         if (!entries) {
             result_.failures.push_back(
-                fmt::format("The rename journal {} is damaged; files named {}… beside it wait for their names.",
-                            pathText(journal), renamePrefix));
+                fmt::format("The rename journal {} is damaged; files named {}… or {}… beside it wait for their names.",
+                            pathText(journal), renamePrefix, batchRenamePrefix));
             return;
         }
         --unreadJournals_;
