@@ -89,10 +89,16 @@ class RenameRun {
         return folder / preview_.rows[at].newName;
     }
 
+    /// Why the file cannot have its new name.
+    [[nodiscard]] static std::string conflictText(const RenamePreviewRow& row) {
+        return row.newName.empty() ? row.conflict->text() + "the pattern gives nothing for this file"
+                                   : row.conflict->text();
+    }
+
     /// What the preview says about a file, for the document.
     [[nodiscard]] OperationLine plannedLine(std::size_t at) const {
         const RenamePreviewRow& row = preview_.rows[at];
-        if (row.conflict) return {fichiers_[at].url, {}, false, row.conflict->text()};
+        if (row.conflict) return {fichiers_[at].url, {}, false, conflictText(row)};
         std::string message = "Unchanged";
         if (!row.unchanged) message = (options_.copyTo ? "Would create " : "Would rename to ") + row.newName;
         return {fichiers_[at].url, {destinationOf(at)}, true, std::move(message)};
@@ -115,20 +121,36 @@ class RenameRun {
             }
             const std::string target = row.newName.empty() ? "(no name)" : printable(row.newName);
             text += fmt::format("{} -> {}", shown(line.source), target);
-            if (row.conflict) text += "  " + styled(printable(row.conflict->text()), Style::bad, colour);
+            if (row.conflict) text += "  " + styled(printable(conflictText(row)), Style::bad, colour);
             text += "\n";
         }
-        text += options_.copyTo
-                    ? fmt::format("\nDry run: {} would be made. {}\n", counted(willChange, "file"), nothingChanged)
-                    : fmt::format("\nDry run: {}. {}\n", toBeRenamedText(willChange), nothingChanged);
+        const std::string sum = preview_.conflicts() > 0 ? preview_.conflictsText()
+                                : options_.copyTo        ? counted(willChange, "file") + " would be made"
+                                                         : toBeRenamedText(willChange);
+        text += fmt::format("\nDry run: {}. {}\n", sum, nothingChanged);
         services_.console.print(options_.json ? operationJson(lines) : text);
         if (options_.copyTo && pathExists(*options_.copyTo) &&
             !reportsRoom(services_.files, *options_.copyTo / "new.wav", bytes)) {
             services_.console.message(fmt::format("{}: there is not enough room.", shown(*options_.copyTo)));
         }
-        if (preview_.conflicts() == 0) return ExitCode::done;
-        tellConflictCount();
-        return ExitCode::refused;
+        if (preview_.conflicts() > 0) tellConflictCount();
+        const bool writable = options_.copyTo || foldersAreWritable();
+        return preview_.conflicts() == 0 && writable ? ExitCode::done : ExitCode::refused;
+    }
+
+    [[nodiscard]] bool foldersAreWritable() {
+        std::set<std::filesystem::path> folders;
+        for (std::size_t at = 0; at < fichiers_.size(); ++at) {
+            if (!preview_.rows[at].unchanged) folders.insert(folderOf(fichiers_[at].url));
+        }
+        bool all = true;
+        for (const std::filesystem::path& folder : folders) {
+            const std::error_code problem = services_.files.creationError(folder);
+            if (!problem) continue;
+            services_.console.message(fmt::format("{}: {}", shown(folder), problem.message()));
+            all = false;
+        }
+        return all;
     }
 
     void tellConflictCount() {

@@ -17,7 +17,7 @@ InfoFichier fullFile() {
     file.project = "Sun &amp; Rain";
     file.scene = " 12/A ";
     file.prise = "3";
-    file.tape = "a:b\\c\nd\x7F\xC2\x85";
+    file.tape = "a:b\\c\nx\x7F\xC2\x85";
     file.circled = file.wild = true;
     file.timecode = "10:12:44:03";
     file.recordingDate = RecordingDate{2024, 5, 4};
@@ -41,7 +41,7 @@ TEST(TokenText, IsTheFilesValueAsAPartOfAName) {
         {T::trackName, "Boom-Lav & Anna 1-2"},
         {T::scene, "12-A"},
         {T::take, "3"},
-        {T::tape, "a-b-c-d--"},
+        {T::tape, "a-b-c-x--"},
         {T::startTimecode, "10.12.44.03"},
         {T::recordingDate, "2024-05-04"},
         {T::circled, "CIRC"},
