@@ -40,8 +40,9 @@ class FolderRecovery {
         for (const std::string& name : hidden_) {
             if (unreadJournals_ > 0 || spokenFor_.contains(name) || !pathExists(folder_ / name)) continue;
             result_.failures.push_back(fmt::format(
-                "A recording is hidden under the name {}: its rename was interrupted and nothing tells its old name.",
-                pathText(folder_ / name)));
+                "A recording is hidden under the name {}: its rename was interrupted and {}.", pathText(folder_ / name),
+                name.starts_with(batchRenamePrefix) ? "only the end of that name tells its old one"
+                                                    : "nothing tells its old name"));
         }
         std::size_t removed = 0;
         for (const std::filesystem::path& temporary : temporaries) {

@@ -4,6 +4,7 @@
 #include "base/paths.h"
 #include "base/temp_name.h"
 #include "operations/operation_audio_error.h"
+#include "tests/support/child.h"
 #include "tests/support/faulty_file_ops.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
@@ -14,6 +15,7 @@
 #include <vector>
 
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 
 namespace dravik {
 namespace {
@@ -253,7 +255,6 @@ TEST_F(BatchRename, IsUndoneByACancelAtAnyMoment) {
 
 TEST_F(BatchRename, WaitsForNobodyWhoSavesAFile) {
     have({"a.wav", "b.wav"});
-    const test::FaultyFileOps other;
     const FileHandle saving = FileHandle::openForReading(folder / "b.wav");
     ASSERT_EQ(test::FaultyFileOps().tryLock(saving), FileOps::Lock::taken);
     const RunOutcome outcome = run({{"a.wav", "x.wav"}, {"b.wav", "y.wav"}});
@@ -270,7 +271,11 @@ TEST_F(BatchRename, TakesMoreFilesThanAProcessMayOpen) {
         names.emplace_back(old.back(), std::to_string((i + 1) % 1500) + ".wav");
     }
     have(old);
-    EXPECT_TRUE(run(names).allDone());
+    EXPECT_EQ(test::inChild([&] {
+                  const rlimit usual{1024, 1024};
+                  return ::setrlimit(RLIMIT_NOFILE, &usual) == 0 && run(names).allDone() ? 0 : 1;
+              }),
+              0);
     EXPECT_EQ(asText(test::readFile(folder / "0.wav")), "1499.wav");
     EXPECT_EQ(namesIn(folder.path()).size(), 1500U);
 }
