@@ -94,6 +94,8 @@ std::string freshTemporaryName(TempKind kind, std::string_view targetName) {
 }
 
 bool isTemporaryName(std::string_view fileName) noexcept {
+    // A recording on its way carries a name that the user chose.
+    if (isRenameName(fileName)) return false;
     for (const TempKind kind : {TempKind::metadata, TempKind::cues, TempKind::output, TempKind::exportWav,
                                 TempKind::partialMp3, TempKind::partialM4a}) {
         if (isOfForm(fileName, formOf(kind))) return true;
@@ -102,12 +104,28 @@ bool isTemporaryName(std::string_view fileName) noexcept {
 }
 
 bool isRenameName(std::string_view fileName) noexcept {
-    return fileName.starts_with(renamePrefix) && fileName.size() >= renamePrefix.size() + tokenLength &&
-           isOurToken(fileName.substr(renamePrefix.size(), tokenLength));
+    for (const std::string_view prefix : {renamePrefix, batchRenamePrefix}) {
+        if (!fileName.starts_with(prefix) || fileName.size() < prefix.size() + tokenLength) continue;
+        const std::string_view behind = fileName.substr(prefix.size() + tokenLength);
+        if (prefix == batchRenamePrefix && (behind.size() < 2 || behind.front() != '-')) continue;
+        if (isOurToken(fileName.substr(prefix.size(), tokenLength))) return true;
+    }
+    return false;
+}
+
+bool hasRenamePrefix(std::string_view fileName) noexcept {
+    return fileName.starts_with(renamePrefix) || fileName.starts_with(batchRenamePrefix);
 }
 
 std::string freshRenameName(std::string_view extensionWithDot) {
     return fmt::format("{}{}{}", renamePrefix, freshToken(), extensionWithDot);
+}
+
+std::string batchRenameName(std::string_view runToken, std::string_view fileName, int attempt) {
+    const std::string suffix = attempt == 0 ? std::string() : fmt::format("-{}", attempt);
+    const std::size_t around = batchRenamePrefix.size() + runToken.size() + 1 + suffix.size();
+    return fmt::format("{}{}-{}{}", batchRenamePrefix, runToken, truncatedUtf8(fileName, maxFileNameBytes - around),
+                       suffix);
 }
 
 }  // namespace dravik

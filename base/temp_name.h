@@ -31,9 +31,16 @@ inline constexpr std::size_t maxFileNameBytes = 255;
 /// Was this file name made by freshTemporaryName? Such a file holds nothing that is not elsewhere.
 [[nodiscard]] bool isTemporaryName(std::string_view fileName) noexcept;
 
-/// ".dravik_rename_" token extension: a user's file on its way between two names. Never removed.
-inline constexpr std::string_view renamePrefix = ".dravik_rename_";
+/// The two kinds of hidden names of a user's file on its way between two names. Such a file is never removed.
+inline constexpr std::string_view renamePrefix = ".dravik_rename_";         ///< then token, extension
+inline constexpr std::string_view batchRenamePrefix = ".dravik-renaming-";  ///< then token of the run, "-", file name
+/// Was this file name made by one of the two functions below?
 [[nodiscard]] bool isRenameName(std::string_view fileName) noexcept;
+/// Does it begin like one, whatever follows?
+[[nodiscard]] bool hasRenamePrefix(std::string_view fileName) noexcept;
 [[nodiscard]] std::string freshRenameName(std::string_view extensionWithDot);
+/// The hidden name of a file in the run of that token. Attempts from 1 on put "-" and their number behind the name of
+/// attempt 0. A long name is cut: it is there for the eye.
+[[nodiscard]] std::string batchRenameName(std::string_view runToken, std::string_view fileName, int attempt);
 
 }  // namespace dravik

@@ -123,6 +123,19 @@ Examples:
   dravik-cli export --format wav --depth 16 --route stereo:1,2 --dither-seed 7 12A-T03.WAV
   dravik-cli export --format mp3 --bitrate 192 --route mono:1+2 --dest dailies /media/card/day1)";
 
+constexpr const char* renameFooter =
+    R"(New names are put together from a pattern: {originalName} {project} {trackName} {scene} {take} {tape}
+{startTimecode} {recordingDate} {circled} {wild} {fps} {bits} {sampleRate}, and free text between them. "_" and "-" are
+separators: they go when the token beside them is empty for a file. {text:A_B} is text that keeps its own. Extensions
+stay. A folder stands for all its files, a file of a mono set for the whole set (unless --no-group).
+All names are checked first: one that is taken, given twice or impossible refuses the whole run. Either all files get
+their new names or none does.
+
+Examples:
+  dravik-cli rename --pattern "{scene}_{take}_{trackName}" --dry-run /media/card/day1
+  dravik-cli rename --pattern "{recordingDate}_{scene}T{take}_{circled}" 12A-T03.WAV
+  dravik-cli rename --pattern "{project}-{originalName}" --copy-to delivery /media/card/day1)";
+
 /// CLI11's help without its shouting: "--scene TEXT", not "--scene TEXT REQUIRED".
 class HelpFormatter final : public CLI::Formatter {
   public:
@@ -195,6 +208,7 @@ class Grammar {
         split();
         merge();
         exportTakes();
+        rename();
         demo();
     }
 
@@ -494,6 +508,33 @@ class Grammar {
         operation(sub, export_);
         chosenBy(sub, export_);
     }
+    void rename() {
+        CLI::App& sub = command("rename", "Give files new names made of their metadata", renameFooter);
+        paths(sub, "PATH", rename_.paths);
+        sub.add_option_function<std::string>(
+               "--pattern",
+               [this](const std::string& text) {
+                   try {
+                       rename_.pattern = parsePattern(text);
+                   } catch (const RenamePatternError& error) {
+                       throw CLI::ValidationError("--pattern", error.what());
+                   }
+                   if (rename_.pattern.empty()) throw CLI::ValidationError("--pattern", "it is empty");
+               },
+               "What the new names are made of")
+            ->type_name("PATTERN")
+            ->required();
+        sub.add_option_function<std::string>(
+               "--copy-to", [this](const std::string& value) { rename_.copyTo = value; },
+               "Leave the files; make copies with the new names in this folder")
+            ->type_name("DIR");
+        sub.add_flag("--keep-both", rename_.keepBoth, "Number names that are taken or given twice: _1, _2...");
+        sub.add_flag("--keep-separators", rename_.keepSeparators, "Also those beside tokens that are empty");
+        noGroup(sub, rename_.group, "Rename only the files named, not the mono sets they belong to");
+        dryRun(sub, rename_.dryRun);
+        json(sub, rename_.json);
+        chosenBy(sub, rename_);
+    }
     void demo() {
         CLI::App& sub = command("demo", "Write a made-up recording day to try things on", demoFooter);
         paths(sub, "DIR", demo_.folder);
@@ -518,6 +559,7 @@ class Grammar {
     SplitOptions split_;
     MergeOptions merge_;
     ExportOptions export_;
+    RenameOptions rename_;
     std::vector<std::string> trackArguments_, addArguments_, removeArguments_, renameArguments_;
 };
 

@@ -1,9 +1,9 @@
 #include "cli/opened_folder.h"
 
+#include "base/folder_recovery.h"
 #include "base/paths.h"
 #include "cli/display_text.h"
 #include "cli/progress_bar.h"
-#include "editing/recovery.h"
 #include "model/folder_scan.h"
 
 #include <fmt/format.h>

@@ -1,9 +1,9 @@
 #include "cli/recover_command.h"
 
+#include "base/folder_recovery.h"
 #include "base/paths.h"
 #include "cli/display_text.h"
 #include "cli/opened_folder.h"
-#include "editing/recovery.h"
 
 #include <fmt/format.h>
 

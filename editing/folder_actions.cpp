@@ -1,5 +1,6 @@
 #include "editing/folder_actions.h"
 
+#include "base/file_copy.h"
 #include "base/paths.h"
 #include "base/safe_file.h"
 #include "base/temp_name.h"
@@ -113,24 +114,6 @@ std::vector<Item> contentsOf(const fs::path& folder, const TaskContext& task) {
     return items;
 }
 
-void copyFile(FileOps& ops, const fs::path& from, const fs::path& to, std::uint64_t bytes, const TaskContext& task,
-              FolderSyncs& syncs) {
-    const FileHandle source = FileHandle::openForReading(from);
-    const fs::file_time_type time = fs::last_write_time(from);
-    FilePlan plan;
-    if (bytes > 0) plan.add(SourceRange{0, bytes});
-    SafeFile copy(ops, to, TempKind::output);
-    copy.write(plan, source, task);
-    copy.copyAttributesFrom(source);
-    if (fs::file_size(from) != bytes || fs::last_write_time(from) != time) {
-        throw FolderActionError::changedMeanwhile(fileNameText(from));
-    }
-    syncs.add(copy.commit(SafeFile::Existing::refuse));
-    // Some network shares keep times of their own; the copy is as good without.
-    std::error_code refused;
-    fs::last_write_time(to, time, refused);
-}
-
 void copyFolderAttributes(FileOps& ops, const fs::path& from, const fs::path& to) {
     ops.copyAttributes(FileHandle::openForReading(from), FileHandle::openForReading(to), to);
 }
@@ -231,7 +214,11 @@ fs::path duplicateFolder(FileOps& ops, const fs::path& folder, const TaskContext
             const ProgressSink report = [&](const Progress& progress) {
                 if (task.report) task.report({done + progress.doneBytes, all, name});
             };
-            copyFile(ops, from, to, item.bytes, {task.token, report}, syncs);
+            try {
+                syncs.add(copyFile(ops, from, to, item.bytes, {task.token, report}));
+            } catch (const ChangedWhileCopied&) {
+                throw FolderActionError::changedMeanwhile(name);
+            }
             done += item.bytes;
         }
     }

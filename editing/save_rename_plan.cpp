@@ -1,12 +1,12 @@
 #include "editing/save_rename_plan.h"
 
+#include "base/folder_names.h"
 #include "base/paths.h"
 #include "base/temp_name.h"
 #include "base/text.h"
 #include "model/mono_name.h"
 
 #include <algorithm>
-#include <map>
 #include <set>
 
 #include <fmt/format.h>
@@ -24,25 +24,6 @@ bool holdsOnlyNameBytes(std::string_view nom) noexcept {
     return !nom.empty() && nom.front() != '.' &&
            nom.find_first_of(std::string_view("/\0", 2)) == std::string_view::npos;
 }
-
-/// What stands in the folders, in the form in which paths are compared. Each folder is read once.
-class FolderContents {
-  public:
-    [[nodiscard]] bool holds(const std::filesystem::path& file) {
-        const std::filesystem::path folder = folderOf(file);
-        const auto [entry, isNew] = names_.try_emplace(normalisedPath(folder));
-        if (isNew) {
-            std::error_code error;
-            for (std::filesystem::directory_iterator it(folder, error), end; !error && it != end; it.increment(error)) {
-                entry->second.insert(normalisedPath(it->path()));
-            }
-        }
-        return entry->second.contains(normalisedPath(file));
-    }
-
-  private:
-    std::map<std::string, std::set<std::string>> names_;
-};
 
 }  // namespace
 
@@ -78,8 +59,8 @@ MainSaveRenameError MainSaveRenameError::metadataAfterRenameFailed(std::string_v
 MainSaveRenameError MainSaveRenameError::impossibleName(std::string_view name) {
     return {Reason::impossibleName, fmt::format("A file cannot be named \"{}\". No files were changed.", name)};
 }
-MainSaveRenameError MainSaveRenameError::sourceInUse(std::string_view name) {
-    return {Reason::sourceInUse, fmt::format("{} is being saved by another program. No files were changed.", name)};
+MainSaveRenameError MainSaveRenameError::sourceInUse(std::string_view sentence) {
+    return {Reason::sourceInUse, fmt::format("{} No files were changed.", sentence)};
 }
 
 MainSaveRenameError MainSaveRenameError::takeWouldBreak(std::string_view take) {
@@ -93,9 +74,8 @@ MainSaveRenameError MainSaveRenameError::takesWouldMerge(std::string_view take) 
         Reason::takesWouldMerge,
         fmt::format("Under the new names files would become a part of another take, {}. No files were changed.", take)};
 }
-MainSaveRenameError MainSaveRenameError::journalNotWritten(const std::filesystem::path& folder, std::string_view why) {
-    return {Reason::journalNotWritten,
-            fmt::format("Files in {} cannot be renamed: {}. No files were changed.", pathText(folder), why)};
+MainSaveRenameError MainSaveRenameError::journalNotWritten(std::string_view sentence) {
+    return {Reason::journalNotWritten, fmt::format("{} No files were changed.", sentence)};
 }
 
 bool isValidName(std::string_view nom) noexcept {
@@ -159,7 +139,7 @@ std::vector<MainSaveRenamePlanEntry> planRenames(const std::vector<RenameRequest
         plan.push_back(std::move(entry));
     }
 
-    FolderContents folders;
+    FolderNames folders;
     for (const MainSaveRenamePlanEntry& entry : plan) {
         if (!pathExists(entry.source)) throw MainSaveRenameError::sourceMissing(entry.source);
         if (folders.holds(entry.destination) && !sources.contains(normalisedPath(entry.destination))) {

@@ -45,14 +45,13 @@ class MainSaveRenameError : public Error {
                                                             const std::vector<std::string>& failures);
     [[nodiscard]] static MainSaveRenameError metadataAfterRenameFailed(std::string_view message);
     [[nodiscard]] static MainSaveRenameError impossibleName(std::string_view name);
-    [[nodiscard]] static MainSaveRenameError sourceInUse(std::string_view name);
+    [[nodiscard]] static MainSaveRenameError sourceInUse(std::string_view sentence);
     /// The files of the take would not be one take with the same track numbers under their new names.
     [[nodiscard]] static MainSaveRenameError takeWouldBreak(std::string_view take);
     /// A renamed file would become a part of that other take.
     [[nodiscard]] static MainSaveRenameError takesWouldMerge(std::string_view take);
     /// What makes the rename safe could not be written into the folder.
-    [[nodiscard]] static MainSaveRenameError journalNotWritten(const std::filesystem::path& folder,
-                                                               std::string_view why);
+    [[nodiscard]] static MainSaveRenameError journalNotWritten(std::string_view sentence);
 
     [[nodiscard]] Reason reason() const noexcept { return reason_; }
     /// Raised before any file was touched?

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "base/folder_names.h"
+
 #include <filesystem>
-#include <map>
 #include <set>
 #include <string>
 #include <string_view>
@@ -20,10 +21,10 @@ class DestinationNames {
                                                           const std::vector<std::string>& suffixes);
 
   private:
-    [[nodiscard]] bool isTaken(const std::set<std::string>& inFolder, const std::filesystem::path& path) const;
+    [[nodiscard]] bool isTaken(const std::filesystem::path& path);
 
-    std::map<std::string, std::set<std::string>> folders_;  ///< what stood there, all paths normalised
-    std::set<std::string> planned_;
+    FolderNames folders_;
+    std::set<std::string> planned_;  ///< normalised
 };
 
 }  // namespace dravik::OperationsAudio

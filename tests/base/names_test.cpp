@@ -67,9 +67,25 @@ TEST(TemporaryName, OfAUsersOwnFileIsNotTakenForOurs) {
         "metadata-" + token + ".tmp",
         ".Metadata-" + token + ".tmp",
         freshRenameName(".wav"),
+        batchRenameName(token, "a.mp3." + token + ".partial.mp3", 0),
     };
     for (const std::string& name : names) {
         EXPECT_FALSE(isTemporaryName(name)) << name;
+    }
+}
+
+TEST(RenameName, IsKnownByItsToken) {
+    const std::string token = freshToken();
+    for (const std::string& name : {freshRenameName(".wav"), freshRenameName(""), batchRenameName(token, "a.wav", 0),
+                                    batchRenameName(token, std::string(255, 'x'), 999)}) {
+        EXPECT_TRUE(isRenameName(name)) << name;
+        EXPECT_LE(name.size(), maxFileNameBytes);
+    }
+    EXPECT_EQ(batchRenameName(token, "a.wav", 3), ".dravik-renaming-" + token + "-a.wav-3");
+    for (const std::string& name : {".dravik-renaming-" + token, ".dravik-renaming-" + token + "-",
+                                    ".dravik-renaming-" + token + "_a.wav", std::string(".dravik-renaming-x-a.wav"),
+                                    ".dravik_rename_" + token.substr(1), "dravik-renaming-" + token + "-a.wav"}) {
+        EXPECT_FALSE(isRenameName(name)) << name;
     }
 }
 

@@ -1,5 +1,5 @@
+#include "base/folder_recovery.h"
 #include "base/paths.h"
-#include "editing/recovery.h"
 #include "platform/native_file_ops.h"
 #include "tests/contract/subjects.h"
 #include "tests/support/child.h"

@@ -1,5 +1,6 @@
-#include "editing/recovery.h"
+#include "base/folder_recovery.h"
 #include "editing/save_transaction.h"
+#include "operations/batch_rename.h"
 #include "platform/native_file_ops.h"
 #include "tests/support/child.h"
 #include "tests/support/faulty_file_ops.h"
@@ -165,6 +166,61 @@ TEST(Kill, AtEverySystemCallOnTheWayBackFromAFailedRenameLosesNothing) {
         }
     }
     EXPECT_GT(kills, callsOfARename);
+}
+
+TEST(Kill, AtEverySystemCallOfABatchRenameAndOfItsRecoveryLosesNothing) {
+    const std::vector<std::pair<std::string, std::string>> names = {
+        {"a.wav", "b.wav"}, {"b.wav", "c.wav"}, {"c.wav", "a.wav"}, {"D.wav", "d.wav"}, {"e.wav", "new.wav"}};
+    // "name=content": whole, and all under their old names or all under their new ones.
+    const auto picture = [](const std::filesystem::path& folder) {
+        std::vector<std::string> lines;
+        for (const std::string& name : namesIn(folder))
+            lines.push_back(name + "=" + std::string(asText(readFile(folder / name))));
+        return lines;
+    };
+    std::vector<std::string> old;
+    std::vector<std::string> renamed;
+    for (const auto& [from, to] : names) {
+        old.push_back(from + "=" + from);
+        renamed.push_back(to + "=" + from);
+    }
+    const auto native = makeNativeFileOps();
+    int calls = 0;
+    int finished = 0;
+    for (bool killed = true; killed;) {
+        ++calls;
+        ASSERT_LT(calls, 200);
+        int recoveryCalls = 0;
+        for (bool recoveryKilled = true; recoveryKilled;) {
+            ++recoveryCalls;
+            SCOPED_TRACE("killed at call " + std::to_string(calls) + ", the recovery at " +
+                         std::to_string(recoveryCalls));
+            const TempFolder folder;
+            std::vector<OperationAudioBatchRenameItem> items;
+            for (const auto& [from, to] : names) {
+                test::writeFile(folder / from, from);
+                InfoFichier file;
+                file.url = folder / from;
+                items.push_back({file, to});
+            }
+            killed = killedAtCall(calls, [&](FileOps& ops) {
+                static_cast<void>(
+                    OperationsAudio::runBatchRename(ops, items, OperationAudioBatchRenameMode::renameInPlace, {}, {}));
+            });
+            recoveryKilled = killedAtCall(recoveryCalls,
+                                          [&](FileOps& ops) { static_cast<void>(recoverFolder(ops, folder.path())); });
+            EXPECT_THAT(recoverFolder(*native, folder.path()).failures, IsEmpty());
+            const std::vector<std::string> now = picture(folder.path());
+            const bool isRenamed = testing::Matches(testing::UnorderedElementsAreArray(renamed))(now);
+            finished += isRenamed ? 1 : 0;
+            EXPECT_TRUE(isRenamed || testing::Matches(testing::UnorderedElementsAreArray(old))(now))
+                << testing::PrintToString(now);
+            EXPECT_TRUE(recoverFolder(*native, folder.path()).empty()) << "there is nothing left to put right";
+            if (HasFailure()) return;
+        }
+    }
+    EXPECT_GT(calls, 25);
+    EXPECT_GT(finished, 5);
 }
 
 TEST(Kill, AtRandomInstantsLosesNothing) {

@@ -1,7 +1,7 @@
+#include "base/folder_recovery.h"
 #include "base/paths.h"
+#include "base/rename_journal.h"
 #include "base/temp_name.h"
-#include "editing/recovery.h"
-#include "editing/rename_journal.h"
 #include "editing/rename_transaction.h"
 #include "platform/native_file_ops.h"
 #include "tests/support/faulty_file_ops.h"
@@ -426,6 +426,10 @@ TEST_F(FolderRecovery, TellsOfAHiddenFileThatNoJournalNames) {
     const std::string named = freshRenameName(".wav");
     have({lost, named, "a.wav"});
     EXPECT_THAT(recover().failures, testing::UnorderedElementsAre(HasSubstr(lost), HasSubstr(named)));
+    const std::string batch = batchRenameName(freshToken(), "take.wav", 0);
+    have({batch});
+    EXPECT_THAT(recover().failures, testing::Contains(HasSubstr(batch + ": its rename was interrupted and only")));
+    std::filesystem::remove(folder / batch);
     leaveJournal(JournalPhase::takingAway, {{"a.wav", named, "b.wav"}, {"c.wav", ".dravik_rename_2.wav", "d.wav"}});
     EXPECT_THAT(recover().failures,
                 testing::UnorderedElementsAre(HasSubstr("a.wav could not be restored"),

@@ -1,6 +1,6 @@
 #include "editing/save_undo.h"
 
-#include "editing/recovery.h"
+#include "base/folder_recovery.h"
 #include "editing/row_edits.h"
 #include "model/folder_scan.h"
 #include "tests/support/fake_codecs.h"

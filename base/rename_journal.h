@@ -2,7 +2,7 @@
 
 #include "base/file_ops.h"
 #include "base/safe_file.h"
-#include "editing/save_rename_plan.h"
+#include "base/two_phase_rename.h"
 
 #include <filesystem>
 #include <memory>
@@ -45,8 +45,8 @@ struct JournalName {
 /// The journals of one rename, one in every folder concerned, held (and locked) by the process that renames.
 class RenameJournal {
   public:
-    /// Writes them and syncs the folders. Throws MainSaveRenameError::journalNotWritten; then none is left.
-    RenameJournal(FileOps& ops, const std::vector<MainSaveRenamePlanEntry>& plan);
+    /// Writes them and syncs the folders. Throws TwoPhaseRenameError::journalNotWritten; then none is left.
+    RenameJournal(FileOps& ops, const std::vector<RenameMove>& moves);
     RenameJournal(const RenameJournal&) = delete;
     RenameJournal& operator=(const RenameJournal&) = delete;
     ~RenameJournal() = default;

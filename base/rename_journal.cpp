@@ -1,7 +1,8 @@
-#include "editing/rename_journal.h"
+#include "base/rename_journal.h"
 
 #include "base/checksum.h"
 #include "base/paths.h"
+#include "base/temp_name.h"
 #include "base/text.h"
 
 #include <map>
@@ -78,7 +79,7 @@ std::optional<std::vector<JournalEntry>> parseJournal(std::string_view text) {
             if (!name) return std::nullopt;
             field = std::move(*name);
         }
-        if (!std::string_view(fields[1]).starts_with(renamePrefix)) return std::nullopt;
+        if (!hasRenamePrefix(fields[1])) return std::nullopt;
         entries.push_back({std::move(fields[0]), std::move(fields[1]), std::move(fields[2])});
     }
     return entries;
@@ -109,13 +110,11 @@ std::filesystem::path realFolder(const std::filesystem::path& folder) {
 
 }  // namespace
 
-RenameJournal::RenameJournal(FileOps& ops, const std::vector<MainSaveRenamePlanEntry>& plan)
-    : ops_(ops), token_(freshToken()) {
+RenameJournal::RenameJournal(FileOps& ops, const std::vector<RenameMove>& moves) : ops_(ops), token_(freshToken()) {
     std::map<std::filesystem::path, std::vector<JournalEntry>> byFolder;
-    for (const MainSaveRenamePlanEntry& entry : plan) {
-        if (!entry.moves()) continue;
-        byFolder[realFolder(folderOf(entry.source))].push_back(
-            {fileNameText(entry.source), fileNameText(entry.temp), fileNameText(entry.destination)});
+    for (const RenameMove& move : moves) {
+        byFolder[realFolder(folderOf(move.source))].push_back(
+            {fileNameText(move.source), fileNameText(move.temp), fileNameText(move.destination)});
     }
     std::filesystem::path at;
     try {
@@ -138,7 +137,7 @@ RenameJournal::RenameJournal(FileOps& ops, const std::vector<MainSaveRenamePlanE
                 continue;  // without moves an orphaned journal asks for nothing; the next opening drops it
             }
         }
-        throw MainSaveRenameError::journalNotWritten(at, systemText(error));
+        throw TwoPhaseRenameError::journalNotWritten(at, systemText(error));
     }
 }
 

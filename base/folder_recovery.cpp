@@ -1,9 +1,9 @@
-#include "editing/recovery.h"
+#include "base/folder_recovery.h"
 
 #include "base/byte_source.h"
 #include "base/paths.h"
+#include "base/rename_journal.h"
 #include "base/temp_name.h"
-#include "editing/rename_journal.h"
 
 #include <algorithm>
 #include <set>
@@ -40,8 +40,9 @@ class FolderRecovery {
         for (const std::string& name : hidden_) {
             if (unreadJournals_ > 0 || spokenFor_.contains(name) || !pathExists(folder_ / name)) continue;
             result_.failures.push_back(fmt::format(
-                "A recording is hidden under the name {}: its rename was interrupted and nothing tells its old name.",
-                pathText(folder_ / name)));
+                "A recording is hidden under the name {}: its rename was interrupted and {}.", pathText(folder_ / name),
+                name.starts_with(batchRenamePrefix) ? "only the end of that name tells its old one"
+                                                    : "nothing tells its old name"));
         }
         std::size_t removed = 0;
         for (const std::filesystem::path& temporary : temporaries) {
@@ -118,10 +119,10 @@ class FolderRecovery {
         const FileHandle handle = FileHandle::openForReading(journal);
         const FileOps::Lock lock = ops_.tryLock(handle);
         if (lock == FileOps::Lock::unsupported) {
-            result_.failures.push_back(
-                fmt::format("The rename journal {} may be in use: this volume cannot tell. Files named {}… beside it "
-                            "wait for their names.",
-                            pathText(journal), renamePrefix));
+            result_.failures.push_back(fmt::format(
+                "The rename journal {} may be in use: this volume cannot tell. Files named {}… or {}… beside it "
+                "wait for their names.",
+                pathText(journal), renamePrefix, batchRenamePrefix));
             return;
         }
         if (lock == FileOps::Lock::heldByAnother || !ops_.isSameFile(handle, journal)) return;
@@ -130,8 +131,8 @@ class FolderRecovery {
         const auto entries = parseJournal(asText(text));
         if (!entries) {
             result_.failures.push_back(
-                fmt::format("The rename journal {} is damaged; files named {}… beside it wait for their names.",
-                            pathText(journal), renamePrefix));
+                fmt::format("The rename journal {} is damaged; files named {}… or {}… beside it wait for their names.",
+                            pathText(journal), renamePrefix, batchRenamePrefix));
             return;
         }
         --unreadJournals_;
