@@ -5,7 +5,7 @@
 #include "app/take_rows.h"
 #include "base/file_ops.h"
 #include "base/progress.h"
-#include "editing/recovery.h"
+#include "base/folder_recovery.h"
 #include "model/audio_file_reader.h"
 #include "model/groupe_fichiers.h"
 

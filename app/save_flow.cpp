@@ -268,6 +268,7 @@ QString SaveFlow::undoName() const {
 }
 
 void SaveFlow::undoLast() {
+    if (undoName().isEmpty()) return;
     Alert alert;
     alert.title = QStringLiteral("Undo the Last Save?");
     alert.text = QStringLiteral("The metadata, cues and names of %1 will be put back as they were before it.")
@@ -292,7 +293,8 @@ void SaveFlow::endUndo(const End& end, const SaveSnapshot& undone, const FileSta
         if (end.report) saves_.pop_back();
         return;
     }
-    saves_.pop_back();
+    // One that changed nothing can be tried again once its reason is gone.
+    if (end.error.isEmpty() || end.report) saves_.pop_back();
     if (!end.error.isEmpty()) {
         showError(services_.dialogs,
                   end.rollbackFailed ? QStringLiteral("Critical Rename Recovery Needed")

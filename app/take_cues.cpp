@@ -53,6 +53,7 @@ void TakeCues::unload() {
 }
 
 void TakeCues::onWritten() {
+    if (row() < 0) return;
     const auto& cues = rows_.groupesTableau().at(static_cast<std::size_t>(row())).cues;
     if (!cues) return;
     originaux_ = *cues;

@@ -149,6 +149,9 @@ ExitCode runExport(const ExportOptions& options, Services& services) {
     if (options.name && std::filesystem::path(*options.name).filename() != *options.name) {
         throw UsageError("--name is a name without a folder; the folder is --dest.");
     }
+    if (options.name && (options.name->empty() || *options.name == "." || *options.name == "..")) {
+        throw UsageError("--name is empty, or no name of a file.");
+    }
     if (takes.groupes.empty()) {
         services.console.message(fmt::format("{}. {}", noneEligible, why));
         if (options.json) services.console.print(operationJson({}));

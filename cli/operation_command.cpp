@@ -175,11 +175,11 @@ ExitCode tellOutcome(const RunOutcome& outcome, const std::vector<GroupeFichiers
 
 ExitCode runTrackCommand(const OperationOptions& options, const TrackCommand& command, Services& services) {
     const OperationTakes takes = chooseTakes(options, command.isEligible, services);
-    if (command.checkSelection) command.checkSelection(takes.groupes);
     if (takes.refused) {
         if (options.json) services.console.print(operationJson({}));
         return ExitCode::refused;
     }
+    if (command.checkSelection) command.checkSelection(takes.groupes);
     if (takes.groupes.empty()) {
         services.console.message(fmt::format("{}. {}", command.noneEligible, command.why));
         if (options.json) services.console.print(operationJson({}));

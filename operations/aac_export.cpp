@@ -5,6 +5,7 @@
 #include "operations/export_pipeline.h"
 #include "operations/listening_copy.h"
 #include "operations/operation_audio_error.h"
+#include "operations/source_states.h"
 
 #include <algorithm>
 #include <cmath>
@@ -144,6 +145,7 @@ OperationAudioResult exportAAC(const OperationAudioAACExportConfiguration& confi
                                const std::filesystem::path& folder, const ExportServices& services,
                                FolderSyncs& folders, const TaskContext& task) {
     task.checkCancelled();
+    const SourceStates sources(services.ops, configuration.groupe);
     Preparation preparation(configuration, folder, services.aac);
     ensureRoom(
         services.ops, preparation.destination,
@@ -164,12 +166,14 @@ OperationAudioResult exportAAC(const OperationAudioAACExportConfiguration& confi
     encoder->finish();
     validate(file, preparation, services.decoder);
     file.sync();
+    sources.checkUnchanged();
     task.checkCancelled();
     folders.add(file.commit(SafeFile::Existing::refuse));
-    return createdResult(configuration.groupe, preparation.destination,
-                         fmt::format("Created {}. BWF/iXML, timecode, cue markers, and mixer automation aren’t carried "
-                                     "into M4A.",
-                                     fileNameText(preparation.destination)));
+    return createdResult(
+        configuration.groupe, preparation.destination,
+        fmt::format("Created {}{}. BWF/iXML, timecode, cue markers, and mixer automation aren’t carried "
+                    "into M4A.",
+                    fileNameText(preparation.destination), cutShortNote(*preparation.reader)));
 }
 
 }  // namespace dravik::OperationsAudio

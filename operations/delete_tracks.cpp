@@ -19,7 +19,7 @@ OperationPlan planDeleteTracks(FileOps& ops, const GroupeFichiers& groupe, const
     }
     if (tracks.empty()) throw OperationAudioError::groupeIncompatible("At least one track must remain.");
     OperationPlan plan = take.plan(groupe);
-    plan.outputs.push_back(take.output({}, std::move(tracks)));
+    plan.add(take.output({}, std::move(tracks)));
     std::filesystem::path& destination = plan.outputs.front().destination;
     destination = names.plan(destinationFolder(groupe, dossier), outputBase(groupe, "Reordered"), {"_del.wav"}).front();
     plan.message = fmt::format("Created {}", destination.filename().native());

@@ -5,10 +5,12 @@
 #include "model/wave/ixml_document.h"
 #include "model/wave/ixml_editor.h"
 #include "operations/ixml_elements.h"
+#include "operations/operation_audio_error.h"
 #include "operations/xml_text.h"
 
 #include <algorithm>
 #include <limits>
+#include <optional>
 #include <set>
 
 #include <fmt/format.h>
@@ -56,8 +58,15 @@ void rescaleTime(std::string& document, const SplitTime& time, const ExportAdapt
 }
 
 Bytes adaptedIxml(ByteSpan payload, const ExportAdaptation& adaptation) {
-    if (payload.size() > maxIxmlBytes) return {payload.begin(), payload.end()};
-    std::string document(asText(ixmlWithTracks(payload, adaptation.tracks)));
+    if (payload.empty()) return {};
+    // What cannot be read cannot be made to agree with the new file, and would say wrong things of it.
+    const std::optional<std::string> text = decodeIxml(asText(payload));
+    if (!text) {
+        throw OperationAudioError::groupeIncompatible(
+            fmt::format("The iXML metadata of the source of {} cannot be read, so it cannot be brought up to date.",
+                        adaptation.outputName));
+    }
+    std::string document(asText(ixmlWithTracks(asBytes(*text), adaptation.tracks)));
     document = withoutElements(document, "MIXER_SETTINGS");
     if (adaptation.inputRate != adaptation.outputRate) {
         for (const SplitTime& time : splitTimes)
@@ -69,6 +78,9 @@ Bytes adaptedIxml(ByteSpan payload, const ExportAdaptation& adaptation) {
     for (const std::string_view name : {"FILE_NAME", "FILENAME", "CURRENT_FILENAME"}) {
         document = withValues(document, name, [&](std::string_view) { return escapedXml(adaptation.outputName); });
     }
+    // Bytes that nothing had to be changed in stay as they are, whatever their encoding.
+    if (document == *text) return {payload.begin(), payload.end()};
+    declareUtf8(document);
     return toBytes(document);
 }
 

@@ -33,7 +33,7 @@ namespace OperationsAudio {
 
 /// The metadata of the source for the new file, in its order: positions in time at the new rate, tracks as routed, the
 /// format as it will be, no mixer automation. A `ds64` chunk, which only belongs into larger files, is left out. Chunks
-/// that nothing is known about stay as they are.
+/// that nothing is known about stay as they are. Throws OperationAudioError for iXML that cannot be read.
 [[nodiscard]] std::vector<RIFFChunk> adaptedForExport(const std::vector<RIFFChunk>& chunks,
                                                       const ExportAdaptation& adaptation);
 

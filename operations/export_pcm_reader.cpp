@@ -84,11 +84,23 @@ ExportPCMReader::ExportPCMReader(const GroupeFichiers& groupe, const OperationAu
     route(routing);
 }
 
+void ExportPCMReader::open(const std::filesystem::path& url) {
+    urls_.push_back(url);
+    files_.push_back(std::make_unique<WalkedFile>(FileHandle::openForReading(url)));
+    const WalkedFile& file = *files_.back();
+    if (file.source().error()) throw std::filesystem::filesystem_error("cannot read", url, file.source().error());
+    layouts_.push_back(linearLayout(file));
+    const Chunk* data = file.table()->first("data");
+    cutShort_ = cutShort_ || (data != nullptr && data->truncated());
+}
+
 void ExportPCMReader::openPoly(const InfoFichier& file) {
-    files_.push_back(std::make_unique<WalkedFile>(FileHandle::tryOpenForReading(file.url)));
-    if (!files_.front()->isOpen())
+    try {
+        open(file.url);
+    } catch (const std::filesystem::filesystem_error& error) {
+        if (error.code() != std::errc::no_such_file_or_directory) throw;
         throw OperationAudioError::donneesAudioInaccessibles("The poly WAV source is missing.");
-    layouts_.push_back(linearLayout(*files_.front()));
+    }
     inputChannelCount_ = static_cast<std::size_t>(layouts_.front().channels);
     sourceBitDepth_ = bitDepth(*files_.front(), layouts_.front());
 }
@@ -97,8 +109,7 @@ void ExportPCMReader::openMonoSet(const GroupeFichiers& groupe) {
     if (groupe.fichiers.empty()) throw OperationAudioError::groupeIncompatible("The mono source group is empty.");
     std::optional<Start> first;
     for (const InfoFichier& member : groupe.fichiers) {
-        files_.push_back(std::make_unique<WalkedFile>(FileHandle::openForReading(member.url)));
-        layouts_.push_back(linearLayout(*files_.back()));
+        open(member.url);
         const LinearLayout& layout = layouts_.back();
         if (layout.channels != 1)
             throw OperationAudioError::groupeIncompatible(fileNameText(member.url) + " is not mono.");
@@ -171,7 +182,11 @@ void ExportPCMReader::fetch(ExportRawBlock& block, std::size_t mostFrames) {
         Bytes& piece = block.pieces[i];
         piece.resize(block.frames * layout.frameBytes);
         const std::uint64_t from = layout.offset + static_cast<std::uint64_t>(currentFrame_) * layout.frameBytes;
-        const std::size_t got = files_[fetched_[i]]->source().readAt(from, piece) / layout.frameBytes;
+        const FileSource& source = files_[fetched_[i]]->source();
+        const std::size_t got = source.readAt(from, piece) / layout.frameBytes;
+        if (got < block.frames && source.error()) {
+            throw std::filesystem::filesystem_error("cannot read", urls_[fetched_[i]], source.error());
+        }
         if (common && got != *common) {
             throw OperationAudioError::donneesAudioInaccessibles("Mono sources ended at different positions.");
         }

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <span>
 #include <vector>
@@ -25,7 +26,8 @@ struct ExportRawBlock {
 /// was fetched before: `fetch` by one thread at a time, `decode` by any.
 class ExportPCMReader {
   public:
-    /// Opens the files and checks that they go together. Throws OperationAudioError.
+    /// Opens the files and checks that they go together. Throws OperationAudioError,
+    /// std::filesystem::filesystem_error.
     ExportPCMReader(const GroupeFichiers& groupe, const OperationAudioExportRouting& routing);
 
     [[nodiscard]] double sampleRate() const noexcept { return layouts_.front().sampleRate; }  ///< Hz
@@ -34,16 +36,15 @@ class ExportPCMReader {
     [[nodiscard]] bool sourceIsFloat() const noexcept { return sourceIsFloat_; }
     [[nodiscard]] std::int64_t frameLength() const noexcept { return frameLength_; }
     [[nodiscard]] std::int64_t currentFrame() const noexcept { return currentFrame_; }
-    /// Tracks of the group.
-    [[nodiscard]] std::size_t inputChannelCount() const noexcept { return inputChannelCount_; }
     /// The track of each output channel; both tracks of an average.
     [[nodiscard]] const std::vector<int>& positions() const noexcept { return positions_; }
     [[nodiscard]] bool averages() const noexcept { return averages_; }
-    [[nodiscard]] double averageGain() const noexcept { return averageGain_; }
+    /// Is there less audio than a header says, as behind a recording that was cut off? Read up to its end.
+    [[nodiscard]] bool isCutShort() const noexcept { return cutShort_; }
     /// Bytes of one frame of all files that are read.
     [[nodiscard]] std::size_t fetchedFrameBytes() const noexcept;
 
-    /// The open file of a track, for its metadata.
+    /// The open file of a track.
     [[nodiscard]] const WalkedFile& fileOfTrack(int track) const noexcept { return *files_[fileIndex(track)]; }
     /// Where the audio of a track's file lies.
     [[nodiscard]] const LinearLayout& layoutOfTrack(int track) const noexcept { return layouts_[fileIndex(track)]; }
@@ -51,7 +52,7 @@ class ExportPCMReader {
     [[nodiscard]] bool takesWholeFrames() const noexcept;
 
     /// The bytes of the next frames, at most so many; none at the end and when a poly file is shorter than it was.
-    /// Throws OperationAudioError when mono files are.
+    /// Throws OperationAudioError when mono files are, and std::filesystem::filesystem_error.
     void fetch(ExportRawBlock& block, std::size_t mostFrames);
     /// One channel of the output; `out` has room for block.frames samples. Samples that are no numbers stay.
     void decode(const ExportRawBlock& block, std::size_t channel, float* out) const;
@@ -62,12 +63,14 @@ class ExportPCMReader {
     [[nodiscard]] std::size_t fileIndex(int track) const noexcept {
         return isPoly_ ? 0 : static_cast<std::size_t>(track);
     }
+    void open(const std::filesystem::path& url);
     void openPoly(const InfoFichier& file);
     void openMonoSet(const GroupeFichiers& groupe);
     void route(const OperationAudioExportRouting& routing);
     void decodeTrack(const ExportRawBlock& block, int track, float* out) const;
 
     bool isPoly_ = false;
+    std::vector<std::filesystem::path> urls_;
     std::vector<std::unique_ptr<WalkedFile>> files_;  ///< the poly file, or one a member
     std::vector<LinearLayout> layouts_;               ///< of each
     std::vector<std::size_t> fetched_;                ///< the files that are read
@@ -77,6 +80,7 @@ class ExportPCMReader {
     std::size_t inputChannelCount_ = 0;
     int sourceBitDepth_ = 0;
     bool sourceIsFloat_ = false;
+    bool cutShort_ = false;
     std::int64_t frameLength_ = 0;
     std::int64_t currentFrame_ = 0;
     ExportRawBlock block_;  ///< of `read`

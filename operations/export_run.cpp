@@ -5,6 +5,7 @@
 #include <mutex>
 #include <numeric>
 #include <optional>
+#include <system_error>
 #include <thread>
 
 namespace dravik {
@@ -59,6 +60,12 @@ class SharedProgress {
         };
     }
 
+    /// Also of a job that failed: nothing more comes of it.
+    void ended(std::size_t job, std::uint64_t bytes) {
+        const std::lock_guard held(mutex_);
+        done_[job] = bytes;
+    }
+
   private:
     const ProgressSink& report_;
     std::mutex mutex_;
@@ -77,12 +84,17 @@ RunOutcome runSideBySide(const std::vector<OperationItem>& items, std::size_t th
     const auto work = [&] {
         for (std::size_t at = next++; at < items.size(); at = next++) {
             outcomes[at] = OperationsAudio::runOperation(ops, {items[at]}, {task.token, progress.sinkOf(at)});
+            progress.ended(at, items[at].bytes);
         }
     };
     {
         std::vector<std::jthread> others;
-        for (std::size_t i = 1; i < threads; ++i)
-            others.emplace_back(work);
+        try {
+            for (std::size_t i = 1; i < threads; ++i)
+                others.emplace_back(work);
+        } catch (const std::system_error&) {
+            // The system gives no more threads: those that there are do all of it.
+        }
         work();
     }
     // Where a cancel met one that stands in front of a complete one, it has a line, too: lines go by their place.

@@ -46,7 +46,7 @@ void checkIxml(std::string_view document, const WaveFormat& format, std::string_
     checkNumber(document, "TIMESTAMP_SAMPLE_RATE", format.sampleRate);
     checkNumber(document, "AUDIO_BIT_DEPTH", format.bits);
     visitValues(document, "CURRENT_FILENAME", [&](std::string_view value) {
-        if (unescapedXml(trimmed(value)) != outputName) {
+        if (unescapedXml(value) != outputName && unescapedXml(trimmed(value)) != outputName) {
             refuse("The exported iXML CURRENT_FILENAME does not describe the output file.");
         }
     });

@@ -26,6 +26,10 @@ std::uint64_t roomForStream(int kilobitsPerSecond, std::int64_t frames, double s
            static_cast<std::uint64_t>(std::ceil(seconds * kilobitsPerSecond * bytesPerKilobit * tables));
 }
 
+std::string cutShortNote(const ExportPCMReader& reader) {
+    return reader.isCutShort() ? ". The source is shorter than its header says: all that there is was exported." : "";
+}
+
 OperationAudioResult createdResult(const GroupeFichiers& groupe, const std::filesystem::path& destination,
                                    std::string message) {
     OperationAudioResult result;

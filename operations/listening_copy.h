@@ -2,6 +2,7 @@
 
 #include "base/safe_file.h"
 #include "operations/export_configuration.h"
+#include "operations/export_pcm_reader.h"
 #include "operations/operation_audio_result.h"
 
 #include <cstdint>
@@ -18,6 +19,8 @@ namespace dravik::OperationsAudio {
 [[nodiscard]] bool hasExtension(std::string_view name, std::string_view extension) noexcept;
 /// More than a stream of that bit rate takes, for the check of free space: a second more, and the container.
 [[nodiscard]] std::uint64_t roomForStream(int kilobitsPerSecond, std::int64_t frames, double sampleRate) noexcept;
+/// Behind the line of an export: what has to be told of a source that ends before its header says. Mostly empty.
+[[nodiscard]] std::string cutShortNote(const ExportPCMReader& reader);
 [[nodiscard]] OperationAudioResult createdResult(const GroupeFichiers& groupe, const std::filesystem::path& destination,
                                                  std::string message);
 

@@ -75,7 +75,7 @@ OperationPlan planMerge(FileOps& ops, const GroupeFichiers& groupe, const std::v
         names.plan(destinationFolder(groupe, dossier), outputBase(groupe, "Merged"), {"_merge.wav"}).front();
     plan.message = fmt::format("Created {}. ", output.destination.filename().native());
     plan.verifiesDataSize = true;
-    plan.outputs.push_back(std::move(output));
+    plan.add(std::move(output));
     return plan;
 }
 

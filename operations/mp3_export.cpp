@@ -5,10 +5,11 @@
 #include "operations/export_pipeline.h"
 #include "operations/listening_copy.h"
 #include "operations/operation_audio_error.h"
+#include "operations/source_states.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
+#include <cstring>
 #include <optional>
 
 namespace dravik::OperationsAudio {
@@ -42,6 +43,10 @@ Preparation::Preparation(const OperationAudioMP3ExportConfiguration& configurati
     }
     destination = exportDestination(configuration.groupe, folder, configuration.destinationName);
     reader.emplace(configuration.groupe, configuration.routing);
+    if (reader->frameLength() == 0) {
+        throw OperationAudioError::groupeIncompatible(
+            "The completed MP3 file did not decode with the requested format.");
+    }
     const double rate = configuration.sampleRate.value_or(reader->sampleRate());
     encoder.channels = static_cast<int>(reader->channelCount());
     encoder.bitRate = configuration.bitRate;
@@ -156,6 +161,7 @@ OperationAudioResult exportMP3(const OperationAudioMP3ExportConfiguration& confi
                                const std::filesystem::path& folder, const ExportServices& services,
                                FolderSyncs& folders, const TaskContext& task) {
     task.checkCancelled();
+    const SourceStates sources(services.ops, configuration.groupe);
     Preparation preparation(configuration, folder);
     const std::unique_ptr<MP3Encoder> encoder = services.mp3.make();
     encoder->initialise(preparation.encoder);
@@ -170,10 +176,11 @@ OperationAudioResult exportMP3(const OperationAudioMP3ExportConfiguration& confi
     sink.finish();
     validate(file, preparation, services.decoder, task);
     file.sync();
+    sources.checkUnchanged();
     task.checkCancelled();
     folders.add(file.commit(SafeFile::Existing::refuse));
     return createdResult(configuration.groupe, preparation.destination,
-                         "Created " + fileNameText(preparation.destination));
+                         "Created " + fileNameText(preparation.destination) + cutShortNote(*preparation.reader));
 }
 
 }  // namespace dravik::OperationsAudio

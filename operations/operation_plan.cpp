@@ -223,6 +223,17 @@ std::string runPlan(const OperationPlan& plan, const OperationContext& context) 
 
 }  // namespace OperationsAudio
 
+void OperationPlan::add(PlannedOutput output) {
+    std::uint64_t sum = output.headBytes;
+    for (const PlannedOutput& other : outputs)
+        sum += other.headBytes;
+    if (sum > mostHeadBytes) {
+        throw OperationAudioError::groupeIncompatible(
+            sourceName + " carries too much metadata to be written into so many files. Nothing was created.");
+    }
+    outputs.push_back(std::move(output));
+}
+
 std::uint64_t OperationPlan::size() const noexcept {
     std::uint64_t sum = 0;
     for (const PlannedOutput& output : outputs)

@@ -5,6 +5,8 @@
 #include "operations/source_wav.h"
 #include "operations/track_metadata.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -47,6 +49,11 @@ struct OperationPlan {
     std::vector<PlannedOutput> outputs;  ///< none where there is nothing to do
     std::string message;                 ///< the line when it is done
     bool verifiesDataSize = false;       ///< the line ends with what came of the audio (merge_verification.h)
+
+    /// Throws OperationAudioError when the heads of all outputs would take more memory than `mostHeadBytes`: each holds
+    /// a copy of all that its source carries beside the audio.
+    void add(PlannedOutput output);
+    static constexpr std::uint64_t mostHeadBytes = 256U * 1024U * 1024U;
 
     [[nodiscard]] std::uint64_t size() const noexcept;
     [[nodiscard]] std::vector<std::filesystem::path> destinations() const;

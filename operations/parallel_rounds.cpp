@@ -20,10 +20,10 @@ ParallelRounds::~ParallelRounds() = default;  // the helpers are asked to stop, 
 
 void ParallelRounds::run(const std::vector<Task>& tasks) {
     std::unique_lock held(mutex_);
+    failures_.assign(tasks.size(), nullptr);
     tasks_ = &tasks;
     next_ = 0;
     done_ = 0;
-    failures_.assign(tasks.size(), nullptr);
     began_.notify_all();
     while (workOff(held)) {
     }

@@ -60,10 +60,16 @@ OperationPlan withoutChange(OperationPlan plan) {
 
 OperationPlan planPoly(FileOps& ops, const GroupeFichiers& groupe, const ChannelMapping& mapping,
                        const std::filesystem::path& dossier, bool preserveTrackNumbers, DestinationNames& names) {
+    const InfoFichier& fichier = groupe.fichiers.front();
+    checkMapping(fichier.url.filename().native(), mapping, fichier.channels);
+    if (isIdentity(mapping)) {
+        OperationPlan nothing;
+        nothing.sourceName = groupe.nom;
+        return withoutChange(std::move(nothing));
+    }
     const PolyTake take(ops, groupe, PolyTake::Chunks::strictly);
-    checkMapping(take.fileName(), mapping, take.channels());
+    checkMapping(take.fileName(), mapping, take.channels());  // the file may be another than the folder showed
     OperationPlan plan = take.plan(groupe);
-    if (isIdentity(mapping)) return withoutChange(std::move(plan));
     std::vector<OutputTrack> tracks;
     for (const int canal : mapping) {
         const int position = static_cast<int>(tracks.size()) + 1;
@@ -71,7 +77,7 @@ OperationPlan planPoly(FileOps& ops, const GroupeFichiers& groupe, const Channel
     }
     PlannedOutput output = take.output({}, std::move(tracks));
     output.destination = names.plan(dossier, outputBase(groupe, unnamed), {"_order.wav"}).front();
-    plan.outputs.push_back(std::move(output));
+    plan.add(std::move(output));
     plan.message = createdLine(plan);
     return plan;
 }
@@ -104,7 +110,7 @@ OperationPlan planMono(FileOps& ops, const GroupeFichiers& groupe, const Channel
         checkOutputSize(mono.fmtPayload, extra, output.dataSize, url.filename().native());
         output.setHead(waveHead(mono.fmtPayload, extra, output.dataSize));
         plan.sources.push_back({static_cast<const SourceWAV&>(mono), stamp});
-        plan.outputs.push_back(std::move(output));
+        plan.add(std::move(output));
     }
     const auto paths = names.plan(dossier, outputBase(groupe, unnamed), monoSuffixes(mapping.size()));
     for (std::size_t at = 0; at < paths.size(); ++at)

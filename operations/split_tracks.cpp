@@ -12,9 +12,12 @@ namespace {
 
 constexpr std::string_view stereoSuffix = "_split_T01-T02.wav";
 constexpr std::string_view unnamed = "Split";
+/// File names have room for 255 bytes, of which the take's name and the number need theirs.
+constexpr std::size_t longestNameInFileName = 120;
 
 std::string monoSuffix(const SourceTrack& track) {
-    const std::string nom = track.nom ? cleanedTrackName(*track.nom) : std::string();
+    std::string nom = track.nom ? cleanedTrackName(*track.nom) : std::string();
+    nom.resize(truncatedUtf8(nom, longestNameInFileName).size());
     return fmt::format("_split_T{:02}{}{}.wav", track.numero, nom.empty() ? "" : "_", nom);
 }
 
@@ -63,11 +66,11 @@ OperationPlan planSplit(FileOps& ops, const OperationAudioSplitConfiguration& co
     OperationPlan plan = take.plan(groupe);
     std::vector<std::string> suffixes;
     for (const int canal : configuration.monoCanaux) {
-        plan.outputs.push_back(take.output({}, {take.outputTrack(canal, take.track(canal).numero)}));
+        plan.add(take.output({}, {take.outputTrack(canal, take.track(canal).numero)}));
         suffixes.push_back(monoSuffix(take.track(canal)));
     }
     if (configuration.stereoTracks12) {
-        plan.outputs.push_back(
+        plan.add(
             take.output({}, {take.outputTrack(0, take.track(0).numero), take.outputTrack(1, take.track(1).numero)}));
         suffixes.emplace_back(stereoSuffix);
     }

@@ -106,20 +106,24 @@ std::vector<Entry> rebuilt(std::string_view prefix, const NamesByNumber& names, 
 
 /// Shortens the names, and leaves out the last lines, until no more than `room` bytes are taken.
 void fit(std::vector<Entry>& entries, std::size_t lineEndBytes, std::size_t room) {
-    const auto bytes = [&] {
-        std::size_t sum = 0;
-        for (const Entry& entry : entries)
-            sum += entry.text().size() + lineEndBytes;
-        return sum;
-    };
-    while (!entries.empty() && bytes() > room) {
+    // However many names of whatever length a file claims: no more lines and letters are looked at than can have room.
+    constexpr std::size_t shortestLine = std::string_view("TRK1=").size();
+    entries.resize(std::min(entries.size(), room / shortestLine));
+    std::size_t bytes = 0;
+    for (Entry& entry : entries) {
+        entry.nom.resize(truncatedUtf8(entry.nom, room).size());
+        bytes += entry.text().size() + lineEndBytes;
+    }
+    while (!entries.empty() && bytes > room) {
         const auto longest = std::max_element(
             entries.begin(), entries.end(), [](const Entry& a, const Entry& b) { return a.nom.size() < b.nom.size(); });
-        const std::size_t least = truncatedUtf8(longest->nom, leastNameBytes).size();
-        if (longest->nom.size() <= least) {
+        const std::size_t before = longest->nom.size();
+        if (before <= truncatedUtf8(longest->nom, leastNameBytes).size()) {
+            bytes -= entries.back().text().size() + lineEndBytes;
             entries.pop_back();
         } else {
-            longest->nom.resize(truncatedUtf8(longest->nom, longest->nom.size() - 1).size());
+            longest->nom.resize(truncatedUtf8(longest->nom, before - 1).size());
+            bytes -= before - longest->nom.size();
         }
     }
 }

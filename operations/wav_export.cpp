@@ -10,6 +10,7 @@
 #include "operations/metadata_chunks.h"
 #include "operations/operation_audio_error.h"
 #include "operations/quantizer.h"
+#include "operations/source_states.h"
 #include "operations/wave_layout.h"
 #include "operations/wave_output.h"
 
@@ -204,6 +205,7 @@ OperationAudioResult exportWAV(const OperationAudioExportConfiguration& configur
                                const std::filesystem::path& folder, const ExportServices& services,
                                FolderSyncs& folders, const TaskContext& task) {
     task.checkCancelled();
+    const SourceStates sources(services.ops, configuration.groupe);
     Preparation preparation(configuration, folder);
     ensureRoom(services.ops, preparation.destination, preparation.bytes());
 
@@ -212,6 +214,7 @@ OperationAudioResult exportWAV(const OperationAudioExportConfiguration& configur
         validateWavExport(FileSource(file.file()), preparation.outputRate, preparation.format,
                           configuration.destinationName);
         file.sync();
+        sources.checkUnchanged();
         task.checkCancelled();
     };
     if (preparation.copiesAudio()) {
@@ -229,7 +232,7 @@ OperationAudioResult exportWAV(const OperationAudioExportConfiguration& configur
         folders.add(file.commit());
     }
     return createdResult(configuration.groupe, preparation.destination,
-                         "Created " + fileNameText(preparation.destination));
+                         "Created " + fileNameText(preparation.destination) + cutShortNote(preparation.reader));
 }
 
 }  // namespace dravik::OperationsAudio

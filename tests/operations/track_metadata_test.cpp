@@ -132,5 +132,12 @@ TEST(TrackMetadata, ShortensNamesWhereTheDescriptionHasNoRoomAndKeepsEveryOtherL
         << "the last lines are left out";
 }
 
+TEST(TrackMetadata, StaysLinearInNamesOfAnyLength) {
+    Bytes payload = toBytes("sTRK1=a\r\nsTRK2=b\r\n");
+    payload.resize(602);
+    const Tracks tracks = {track(1, 1, std::string(4U << 20U, 'x')), track(2, 2, std::string(4U << 20U, 'y'))};
+    EXPECT_EQ(bextWithTracks(payload, tracks, 0).size(), payload.size());
+}
+
 }  // namespace
 }  // namespace dravik

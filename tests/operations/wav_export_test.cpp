@@ -214,12 +214,9 @@ TEST(WavExport, RefusesWithTheReasonAndLeavesNothing) {
          },
          {},
          "Only linear PCM WAV sources are supported."},
-        {"a file that was cut off since",
+        {"a file that is gone",
          [](ExportStage& stage) {
-             test::WavBuilder()
-                 .fmt({.channels = 2})
-                 .chunkClaiming("data", Bytes(600), 600000)
-                 .write(stage.source() / "take.wav");
+             test::WavBuilder().fmt({.channels = 2}).audio(100).write(stage.source() / "take.wav");
          },
          [](Configuration& c) { c.groupe.fichiers.edit([](auto& files) { files[0].url += "x"; }); }, nullptr},
     };
@@ -273,6 +270,18 @@ TEST(WavExport, NeverWritesOverAnything) {
     EXPECT_FALSE(refusal(stage, configuration).empty());
     EXPECT_EQ(asText(test::readFile(stage.out() / "out.wav")), "theirs");
     EXPECT_EQ(test::namesIn(stage.out()).size(), 1U);
+}
+
+TEST(WavExport, OfARecordingThatWasCutOffHasAllThatThereIsAndSaysSo) {
+    ExportStage stage;
+    test::WavBuilder()
+        .fmt({.channels = 2, .bits = 24})
+        .chunkClaiming("data", Bytes(600), 600000)
+        .write(stage.source() / "take.wav");
+    FolderSyncs folders;
+    const OperationAudioResult result = exportWAV(asWav(stage.take()), stage.out(), stage.services(), folders, {});
+    EXPECT_NE(result.message.find("shorter than its header says"), std::string::npos) << result.message;
+    EXPECT_EQ(std::filesystem::file_size(result.destinationURLs.at(0)) % 600, 44U);
 }
 
 TEST(WavExport, LeavesNothingWhereverItIsStopped) {

@@ -1,3 +1,0 @@
-#pragma once
-
-#include "base/folder_recovery.h"  // IWYU pragma: export
