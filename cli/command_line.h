@@ -4,6 +4,7 @@
 #include "cli/demo_command.h"
 #include "cli/export_command.h"
 #include "cli/recover_command.h"
+#include "cli/report_command.h"
 #include "cli/scan_command.h"
 #include "cli/set_command.h"
 #include "cli/show_command.h"
@@ -19,8 +20,9 @@ struct Told {
     ExitCode code = ExitCode::done;
     std::string text;  ///< help or version when done, else what is wrong
 };
-using Command = std::variant<Told, ScanOptions, ShowOptions, SetOptions, CuesOptions, DemoOptions, RecoverOptions,
-                             ReorderOptions, DeleteTracksOptions, SplitOptions, MergeOptions, ExportOptions>;
+using Command =
+    std::variant<Told, ScanOptions, ShowOptions, SetOptions, CuesOptions, DemoOptions, RecoverOptions, ReorderOptions,
+                 DeleteTracksOptions, SplitOptions, MergeOptions, ExportOptions, ReportOptions>;
 
 /// Never throws for what a user may type.
 [[nodiscard]] Command parseCommandLine(int argc, const char* const* argv);

@@ -64,6 +64,7 @@ struct Runner {
     ExitCode operator()(const SplitOptions& options) const { return runSplit(options, services); }
     ExitCode operator()(const MergeOptions& options) const { return runMerge(options, services); }
     ExitCode operator()(const ExportOptions& options) const { return runExport(options, services); }
+    ExitCode operator()(const ReportOptions& options) const { return runReport(options, services); }
 };
 
 ExitCode run(int argc, const char* const* argv) {
