@@ -43,7 +43,6 @@ TextSide sideOf(ReportColumn column) noexcept {
         case ReportColumn::bitDepth:
         case ReportColumn::size:
             return TextSide::right;
-        case ReportColumn::frameRate:
         case ReportColumn::sampleRate:
             return TextSide::point;
         default:
@@ -115,8 +114,7 @@ TextStyle styleOfCell(const ReportRow& row, ReportColumn column) noexcept {
 double ColumnNeeds::comfortableSum() const noexcept { return sum(comfortable); }
 
 PointedNumber atPoint(std::string_view number) noexcept {
-    // "25 DF" has its point, were there one, before the blank.
-    const std::size_t point = std::min(number.find_first_of(". "), number.size());
+    const std::size_t point = std::min(number.find('.'), number.size());
     return {number.substr(0, point), number.substr(point)};
 }
 

@@ -22,7 +22,7 @@ inline constexpr double columnPadding = 3.5;
 
 /// How a cell is shown: marks are drawn as what they mean.
 [[nodiscard]] std::string shownCell(const ReportDocument& document, const ReportRow& row, std::size_t column);
-/// What stands before and from the decimal point on: "23" and ".976".
+/// What stands before and from the decimal point on: "44" and ".1".
 struct PointedNumber {
     std::string_view whole, fraction;
 };

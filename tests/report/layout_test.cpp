@@ -146,22 +146,19 @@ TEST(ReportLayout, MarksACircledTakeWithoutColour) {
 }
 
 TEST(ReportLayout, PutsNumbersUnderEachOtherByTheirPoint) {
-    ReportDocument document = documentOf(3);
-    const std::size_t rate =
-        static_cast<std::size_t>(std::find(document.columns.begin(), document.columns.end(), ReportColumn::frameRate) -
-                                 document.columns.begin());
-    document.rows[1].cells[rate] = "23.976";
-    document.rows[2].cells[rate] = "29.97 DF";
-    double wholeEnd = 0;
+    ReportDocument document = documentOf(4);
+    const auto rate = std::find(document.columns.begin(), document.columns.end(), ReportColumn::sampleRate);
+    const std::vector<std::string> rates = {"48", "44.1", "192", "47.952"};
+    for (std::size_t i = 0; i < rates.size(); ++i)
+        document.rows[i].cells[static_cast<std::size_t>(rate - document.columns.begin())] = rates[i];
+    std::vector<double> points;
     for (const PlacedText& text : layOut(document, {}, ruler).pages.front().texts) {
-        if (text.text != "25" && text.text != "23.976" && text.text != "29.97 DF") continue;
-        const double end = text.x + ruler.width(text.style, text.text.substr(0, 2));
-        if (wholeEnd > 0) {
-            EXPECT_NEAR(end, wholeEnd, 0.01) << text.text;
-        }
-        wholeEnd = end;
+        if (std::find(rates.begin(), rates.end(), text.text) == rates.end()) continue;
+        points.push_back(text.x + ruler.width(text.style, text.text.substr(0, text.text.find('.'))));
     }
-    EXPECT_GT(wholeEnd, 0);
+    ASSERT_EQ(points.size(), 4U);
+    for (const double point : points)
+        EXPECT_NEAR(point, points.front(), 0.01);
 }
 
 TEST(FittedText, IsNeverCutInsideWhatAReaderTakesForOneCharacter) {
