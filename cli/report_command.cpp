@@ -2,7 +2,6 @@
 
 #include "base/paths.h"
 #include "cli/display_text.h"
-#include "cli/failure.h"
 #include "cli/opened_folder.h"
 #include "cli/operation_command.h"
 #include "cli/progress_bar.h"
@@ -50,6 +49,12 @@ std::vector<OperationLine> linesOf(const std::filesystem::path& folder, const Wr
     add(report.pdf, "PDF");
     add(report.csv, "CSV");
     return lines;
+}
+
+/// Files are written under hidden names, which mean nothing to the user: the folder is what cannot be written to.
+std::string reasonOf(const std::exception& error, const std::filesystem::path& dest) {
+    if (dynamic_cast<const std::filesystem::filesystem_error*>(&error) == nullptr) return userText(error);
+    return fmt::format("{}: {}.", pathText(dest), systemText(error));
 }
 
 ExitCode refuse(const std::vector<std::string>& sentences, bool json, Console& console) {
@@ -106,8 +111,9 @@ ExitCode runReport(const ReportOptions& options, Services& services) {
         } catch (const Cancelled&) {
             throw;
         } catch (const std::exception& error) {
-            console.message(fmt::format("Sound Report Failed. {} {}", printable(userText(error)), nothingMade));
-            if (options.json) console.print(operationJson({{options.folder, {}, false, userText(error)}}));
+            const std::string reason = reasonOf(error, options.dest);
+            console.message(fmt::format("Sound Report Failed. {} {}", printable(reason), nothingMade));
+            if (options.json) console.print(operationJson({{options.folder, {}, false, reason}}));
             return ExitCode::someFailed;
         }
     }

@@ -35,11 +35,12 @@ TextSide sideOf(ReportColumn column) noexcept {
         case ReportColumn::take:
         case ReportColumn::circled:
         case ReportColumn::wild:
-            return TextSide::centre;
-        case ReportColumn::channel:
+        // All alike in width: under each other in the middle as well, and away from the neighbours on both sides.
         case ReportColumn::duration:
         case ReportColumn::tcStart:
         case ReportColumn::tcEnd:
+            return TextSide::centre;
+        case ReportColumn::channel:
         case ReportColumn::bitDepth:
         case ReportColumn::size:
             return TextSide::right;

@@ -3,6 +3,7 @@
 #include "base/error.h"
 
 #include <QFontDatabase>
+#include <QFontInfo>
 #include <QPaintDevice>
 #include <QStringList>
 
@@ -12,7 +13,6 @@ namespace {
 /// The first that is installed: the named one of the paper, then what comes with the program.
 QString familyOf(bool bold) {
     const QStringList installed = QFontDatabase::families();
-    if (installed.isEmpty()) throw Error("The PDF cannot be made: no font is installed.");
     static const QStringList wanted = {QStringLiteral("Helvetica Neue"), QStringLiteral("DejaVu Sans Condensed"),
                                        QStringLiteral("DejaVu Sans"), QStringLiteral("Liberation Sans"),
                                        QStringLiteral("Arial")};
@@ -41,6 +41,8 @@ QFont fontOf(TextStyle style) {
 ReportFonts::ReportFonts(QPaintDevice& device) : scale_(device.logicalDpiX() / 72.0) {
     for (int style = 0; style <= static_cast<int>(lastTextStyle); ++style) {
         const QFont font = fontOf(static_cast<TextStyle>(style));
+        // Boxes would be drawn instead of letters, and nothing said.
+        if (QFontInfo(font).family().isEmpty()) throw Error("The PDF cannot be made: no font is installed.");
         faces_.push_back({font, QFontMetricsF(font, &device)});
     }
 }

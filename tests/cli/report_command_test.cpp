@@ -81,6 +81,18 @@ TEST_F(ReportCommand, TellsInJsonWhatADryRunWouldDoAndWhatARunDid) {
     EXPECT_EQ(made[1]["message"], "CSV report created");
 }
 
+TEST_F(ReportCommand, MakesNothingWithoutAFont) {
+    writeFile(folder_ / "fonts.conf",
+              "<fontconfig><cachedir>" + (folder_ / "cache").string() + "</cachedir></fontconfig>");
+    const Ran ran = run({"report", day(), "--dest", out(), "--json"},
+                        {.environment = {{"FONTCONFIG_FILE", (folder_ / "fonts.conf").string()}}});
+    EXPECT_EQ(ran.exitCode, 1);
+    EXPECT_THAT(ran.err,
+                HasSubstr("Sound Report Failed. The PDF cannot be made: no font is installed. No files were made."));
+    EXPECT_FALSE(ran.json()["results"][0]["ok"]);
+    EXPECT_TRUE(namesIn(folder_ / "out").empty());
+}
+
 TEST_F(ReportCommand, RefusesWhatCannotBeDoneAndNamesWhatCannotBeRead) {
     EXPECT_EQ(report({"--columns", "scene,colour"}).exitCode, 2);
     EXPECT_EQ(run({"report", day()}).exitCode, 2);
