@@ -135,6 +135,18 @@ Examples:
   dravik-cli rename --pattern "{scene}_{take}_{trackName}" --dry-run /media/card/day1
   dravik-cli rename --pattern "{recordingDate}_{scene}T{take}_{circled}" 12A-T03.WAV
   dravik-cli rename --pattern "{project}-{originalName}" --copy-to delivery /media/card/day1)";
+constexpr const char* reportFooter =
+    R"(The day's paper for editorial: "FOLDER_SoundReport.pdf" and ".csv", one line a file. Where a name is taken, both get
+"-1", "-2" behind the folder's name. Without --pdf or --csv both are written. What is not given is taken from the
+files: production (their project), tape, frame rate, sample rate and bit depth. The paper is A4 or Letter, by LC_PAPER.
+
+Columns, beside the file's name: tape, scene, take, circled, wild, notes, channel, duration, tcStart, tcEnd,
+frameRate, bitDepth, sampleRate, size, format. Default: all but tape, size and format.
+
+Examples:
+  dravik-cli report --dest paper /media/card/day1
+  dravik-cli report --pdf --dest . --work-title "The Long Tide" --sound-mixer "A. Weir" --reference "-20 dBFS" day1
+  dravik-cli report --csv --columns scene,take,circled,tcStart --dest . day1)";
 
 /// CLI11's help without its shouting: "--scene TEXT", not "--scene TEXT REQUIRED".
 class HelpFormatter final : public CLI::Formatter {
@@ -209,6 +221,7 @@ class Grammar {
         merge();
         exportTakes();
         rename();
+        report();
         demo();
     }
 
@@ -272,6 +285,11 @@ class Grammar {
         sub.add_option_function<std::string>(
                name, [&target](const std::string& value) { target = value; }, description)
             ->type_name(type);
+    }
+    void plainText(CLI::App& sub, const char* name, std::string& target, const char* description) {
+        sub.add_option_function<std::string>(
+               name, [&target](const std::string& value) { target = value; }, description)
+            ->type_name("TEXT");
     }
     /// "--name" and "--no-name", of which one may be given.
     void yesNo(CLI::App& sub, const std::string& name, std::optional<bool>& target, const char* yes, const char* no) {
@@ -535,6 +553,44 @@ class Grammar {
         json(sub, rename_.json);
         chosenBy(sub, rename_);
     }
+    void report() {
+        CLI::App& sub = command("report", "Write the sound report of a folder, as PDF and CSV", reportFooter);
+        paths(sub, "FOLDER", report_.folder);
+        sub.add_option_function<std::string>(
+               "--dest", [this](const std::string& value) { report_.dest = value; }, "Folder of the report")
+            ->type_name("DIR")
+            ->required();
+        sub.add_flag("--pdf", pdfAlone_, "Write the PDF");
+        sub.add_flag("--csv", csvAlone_, "Write the CSV file");
+        GenerateurRapport& form = report_.report;
+        plainText(sub, "--production", form.production, "Production; else the files' project");
+        plainText(sub, "--work-title", form.nomOeuvre, "Work title");
+        plainText(sub, "--director", form.realisateur, "Director");
+        plainText(sub, "--sound-mixer", form.ingenieurSon, "Sound mixer");
+        plainText(sub, "--reference", form.referenceDBFS, "Reference level: \"-20 dBFS\"");
+        plainText(sub, "--notes", form.notesGlobales, "Notes on the whole report");
+        sub.add_option_function<std::string>(
+               "--columns",
+               [this](const std::string& list) {
+                   std::string unknown;
+                   const std::optional<SoundReportColumns> columns = parseColumns(list, unknown);
+                   if (!columns) {
+                       throw CLI::ValidationError("--columns", fmt::format("there is no column \"{}\"", unknown));
+                   }
+                   report_.report.colonnes = *columns;
+               },
+               "Columns of the table, see below")
+            ->type_name("LIST");
+        dryRun(sub, report_.dryRun);
+        json(sub, report_.json);
+        sub.callback([this] {
+            if (pdfAlone_ || csvAlone_) {
+                report_.report.exporterPDF = pdfAlone_;
+                report_.report.exporterCSV = csvAlone_;
+            }
+            command_ = report_;
+        });
+    }
     void demo() {
         CLI::App& sub = command("demo", "Write a made-up recording day to try things on", demoFooter);
         paths(sub, "DIR", demo_.folder);
@@ -560,6 +616,8 @@ class Grammar {
     MergeOptions merge_;
     ExportOptions export_;
     RenameOptions rename_;
+    ReportOptions report_;
+    bool pdfAlone_ = false, csvAlone_ = false;
     std::vector<std::string> trackArguments_, addArguments_, removeArguments_, renameArguments_;
 };
 

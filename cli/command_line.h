@@ -5,6 +5,7 @@
 #include "cli/export_command.h"
 #include "cli/recover_command.h"
 #include "cli/rename_command.h"
+#include "cli/report_command.h"
 #include "cli/scan_command.h"
 #include "cli/set_command.h"
 #include "cli/show_command.h"
@@ -22,7 +23,7 @@ struct Told {
 };
 using Command =
     std::variant<Told, ScanOptions, ShowOptions, SetOptions, CuesOptions, DemoOptions, RecoverOptions, ReorderOptions,
-                 DeleteTracksOptions, SplitOptions, MergeOptions, ExportOptions, RenameOptions>;
+                 DeleteTracksOptions, SplitOptions, MergeOptions, ExportOptions, RenameOptions, ReportOptions>;
 
 /// Never throws for what a user may type.
 [[nodiscard]] Command parseCommandLine(int argc, const char* const* argv);

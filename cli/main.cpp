@@ -65,6 +65,7 @@ struct Runner {
     ExitCode operator()(const MergeOptions& options) const { return runMerge(options, services); }
     ExitCode operator()(const ExportOptions& options) const { return runExport(options, services); }
     ExitCode operator()(const RenameOptions& options) const { return runRename(options, services); }
+    ExitCode operator()(const ReportOptions& options) const { return runReport(options, services); }
 };
 
 ExitCode run(int argc, const char* const* argv) {
