@@ -4,8 +4,8 @@
 #include "app/folder_watch.h"
 #include "app/take_rows.h"
 #include "base/file_ops.h"
-#include "base/progress.h"
 #include "base/folder_recovery.h"
+#include "base/progress.h"
 #include "model/audio_file_reader.h"
 #include "model/groupe_fichiers.h"
 

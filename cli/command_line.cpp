@@ -5,6 +5,7 @@
 #include "editing/row_edits.h"
 
 #include <algorithm>
+#include <charconv>
 #include <limits>
 #include <memory>
 #include <sstream>
@@ -521,7 +522,14 @@ class Grammar {
         sub.add_option("--bitrate", export_.bitRate, "kbit/s, mp3 and aac (256)")
             ->type_name("KBPS")
             ->check(CLI::Range(1, std::numeric_limits<int>::max()).description(""));
-        sub.add_option("--dither-seed", export_.ditherSeed, "The same dither in every run; wav only")->type_name("N");
+        sub.add_option("--dither-seed", export_.ditherSeed, "The same dither in every run; wav only")
+            ->type_name("N")
+            ->check([](const std::string& text) {
+                std::uint64_t seed = 0;
+                const char* end = text.data() + text.size();
+                const auto [behind, error] = std::from_chars(text.data(), end, seed);
+                return error == std::errc() && behind == end ? std::string() : "a whole number of 64 bits, 0 or more";
+            });
         sub.add_option("--name", export_.name, "Name of the new file, for one take")->type_name("NAME");
         operation(sub, export_);
         chosenBy(sub, export_);

@@ -5,6 +5,7 @@
 #include "cli/display_text.h"
 #include "cli/operation_command.h"
 #include "cli/progress_bar.h"
+#include "editing/save_rename_plan.h"
 #include "operations/destination_names.h"
 #include "operations/export_run.h"
 #include "operations/track_eligibility.h"
@@ -149,8 +150,8 @@ ExitCode runExport(const ExportOptions& options, Services& services) {
     if (options.name && std::filesystem::path(*options.name).filename() != *options.name) {
         throw UsageError("--name is a name without a folder; the folder is --dest.");
     }
-    if (options.name && (options.name->empty() || *options.name == "." || *options.name == "..")) {
-        throw UsageError("--name is empty, or no name of a file.");
+    if (options.name && !isValidName(*options.name)) {
+        throw UsageError("--name cannot be the name of a file.");
     }
     if (takes.groupes.empty()) {
         services.console.message(fmt::format("{}. {}", noneEligible, why));

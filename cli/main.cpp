@@ -30,6 +30,8 @@ void cancelOnSignals() {
     // A reader that goes away is an error of `print`, not a death in the middle of a save.
     action.sa_handler = SIG_IGN;
     ::sigaction(SIGPIPE, &action, nullptr);
+    // A limit on the size of files is a failed write, whose unfinished file is removed.
+    ::sigaction(SIGXFSZ, &action, nullptr);
 }
 
 /// A program started without one of the standard streams would get its number for the next file it opens, and what a

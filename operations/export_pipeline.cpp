@@ -14,6 +14,9 @@
 namespace dravik {
 namespace {
 
+/// What a converter gives beyond a block at a time, in frames of its input: room for it is made again as needed.
+constexpr double converterTail = 64;
+
 /// Frames of a block: enough that the hand-over costs nothing, few enough that a block of all threads stays in the
 /// cache and a cancel is answered at once.
 constexpr std::size_t blockFrames = 16384;
@@ -128,7 +131,9 @@ class Pipeline {
     }
 
     void convert(Channel& channel, std::vector<float>& out, bool last) {
-        const auto room = static_cast<std::size_t>(std::ceil(static_cast<double>(frames_) * ratio_)) + 1;
+        const double most =
+            std::min(static_cast<double>(frames_), static_cast<double>(channel.decoded.size()) + converterTail);
+        const auto room = static_cast<std::size_t>(std::ceil(most * ratio_)) + 1;
         std::size_t made = 0;
         const auto free = [&] {
             if (out.size() < made + room) out.resize(made + room);

@@ -50,7 +50,7 @@ void checkIxml(std::string_view document, const WaveFormat& format, std::string_
             refuse("The exported iXML CURRENT_FILENAME does not describe the output file.");
         }
     });
-    if (findOpeningTag(document, "MIXER_SETTINGS") != noTag) {
+    if (findOpeningTag(document, "MIXER_SETTINGS") != noTag || findClosingTag(document, "MIXER_SETTINGS", 0) != noTag) {
         refuse("The exported iXML still contains mixer automation metadata.");
     }
 }

@@ -54,6 +54,11 @@ std::string withoutElements(std::string_view text, std::string_view name) {
     std::string out;
     std::size_t copied = 0;
     for (auto at = nextElement(text, name, 0, true); at; at = nextElement(text, name, at->end, true)) {
+        // One that begins in a comment or in quoted text ends elsewhere than it seems to.
+        const std::string_view whole = text.substr(at->begin, at->end - at->begin);
+        if (whole.find("]]>") != std::string_view::npos || whole.find("-->") != std::string_view::npos) {
+            return std::string(text);
+        }
         out.append(text.substr(copied, at->begin - copied));
         copied = at->end;
     }

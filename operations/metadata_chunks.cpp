@@ -12,6 +12,9 @@ std::vector<RIFFChunk> metadataChunks(const std::filesystem::path& fichier) {
     std::uint64_t carried = 0;
     for (const Chunk& chunk : walked.table()->chunks) {
         if (chunk.truncated() || chunk.id == FourCC("fmt ") || chunk.id == FourCC("data")) continue;
+        // Zeros that fill a file up read as a row of empty chunks without a name. In front of the audio they would keep
+        // other programs from finding it.
+        if (chunk.size == 0 && chunk.id == FourCC()) continue;
         if (chunk.size > maxCarriedBytes - carried) {
             throw OperationAudioError::groupeIncompatible(
                 aboutFile(fichier, " has more metadata than can be carried over."));

@@ -4,10 +4,12 @@
 #include "model/wave/bext.h"
 #include "model/wave/ixml_document.h"
 #include "model/wave/ixml_editor.h"
+#include "operations/operation_audio_error.h"
 #include "operations/track_lines.h"
 #include "operations/xml_text.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 
 #include <fmt/format.h>
@@ -79,18 +81,47 @@ std::string trackListElement(std::span<const OutputTrack> tracks) {
     return list += "</TRACK_LIST>";
 }
 
+namespace {
+
+[[noreturn]] void refuseDocument(std::string_view why) {
+    throw OperationAudioError::groupeIncompatible(
+        fmt::format("The iXML metadata {}, so the new file would name its tracks wrongly. Nothing was created.", why));
+}
+
+/// The names that a reader finds in the new list.
+std::map<int, std::string> namesToBeRead(std::span<const OutputTrack> tracks) {
+    std::map<int, std::string> names;
+    int position = 0;
+    for (const OutputTrack& track : tracks) {
+        ++position;
+        const std::string name = escapedXml(trackLabel(track));
+        if (const std::string_view read = trimmed(name); !read.empty()) names.emplace(position, read);
+    }
+    return names;
+}
+
+}  // namespace
+
 Bytes ixmlWithTracks(ByteSpan payload, std::span<const OutputTrack> tracks) {
     std::string document(asText(payload));
     const bool converted = !isValidUtf8(document);
     if (converted) {
         std::optional<std::string> text = decodeIxml(document);
-        if (!text) return {payload.begin(), payload.end()};
+        if (!text) refuseDocument("cannot be read");
         document = std::move(*text);
     }
+    if (document.size() > maxIxmlBytes) refuseDocument("is too large");
     const std::optional<IxmlElement> list = plageTag(document, "TRACK_LIST");
-    if (!list) return {payload.begin(), payload.end()};
+    if (!list) {
+        if (!IxmlDocument(document).tracks().empty()) refuseDocument("has tracks outside a track list");
+        return {payload.begin(), payload.end()};
+    }
     const std::string element = trackListElement(tracks);
     document.replace(list->begin, list->end - list->begin, element);
+    // The first element of the name may stand in a comment or a note, and another be the one that readers find.
+    if (lireNomsPistes(IxmlDocument(document)) != namesToBeRead(tracks)) {
+        refuseDocument("has a track list that cannot be replaced safely");
+    }
     const auto isAscii = [](char c) { return (c & 0x80) == 0; };
     if (converted || !std::all_of(element.begin(), element.end(), isAscii)) declareUtf8(document);
     return toBytes(document);

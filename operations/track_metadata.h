@@ -44,6 +44,7 @@ namespace OperationsAudio {
 
 /// The iXML payload with its first TRACK_LIST element replaced by that of the tracks. Every other byte stays, but that
 /// text which is not UTF-8 becomes UTF-8 when it has a list. Without a TRACK_LIST the payload comes back unchanged.
+/// Throws OperationAudioError when readers would find other tracks in the result, or it cannot be read at all.
 [[nodiscard]] Bytes ixmlWithTracks(ByteSpan payload, std::span<const OutputTrack> tracks);
 
 /// The bext payload, at its length, with the "sTRK3=Boom" lines of its Description rebuilt: in the order of the tracks

@@ -21,24 +21,12 @@ class ReportFile {
     ReportFile(FileOps& ops, const std::filesystem::path& target, ByteSpan bytes)
         : file_(ops, target, TempKind::output), target_(target) {
         file_.writeAt(0, bytes);
-        readableAsFolder();
         file_.sync();
     }
     [[nodiscard]] UnsyncedFolder commit() { return file_.commit(SafeFile::Existing::refuse); }
     [[nodiscard]] const std::filesystem::path& target() const noexcept { return target_; }
 
   private:
-    /// Who may read the folder may read the report. Where there are no permissions, there are none to set.
-    void readableAsFolder() const {
-        using std::filesystem::perms;
-        std::error_code none;
-        const perms folder = std::filesystem::status(target_.parent_path(), none).permissions();
-        const perms read = perms::group_read | perms::others_read;
-        if (!none)
-            std::filesystem::permissions(file_.temporaryPath(), folder & read, std::filesystem::perm_options::add,
-                                         none);
-    }
-
     SafeFile file_;
     std::filesystem::path target_;
 };

@@ -7,15 +7,27 @@
 namespace dravik {
 namespace {
 
-/// Fonts need an application. This one knows no display, whether there is one or not, and says nothing: standard error
-/// is the program's.
+/// Fonts need an application. This one knows no display, whether there is one or not. It lives until the process ends:
+/// what Qt keeps for itself goes before anything of ours would take the application down.
+void makeApplication() {
+    if (QCoreApplication::instance() != nullptr) return;
+    static std::array<char, 7> name = {"dravik"};
+    static std::array<char, 10> option = {"-platform"};
+    static std::array<char, 10> platform = {"offscreen"};
+    static std::array<char*, 4> arguments = {name.data(), option.data(), platform.data(), nullptr};
+    static int count = 3;
+    static const QGuiApplication* const application =
+        std::make_unique<QGuiApplication>(count, arguments.data()).release();
+    static_cast<void>(application);
+}
+
 class WithApplication final : public PdfRenderer {
   public:
     WithApplication() {
+        // Standard error is the program's.
         qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-        if (QCoreApplication::instance() == nullptr) {
-            application_ = std::make_unique<QGuiApplication>(count_, arguments_.data());
-        }
+        makeApplication();
+        pages_ = makePdfRenderer();
     }
     [[nodiscard]] Bytes render(const ReportDocument& document, const PageSetup& setup,
                                const TaskContext& task) const override {
@@ -23,13 +35,7 @@ class WithApplication final : public PdfRenderer {
     }
 
   private:
-    std::array<char, 7> name_ = {"dravik"};
-    std::array<char, 10> option_ = {"-platform"};
-    std::array<char, 10> platform_ = {"offscreen"};
-    std::array<char*, 4> arguments_ = {name_.data(), option_.data(), platform_.data(), nullptr};
-    int count_ = 3;
-    std::unique_ptr<QGuiApplication> application_;
-    std::unique_ptr<PdfRenderer> pages_ = makePdfRenderer();
+    std::unique_ptr<PdfRenderer> pages_;
 };
 
 }  // namespace
