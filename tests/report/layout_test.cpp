@@ -152,7 +152,8 @@ TEST(ReportLayout, PutsNumbersUnderEachOtherByTheirPoint) {
     for (std::size_t i = 0; i < rates.size(); ++i)
         document.rows[i].cells[static_cast<std::size_t>(rate - document.columns.begin())] = rates[i];
     std::vector<double> points;
-    for (const PlacedText& text : layOut(document, {}, ruler).pages.front().texts) {
+    const ReportLayout layout = layOut(document, {}, ruler);
+    for (const PlacedText& text : layout.pages.front().texts) {
         if (std::find(rates.begin(), rates.end(), text.text) == rates.end()) continue;
         points.push_back(text.x + ruler.width(text.style, text.text.substr(0, text.text.find('.'))));
     }
