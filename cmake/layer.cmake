@@ -15,5 +15,5 @@ function(dravik_test name)
   target_link_libraries(${name} PRIVATE dravik_options dravik_test_support ${ARG_LINK} GTest::gmock_main)
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300
     ENVIRONMENT "DRAVIK_CLI=$<TARGET_FILE:dravik-cli>"
-    ENVIRONMENT_MODIFICATION "LSAN_OPTIONS=set:suppressions=${CMAKE_SOURCE_DIR}/tests/support/lsan.supp")
+    ENVIRONMENT_MODIFICATION "LSAN_OPTIONS=set:suppressions=${CMAKE_SOURCE_DIR}/tests/support/lsan.supp:print_suppressions=0")
 endfunction()
