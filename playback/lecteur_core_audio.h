@@ -220,7 +220,7 @@ class LecteurCoreAudio : public QObject {
 
     Uuid chargementAudioID_ = Uuid::random();
     std::shared_ptr<CancellationToken> preparationAudioTask_;
-    TakePreparation preparation_{*this};
+    TakePreparation preparation_;
     std::shared_ptr<const PcmTake> take_;
     std::unique_ptr<TakeRenderer> renderer_;
     std::unique_ptr<AudioOutput> moteur_;  // after the renderer, which it calls until it is destroyed

@@ -2,7 +2,6 @@
 
 #include "base/abandoned_work.h"
 
-#include <QMetaObject>
 #include <QObject>
 #include <chrono>
 #include <mutex>
@@ -19,27 +18,39 @@ constexpr std::chrono::seconds turnPatience{2};
 }  // namespace
 
 /// Leads to the main thread until it is cut.
-struct TakePreparation::Line {
-    std::mutex lock;
-    QObject* target = nullptr;
-
-    void post(std::function<void()> call) {
-        const std::scoped_lock guard(lock);
-        if (target != nullptr) QMetaObject::invokeMethod(target, std::move(call), Qt::QueuedConnection);
+class TakePreparation::Line : public QObject {
+    Q_OBJECT
+  public:
+    Line() {
+        connect(
+            this, &Line::posted, this, [](const std::function<void()>& call) { call(); }, Qt::QueuedConnection);
     }
+    void post(const std::function<void()>& call) { emit posted(call, {}); }
+
+  signals:
+    void posted(const std::function<void()>& call, QPrivateSignal);
 };
 
-TakePreparation::TakePreparation(QObject& target)
-    : line_(std::make_shared<Line>()), pool_(std::make_shared<QThreadPool>()) {
-    line_->target = &target;
-    post_ = [line = line_](std::function<void()> call) { line->post(std::move(call)); };
+/// Holds the line for those that may outlive it.
+struct TakePreparation::End {
+    std::mutex lock;
+    Line* line = nullptr;
+};
+
+TakePreparation::TakePreparation()
+    : line_(std::make_unique<Line>()), end_(std::make_shared<End>()), pool_(std::make_shared<QThreadPool>()) {
+    end_->line = line_.get();
+    post_ = [end = end_](const std::function<void()>& call) {
+        const std::scoped_lock guard(end->lock);
+        if (end->line != nullptr) end->line->post(call);
+    };
     pool_->setMaxThreadCount(threads);
 }
 
 TakePreparation::~TakePreparation() {
     {
-        const std::scoped_lock guard(line_->lock);
-        line_->target = nullptr;
+        const std::scoped_lock guard(end_->lock);
+        end_->line = nullptr;
     }
     const auto ended = [pool = pool_](std::chrono::milliseconds most) {
         return pool->waitForDone(static_cast<int>(most.count()));
@@ -59,3 +70,5 @@ void TakePreparation::run(std::function<void(const Post&)> work) {
 }
 
 }  // namespace dravik
+
+#include "take_preparation.moc"

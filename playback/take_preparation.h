@@ -5,8 +5,6 @@
 #include <future>
 #include <memory>
 
-class QObject;
-
 namespace dravik {
 
 /// Where takes are read into memory and freed again: off the main thread, one piece of work after the other, so that
@@ -15,10 +13,10 @@ namespace dravik {
 class TakePreparation {
   public:
     /// Calls back on the main thread, in order; what comes after the preparation is gone is dropped. Any thread.
-    using Post = std::function<void(std::function<void()>)>;
+    using Post = std::function<void(const std::function<void()>&)>;
 
-    /// Calls are posted to `target`, which lives longer. Main thread, as all below.
-    explicit TakePreparation(QObject& target);
+    /// Main thread, as all below.
+    TakePreparation();
     ~TakePreparation();
     TakePreparation(const TakePreparation&) = delete;
     TakePreparation& operator=(const TakePreparation&) = delete;
@@ -29,9 +27,11 @@ class TakePreparation {
     void run(std::function<void(const Post&)> work);
 
   private:
-    struct Line;
+    class Line;
+    struct End;
 
-    std::shared_ptr<Line> line_;
+    std::unique_ptr<Line> line_;
+    std::shared_ptr<End> end_;
     Post post_;
     std::shared_ptr<QThreadPool> pool_;
     std::shared_future<void> last_;  ///< what was given last has ended
