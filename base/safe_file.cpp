@@ -99,7 +99,9 @@ SafeFile::SafeFile(FileOps& ops, std::filesystem::path target, TempKind kind) : 
         try {
             file_ = ops_.createExclusive(temporary_, rightsOf(kind));
         } catch (const std::filesystem::filesystem_error& error) {
-            if (error.code() != std::errc::file_exists || attempt == createAttempts) throw;
+            if (error.code() != std::errc::file_exists || attempt == createAttempts) {
+                throw std::filesystem::filesystem_error("cannot create", target_, error.code());
+            }
             continue;
         }
         // Between creation and lock another process may have taken the file for an abandoned one.
@@ -144,7 +146,7 @@ void SafeFile::write(const FilePlan& plan, const FileHandle& source, const TaskC
     std::uint64_t at = 0;
     for (const FilePlan::Piece& piece : plan.pieces()) {
         if (const auto* bytes = std::get_if<Bytes>(&piece)) {
-            ops_.writeAt(file_, temporary_, at, *bytes);
+            ops_.writeAt(file_, target_, at, *bytes);
             at += bytes->size();
         } else {
             SourceRange rest = std::get<SourceRange>(piece);
@@ -155,7 +157,7 @@ void SafeFile::write(const FilePlan& plan, const FileHandle& source, const TaskC
             while (rest.length > 0) {
                 // Steps end at whole blocks of the new file: one that is being written out is not touched again.
                 const std::uint64_t step = std::min(rest.length, copyStepBytes - at % copyStepBytes);
-                const std::uint64_t copied = ops_.copyRange(source, rest.offset, file_, temporary_, at, step);
+                const std::uint64_t copied = ops_.copyRange(source, rest.offset, file_, target_, at, step);
                 if (copied == 0) {
                     throw FileError("it ended while it was copied", target_, std::errc::io_error);
                 }
@@ -171,21 +173,21 @@ void SafeFile::write(const FilePlan& plan, const FileHandle& source, const TaskC
         progress.doneBytes = at;
         task.advance(progress);
     }
-    if (shared) ops_.truncate(file_, temporary_, plan.size());
+    if (shared) ops_.truncate(file_, target_, plan.size());
 }
 
 void SafeFile::writeAt(std::uint64_t offset, ByteSpan bytes) {
     synced_ = false;
-    ops_.writeAt(file_, temporary_, offset, bytes);
+    ops_.writeAt(file_, target_, offset, bytes);
 }
 
 void SafeFile::copyAttributesFrom(const FileHandle& original) {
     synced_ = false;
-    ops_.copyAttributes(original, file_, temporary_);
+    ops_.copyAttributes(original, file_, target_);
 }
 
 void SafeFile::sync() {
-    if (!synced_) ops_.sync(file_, temporary_);
+    if (!synced_) ops_.sync(file_, target_);
     synced_ = true;
 }
 

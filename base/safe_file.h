@@ -35,7 +35,8 @@ class FolderSyncs {
 /// touched, and the destructor only discards. A process killed in between leaves the target as it was, and a temporary
 /// file that the next opening of the folder removes.
 ///
-/// Not for several threads at once. Everything throws std::filesystem::filesystem_error unless said otherwise.
+/// Not for several threads at once. Everything throws std::filesystem::filesystem_error unless said otherwise; it names
+/// the target, which the user knows, and never the temporary file.
 class SafeFile {
   public:
     /// Makes the temporary file in the folder of `target`. A target that is a symbolic link must be resolved before.

@@ -38,6 +38,17 @@ struct Workshop {
     [[nodiscard]] ExportServices services() const { return {*ops, *converters, *aac, *mp3, *decoder}; }
 };
 
+/// What one export is given beside its codecs.
+struct Run {
+    std::unique_ptr<FileOps> ops = makeNativeFileOps();
+    TaskContext task;
+    FolderSyncs folders;
+    std::vector<std::filesystem::path> completed;
+    bool begun = false;
+
+    [[nodiscard]] OperationContext context() { return {*ops, task, folders, completed, begun}; }
+};
+
 std::filesystem::path outFolder() {
     const std::filesystem::path folder = bench::benchFolder().path() / "exports";
     std::filesystem::create_directories(folder);
@@ -88,8 +99,8 @@ void exportWav(benchmark::State& state, int bits, std::optional<double> rate) {
     configuration.sampleRate = rate;
     configuration.ditherSeed = 1;
     measured(state, outFolder() / "ours.wav", [&] {
-        FolderSyncs folders;
-        static_cast<void>(OperationsAudio::exportWAV(configuration, outFolder(), workshop.services(), folders, {}));
+        Run run;
+        static_cast<void>(OperationsAudio::exportWAV(configuration, outFolder(), workshop.services(), run.context()));
         folders.syncAll(*workshop.ops);
     });
 }
@@ -162,8 +173,8 @@ void mp3Export(benchmark::State& state) {
     configuration.destinationName = "ours.mp3";
     configuration.bitRate = bitRate;
     measured(state, outFolder() / "ours.mp3", [&] {
-        FolderSyncs folders;
-        static_cast<void>(OperationsAudio::exportMP3(configuration, outFolder(), workshop.services(), folders, {}));
+        Run run;
+        static_cast<void>(OperationsAudio::exportMP3(configuration, outFolder(), workshop.services(), run.context()));
     });
 }
 BENCHMARK(mp3Export)->Name("export/mp3")->UseRealTime()->Unit(benchmark::kMillisecond)->Iterations(1);
@@ -193,8 +204,8 @@ void aacExport(benchmark::State& state) {
     configuration.destinationName = "ours.m4a";
     configuration.bitRate = bitRate;
     measured(state, outFolder() / "ours.m4a", [&] {
-        FolderSyncs folders;
-        static_cast<void>(OperationsAudio::exportAAC(configuration, outFolder(), workshop.services(), folders, {}));
+        Run run;
+        static_cast<void>(OperationsAudio::exportAAC(configuration, outFolder(), workshop.services(), run.context()));
     });
 }
 BENCHMARK(aacExport)->Name("export/aac")->UseRealTime()->Unit(benchmark::kMillisecond)->Iterations(1);

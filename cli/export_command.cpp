@@ -4,8 +4,8 @@
 #include "base/text.h"
 #include "cli/display_text.h"
 #include "cli/operation_command.h"
-#include "cli/progress_bar.h"
 #include "editing/save_rename_plan.h"
+#include "model/audio_metadata.h"
 #include "operations/destination_names.h"
 #include "operations/export_run.h"
 #include "operations/track_eligibility.h"
@@ -48,6 +48,10 @@ void checkOptions(const ExportOptions& options) {
     if (options.format == Format::aac && options.rate) {
         throw UsageError("--rate is for WAV and MP3: AAC keeps the rate of the take.");
     }
+    if (options.name && std::filesystem::path(*options.name).filename() != *options.name) {
+        throw UsageError("--name is a name without a folder; the folder is --dest.");
+    }
+    if (options.name && !isValidName(*options.name)) throw UsageError("--name cannot be the name of a file.");
     if (!wav && options.route && std::holds_alternative<routing::Poly>(*options.route)) {
         throw UsageError("--route poly is for WAV: MP3 and AAC are mono or stereo.");
     }
@@ -107,23 +111,24 @@ std::vector<ExportJob> jobsFor(const ExportOptions& options, const std::vector<G
     return jobs;
 }
 
-ExitCode rehearse(const std::vector<ExportJob>& jobs, const ExportServices& exports, bool json, Console& console,
-                  const CancellationToken& token) {
+ExitCode rehearse(const std::vector<ExportJob>& jobs, const ExportServices& exports, bool json, Services& services) {
+    Console& console = services.console;
     std::vector<OperationLine> lines;
     std::string text;
     std::size_t failed = 0;
+    std::vector<FileToMake> needed;
     for (const ExportJob& job : jobs) {
-        if (token.isCancelled()) throw Cancelled();
+        if (services.token.isCancelled()) throw Cancelled();
         OperationLine& line = lines.emplace_back();
         line.source = sourceOf(job.groupe());
         const std::filesystem::path destination = job.folder / job.destinationName();
         try {
-            OperationsAudio::checkExport(job, exports);
+            needed.push_back(OperationsAudio::planExport(job, exports));
             line.outputs = {destination};
             line.message = "Would create " + job.destinationName();
-            text += fmt::format("{}\n    {}\n",
+            text += fmt::format("{}\n    {}  about {}\n",
                                 styled(printable(job.groupe().nom), Style::strong, console.outputHasColour()),
-                                shown(destination));
+                                shown(destination), sizeText(needed.back().bytes));
         } catch (const std::exception& error) {
             ++failed;
             line.ok = false;
@@ -132,7 +137,9 @@ ExitCode rehearse(const std::vector<ExportJob>& jobs, const ExportServices& expo
         }
     }
     text += fmt::format("\nDry run: {} would be made. No files were made.\n", counted(jobs.size() - failed, "file"));
+    const bool room = hasRoomFor(needed, services);
     console.print(json ? operationJson(lines) : text);
+    if (!room) return ExitCode::refused;
     if (failed == 0) return ExitCode::done;
     return failed == jobs.size() ? ExitCode::refused : ExitCode::someFailed;
 }
@@ -141,42 +148,21 @@ ExitCode rehearse(const std::vector<ExportJob>& jobs, const ExportServices& expo
 
 ExitCode runExport(const ExportOptions& options, Services& services) {
     checkOptions(options);
-    const OperationTakes takes = chooseTakes(options, OperationsAudio::isExportable, services);
-    if (takes.refused) {
-        if (options.json) services.console.print(operationJson({}));
-        return ExitCode::refused;
-    }
-    if (options.name && takes.groupes.size() > 1) throw UsageError("--name is for one take at a time.");
-    if (options.name && std::filesystem::path(*options.name).filename() != *options.name) {
-        throw UsageError("--name is a name without a folder; the folder is --dest.");
-    }
-    if (options.name && !isValidName(*options.name)) {
-        throw UsageError("--name cannot be the name of a file.");
-    }
-    if (takes.groupes.empty()) {
-        services.console.message(fmt::format("{}. {}", noneEligible, why));
-        if (options.json) services.console.print(operationJson({}));
-        return ExitCode::done;
-    }
-    if (!takes.passed.empty()) {
-        services.console.message(
-            fmt::format("Passed over: {}. {}", printable(fmt::to_string(fmt::join(takes.passed, ", "))), why));
-    }
     const Codecs codecs;
     const ExportServices exports{services.files, *codecs.converters, *codecs.aac, *codecs.mp3, *codecs.decoder};
-    const std::vector<ExportJob> jobs = jobsFor(options, takes.groupes);
-    ExitCode code = ExitCode::done;
-    if (options.dryRun) {
-        code = rehearse(jobs, exports, options.json, services.console, services.token);
-    } else {
-        RunOutcome outcome;
-        {
-            ProgressBar bar(services.console, "Exporting");
-            outcome = OperationsAudio::runExports(jobs, exports, {&services.token, bar.sink()});
-        }
-        code = tellOutcome(outcome, takes.groupes, options.json, services.console);
-    }
-    return code == ExitCode::done && !takes.recovered ? ExitCode::someFailed : code;
+    return runOperationCommand(options,
+                               {"Exporting", std::string(noneEligible), std::string(why), OperationsAudio::isExportable,
+                                [&](const std::vector<GroupeFichiers>& groupes) {
+                                    if (options.name && groupes.size() > 1)
+                                        throw UsageError("--name is for one take at a time.");
+                                },
+                                [&](const std::vector<GroupeFichiers>& groupes) {
+                                    return rehearse(jobsFor(options, groupes), exports, options.json, services);
+                                },
+                                [&](const std::vector<GroupeFichiers>& groupes, const TaskContext& task) {
+                                    return OperationsAudio::runExports(jobsFor(options, groupes), exports, task);
+                                }},
+                               services);
 }
 
 }  // namespace dravik

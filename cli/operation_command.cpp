@@ -2,6 +2,7 @@
 
 #include "base/paths.h"
 #include "cli/display_text.h"
+#include "cli/failure.h"
 #include "cli/json_writer.h"
 #include "cli/opened_folder.h"
 #include "cli/progress_bar.h"
@@ -9,7 +10,6 @@
 #include "model/audio_metadata.h"
 
 #include <algorithm>
-#include <map>
 #include <set>
 
 #include <fmt/format.h>
@@ -50,7 +50,7 @@ ExitCode rehearse(const std::vector<GroupeFichiers>& groupes, const TrackCommand
     std::string text;
     std::size_t files = 0;
     std::size_t failed = 0;
-    std::map<std::filesystem::path, std::uint64_t> needed;
+    std::vector<FileToMake> needed;
     for (std::size_t at = 0; at < planned.size(); ++at) {
         const OperationPlan& plan = planned[at].plan;
         OperationLine& line = lines.emplace_back();
@@ -70,19 +70,25 @@ ExitCode rehearse(const std::vector<GroupeFichiers>& groupes, const TrackCommand
         for (const PlannedOutput& output : plan.outputs) {
             text +=
                 fmt::format("    {}  {}, {}\n", shown(output.destination), sizeText(output.size()), tracksText(output));
-            needed[folderOf(output.destination)] += output.size();
+            needed.push_back({output.destination, output.size()});
         }
     }
-    for (const auto& [folder, bytes] : needed) {
-        if (reportsRoom(services.files, folder / "new.wav", bytes)) continue;
-        services.console.message(fmt::format("{}: there is no room for {}.", shown(folder), sizeText(bytes)));
-    }
+    const bool room = hasRoomFor(needed, services);
     text += fmt::format("\nDry run: {} would be made. {}\n", counted(files, "file"), nothingMade);
     services.console.print(json ? operationJson(lines) : text);
-    return codeFor(planned.size(), failed, failed);
+    return room ? codeFor(planned.size(), failed, failed) : ExitCode::refused;
 }
 
 }  // namespace
+
+bool hasRoomFor(const std::vector<FileToMake>& files, Services& services) {
+    const std::vector<FileToMake> missing = OperationsAudio::foldersShortOfRoom(services.files, files);
+    for (const FileToMake& folder : missing) {
+        services.console.message(fmt::format("{}: there is no room for the {} of the new files. {}",
+                                             shown(folder.destination), sizeText(folder.bytes), nothingMade));
+    }
+    return missing.empty();
+}
 
 std::filesystem::path sourceOf(const GroupeFichiers& groupe) {
     const std::filesystem::path& first = groupe.fichiers.front().url;
@@ -173,17 +179,17 @@ ExitCode tellOutcome(const RunOutcome& outcome, const std::vector<GroupeFichiers
     return outcome.cancelled ? ExitCode::interrupted : codeFor(outcome.results.size(), failed, outcome.refused);
 }
 
-ExitCode runTrackCommand(const OperationOptions& options, const TrackCommand& command, Services& services) {
+ExitCode runOperationCommand(const OperationOptions& options, const OperationCommand& command, Services& services) {
     const OperationTakes takes = chooseTakes(options, command.isEligible, services);
-    if (takes.refused) {
+    const auto nothing = [&](ExitCode code) {
         if (options.json) services.console.print(operationJson({}));
-        return ExitCode::refused;
-    }
+        return code;
+    };
+    if (takes.refused) return nothing(ExitCode::refused);
     if (command.checkSelection) command.checkSelection(takes.groupes);
     if (takes.groupes.empty()) {
         services.console.message(fmt::format("{}. {}", command.noneEligible, command.why));
-        if (options.json) services.console.print(operationJson({}));
-        return ExitCode::done;
+        return nothing(ExitCode::done);
     }
     if (!takes.passed.empty()) {
         services.console.message(
@@ -191,17 +197,31 @@ ExitCode runTrackCommand(const OperationOptions& options, const TrackCommand& co
     }
     ExitCode code = ExitCode::done;
     if (options.dryRun) {
-        code = rehearse(takes.groupes, command, options.json, services);
+        code = command.rehearse(takes.groupes);
     } else {
         RunOutcome outcome;
-        {
+        try {
             ProgressBar bar(services.console, command.verb);
-            outcome = OperationsAudio::runTrackOperation(services.files, takes.groupes, command.planner,
-                                                         {&services.token, bar.sink()});
+            outcome = command.run(takes.groupes, {&services.token, bar.sink()});
+        } catch (const std::filesystem::filesystem_error& error) {
+            // Room for all of them was looked for first.
+            services.console.message(fmt::format("{}. {}", userText(error), nothingMade));
+            return nothing(exitCodeFor(error));
         }
         code = tellOutcome(outcome, takes.groupes, options.json, services.console);
     }
     return code == ExitCode::done && !takes.recovered ? ExitCode::someFailed : code;
+}
+
+ExitCode runTrackCommand(const OperationOptions& options, const TrackCommand& command, Services& services) {
+    return runOperationCommand(
+        options,
+        {command.verb, command.noneEligible, command.why, command.isEligible, command.checkSelection,
+         [&](const std::vector<GroupeFichiers>& groupes) { return rehearse(groupes, command, options.json, services); },
+         [&](const std::vector<GroupeFichiers>& groupes, const TaskContext& task) {
+             return OperationsAudio::runTrackOperation(services.files, groupes, command.planner, task);
+         }},
+        services);
 }
 
 }  // namespace dravik

@@ -11,7 +11,7 @@ namespace dravik {
 
 /// How a command that makes new files out of takes goes: choose the takes, plan, show or do, tell.
 
-/// What one of these commands has of its own.
+/// What a command over tracks has of its own.
 struct TrackCommand {
     std::string verb;          ///< for the progress bar: "Merging"
     std::string noneEligible;  ///< said when no take of the folders can be used, with the reason
@@ -22,6 +22,20 @@ struct TrackCommand {
     std::function<void(const std::vector<GroupeFichiers>&)> checkSelection;
     OperationsAudio::GroupPlanner planner;
 };
+
+/// Any of them.
+struct OperationCommand {
+    std::string verb, noneEligible, why;
+    std::function<bool(const GroupeFichiers&)> isEligible;
+    std::function<void(const std::vector<GroupeFichiers>&)> checkSelection;
+    /// Shows what would be made.
+    std::function<ExitCode(const std::vector<GroupeFichiers>&)> rehearse;
+    std::function<RunOutcome(const std::vector<GroupeFichiers>&, const TaskContext&)> run;
+};
+[[nodiscard]] ExitCode runOperationCommand(const OperationOptions& options, const OperationCommand& command,
+                                           Services& services);
+/// Does every folder have room for what is to be made in it? Where not, it is told.
+[[nodiscard]] bool hasRoomFor(const std::vector<FileToMake>& files, Services& services);
 
 [[nodiscard]] ExitCode runTrackCommand(const OperationOptions& options, const TrackCommand& command,
                                        Services& services);

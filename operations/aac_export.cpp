@@ -136,14 +136,16 @@ void validate(const SafeFile& file, const Preparation& expected, const SampleDec
 
 }  // namespace
 
-std::filesystem::path planAACExport(const OperationAudioAACExportConfiguration& configuration,
-                                    const std::filesystem::path& folder, const ExportServices& services) {
-    return Preparation(configuration, folder, services.aac).destination;
+FileToMake planAACExport(const OperationAudioAACExportConfiguration& configuration, const std::filesystem::path& folder,
+                         const ExportServices& services) {
+    const Preparation preparation(configuration, folder, services.aac);
+    return {preparation.destination,
+            roomForStream(configuration.bitRate, preparation.reader->frameLength(), preparation.reader->sampleRate())};
 }
 
-OperationAudioResult exportAAC(const OperationAudioAACExportConfiguration& configuration,
-                               const std::filesystem::path& folder, const ExportServices& services,
-                               FolderSyncs& folders, const TaskContext& task) {
+std::string exportAAC(const OperationAudioAACExportConfiguration& configuration, const std::filesystem::path& folder,
+                      const ExportServices& services, const OperationContext& context) {
+    const TaskContext& task = context.task;
     task.checkCancelled();
     const SourceStates sources(services.ops, configuration.groupe);
     Preparation preparation(configuration, folder, services.aac);
@@ -151,6 +153,7 @@ OperationAudioResult exportAAC(const OperationAudioAACExportConfiguration& confi
         services.ops, preparation.destination,
         roomForStream(configuration.bitRate, preparation.reader->frameLength(), preparation.reader->sampleRate()));
 
+    context.begun = true;
     SafeFile file(services.ops, preparation.destination, TempKind::partialM4a);
     AacOutput output(file);
     const std::unique_ptr<AacEncoder> encoder = services.aac.make(preparation.settings, output);
@@ -168,12 +171,12 @@ OperationAudioResult exportAAC(const OperationAudioAACExportConfiguration& confi
     file.sync();
     sources.checkUnchanged();
     task.checkCancelled();
-    folders.add(file.commit(SafeFile::Existing::refuse));
-    return createdResult(
-        configuration.groupe, preparation.destination,
-        fmt::format("Created {}{}. BWF/iXML, timecode, cue markers, and mixer automation aren’t carried "
-                    "into M4A.",
-                    fileNameText(preparation.destination), cutShortNote(*preparation.reader)));
+    context.folders.add(file.commit(SafeFile::Existing::refuse));
+    context.completed.push_back(preparation.destination);
+    return fmt::format(
+        "Created {}{}. BWF/iXML, timecode, cue markers, and mixer automation aren’t carried "
+        "into M4A.",
+        fileNameText(preparation.destination), cutShortNote(*preparation.reader));
 }
 
 }  // namespace dravik::OperationsAudio

@@ -115,6 +115,7 @@ RunOutcome copyAndRename(FileOps& ops, const std::vector<PlanRenommageBatch>& pl
         const std::uint64_t bytes = std::filesystem::file_size(entry.sourceURL);
         all += bytes;
         items.push_back({fileNameText(entry.sourceURL), bytes, [&entry, bytes](const OperationContext& context) {
+                             context.begun = true;
                              context.folders.add(
                                  copyFile(context.ops, entry.sourceURL, entry.destinationURL, bytes, context.task));
                              context.completed.push_back(entry.destinationURL);

@@ -19,30 +19,27 @@ std::uint64_t sourceBytes(const GroupeFichiers& groupe) {
                            [](std::uint64_t sum, const InfoFichier& file) { return sum + file.taille; });
 }
 
-OperationAudioResult exported(const ExportJob& job, const ExportServices& services, const OperationContext& context) {
+std::string exported(const ExportJob& job, const ExportServices& services, const OperationContext& context) {
     struct Export {
         const ExportJob& job;
         const ExportServices& services;
         const OperationContext& context;
-        OperationAudioResult operator()(const OperationAudioExportConfiguration& wav) const {
-            return OperationsAudio::exportWAV(wav, job.folder, services, context.folders, context.task);
+        std::string operator()(const OperationAudioExportConfiguration& wav) const {
+            return OperationsAudio::exportWAV(wav, job.folder, services, context);
         }
-        OperationAudioResult operator()(const OperationAudioAACExportConfiguration& aac) const {
-            return OperationsAudio::exportAAC(aac, job.folder, services, context.folders, context.task);
+        std::string operator()(const OperationAudioAACExportConfiguration& aac) const {
+            return OperationsAudio::exportAAC(aac, job.folder, services, context);
         }
-        OperationAudioResult operator()(const OperationAudioMP3ExportConfiguration& mp3) const {
-            return OperationsAudio::exportMP3(mp3, job.folder, services, context.folders, context.task);
+        std::string operator()(const OperationAudioMP3ExportConfiguration& mp3) const {
+            return OperationsAudio::exportMP3(mp3, job.folder, services, context);
         }
     };
     return std::visit(Export{job, services, context}, job.configuration);
 }
 
 OperationItem itemOf(const ExportJob& job, const ExportServices& services) {
-    return {job.groupe().nom, sourceBytes(job.groupe()), [&job, &services](const OperationContext& context) {
-                const OperationAudioResult result = exported(job, services, context);
-                context.completed = result.destinationURLs;
-                return result.message;
-            }};
+    return {job.groupe().nom, sourceBytes(job.groupe()),
+            [&job, &services](const OperationContext& context) { return exported(job, services, context); }};
 }
 
 /// The progress of jobs that run side by side, as one.
@@ -129,24 +126,34 @@ const std::string& ExportJob::destinationName() const noexcept {
 
 namespace OperationsAudio {
 
-void checkExport(const ExportJob& job, const ExportServices& services) {
-    struct Check {
+FileToMake planExport(const ExportJob& job, const ExportServices& services) {
+    struct Plan {
         const ExportJob& job;
         const ExportServices& services;
-        void operator()(const OperationAudioExportConfiguration& wav) const {
-            static_cast<void>(planWAVExport(wav, job.folder, services));
+        FileToMake operator()(const OperationAudioExportConfiguration& wav) const {
+            return planWAVExport(wav, job.folder, services);
         }
-        void operator()(const OperationAudioAACExportConfiguration& aac) const {
-            static_cast<void>(planAACExport(aac, job.folder, services));
+        FileToMake operator()(const OperationAudioAACExportConfiguration& aac) const {
+            return planAACExport(aac, job.folder, services);
         }
-        void operator()(const OperationAudioMP3ExportConfiguration& mp3) const {
-            static_cast<void>(planMP3Export(mp3, job.folder, services));
+        FileToMake operator()(const OperationAudioMP3ExportConfiguration& mp3) const {
+            return planMP3Export(mp3, job.folder, services);
         }
     };
-    std::visit(Check{job, services}, job.configuration);
+    return std::visit(Plan{job, services}, job.configuration);
 }
 
 RunOutcome runExports(const std::vector<ExportJob>& jobs, const ExportServices& services, const TaskContext& task) {
+    std::vector<FileToMake> files;
+    for (const ExportJob& job : jobs) {
+        task.checkCancelled();
+        try {
+            files.push_back(planExport(job, services));
+        } catch (const std::exception&) {
+            continue;  // its own turn says why
+        }
+    }
+    ensureRoomForAll(services.ops, files);
     std::vector<OperationItem> items;
     items.reserve(jobs.size());
     bool encodes = true;

@@ -26,12 +26,14 @@ struct ExportJob {
 
 namespace OperationsAudio {
 
-/// Checks a job without writing anything; throws what its export would throw.
-void checkExport(const ExportJob& job, const ExportServices& services);
+/// Checks a job without writing anything, and says what it would make; throws what its export would throw.
+[[nodiscard]] FileToMake planExport(const ExportJob& job, const ExportServices& services);
 
 /// Does the jobs. MP3 and M4A, whose encoders use one core each, are made several at a time; a WAV export uses all
 /// cores by itself. As runOperation has it: results in the order of the jobs, a failure stops no other, a cancel takes
-/// back what is in progress and keeps what is complete. `task.report` is called by one thread at a time.
+/// back what is in progress and keeps what is complete. Room for all is looked for before the first is begun: throws
+/// std::filesystem::filesystem_error when there is not enough, and Cancelled before that. `task.report` is called by
+/// one thread at a time.
 [[nodiscard]] RunOutcome runExports(const std::vector<ExportJob>& jobs, const ExportServices& services,
                                     const TaskContext& task);
 

@@ -30,16 +30,4 @@ std::string cutShortNote(const ExportPCMReader& reader) {
     return reader.isCutShort() ? ". The source is shorter than its header says: all that there is was exported." : "";
 }
 
-OperationAudioResult createdResult(const GroupeFichiers& groupe, const std::filesystem::path& destination,
-                                   std::string message) {
-    OperationAudioResult result;
-    result.id = Uuid::random();
-    result.sourceName = groupe.nom;
-    result.destinationURL = destination;
-    result.destinationURLs = {destination};
-    result.message = std::move(message);
-    result.success = true;
-    return result;
-}
-
 }  // namespace dravik::OperationsAudio

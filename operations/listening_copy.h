@@ -3,7 +3,6 @@
 #include "base/safe_file.h"
 #include "operations/export_configuration.h"
 #include "operations/export_pcm_reader.h"
-#include "operations/operation_audio_result.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -21,7 +20,5 @@ namespace dravik::OperationsAudio {
 [[nodiscard]] std::uint64_t roomForStream(int kilobitsPerSecond, std::int64_t frames, double sampleRate) noexcept;
 /// Behind the line of an export: what has to be told of a source that ends before its header says. Mostly empty.
 [[nodiscard]] std::string cutShortNote(const ExportPCMReader& reader);
-[[nodiscard]] OperationAudioResult createdResult(const GroupeFichiers& groupe, const std::filesystem::path& destination,
-                                                 std::string message);
 
 }  // namespace dravik::OperationsAudio

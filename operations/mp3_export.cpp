@@ -152,14 +152,16 @@ void validate(const SafeFile& file, const Preparation& expected, const SampleDec
 
 }  // namespace
 
-std::filesystem::path planMP3Export(const OperationAudioMP3ExportConfiguration& configuration,
-                                    const std::filesystem::path& folder, const ExportServices&) {
-    return Preparation(configuration, folder).destination;
+FileToMake planMP3Export(const OperationAudioMP3ExportConfiguration& configuration, const std::filesystem::path& folder,
+                         const ExportServices&) {
+    const Preparation preparation(configuration, folder);
+    return {preparation.destination,
+            roomForStream(configuration.bitRate, preparation.reader->frameLength(), preparation.reader->sampleRate())};
 }
 
-OperationAudioResult exportMP3(const OperationAudioMP3ExportConfiguration& configuration,
-                               const std::filesystem::path& folder, const ExportServices& services,
-                               FolderSyncs& folders, const TaskContext& task) {
+std::string exportMP3(const OperationAudioMP3ExportConfiguration& configuration, const std::filesystem::path& folder,
+                      const ExportServices& services, const OperationContext& context) {
+    const TaskContext& task = context.task;
     task.checkCancelled();
     const SourceStates sources(services.ops, configuration.groupe);
     Preparation preparation(configuration, folder);
@@ -169,6 +171,7 @@ OperationAudioResult exportMP3(const OperationAudioMP3ExportConfiguration& confi
         services.ops, preparation.destination,
         roomForStream(configuration.bitRate, preparation.reader->frameLength(), preparation.reader->sampleRate()));
 
+    context.begun = true;
     SafeFile file(services.ops, preparation.destination, TempKind::partialMp3);
     Mp3Sink sink(file, *encoder);
     runExportPipeline(*preparation.reader, services.converters, preparation.encoder.sampleRate, texts, sink, task,
@@ -178,9 +181,9 @@ OperationAudioResult exportMP3(const OperationAudioMP3ExportConfiguration& confi
     file.sync();
     sources.checkUnchanged();
     task.checkCancelled();
-    folders.add(file.commit(SafeFile::Existing::refuse));
-    return createdResult(configuration.groupe, preparation.destination,
-                         "Created " + fileNameText(preparation.destination) + cutShortNote(*preparation.reader));
+    context.folders.add(file.commit(SafeFile::Existing::refuse));
+    context.completed.push_back(preparation.destination);
+    return "Created " + fileNameText(preparation.destination) + cutShortNote(*preparation.reader);
 }
 
 }  // namespace dravik::OperationsAudio

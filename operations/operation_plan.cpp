@@ -207,6 +207,7 @@ std::string runPlan(const OperationPlan& plan, const OperationContext& context) 
     if (plan.outputs.empty()) return plan.message;
     context.task.checkCancelled();
     ensureRoom(context.ops, plan.outputs.front().destination, plan.size());
+    context.begun = true;
     if (plan.sources.size() == 1) {
         pick(plan, context);
     } else if (plan.outputs.size() == 1) {

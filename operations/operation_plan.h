@@ -1,7 +1,6 @@
 #pragma once
 
-#include "base/progress.h"
-#include "base/safe_file.h"
+#include "operations/operation_context.h"
 #include "operations/source_wav.h"
 #include "operations/track_metadata.h"
 
@@ -57,14 +56,6 @@ struct OperationPlan {
 
     [[nodiscard]] std::uint64_t size() const noexcept;
     [[nodiscard]] std::vector<std::filesystem::path> destinations() const;
-};
-
-/// What an operation needs of its surroundings while it runs.
-struct OperationContext {
-    FileOps& ops;
-    const TaskContext& task;
-    FolderSyncs& folders;                           ///< receives the folders of the files that were put in place
-    std::vector<std::filesystem::path>& completed;  ///< receives the files, each when it is in place
 };
 
 namespace OperationsAudio {

@@ -1,19 +1,12 @@
 #include "operations/operation_run.h"
 
 #include "base/paths.h"
-#include "operations/operation_audio_error.h"
 
 #include <algorithm>
-#include <map>
 
 namespace dravik {
 namespace OperationsAudio {
 namespace {
-
-bool isRefusal(const std::exception& error) noexcept {
-    const auto* own = dynamic_cast<const OperationAudioError*>(&error);
-    return own != nullptr && own->errorCase() == OperationAudioError::Case::groupeIncompatible;
-}
 
 /// The part of the whole that an item is.
 ProgressSink partOf(const ProgressSink& whole, std::uint64_t before, std::uint64_t bytes, std::uint64_t all) {
@@ -43,16 +36,17 @@ RunOutcome runOperation(FileOps& ops, const std::vector<OperationItem>& items, c
         result.id = Uuid::random();
         result.sourceName = item.sourceName;
         FolderSyncs folders;
+        bool begun = false;
         const TaskContext part{task.token, partOf(task.report, before, item.bytes, all)};
         try {
-            result.message = item.work({ops, part, folders, result.destinationURLs});
+            result.message = item.work({ops, part, folders, result.destinationURLs, begun});
             result.success = true;
         } catch (const Cancelled& cancel) {
             result.message = cancel.what();
             outcome.cancelled = true;
         } catch (const std::exception& error) {
             result.message = userText(error);
-            if (result.destinationURLs.empty() && isRefusal(error)) ++outcome.refused;
+            if (!begun) ++outcome.refused;
         }
         try {
             folders.syncAll(ops);
@@ -90,15 +84,12 @@ std::vector<PlannedGroup> planGroups(const std::vector<GroupeFichiers>& groupes,
 RunOutcome runTrackOperation(FileOps& ops, const std::vector<GroupeFichiers>& groupes, const GroupPlanner& planner,
                              const TaskContext& task) {
     const std::vector<PlannedGroup> planned = planGroups(groupes, planner, task);
-    std::map<std::filesystem::path, std::pair<std::filesystem::path, std::uint64_t>> needed;
+    std::vector<FileToMake> files;
     for (const PlannedGroup& group : planned) {
-        if (group.plan.outputs.empty()) continue;
-        const std::filesystem::path& first = group.plan.outputs.front().destination;
-        auto& [target, bytes] = needed.try_emplace(folderOf(first), first, 0).first->second;
-        bytes += group.plan.size();
+        for (const PlannedOutput& output : group.plan.outputs)
+            files.push_back({output.destination, output.size()});
     }
-    for (const auto& [folder, need] : needed)
-        ensureRoom(ops, need.first, need.second);
+    ensureRoomForAll(ops, files);
 
     DestinationNames names;
     std::vector<OperationItem> items;

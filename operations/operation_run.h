@@ -23,7 +23,7 @@ struct OperationItem {
 struct RunOutcome {
     std::vector<OperationAudioResult> results;  ///< in the order of the items, one for each that was begun
     bool cancelled = false;                     ///< the items behind the last result were not begun
-    std::size_t refused = 0;                    ///< failures of items that did not qualify: nothing was begun for them
+    std::size_t refused = 0;                    ///< failures before anything of the item was begun
 
     [[nodiscard]] bool allDone() const noexcept;
 };

@@ -191,19 +191,19 @@ void convertAudio(WaveOutput& file, Preparation& from, std::uint64_t seed, const
 
 }  // namespace
 
-WavExportPlan planWAVExport(const OperationAudioExportConfiguration& configuration, const std::filesystem::path& folder,
-                            const ExportServices& services) {
+FileToMake planWAVExport(const OperationAudioExportConfiguration& configuration, const std::filesystem::path& folder,
+                         const ExportServices& services) {
     const Preparation preparation(configuration, folder);
     if (preparation.converts()) {
         checkConversion(services.converters, preparation.reader.sampleRate(), preparation.outputRate,
                         textsOf(preparation));
     }
-    return {preparation.destination, preparation.frames, preparation.bytes()};
+    return {preparation.destination, preparation.bytes()};
 }
 
-OperationAudioResult exportWAV(const OperationAudioExportConfiguration& configuration,
-                               const std::filesystem::path& folder, const ExportServices& services,
-                               FolderSyncs& folders, const TaskContext& task) {
+std::string exportWAV(const OperationAudioExportConfiguration& configuration, const std::filesystem::path& folder,
+                      const ExportServices& services, const OperationContext& context) {
+    const TaskContext& task = context.task;
     task.checkCancelled();
     const SourceStates sources(services.ops, configuration.groupe);
     Preparation preparation(configuration, folder);
@@ -217,11 +217,12 @@ OperationAudioResult exportWAV(const OperationAudioExportConfiguration& configur
         sources.checkUnchanged();
         task.checkCancelled();
     };
+    context.begun = true;
     if (preparation.copiesAudio()) {
         SafeFile file(services.ops, preparation.destination, TempKind::exportWav);
         copyAudio(file, preparation, configuration.groupe, task);
         complete(file);
-        folders.add(file.commit(SafeFile::Existing::refuse));
+        context.folders.add(file.commit(SafeFile::Existing::refuse));
     } else {
         const std::uint64_t seed = configuration.ditherSeed.value_or(freshDitherSeed(configuration.destinationName));
         Writeback writeback(services.ops);
@@ -229,10 +230,10 @@ OperationAudioResult exportWAV(const OperationAudioExportConfiguration& configur
                         TempKind::exportWav);
         convertAudio(file, preparation, seed, services, task);
         complete(file);
-        folders.add(file.commit());
+        context.folders.add(file.commit());
     }
-    return createdResult(configuration.groupe, preparation.destination,
-                         "Created " + fileNameText(preparation.destination) + cutShortNote(preparation.reader));
+    context.completed.push_back(preparation.destination);
+    return "Created " + fileNameText(preparation.destination) + cutShortNote(preparation.reader);
 }
 
 }  // namespace dravik::OperationsAudio

@@ -39,12 +39,20 @@ class ExportStage {
     /// The only take of the source folder.
     [[nodiscard]] GroupeFichiers take() const { return scanFolder(source(), FakeCodecs(), true, {}).at(0); }
 
-    OperationAudioResult wav(const OperationAudioExportConfiguration& configuration, const TaskContext& task = {}) {
-        return OperationsAudio::exportWAV(configuration, out(), services(), folders, task);
+    /// Gives the line for the user.
+    std::string wav(const OperationAudioExportConfiguration& configuration, const TaskContext& task = {}) {
+        return OperationsAudio::exportWAV(configuration, out(), services(), context(task));
+    }
+    [[nodiscard]] OperationContext context(const TaskContext& task) {
+        completed.clear();
+        begun = false;
+        return {ops, task, folders, completed, begun};
     }
 
     FaultyFileOps ops;
     FolderSyncs folders;
+    std::vector<std::filesystem::path> completed;  ///< by the last export
+    bool begun = false;
     std::unique_ptr<SampleRateConverters> converters = makeSoxrConverters();
     std::unique_ptr<AacEncoders> aac = makeLazyAacEncoders();
     std::unique_ptr<MP3Encoders> mp3 = makeLameEncoders();

@@ -29,10 +29,10 @@ OperationAudioAACExportConfiguration asAac(const GroupeFichiers& groupe) {
 }
 
 std::string run(ExportStage& stage, const OperationAudioMP3ExportConfiguration& mp3, const TaskContext& task = {}) {
-    return exportMP3(mp3, stage.out(), stage.services(), stage.folders, task).message;
+    return exportMP3(mp3, stage.out(), stage.services(), stage.context(task));
 }
 std::string run(ExportStage& stage, const OperationAudioAACExportConfiguration& aac, const TaskContext& task = {}) {
-    return exportAAC(aac, stage.out(), stage.services(), stage.folders, task).message;
+    return exportAAC(aac, stage.out(), stage.services(), stage.context(task));
 }
 template <typename Configuration>
 std::string refusal(ExportStage& stage, const Configuration& configuration) {

@@ -50,8 +50,7 @@ TEST(WavExport, KeepsEveryByteOfAudioThatStaysAsItIs) {
         for (const std::size_t frames : {0U, 1U, 1001U, 50000U}) {
             ExportStage stage;
             test::recorderFile({}, {.channels = 3, .bits = bits}, frames).write(stage.source() / "take.wav");
-            const OperationAudioResult result = stage.wav(asWav(stage.take(), bits));
-            EXPECT_EQ(result.message, "Created out.wav");
+            EXPECT_EQ(stage.wav(asWav(stage.take(), bits)), "Created out.wav");
             EXPECT_EQ(test::chunkPayload(stage.out() / "out.wav", "data"),
                       test::chunkPayload(stage.source() / "take.wav", "data"))
                 << bits << " bits, " << frames << " frames";
@@ -254,7 +253,7 @@ TEST(WavExport, NeverWritesOverAnything) {
     const Bytes before = test::readFile(take);
     OperationAudioExportConfiguration configuration = asWav(stage.take());
     configuration.destinationName = "TAKE.WAV";
-    EXPECT_THROW(static_cast<void>(exportWAV(configuration, stage.source(), stage.services(), stage.folders, {})),
+    EXPECT_THROW(static_cast<void>(exportWAV(configuration, stage.source(), stage.services(), stage.context({}))),
                  OperationAudioError)
         << "on volumes without case that is the source itself";
     EXPECT_EQ(test::readFile(take), before);
@@ -278,10 +277,9 @@ TEST(WavExport, OfARecordingThatWasCutOffHasAllThatThereIsAndSaysSo) {
         .fmt({.channels = 2, .bits = 24})
         .chunkClaiming("data", Bytes(600), 600000)
         .write(stage.source() / "take.wav");
-    FolderSyncs folders;
-    const OperationAudioResult result = exportWAV(asWav(stage.take()), stage.out(), stage.services(), folders, {});
-    EXPECT_NE(result.message.find("shorter than its header says"), std::string::npos) << result.message;
-    EXPECT_EQ(std::filesystem::file_size(result.destinationURLs.at(0)) % 600, 44U);
+    const std::string line = stage.wav(asWav(stage.take()));
+    EXPECT_NE(line.find("shorter than its header says"), std::string::npos) << line;
+    EXPECT_EQ(std::filesystem::file_size(stage.completed.at(0)) % 600, 44U);
 }
 
 TEST(WavExport, LeavesNothingWhereverItIsStopped) {

@@ -1,0 +1,34 @@
+#include "operations/operation_context.h"
+
+#include "base/paths.h"
+
+#include <map>
+
+namespace dravik::OperationsAudio {
+namespace {
+
+/// Folder -> one of its files to be, and the bytes of all.
+std::map<std::filesystem::path, FileToMake> byFolder(const std::vector<FileToMake>& files) {
+    std::map<std::filesystem::path, FileToMake> folders;
+    for (const FileToMake& file : files)
+        folders.try_emplace(folderOf(file.destination), FileToMake{file.destination, 0}).first->second.bytes +=
+            file.bytes;
+    return folders;
+}
+
+}  // namespace
+
+std::vector<FileToMake> foldersShortOfRoom(FileOps& ops, const std::vector<FileToMake>& files) {
+    std::vector<FileToMake> shortOf;
+    for (const auto& [folder, needed] : byFolder(files)) {
+        if (!reportsRoom(ops, needed.destination, needed.bytes)) shortOf.push_back({folder, needed.bytes});
+    }
+    return shortOf;
+}
+
+void ensureRoomForAll(FileOps& ops, const std::vector<FileToMake>& files) {
+    for (const auto& [folder, needed] : byFolder(files))
+        ensureRoom(ops, needed.destination, needed.bytes);
+}
+
+}  // namespace dravik::OperationsAudio

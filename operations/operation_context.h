@@ -1,0 +1,36 @@
+#pragma once
+
+#include "base/file_ops.h"
+#include "base/progress.h"
+#include "base/safe_file.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <vector>
+
+namespace dravik {
+
+/// What an operation needs of its surroundings while it works on one group or file.
+struct OperationContext {
+    FileOps& ops;
+    const TaskContext& task;
+    FolderSyncs& folders;                           ///< receives the folders of the files that were put in place
+    std::vector<std::filesystem::path>& completed;  ///< receives the files, each when it is in place
+    bool& begun;  ///< set before the first file is created: what fails earlier was refused, and nothing was tried
+};
+
+/// A file that is to be made, for asking whether there is room for all of a run.
+struct FileToMake {
+    std::filesystem::path destination;
+    std::uint64_t bytes = 0;
+};
+
+namespace OperationsAudio {
+
+/// The folders whose volumes report too little room for what is to be made in them, each with the bytes needed.
+[[nodiscard]] std::vector<FileToMake> foldersShortOfRoom(FileOps& ops, const std::vector<FileToMake>& files);
+/// Refuses a run for which a folder has no room: std::filesystem::filesystem_error, nothing is created.
+void ensureRoomForAll(FileOps& ops, const std::vector<FileToMake>& files);
+
+}  // namespace OperationsAudio
+}  // namespace dravik
