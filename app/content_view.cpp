@@ -1,5 +1,6 @@
 #include "app/content_view.h"
 
+#include "app/operations_tab.h"
 #include "app/table_edits.h"
 #include "app/text.h"
 #include "base/paths.h"
@@ -119,7 +120,7 @@ void ContentView::connectSaves() {
         if (touched || missed) readAgain(FolderListing::Reuse::unchanged);
     });
     connect(&saves_, &SaveFlow::runningChanged, this, [this] {
-        listing_.setQuiet(saves_.isRunning());
+        listing_.setQuiet(saves_.isRunning() || operationsEnCours_);
         emit sauvegardeEnCoursChanged();
         emit pendingChanged();
         takeNextAction();
@@ -165,6 +166,11 @@ void ContentView::gererActionProtegee(const ActionEnAttente& action) {
         if (quits) services_.termination.replyToApplicationShouldTerminate(false);
         return;
     }
+    if (quits && operationsEnCours_) {
+        services_.termination.replyToApplicationShouldTerminate(false);
+        askToStopOperation();
+        return;
+    }
     if (sauvegardeEnCours()) {
         // What a save writes is neither pending nor on disk.
         emit notice(QStringLiteral("Wait until saving is done, or cancel it."));
@@ -199,6 +205,51 @@ void ContentView::gererActionProtegee(const ActionEnAttente& action) {
             refuse();
         }
     });
+}
+
+void ContentView::askToStopOperation() {
+    Alert alert;
+    alert.title = QStringLiteral("New files are being made");
+    alert.text = QStringLiteral(
+        "Do you want to stop and quit? Files that are complete stay; the one in progress is taken back.");
+    alert.buttons = {QStringLiteral("Keep Working"), QStringLiteral("Stop and Quit")};
+    alert.cancelButton = 0;
+    services_.dialogs.ask(alert, [this](AlertAnswer answer) {
+        if (answer.button == 0) return;
+        if (!operationsEnCours_) {
+            services_.termination.applicationShouldTerminate();  // it ended while this was asked
+            return;
+        }
+        quitsAfterOperation_ = true;
+        emit operationStopRequested();
+    });
+}
+
+void ContentView::setOperationsEnCours(bool running) {
+    if (running == operationsEnCours_) return;
+    operationsEnCours_ = running;
+    listing_.setQuiet(saves_.isRunning() || running);
+    emit operationsEnCoursChanged();
+    emit pendingChanged();
+    if (!running && std::exchange(quitsAfterOperation_, false)) services_.termination.applicationShouldTerminate();
+}
+
+void ContentView::filesMade(const std::vector<std::filesystem::path>& made) {
+    if (dossier_) {
+        toSelect_.clear();
+        std::copy_if(made.begin(), made.end(), std::back_inserter(toSelect_),
+                     [this](const std::filesystem::path& file) { return folderOf(file) == *dossier_; });
+    } else {
+        // Files that were opened one by one stand in a list, to which those belong that are made of them.
+        fichiersDossier_.insert(fichiersDossier_.end(), made.begin(), made.end());
+        toSelect_ = made;
+    }
+    readAgain(FolderListing::Reuse::unchanged);
+}
+
+void ContentView::filesRenamed(const FileMoves& moved) {
+    followMoves(moved);
+    readAgain(FolderListing::Reuse::unchanged);
 }
 
 void ContentView::perform(const ActionEnAttente& action) {
@@ -389,12 +440,13 @@ void ContentView::onRowsRead(const std::shared_ptr<ReadRows>& rows, bool complet
 void ContentView::selectAfterReading(bool complete) {
     if (!toSelect_.empty()) {
         const int row = rows_.indexOfFile(toSelect_.front());
-        if (row >= 0) {
-            toSelect_.clear();
-            showTake(row);
-        } else if (complete) {
-            toSelect_.clear();
-        }
+        if (row >= 0 && (complete || row != selectedRow())) showTake(row);
+        if (!complete && (row < 0 || toSelect_.size() > 1)) return;
+        std::set<int> rows;
+        for (const std::filesystem::path& file : std::exchange(toSelect_, {}))
+            rows.insert(rows_.indexOfFile(file));
+        rows.erase(-1);
+        if (rows.size() > 1) emit rowsToSelect({rows.begin(), rows.end()});
         return;
     }
     if (selected_.empty()) {
@@ -460,6 +512,7 @@ std::optional<std::filesystem::path> ContentView::fichierSelectionne() const {
 }
 
 void ContentView::selectionnerLigne(int row) {
+    toSelect_.clear();  // the user was faster
     if (row < 0 || row == selectedRow()) return;
     std::vector<std::filesystem::path> urls;
     for (const InfoFichier& fichier : rows_.groupesTableau().at(static_cast<std::size_t>(row)).groupe.fichiers)
@@ -617,6 +670,8 @@ void ContentView::undo() {
     if (sauvegardeEnCours()) return;
     if (rows_.canUndo()) {
         rows_.undo();
+    } else if (operationsEnCours_) {
+        emit notice(finishCurrentFirst());  // undoing a save writes files
     } else if (canUndo()) {
         saves_.undoLast();
     }
@@ -628,6 +683,11 @@ void ContentView::redo() {
 
 void ContentView::saveAll(std::function<void(bool)> saved) {
     if (!saved) saved = [](bool) {};
+    if (operationsEnCours_) {
+        emit notice(finishCurrentFirst());
+        saved(false);
+        return;
+    }
     emit commitRequested();
     saves_.saveAll(std::move(saved));
 }

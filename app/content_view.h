@@ -125,6 +125,17 @@ class ContentView : public QObject {
     /// It has stayed.
     void takeUpAgain() { emit takingUpAgain(); }
 
+    /// New files are being made of the takes: until that has ended nothing is saved, and the program asks before it
+    /// ends.
+    [[nodiscard]] bool operationsEnCours() const noexcept { return operationsEnCours_; }
+    void setOperationsEnCours(bool running);
+    /// Files were made: the folder is read again, and those that lie in it are selected.
+    void filesMade(const std::vector<std::filesystem::path>& made);
+    /// Files have other names, by our own doing; everything known of them goes along.
+    void filesRenamed(const FileMoves& moved);
+    /// What is being typed is put into the rows.
+    void commitEditing() { emit commitRequested(); }
+
     /// One line for the status bar that needs no answer.
     void tell(const QString& text) { emit notice(text); }
     // --- Cue markers of the loaded take ----------------------------------------------------------------------------
@@ -148,10 +159,16 @@ class ContentView : public QObject {
     void filesMoved(const FileMoves& moved);
     void lettingGo(const std::filesystem::path& root);
     void takingUpAgain();
+    /// These rows are to be selected, of which one is the loaded take.
+    void rowsToSelect(const std::vector<int>& rows);
+    void operationsEnCoursChanged();
+    /// The user wants to quit rather than wait for what is being made.
+    void operationStopRequested();
     void notice(const QString& text);
 
   private:
     void perform(const ActionEnAttente& action);
+    void askToStopOperation();
     /// Asks the disk, which may take its time, which of the paths are folders; a later question makes this one void.
     void lookAt(const ActionEnAttente& action, std::vector<std::filesystem::path> paths,
                 std::function<void(const std::vector<bool>& areFolders)> then);
@@ -187,6 +204,8 @@ class ContentView : public QObject {
     std::vector<std::filesystem::path> toSelect_;         ///< files to load as soon as they have been read
     TakeRows::Reading reading_ = TakeRows::Reading::last;
     bool missedReading_ = false;  ///< rows came while a save ran
+    bool operationsEnCours_ = false;
+    bool quitsAfterOperation_ = false;
     LooseBackground looking_;     ///< for what a volume may leave without an answer
     std::optional<Uuid> lookID_;  ///< of what is about to be opened
     bool opening_ = false;        ///< no take of the folder has been loaded yet

@@ -61,6 +61,9 @@ bool FolderCommands::isPlace(const std::filesystem::path& folder) const {
 
 QString FolderCommands::refusal(const std::filesystem::path& folder, const QString& doing) const {
     const QString name = shownName(folder);
+    if (services_.content.operationsEnCours()) {
+        return QStringLiteral("New files are being made. Wait until that is done before %1 “%2”.").arg(doing, name);
+    }
     const TakeRows& rows = services_.content.rows();
     for (const int row : rows.editedRows()) {
         for (const InfoFichier& fichier : rows.groupesTableau().at(static_cast<std::size_t>(row)).groupe.fichiers) {

@@ -28,8 +28,8 @@ class Throttle {
     std::chrono::steady_clock::time_point told_;
 };
 
-RunOutcome failure(const QString& sourceName, const std::string& message) {
-    RunOutcome outcome;
+OperationOutcome failure(const QString& sourceName, const std::string& message) {
+    OperationOutcome outcome;
     OperationAudioResult result;
     result.id = Uuid::random();
     result.sourceName = sourceName.toStdString();
@@ -78,14 +78,14 @@ bool OperationsRun::start(OperationsTab tab, int files, const QString& sourceNam
         try {
             return work({token.get(), report});
         } catch (const Cancelled&) {
-            RunOutcome outcome;
+            OperationOutcome outcome;
             outcome.cancelled = true;
             return outcome;
         } catch (const std::exception& error) {
             return failure(sourceName, userText(error));
         }
     };
-    background_.run(this, std::move(run), [this, tab](RunOutcome outcome) { end(tab, std::move(outcome)); });
+    background_.run(this, std::move(run), [this, tab](OperationOutcome outcome) { end(tab, std::move(outcome)); });
     return true;
 }
 
@@ -105,18 +105,17 @@ void OperationsRun::cancel() {
     emit overlayChanged();
 }
 
-void OperationsRun::end(OperationsTab tab, RunOutcome outcome) {
+void OperationsRun::end(OperationsTab tab, OperationOutcome outcome) {
     token_.reset();
     std::vector<std::filesystem::path> made;
     for (const OperationAudioResult& result : outcome.results)
         made.insert(made.end(), result.destinationURLs.begin(), result.destinationURLs.end());
     const OperationTexts& texts = textsOf(tab);
-    const QString count = counted(made.size(), QStringLiteral("file"));
-    overlay_ = OperationCompletionInfo{texts.succeeded, texts.failed, QStringLiteral("Created %1.").arg(count),
-                                       std::move(outcome.results), outcome.cancelled};
+    overlay_ = OperationCompletionInfo{texts.succeeded, texts.failed, outcome.message, std::move(outcome.results),
+                                       outcome.cancelled};
     emit overlayChanged();
     emit runningChanged();
-    emit ended(made);
+    emit ended(made, outcome.moved);
 }
 
 void OperationsRun::dismiss() {

@@ -1,9 +1,8 @@
 #pragma once
 
 #include "app/background.h"
-#include "app/operations_tab.h"
+#include "app/operation_request.h"
 #include "base/progress.h"
-#include "operations/operation_run.h"
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -49,7 +48,7 @@ class OperationsRun : public QObject {
     /// Absent when idle.
     [[nodiscard]] const std::optional<OperationStatusOverlayState>& overlay() const noexcept { return overlay_; }
 
-    using Work = std::function<RunOutcome(const TaskContext&)>;
+    using Work = std::function<OperationOutcome(const TaskContext&)>;
     /// What it throws is the one result, under `sourceName`. False, and nothing is begun, while another one runs or its
     /// result is still shown.
     bool start(OperationsTab tab, int files, const QString& sourceName, Work work);
@@ -61,12 +60,13 @@ class OperationsRun : public QObject {
   signals:
     void overlayChanged();
     void runningChanged();
-    /// All files that were made, so that the folder can be read again and show them.
-    void ended(const std::vector<std::filesystem::path>& made);
+    /// All files that were made, and those that have other names now, so that the folder can be read again and show
+    /// them.
+    void ended(const std::vector<std::filesystem::path>& made, const FileMoves& moved);
 
   private:
     void showProgress(double fraction, const QString& name);
-    void end(OperationsTab tab, RunOutcome outcome);
+    void end(OperationsTab tab, OperationOutcome outcome);
 
     Background& background_;
     std::shared_ptr<CancellationToken> token_;  ///< of the run; null when none is on

@@ -37,6 +37,13 @@ inline constexpr Setting<bool> reopenLastFolder{"reopenLastFolder", true};
 inline constexpr Setting<const char*> lastFolder{"lastFolder", ""};
 inline constexpr Setting<int> NSInitialToolTipDelay{"NSInitialToolTipDelay", 300};  ///< milliseconds
 
+// Making new files.
+inline constexpr Setting<const char*> operationsTab{"operationsTab", ""};
+inline constexpr Setting<bool> preserveTrackNumbers{"preserveTrackNumbers", false};
+inline constexpr Setting<const char*> renamePattern{"renamePattern", "{scene}_{take}_{trackName}"};
+inline constexpr Setting<bool> renameCopies{"renameCopies", false};
+inline constexpr Setting<bool> renameLeavesSeparators{"renameLeavesSeparators", false};
+
 // Listening.
 inline constexpr Setting<bool> lectureEnBoucle{"lectureEnBoucle", false};
 /// "retour": a pause goes back to where playback began.

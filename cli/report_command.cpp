@@ -8,9 +8,7 @@
 #include "model/folder_scan.h"
 #include "platform/pdf/lazy_pdf_renderer.h"
 #include "report/report_document.h"
-
-#include <cstdlib>
-#include <ctime>
+#include "report/report_place.h"
 
 #include <fmt/format.h>
 
@@ -18,22 +16,6 @@ namespace dravik {
 namespace {
 
 constexpr std::string_view nothingMade = "No files were made.";
-
-RecordingDate today() {
-    const std::time_t now = std::time(nullptr);
-    std::tm local{};
-    ::localtime_r(&now, &local);
-    return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday};
-}
-
-/// The paper of the place that the user's environment names, as the system's own programs look it up.
-Paper customaryPaper() {
-    for (const char* variable : {"LC_ALL", "LC_PAPER", "LANG"}) {
-        const char* value = std::getenv(variable);
-        if (value != nullptr && *value != '\0') return paperOf(value);
-    }
-    return Paper::a4;
-}
 
 /// The files that a run writes, or has written, as the lines of the commands that make files.
 std::vector<OperationLine> linesOf(const std::filesystem::path& folder, const WrittenReport& report, bool done) {

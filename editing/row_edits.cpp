@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <iterator>
 #include <string_view>
+#include <tuple>
 
 #include <fmt/format.h>
 
@@ -266,6 +267,27 @@ std::set<RowField> editedFields(const RowState& row, const GroupeFichiers& origi
 }
 
 bool isEdited(const RowState& row, const GroupeFichiers& original) { return !editedFields(row, original).empty(); }
+
+std::vector<InfoFichier> filesAsShown(const GroupeFichiers& groupe) {
+    const std::tuple<MetadataField, std::optional<std::string> GroupeFichiers::*,
+                     std::optional<std::string> InfoFichier::*>
+        texts[] = {{MetadataField::project, &GroupeFichiers::project, &InfoFichier::project},
+                   {MetadataField::scene, &GroupeFichiers::scene, &InfoFichier::scene},
+                   {MetadataField::prise, &GroupeFichiers::prise, &InfoFichier::prise},
+                   {MetadataField::tape, &GroupeFichiers::tape, &InfoFichier::tape},
+                   {MetadataField::note, &GroupeFichiers::notes, &InfoFichier::notes},
+                   {MetadataField::timecode, &GroupeFichiers::timecode, &InfoFichier::timecode},
+                   {MetadataField::framerate, &GroupeFichiers::framerate, &InfoFichier::framerate}};
+    std::vector<InfoFichier> files(groupe.fichiers.begin(), groupe.fichiers.end());
+    for (InfoFichier& file : files) {
+        for (const auto& [field, ofGroup, ofFile] : texts) {
+            if (!groupe.mixedFields.contains(field)) file.*ofFile = groupe.*ofGroup;
+        }
+        if (!groupe.mixedFields.contains(MetadataField::circled)) file.circled = groupe.circled;
+        if (!groupe.mixedFields.contains(MetadataField::wild)) file.wild = groupe.wild;
+    }
+    return files;
+}
 
 std::vector<SaveItem> planSave(const RowState& row, const GroupeFichiers& original) {
     std::set<MetadataField> decided;

@@ -77,6 +77,9 @@ inline constexpr int maxTrackNumber = 999;
 [[nodiscard]] std::set<RowField> editedFields(const RowState& row, const GroupeFichiers& original);
 [[nodiscard]] bool isEdited(const RowState& row, const GroupeFichiers& original);
 
+/// The files of a take with the fields that the take shows: those on which the files do not agree are each file's own.
+[[nodiscard]] std::vector<InfoFichier> filesAsShown(const GroupeFichiers& groupe);
+
 /// What a save has to do for the row, files without work left out.
 [[nodiscard]] std::vector<SaveItem> planSave(const RowState& row, const GroupeFichiers& original);
 

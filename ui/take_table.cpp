@@ -222,6 +222,7 @@ void TakeTable::connectContent() {
         view_->viewport()->update();
         emit selectionChanged();
     });
+    connect(&content_, &ContentView::rowsToSelect, this, &TakeTable::selectRows);
     connect(&content_, &ContentView::sauvegardeEnCoursChanged, this, [this] {
         lastChange_.clear();  // what a save has changed nobody has edited
         view_->viewport()->update();
@@ -331,6 +332,19 @@ void TakeTable::showLoadedTake() {
     showing_ = true;
     view_->goTo(index);
     showing_ = false;
+}
+
+void TakeTable::selectRows(const std::vector<int>& rows) {
+    showLoadedTake();
+    QItemSelection selection;
+    for (const int row : rows) {
+        const QModelIndex index = model_->indexOfRow(row, 0);
+        if (index.isValid()) selection.select(index, index);
+    }
+    showing_ = true;
+    view_->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    showing_ = false;
+    emit selectionChanged();
 }
 
 void TakeTable::goToOtherTake(int step) {

@@ -75,6 +75,7 @@ class TakeTable : public QWidget {
     [[nodiscard]] std::optional<TakeColumn> currentColumn() const;
 
     void showLoadedTake();
+    void selectRows(const std::vector<int>& rows);
     void loadCurrentTake();
     void unfoldAsBefore();
     void showCount();

@@ -113,7 +113,7 @@ class OperationsRunTest : public testing::Test {
     }
     static OperationsRun::Work gives(std::vector<bool> successes) {
         return [successes = std::move(successes)](const TaskContext&) {
-            RunOutcome outcome;
+            OperationOutcome outcome;
             for (const bool success : successes)
                 outcome.results.push_back(result(success, success ? "/day/made.wav" : ""));
             return outcome;
@@ -148,7 +148,7 @@ TEST_F(OperationsRunTest, EndsWithTheTitleThatItsResultsEarn) {
 
 TEST_F(OperationsRunTest, OneRunsAtATimeTellsHowFarItIsAndStopsWhenItIsCancelled) {
     std::binary_semaphore begun{0};
-    ASSERT_TRUE(run.start(OperationsTab::merge, 1, {}, [&](const TaskContext& task) -> RunOutcome {
+    ASSERT_TRUE(run.start(OperationsTab::merge, 1, {}, [&](const TaskContext& task) -> OperationOutcome {
         task.advance({1, 4, "take_merge.wav"});
         begun.release();
         while (!task.token->isCancelled())
@@ -167,7 +167,7 @@ TEST_F(OperationsRunTest, OneRunsAtATimeTellsHowFarItIsAndStopsWhenItIsCancelled
 
 TEST_F(OperationsRunTest, WhatStopsTheWholeRunIsItsOneResult) {
     QSignalSpy ended(&run, &OperationsRun::ended);
-    ASSERT_TRUE(run.start(OperationsTab::split, 1, QStringLiteral("12-T01"), [](const TaskContext&) -> RunOutcome {
+    ASSERT_TRUE(run.start(OperationsTab::split, 1, QStringLiteral("12-T01"), [](const TaskContext&) -> OperationOutcome {
         throw FileError("there is no room", "/day/12-T01.wav", std::errc::no_space_on_device);
     }));
     EXPECT_EQ(completed().title(), "Split Failed");

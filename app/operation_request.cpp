@@ -1,0 +1,274 @@
+#include "app/operation_request.h"
+
+#include "app/take_rows.h"
+#include "app/text.h"
+#include "base/file_error.h"
+#include "base/paths.h"
+#include "model/audio_metadata.h"
+#include "operations/batch_rename.h"
+#include "operations/delete_tracks.h"
+#include "operations/export_destination.h"
+#include "operations/merge_tracks.h"
+#include "operations/split_tracks.h"
+#include "report/report_place.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace dravik {
+namespace {
+
+using OperationsAudio::DestinationNames;
+
+TrackChoices choicesOf(const OperationRequest& request, const GroupeFichiers& groupe) {
+    const auto found = request.choices.find(TakeRows::keyOf(groupe));
+    return found == request.choices.end() ? TrackChoices::standard(groupe) : found->second;
+}
+
+OperationsAudio::GroupPlanner plannerOf(const OperationRequest& request, FileOps& files) {
+    return [&request, &files](const GroupeFichiers& groupe, DestinationNames& names) {
+        const TrackChoices choices = choicesOf(request, groupe);
+        switch (request.tab) {
+            case OperationsTab::merge:
+                return OperationsAudio::planMerge(files, groupe, {choices.exclus.begin(), choices.exclus.end()},
+                                                  request.destination, names);
+            case OperationsTab::split:
+                return OperationsAudio::planSplit(files, {groupe, choices.monoCanaux, choices.stereoTracks12},
+                                                  request.destination, names);
+            case OperationsTab::deleteTracks:
+                return OperationsAudio::planDeleteTracks(files, groupe, choices.supprimes, request.destination, names);
+            default:
+                return OperationsAudio::planReorder(files, groupe, choices.ordre, request.destination,
+                                                    request.preserveTrackNumbers, names);
+        }
+    };
+}
+
+std::string_view extensionOf(ExportAudioFormat format) noexcept {
+    return format == ExportAudioFormat::wav ? ".wav" : format == ExportAudioFormat::mp3 ? ".mp3" : ".m4a";
+}
+
+std::vector<ExportJob> jobsOf(const OperationRequest& request) {
+    const std::vector<std::filesystem::path> destinations = OperationsAudio::exportDestinations(
+        request.groupes, extensionOf(request.exportState.format), request.destination);
+    std::vector<ExportJob> jobs;
+    for (std::size_t at = 0; at < request.groupes.size(); ++at) {
+        jobs.push_back({exportConfiguration(request.exportState, request.groupes[at], fileNameText(destinations[at])),
+                        folderOf(destinations[at])});
+    }
+    return jobs;
+}
+
+QString nameOf(const std::filesystem::path& file) { return toQt(fileNameText(file)); }
+
+QString filesText(std::size_t files, std::uint64_t bytes) {
+    const QString count = counted(files, QStringLiteral("file"));
+    return files == 0 ? count : QStringLiteral("%1, about %2").arg(count, toQt(sizeText(bytes)));
+}
+
+/// The rows of takes whose files were planned one after the other, and what they come to together.
+class PreviewRows {
+  public:
+    void add(const QString& source, const std::filesystem::path& target, std::uint64_t bytes) {
+        preview_.rows.push_back({source, nameOf(target), {}, false});
+        ++files_;
+        bytes_ += bytes;
+        needed_.push_back({target, bytes});
+    }
+    void addUnchanged(const QString& source, const QString& why) { preview_.rows.push_back({source, why, {}, true}); }
+    void addProblem(const QString& source, const QString& problem) {
+        preview_.rows.push_back({source, {}, problem, false});
+        ++problems_;
+    }
+    [[nodiscard]] OperationPreview finish(FileOps& files) {
+        preview_.summary = filesText(files_, bytes_);
+        preview_.canRun = files_ > 0;
+        if (problems_ > 0) {
+            preview_.problems = problems_ == 1 ? QStringLiteral("1 take cannot be used")
+                                               : QStringLiteral("%1 takes cannot be used").arg(problems_);
+        }
+        for (const FileToMake& folder : OperationsAudio::foldersShortOfRoom(files, needed_)) {
+            preview_.problems = QStringLiteral("There is not enough room in “%1”: %2 are needed.")
+                                    .arg(toQt(folder.destination), toQt(sizeText(folder.bytes)));
+            preview_.canRun = false;
+        }
+        return std::move(preview_);
+    }
+
+  private:
+    OperationPreview preview_;
+    std::size_t files_ = 0, problems_ = 0;
+    std::uint64_t bytes_ = 0;
+    std::vector<FileToMake> needed_;
+};
+
+OperationPreview previewOfTracks(const OperationRequest& request, FileOps& files, const TaskContext& task) {
+    const auto planned = OperationsAudio::planGroups(request.groupes, plannerOf(request, files), task);
+    PreviewRows rows;
+    for (std::size_t at = 0; at < planned.size(); ++at) {
+        const OperationPlan& plan = planned[at].plan;
+        const QString source = toQt(request.groupes[at].nom);
+        if (!planned[at].error.empty()) {
+            rows.addProblem(source, toQt(planned[at].error));
+        } else if (plan.outputs.empty()) {
+            rows.addUnchanged(source, toQt(plan.message));
+        }
+        for (const PlannedOutput& output : plan.outputs)
+            rows.add(source, output.destination, output.size());
+    }
+    return rows.finish(files);
+}
+
+OperationPreview previewOfExports(const OperationRequest& request, const ExportServices& exports,
+                                  const TaskContext& task) {
+    PreviewRows rows;
+    for (const ExportJob& job : jobsOf(request)) {
+        task.checkCancelled();
+        const QString source = toQt(job.groupe().nom);
+        try {
+            const FileToMake planned = OperationsAudio::planExport(job, exports);
+            rows.add(source, planned.destination, planned.bytes);
+        } catch (const std::exception& error) {
+            rows.addProblem(source, toQt(userText(error)));
+        }
+    }
+    return rows.finish(exports.ops);
+}
+
+/// Is the folder of the copies still to be chosen?
+bool lacksFolder(const BatchRenameChoice& choice) {
+    return choice.mode == OperationAudioBatchRenameMode::copyAndRename && choice.destination.empty();
+}
+
+OperationPreview previewOfRenaming(const OperationRequest& request) {
+    FolderNames onDisk;
+    const RenamePreview planned = OperationsAudio::previewBatchRename(request.fichiers, request.rename, onDisk);
+    OperationPreview preview;
+    std::size_t changed = 0;
+    for (std::size_t at = 0; at < planned.rows.size(); ++at) {
+        const RenamePreviewRow& row = planned.rows[at];
+        preview.rows.push_back({nameOf(request.fichiers[at].url), toQt(row.newName),
+                                row.conflict ? toQt(row.conflict->text()) : QString(), row.unchanged});
+        changed += !row.unchanged && !row.conflict ? 1U : 0U;
+        preview.isConflicted =
+            preview.isConflicted || (row.conflict && row.conflict->kind != RenameConflictCause::Kind::invalidName);
+    }
+    const bool copies = request.rename.mode == OperationAudioBatchRenameMode::copyAndRename;
+    preview.summary = copies ? QStringLiteral("%1 will be copied").arg(counted(changed, QStringLiteral("file")))
+                             : toQt(toBeRenamedText(changed));
+    if (planned.conflicts() > 0) preview.problems = toQt(planned.conflictsText());
+    if (lacksFolder(request.rename)) {
+        preview.problems = QString::fromUtf8(noDestinationFolder.data(), std::ssize(noDestinationFolder));
+    }
+    preview.canRun = changed > 0 && preview.problems.isEmpty();
+    return preview;
+}
+
+OperationPreview previewOfReport(const OperationRequest& request) {
+    OperationPreview preview;
+    preview.summary = QStringLiteral("%1 in the report").arg(counted(request.fichiers.size(), QStringLiteral("file")));
+    if (!request.destination) {
+        preview.problems = QStringLiteral("No destination folder selected");
+        return preview;
+    }
+    const WrittenReport names = reportNames(request.fichiers, request.report, *request.destination);
+    if (names.pdf) preview.rows.push_back({QStringLiteral("PDF"), nameOf(*names.pdf), {}, false});
+    if (names.csv) preview.rows.push_back({QStringLiteral("CSV"), nameOf(*names.csv), {}, false});
+    preview.canRun = !preview.rows.empty() && !request.fichiers.empty();
+    if (preview.rows.empty()) preview.problems = QStringLiteral("Choose PDF, CSV, or both.");
+    return preview;
+}
+
+OperationOutcome outcomeOf(RunOutcome outcome) {
+    std::size_t made = 0;
+    for (const OperationAudioResult& result : outcome.results)
+        made += result.destinationURLs.size();
+    return {std::move(outcome.results),
+            outcome.cancelled,
+            QStringLiteral("Created %1.").arg(counted(made, QStringLiteral("file"))),
+            {}};
+}
+
+OperationOutcome renamed(const OperationRequest& request, FileOps& files, const TaskContext& task) {
+    FolderNames onDisk;
+    const RenamePreview planned = OperationsAudio::previewBatchRename(request.fichiers, request.rename, onDisk);
+    RunOutcome run = OperationsAudio::runBatchRename(files, OperationsAudio::itemsOf(request.fichiers, planned),
+                                                     request.rename.mode, request.rename.destination, task);
+    if (request.rename.mode == OperationAudioBatchRenameMode::copyAndRename) return outcomeOf(std::move(run));
+    OperationOutcome outcome;
+    for (std::size_t at = 0; at < run.results.size(); ++at) {
+        const std::filesystem::path& before = request.fichiers[at].url;
+        const auto& now = run.results[at].destinationURL;
+        if (run.results[at].success && now && *now != before) outcome.moved.emplace(before, *now);
+    }
+    outcome.message = toQt(renamedSuccessfully(outcome.moved.size()));
+    outcome.results = std::move(run.results);
+    outcome.cancelled = run.cancelled;
+    return outcome;
+}
+
+OperationOutcome reported(const OperationRequest& request, const OperationServices& services, const TaskContext& task) {
+    if (!request.destination) throw Error("No destination folder selected");
+    const WrittenReport written = genererRapport(request.fichiers, request.report, *request.destination,
+                                                 {services.exports.ops, services.pdf, today(), customaryPaper()}, task);
+    OperationOutcome outcome;
+    const auto add = [&](const std::optional<std::filesystem::path>& file, const char* line) {
+        if (!file) return;
+        OperationAudioResult& result = outcome.results.emplace_back();
+        result.id = Uuid::random();
+        result.sourceName = fileNameText(*file);
+        result.destinationURL = *file;
+        result.destinationURLs = {*file};
+        result.message = line;
+        result.success = true;
+    };
+    add(written.pdf, "PDF report created");
+    add(written.csv, "CSV report created");
+    outcome.message = toQt(successMessage(written));
+    return outcome;
+}
+
+}  // namespace
+
+int trackCount(const GroupeFichiers& groupe) noexcept {
+    return groupe.estPoly ? std::max(0, groupe.fichiers.front().channels) : static_cast<int>(groupe.fichiers.size());
+}
+
+TrackChoices TrackChoices::standard(const GroupeFichiers& groupe) {
+    TrackChoices choices;
+    choices.ordre.resize(static_cast<std::size_t>(trackCount(groupe)));
+    std::iota(choices.ordre.begin(), choices.ordre.end(), 0);
+    choices.monoCanaux = {choices.ordre.begin(), choices.ordre.end()};
+    return choices;
+}
+
+OperationPreview previewOf(const OperationRequest& request, const OperationServices& services,
+                           const TaskContext& task) {
+    switch (request.tab) {
+        case OperationsTab::export_:
+            return previewOfExports(request, services.exports, task);
+        case OperationsTab::rename:
+            return previewOfRenaming(request);
+        case OperationsTab::report:
+            return previewOfReport(request);
+        default:
+            return previewOfTracks(request, services.exports.ops, task);
+    }
+}
+
+OperationOutcome perform(const OperationRequest& request, const OperationServices& services, const TaskContext& task) {
+    FileOps& files = services.exports.ops;
+    switch (request.tab) {
+        case OperationsTab::export_:
+            return outcomeOf(OperationsAudio::runExports(jobsOf(request), services.exports, task));
+        case OperationsTab::rename:
+            return renamed(request, files, task);
+        case OperationsTab::report:
+            return reported(request, services, task);
+        default:
+            return outcomeOf(
+                OperationsAudio::runTrackOperation(files, request.groupes, plannerOf(request, files), task));
+    }
+}
+
+}  // namespace dravik

@@ -1,0 +1,570 @@
+#include "app/operations_model.h"
+
+#include "app/take_columns.h"
+#include "app/text.h"
+#include "base/paths.h"
+#include "report/report_document.h"
+
+#include <QPointer>
+#include <algorithm>
+#include <chrono>
+
+namespace dravik {
+namespace {
+
+constexpr auto rowsSettle = std::chrono::milliseconds(60);
+constexpr auto typingSettle = std::chrono::milliseconds(120);
+
+QString summaryOf(const GroupeFichiers& groupe) {
+    QStringList parts;
+    parts << counted(static_cast<std::size_t>(trackCount(groupe)), QStringLiteral("track"));
+    for (const TakeColumn column : {TakeColumn::sampleRate, TakeColumn::bits, TakeColumn::duration}) {
+        const QString text = toQt(cellText(groupe, column));
+        if (!text.isEmpty()) parts << (column == TakeColumn::bits ? QStringLiteral("%1 bit").arg(text) : text);
+    }
+    return parts.join(QStringLiteral(" · "));
+}
+
+QString summaryOf(const InfoFichier& fichier) {
+    QStringList parts;
+    if (fichier.scene) parts << QStringLiteral("Scene %1").arg(toQt(displayName(*fichier.scene)));
+    if (fichier.prise) parts << QStringLiteral("Take %1").arg(toQt(displayName(*fichier.prise)));
+    return parts.join(QStringLiteral(" · "));
+}
+
+RenamePattern rememberedPattern(const UserDefaults& settings) {
+    try {
+        return parsePattern(settings.value(settings::renamePattern).toStdString());
+    } catch (const RenamePatternError&) {
+        return {};  // of another version of the program
+    }
+}
+
+/// The names of a take's tracks, by which takes of one recorder's setup are told from others.
+std::vector<std::string> trackNames(const GroupeFichiers& groupe) {
+    std::vector<std::string> names;
+    for (const Piste& piste : tracksOfGroup(groupe))
+        names.push_back(piste.nom);
+    return names;
+}
+
+}  // namespace
+
+OperationsModel::OperationsModel(const Services& services)
+    : services_(services),
+      run_(services.background),
+      preserveTrackNumbers_(services.settings.value(settings::preserveTrackNumbers)),
+      exportState_(rememberedExportState(services.settings)) {
+    tab_ = operationsTab(services_.settings.value(settings::operationsTab));
+    rename_.pattern = rememberedPattern(services_.settings);
+    if (services_.settings.value(settings::renameCopies)) rename_.mode = OperationAudioBatchRenameMode::copyAndRename;
+    if (services_.settings.value(settings::renameLeavesSeparators))
+        rename_.emptyTokens = OperationsAudio::EmptyTokens::leaveSeparators;
+
+    ContentView& content = services_.content;
+    rowsDelay_.setSingleShot(true);
+    rowsDelay_.setInterval(rowsSettle);
+    connect(&rowsDelay_, &QTimer::timeout, this, &OperationsModel::onRowsChanged);
+    const auto rowsChange = [this] { rowsDelay_.start(); };
+    connect(&content.rows(), &TakeRows::rowsReset, this, rowsChange);
+    connect(&content.rows(), &TakeRows::rowsAppended, this, rowsChange);
+    connect(&content.rows(), &TakeRows::rowsChanged, this, rowsChange);
+    connect(&content, &ContentView::filesMoved, this, &OperationsModel::follow);
+    delay_.setSingleShot(true);
+    delay_.setInterval(typingSettle);
+    connect(&delay_, &QTimer::timeout, this, &OperationsModel::plan);
+
+    connect(&run_, &OperationsRun::ended, this, &OperationsModel::onEnded);
+    connect(&content, &ContentView::operationStopRequested, &run_, &OperationsRun::cancel);
+
+    Commands& commands = services_.commands;
+    const std::pair<void (Commands::*)(), OperationsTab> tabs[] = {
+        {&Commands::dravikMergeAudio, OperationsTab::merge},
+        {&Commands::dravikSplitAudio, OperationsTab::split},
+        {&Commands::dravikRemoveTracks, OperationsTab::deleteTracks},
+        {&Commands::dravikReorderTracks, OperationsTab::reorderTracks},
+        {&Commands::dravikBatchRename, OperationsTab::rename},
+        {&Commands::dravikExportAudio, OperationsTab::export_},
+        {&Commands::dravikExportReport, OperationsTab::report},
+    };
+    for (const auto& [command, tab] : tabs)
+        connect(&commands, command, this, [this, tab = tab] { demander(tab); });
+    connect(&commands, &Commands::dravikShowOperations, this, [this] { demander(std::nullopt); });
+    connect(&commands, &Commands::dravikOperationsNextTab, this, [this] { demander(dravik::nextTab(tab_)); });
+    connect(&commands, &Commands::dravikOperationsPreviousTab, this, [this] { demander(dravik::previousTab(tab_)); });
+}
+
+OperationsModel::~OperationsModel() { stopPlanning(); }
+
+// --- The window ----------------------------------------------------------------------------------------------------
+
+void OperationsModel::setAfficherOperations(bool shown) {
+    if (shown == afficherOperations_) return;
+    afficherOperations_ = shown;
+    if (shown) {
+        listItems();
+        replan();
+    } else {
+        stopPlanning();
+    }
+    emit shownChanged();
+}
+
+void OperationsModel::demander(std::optional<OperationsTab> tab) {
+    operationsTabDemandee_ = tab;
+    ++operationsTabDemandeID_;
+    if (tab) static_cast<void>(setTab(*tab));
+    emit presentRequested();
+}
+
+bool OperationsModel::setTab(OperationsTab tab) {
+    if (tab == tab_) return true;
+    if (run_.isRunning()) {
+        emit notice(finishCurrentFirst());
+        return false;
+    }
+    run_.dismiss();
+    tab_ = tab;
+    services_.settings.set(settings::operationsTab, rawValue(tab));
+    currentItem_ = -1;
+    preview_ = {};
+    emit tabChanged();
+    emit previewChanged();
+    listItems();
+    replan();
+    return true;
+}
+
+// --- What it is about ----------------------------------------------------------------------------------------------
+
+const OperationsModel::TabState* OperationsModel::state() const {
+    const auto found = tab_ ? tabs_.find(*tab_) : tabs_.end();
+    return found == tabs_.end() ? nullptr : &found->second;
+}
+
+int OperationsModel::checkedCount() const noexcept {
+    return static_cast<int>(std::count_if(items_.begin(), items_.end(), [](const Item& item) { return item.checked; }));
+}
+
+void OperationsModel::setChecked(int item, bool checked) {
+    Item& changed = items_.at(static_cast<std::size_t>(item));
+    if (changed.checked == checked) return;
+    changed.checked = checked;
+    markChecked(changed);
+    emit itemsChanged();
+    replan();
+}
+
+void OperationsModel::markChecked(const Item& item) {
+    std::set<std::string>& unchecked =
+        tab_ == OperationsTab::export_ ? exportState_.sourcesDesactivees : ownState().unchecked;
+    if (item.checked) {
+        unchecked.erase(item.key);
+    } else {
+        unchecked.insert(item.key);
+    }
+}
+
+void OperationsModel::setAllChecked(bool checked) {
+    for (Item& item : items_) {
+        item.checked = checked;
+        markChecked(item);
+    }
+    emit itemsChanged();
+    replan();
+}
+
+EmptyState OperationsModel::emptyState() const {
+    if (!tab_) return {chooseAnOperation(), {}};
+    if (!items_.empty()) return {};
+    return dravik::emptyState(*tab_, services_.content.rows().groupesOriginauxTableau(), selectedRows_,
+                              appliquerTous());
+}
+
+void OperationsModel::setSelectedRows(const std::vector<int>& rows) {
+    if (rows == selectedRows_) return;
+    selectedRows_ = rows;
+    if (afficherOperations_ && !appliquerTous()) rowsDelay_.start();
+}
+
+bool OperationsModel::appliquerTous() const {
+    if (tab_ == OperationsTab::report) return true;
+    if (tab_ == OperationsTab::export_) return exportState_.appliquerTous;
+    return state() != nullptr && state()->appliquerTous;
+}
+
+void OperationsModel::setAppliquerTous(bool all) {
+    if (!canChooseAll() || all == appliquerTous()) return;
+    if (tab_ == OperationsTab::export_) {
+        exportState_.appliquerTous = all;
+        rememberExportState(services_.settings, exportState_);
+    } else {
+        ownState().appliquerTous = all;
+    }
+    listItems();
+    emit choicesChanged();
+    replan();
+}
+
+void OperationsModel::setCurrentItem(int item) {
+    if (item == currentItem_ || item >= std::ssize(items_)) return;
+    currentItem_ = item;
+    emit currentItemChanged();
+}
+
+const GroupeFichiers* OperationsModel::currentGroupe() const {
+    if (currentItem_ < 0) return nullptr;
+    const auto row = static_cast<std::size_t>(items_[static_cast<std::size_t>(currentItem_)].row);
+    const std::vector<RowState>& rows = services_.content.rows().groupesTableau();
+    return row < rows.size() ? &rows[row].groupe : nullptr;
+}
+
+std::vector<Piste> OperationsModel::currentTracks() const {
+    const GroupeFichiers* groupe = currentGroupe();
+    return groupe == nullptr ? std::vector<Piste>() : tracksOfGroup(*groupe);
+}
+
+std::vector<std::filesystem::path> OperationsModel::currentFiles() const {
+    std::vector<std::filesystem::path> files;
+    if (const GroupeFichiers* groupe = currentGroupe(); groupe != nullptr) {
+        for (const InfoFichier& fichier : groupe->fichiers)
+            files.push_back(fichier.url);
+    }
+    return files;
+}
+
+void OperationsModel::listItems() {
+    if (!afficherOperations_) return;
+    const std::string current = currentItem_ >= 0 ? items_[static_cast<std::size_t>(currentItem_)].key : std::string();
+    items_.clear();
+    if (tab_) {
+        const TakeRows& rows = services_.content.rows();
+        for (const int row : eligibleRows(*tab_, rows.groupesOriginauxTableau(), selectedRows_, appliquerTous())) {
+            if (!rows.isMissing(row)) addItems(row, rows.groupesTableau()[static_cast<std::size_t>(row)].groupe);
+        }
+    }
+    const auto found =
+        std::find_if(items_.begin(), items_.end(), [&](const Item& item) { return item.key == current; });
+    const auto loaded = std::find_if(items_.begin(), items_.end(),
+                                     [&](const Item& item) { return item.row == services_.content.selectedRow(); });
+    const auto shown = found != items_.end() ? found : loaded != items_.end() ? loaded : items_.begin();
+    currentItem_ = items_.empty() ? -1 : static_cast<int>(shown - items_.begin());
+    emit itemsChanged();
+    emit currentItemChanged();
+}
+
+void OperationsModel::addItems(int row, const GroupeFichiers& groupe) {
+    const auto isChecked = [this](const std::string& key) {
+        if (tab_ == OperationsTab::export_) return !exportState_.sourcesDesactivees.contains(key);
+        return state() == nullptr || !state()->unchecked.contains(key);
+    };
+    if (tab_ != OperationsTab::rename) {
+        const std::string& key = TakeRows::keyOf(groupe);
+        items_.push_back({key, toQt(groupe.nom), summaryOf(groupe), isChecked(key), row});
+        return;
+    }
+    for (const InfoFichier& fichier : groupe.fichiers) {
+        const std::string key = fichier.url.native();
+        items_.push_back({key, toQt(fileNameText(fichier.url)), summaryOf(fichier), isChecked(key), row});
+    }
+}
+
+void OperationsModel::onRowsChanged() {
+    menuState_.set(OperationMenuAvailability::of(services_.content.rows().groupesOriginauxTableau()));
+    listItems();
+    replan();
+}
+
+void OperationsModel::follow(const FileMoves& moved) {
+    for (const auto& [before, now] : moved) {
+        if (auto node = choices_.extract(before.native()); !node.empty()) {
+            node.key() = now.native();
+            choices_.insert(std::move(node));
+        }
+        for (auto& [tab, state] : tabs_) {
+            if (state.unchecked.erase(before.native()) > 0) state.unchecked.insert(now.native());
+        }
+    }
+}
+
+// --- What was chosen -----------------------------------------------------------------------------------------------
+
+TrackChoices OperationsModel::choicesOf(const GroupeFichiers& groupe) const {
+    const auto found = choices_.find(TakeRows::keyOf(groupe));
+    const TrackChoices standard = TrackChoices::standard(groupe);
+    // What was read anew may have other tracks.
+    return found == choices_.end() || found->second.ordre.size() != standard.ordre.size() ? standard : found->second;
+}
+
+TrackChoices OperationsModel::currentChoices() const {
+    const GroupeFichiers* groupe = currentGroupe();
+    return groupe == nullptr ? TrackChoices() : choicesOf(*groupe);
+}
+
+void OperationsModel::setCurrentChoices(const TrackChoices& choices) {
+    const GroupeFichiers* groupe = currentGroupe();
+    if (groupe == nullptr || choices == choicesOf(*groupe)) return;
+    choices_[TakeRows::keyOf(*groupe)] = choices;
+    onChoices();
+}
+
+std::vector<const GroupeFichiers*> OperationsModel::similar() const {
+    const GroupeFichiers* shown = currentGroupe();
+    if (shown == nullptr) return {};
+    const std::vector<std::string> names = trackNames(*shown);
+    std::vector<const GroupeFichiers*> found;
+    for (const Item& item : items_) {
+        const GroupeFichiers& groupe =
+            services_.content.rows().groupesTableau()[static_cast<std::size_t>(item.row)].groupe;
+        if (item.checked && &groupe != shown && trackNames(groupe) == names) found.push_back(&groupe);
+    }
+    return found;
+}
+
+int OperationsModel::similarCount() const { return static_cast<int>(similar().size()); }
+
+void OperationsModel::copyChoicesToSimilar() {
+    const TrackChoices shown = currentChoices();
+    const std::vector<std::filesystem::path> files = currentFiles();
+    for (const GroupeFichiers* groupe : similar()) {
+        TrackChoices copy = shown;
+        copy.exclus.clear();
+        for (std::size_t member = 0; member < std::min(files.size(), groupe->fichiers.size()); ++member) {
+            if (shown.exclus.contains(files[member])) copy.exclus.insert(groupe->fichiers[member].url);
+        }
+        choices_[TakeRows::keyOf(*groupe)] = std::move(copy);
+    }
+    onChoices();
+}
+
+void OperationsModel::setPreserveTrackNumbers(bool preserve) {
+    if (preserve == preserveTrackNumbers_) return;
+    preserveTrackNumbers_ = preserve;
+    services_.settings.set(settings::preserveTrackNumbers, preserve);
+    onChoices();
+}
+
+void OperationsModel::setExportState(const ExportAudioSessionState& state) {
+    if (state == exportState_) return;
+    exportState_ = state;
+    rememberExportState(services_.settings, exportState_);
+    onChoices();
+}
+
+void OperationsModel::setRenamePattern(const RenamePattern& pattern) {
+    rename_.pattern = pattern;
+    services_.settings.set(settings::renamePattern, toQt(patternText(pattern)));
+    rename_.keepBothFor.clear();
+    onChoices();
+}
+
+void OperationsModel::setRenameMode(OperationAudioBatchRenameMode mode) {
+    if (mode == rename_.mode) return;
+    rename_.mode = mode;
+    services_.settings.set(settings::renameCopies, mode == OperationAudioBatchRenameMode::copyAndRename);
+    emit destinationChanged();
+    onChoices();
+}
+
+void OperationsModel::setLeavesSeparators(bool leaves) {
+    rename_.emptyTokens =
+        leaves ? OperationsAudio::EmptyTokens::leaveSeparators : OperationsAudio::EmptyTokens::takeSeparatorsAlong;
+    services_.settings.set(settings::renameLeavesSeparators, leaves);
+    onChoices();
+}
+
+void OperationsModel::setKeepBoth(bool keepBoth) {
+    rename_.keepBoth = keepBoth;
+    if (!keepBoth) rename_.keepBothFor.clear();
+    onChoices();
+}
+
+void OperationsModel::keepBothFor(int previewRow) {
+    const std::vector<InfoFichier> files = request().fichiers;
+    if (previewRow < 0 || previewRow >= std::ssize(files)) return;
+    rename_.keepBothFor.insert(files[static_cast<std::size_t>(previewRow)].id);
+    onChoices();
+}
+
+void OperationsModel::setReportForm(const ReportForm& form) {
+    if (form == reportForm_) return;
+    reportForm_ = form;
+    onChoices();
+}
+
+void OperationsModel::setReportTape(const QString& tape) {
+    reportTape_ = tape;
+    onChoices();
+}
+
+void OperationsModel::onChoices() {
+    emit choicesChanged();
+    replan();
+}
+
+std::optional<std::filesystem::path> OperationsModel::destination() const {
+    return state() == nullptr ? std::nullopt : state()->destination;
+}
+
+bool OperationsModel::needsDestination() const noexcept {
+    return tab_ == OperationsTab::report ||
+           (tab_ == OperationsTab::rename && rename_.mode == OperationAudioBatchRenameMode::copyAndRename);
+}
+
+void OperationsModel::chooseDestination() {
+    if (!tab_) return;
+    OpenPanel panel;
+    panel.title = QStringLiteral("Choose a destination folder");
+    panel.prompt = QStringLiteral("Choose");
+    panel.folders = true;
+    panel.start = destination().value_or(services_.content.dossierSelectionne().value_or(std::filesystem::path()));
+    services_.dialogs.choose(panel, [this, tab = *tab_](const std::optional<std::filesystem::path>& folder) {
+        if (!folder) return;
+        tabs_[tab].destination = *folder;
+        emit destinationChanged();
+        replan();
+    });
+}
+
+void OperationsModel::clearDestination() {
+    if (!destination()) return;
+    ownState().destination.reset();
+    emit destinationChanged();
+    replan();
+}
+
+// --- What would come of it -----------------------------------------------------------------------------------------
+
+OperationRequest OperationsModel::request() const {
+    OperationRequest request;
+    request.tab = tab_.value_or(OperationsTab::merge);
+    request.destination = destination();
+    request.preserveTrackNumbers = preserveTrackNumbers_;
+    request.exportState = exportState_;
+    const std::vector<RowState>& rows = services_.content.rows().groupesTableau();
+    for (const Item& item : items_) {
+        if (!item.checked) continue;
+        const GroupeFichiers& groupe = rows[static_cast<std::size_t>(item.row)].groupe;
+        if (tab_ == OperationsTab::rename || tab_ == OperationsTab::report) {
+            for (InfoFichier& file : filesAsShown(groupe)) {
+                if (tab_ == OperationsTab::report || file.url.native() == item.key)
+                    request.fichiers.push_back(std::move(file));
+            }
+        } else {
+            request.groupes.push_back(groupe);
+            request.choices.emplace(item.key, choicesOf(groupe));
+        }
+    }
+    request.rename = rename_;
+    request.rename.destination = request.destination.value_or(std::filesystem::path());
+    if (tab_ == OperationsTab::report) {
+        request.report = parametersOf(reportForm_, request.fichiers);
+        if (!reportTape_.isEmpty()) request.report.tape = reportTape_.toStdString();
+        request.report = completed(std::move(request.report), request.fichiers);
+    }
+    return request;
+}
+
+void OperationsModel::stopPlanning() {
+    delay_.stop();
+    if (planning_) planning_->cancel();
+    planning_.reset();
+}
+
+void OperationsModel::replan() {
+    if (!afficherOperations_ || !tab_ || run_.isRunning()) return;
+    stopPlanning();
+    delay_.start();
+    emit previewChanged();
+}
+
+void OperationsModel::plan() {
+    const auto token = std::make_shared<CancellationToken>();
+    planning_ = token;
+    planner_.run(
+        this,
+        [request = request(), services = services_.operations, token]() -> OperationPreview {
+            if (request.groupes.empty() && request.fichiers.empty()) return {};
+            try {
+                return previewOf(request, services, {token.get(), {}});
+            } catch (const Cancelled&) {
+                return {};
+            }
+        },
+        [this, token](OperationPreview preview) {
+            if (planning_ != token) return;
+            planning_.reset();
+            preview_ = std::move(preview);
+            emit previewChanged();
+        });
+}
+
+bool OperationsModel::canRun() const noexcept { return !run_.overlay() && !isPlanning() && preview_.canRun; }
+
+// --- The run -------------------------------------------------------------------------------------------------------
+
+void OperationsModel::run() {
+    if (run_.isRunning()) {
+        emit notice(finishCurrentFirst());
+        return;
+    }
+    if (!canRun()) return;
+    ContentView& content = services_.content;
+    if (content.sauvegardeEnCours()) {
+        emit notice(QStringLiteral("Wait until saving is done, or cancel it."));
+        return;
+    }
+    content.commitEditing();
+    if (!content.hasUnsavedChanges()) {
+        begin();
+        return;
+    }
+    Alert alert;
+    alert.title = QStringLiteral("Unsaved modifications");
+    alert.text = QStringLiteral("New files are made from what is on disk. Do you want to save your changes first?");
+    alert.buttons = {QStringLiteral("Save and Continue"), QStringLiteral("Cancel")};
+    services_.dialogs.ask(alert, [this](AlertAnswer answer) {
+        if (answer.button != 0) return;
+        services_.content.saveAll([this](bool saved) {
+            if (!saved) return;
+            listItems();  // files may have got other names
+            begin();
+        });
+    });
+}
+
+void OperationsModel::begin() {
+    if (run_.overlay() || !tab_) return;
+    stopPlanning();
+    OperationRequest asked = request();
+    const auto count = static_cast<int>(std::max(asked.groupes.size(), asked.fichiers.size()));
+    const QString folder = services_.content.folderLabel();
+    services_.content.setOperationsEnCours(true);
+    run_.start(*tab_, count, folder.section(QLatin1Char('/'), -1),
+               [asked = std::move(asked), services = services_.operations](const TaskContext& task) {
+                   return perform(asked, services, task);
+               });
+}
+
+void OperationsModel::onEnded(const std::vector<std::filesystem::path>& made, const FileMoves& moved) {
+    ContentView& content = services_.content;
+    content.setOperationsEnCours(false);
+    if (!moved.empty()) {
+        content.filesRenamed(moved);
+    } else if (tab_ == OperationsTab::report) {
+        if (!made.empty()) reveal(made.front());
+    } else {
+        content.filesMade(made);
+    }
+    replan();
+}
+
+void OperationsModel::reveal(const std::filesystem::path& file) {
+    planner_.run(
+        this, [&workspace = services_.workspace, file] { return workspace.reveal(file); },
+        [this](const QString& problem) {
+            if (!problem.isEmpty()) emit notice(problem);
+        });
+}
+
+}  // namespace dravik

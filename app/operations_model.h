@@ -1,0 +1,195 @@
+#pragma once
+
+#include "app/commands.h"
+#include "app/content_view.h"
+#include "app/operation_eligibility.h"
+#include "app/operations_run.h"
+#include "app/workspace.h"
+#include "report/report_form.h"
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace dravik {
+
+/// The operations window's controller: the tab, the takes it is about, what was chosen, what would come of it, and the
+/// run. No widget; one signal for each thing that a view shows. Main thread only.
+///
+/// It works on the takes of the table as they are shown, edits included; since operations read files, a run begins with
+/// the edits saved.
+class OperationsModel : public QObject {
+    Q_OBJECT
+  public:
+    /// All of it outlives the model; what is in `operations` also outlives work that a volume left without an answer.
+    struct Services {
+        ContentView& content;
+        UserDefaults& settings;
+        Dialogs& dialogs;
+        Workspace& workspace;
+        Commands& commands;
+        Background& background;
+        OperationServices operations;
+    };
+    explicit OperationsModel(const Services& services);
+    ~OperationsModel() override;
+
+    [[nodiscard]] OperationMenuState& menuState() noexcept { return menuState_; }
+
+    // --- The window ------------------------------------------------------------------------------------------------
+    [[nodiscard]] bool afficherOperations() const noexcept { return afficherOperations_; }
+    /// Told by the window when it opens or closes: what nobody sees is not worked out.
+    void setAfficherOperations(bool shown);
+    /// What a menu has last asked for, and how often one has.
+    [[nodiscard]] std::optional<OperationsTab> operationsTabDemandee() const noexcept { return operationsTabDemandee_; }
+    [[nodiscard]] int operationsTabDemandeID() const noexcept { return operationsTabDemandeID_; }
+    void demander(std::optional<OperationsTab> tab);
+
+    [[nodiscard]] std::optional<OperationsTab> tab() const noexcept { return tab_; }
+    /// False, and it is told why, while an operation runs.
+    bool setTab(OperationsTab tab);
+
+    // --- What it is about ------------------------------------------------------------------------------------------
+    /// A take, or for renaming a file, that the tab can work on.
+    struct Item {
+        std::string key;  ///< path of the (first) file
+        QString name, summary;
+        bool checked = true;
+        int row = 0;  ///< of the table
+        friend bool operator==(const Item&, const Item&) = default;
+    };
+    [[nodiscard]] const std::vector<Item>& items() const noexcept { return items_; }
+    [[nodiscard]] int checkedCount() const noexcept;
+    void setChecked(int item, bool checked);
+    void setAllChecked(bool checked);
+    /// What is shown instead when there are none.
+    [[nodiscard]] EmptyState emptyState() const;
+    /// The rows that are selected in the table.
+    void setSelectedRows(const std::vector<int>& rows);
+    /// Every take of the folder that the tab can work on, rather than the selected ones. A report is of all.
+    [[nodiscard]] bool appliquerTous() const;
+    void setAppliquerTous(bool all);
+    [[nodiscard]] bool canChooseAll() const noexcept { return tab_ && tab_ != OperationsTab::report; }
+
+    /// The take whose tracks are shown; -1 for none.
+    [[nodiscard]] int currentItem() const noexcept { return currentItem_; }
+    void setCurrentItem(int item);
+    /// Of the take that is shown, in the order of its channels.
+    [[nodiscard]] std::vector<Piste> currentTracks() const;
+    [[nodiscard]] std::vector<std::filesystem::path> currentFiles() const;
+
+    // --- What was chosen -------------------------------------------------------------------------------------------
+    [[nodiscard]] TrackChoices currentChoices() const;
+    void setCurrentChoices(const TrackChoices& choices);
+    /// The other checked takes with tracks of the same names get the same choices.
+    void copyChoicesToSimilar();
+    [[nodiscard]] int similarCount() const;
+    [[nodiscard]] bool preserveTrackNumbers() const noexcept { return preserveTrackNumbers_; }
+    void setPreserveTrackNumbers(bool preserve);
+
+    [[nodiscard]] const ExportAudioSessionState& exportState() const noexcept { return exportState_; }
+    void setExportState(const ExportAudioSessionState& state);
+
+    [[nodiscard]] const BatchRenameChoice& renameChoice() const noexcept { return rename_; }
+    void setRenamePattern(const RenamePattern& pattern);
+    void setRenameMode(OperationAudioBatchRenameMode mode);
+    void setLeavesSeparators(bool leaves);
+    void setKeepBoth(bool keepBoth);
+    /// A number for the name of the file in this row of the preview.
+    void keepBothFor(int previewRow);
+
+    [[nodiscard]] const ReportForm& reportForm() const noexcept { return reportForm_; }
+    void setReportForm(const ReportForm& form);
+    /// What the report calls the tape; empty for what the files say.
+    [[nodiscard]] const QString& reportTape() const noexcept { return reportTape_; }
+    void setReportTape(const QString& tape);
+
+    /// Where new files go; absent for beside what they are made of.
+    [[nodiscard]] std::optional<std::filesystem::path> destination() const;
+    void chooseDestination();
+    void clearDestination();
+    [[nodiscard]] bool needsDestination() const noexcept;
+
+    // --- What would come of it -------------------------------------------------------------------------------------
+    [[nodiscard]] const OperationPreview& preview() const noexcept { return preview_; }
+    /// Is what is shown about to be replaced?
+    [[nodiscard]] bool isPlanning() const noexcept { return planning_ != nullptr || delay_.isActive(); }
+    [[nodiscard]] bool canRun() const noexcept;
+
+    // --- The run ---------------------------------------------------------------------------------------------------
+    /// Begins it, after the question whether to save what is pending.
+    void run();
+    [[nodiscard]] OperationsRun& running() noexcept { return run_; }
+    void reveal(const std::filesystem::path& file);
+
+  signals:
+    void shownChanged();
+    /// The window is to come to the front.
+    void presentRequested();
+    void tabChanged();
+    void itemsChanged();
+    void currentItemChanged();
+    void choicesChanged();
+    void destinationChanged();
+    void previewChanged();
+    void notice(const QString& text);
+
+  private:
+    struct TabState {
+        std::set<std::string> unchecked;
+        bool appliquerTous = false;
+        std::optional<std::filesystem::path> destination;
+    };
+    [[nodiscard]] TabState& ownState() { return tabs_[*tab_]; }
+    [[nodiscard]] const TabState* state() const;
+    [[nodiscard]] const GroupeFichiers* currentGroupe() const;
+    [[nodiscard]] TrackChoices choicesOf(const GroupeFichiers& groupe) const;
+    [[nodiscard]] std::vector<const GroupeFichiers*> similar() const;
+    [[nodiscard]] OperationRequest request() const;
+    void markChecked(const Item& item);
+    void listItems();
+    void addItems(int row, const GroupeFichiers& groupe);
+    void onRowsChanged();
+    void follow(const FileMoves& moved);
+    void onChoices();
+    /// Works the preview out anew, as soon as no more is typed.
+    void replan();
+    void plan();
+    void stopPlanning();
+    void begin();
+    void onEnded(const std::vector<std::filesystem::path>& made, const FileMoves& moved);
+
+    Services services_;
+    OperationMenuState menuState_;
+    OperationsRun run_;
+    bool afficherOperations_ = false;
+    std::optional<OperationsTab> operationsTabDemandee_;
+    int operationsTabDemandeID_ = 0;
+
+    std::optional<OperationsTab> tab_;
+    std::map<OperationsTab, TabState> tabs_;
+    std::vector<int> selectedRows_;
+    std::vector<Item> items_;
+    int currentItem_ = -1;
+
+    std::map<std::string, TrackChoices> choices_;  ///< by the key of the take; only where something was chosen
+    bool preserveTrackNumbers_ = false;
+    ExportAudioSessionState exportState_;
+    BatchRenameChoice rename_;
+    ReportForm reportForm_;
+    QString reportTape_;
+
+    OperationPreview preview_;
+    QTimer rowsDelay_;  ///< rows change in storms
+    QTimer delay_;      ///< so does what is typed
+    std::shared_ptr<CancellationToken> planning_;
+    LooseBackground planner_;
+};
+
+}  // namespace dravik
