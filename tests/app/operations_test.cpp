@@ -167,9 +167,10 @@ TEST_F(OperationsRunTest, OneRunsAtATimeTellsHowFarItIsAndStopsWhenItIsCancelled
 
 TEST_F(OperationsRunTest, WhatStopsTheWholeRunIsItsOneResult) {
     QSignalSpy ended(&run, &OperationsRun::ended);
-    ASSERT_TRUE(run.start(OperationsTab::split, 1, QStringLiteral("12-T01"), [](const TaskContext&) -> OperationOutcome {
-        throw FileError("there is no room", "/day/12-T01.wav", std::errc::no_space_on_device);
-    }));
+    ASSERT_TRUE(
+        run.start(OperationsTab::split, 1, QStringLiteral("12-T01"), [](const TaskContext&) -> OperationOutcome {
+            throw FileError("there is no room", "/day/12-T01.wav", std::errc::no_space_on_device);
+        }));
     EXPECT_EQ(completed().title(), "Split Failed");
     ASSERT_EQ(completed().results.size(), 1U);
     EXPECT_EQ(completed().results[0].sourceName, "12-T01");
