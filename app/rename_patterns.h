@@ -19,8 +19,8 @@ struct NamedRenamePattern {
 
 /// The user's own, sorted by name. One whose text cannot be read any more is left out, and stays where it is kept.
 [[nodiscard]] std::vector<NamedRenamePattern> savedRenamePatterns(const UserDefaults& settings);
-/// White space around the name goes, and several in it are one; a pattern of that name, in any letter case, is replaced. Nothing is kept without a
-/// name or without blocks.
+/// White space around the name goes, and several in it are one; a pattern of that name, in any letter case, is
+/// replaced. Nothing is kept without a name or without blocks.
 void saveRenamePattern(UserDefaults& settings, const QString& name, const RenamePattern& pattern);
 void removeRenamePattern(UserDefaults& settings, const QString& name);
 

@@ -2,7 +2,6 @@
 
 #include "app/export_audio_session_state.h"
 #include "ui/operations/track_name.h"
-#include "ui/theme.h"
 
 #include <QComboBox>
 #include <QLabel>
@@ -19,7 +18,7 @@ namespace dravik {
 class ExportForm : public QWidget {
     Q_OBJECT
   public:
-    explicit ExportForm(const Theme& theme, QWidget* parent = nullptr);
+    explicit ExportForm(QWidget* parent = nullptr);
 
     /// These tell nobody.
     void setState(const ExportAudioSessionState& state);
@@ -33,22 +32,22 @@ class ExportForm : public QWidget {
 
   private:
     [[nodiscard]] QComboBox* box(const QString& name, const QString& help);
-    [[nodiscard]] QWidget* makeTracks();
+    void makeTracks();
+    void alignLabels();
     void takeOver();
     void refresh();
-    void fillTracks(QComboBox& box, std::optional<int> chosen, bool optional) const;
+    /// `optional`: none can be chosen.
+    void fillTracks(QComboBox& box, std::optional<int> chosenTrack, bool optional) const;
 
-    const Theme& theme_;
     ExportAudioSessionState state_;
     std::vector<TrackName> tracks_;
-    bool filling_ = false;  ///< the boxes follow the state just now, not the other way round
 
     // Children, all of them.
     QComboBox *channels_, *format_, *depth_, *bitRate_, *rate_;
     QComboBox *mono1_ = nullptr, *mono2_ = nullptr, *gain_ = nullptr, *left_ = nullptr, *right_ = nullptr;
     QLabel* depthLabel_;
     QStackedWidget *depthOrRate_, *trackPages_;
-    QLabel* gainLabel_ = nullptr;
+    QLabel* oneTrack_ = nullptr;
 };
 
 }  // namespace dravik

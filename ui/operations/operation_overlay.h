@@ -16,6 +16,7 @@
 
 namespace dravik {
 
+class ElidedLabel;
 class OperationResultsModel;
 
 /// Covers its parent while an operation runs, and with what it ended with until that was read. Keys stay in it. Follows
@@ -57,7 +58,8 @@ class OperationOverlay : public QWidget {
 
     QWidget* card_ = nullptr;  // children, all of them
     QStackedWidget* pages_ = nullptr;
-    QLabel *message_ = nullptr, *fileName_ = nullptr, *remaining_ = nullptr;
+    QLabel *message_ = nullptr, *remaining_ = nullptr;
+    ElidedLabel* fileName_ = nullptr;
     QProgressBar* bar_ = nullptr;
     QPushButton *cancel_ = nullptr, *reveal_ = nullptr, *ok_ = nullptr;
     QLabel *sign_ = nullptr, *title_ = nullptr, *successMessage_ = nullptr;

@@ -66,6 +66,7 @@ class ReportFormView : public QWidget {
 
     void addText(QGridLayout& grid, int row, const QString& title, std::string ReportForm::*text);
     [[nodiscard]] QLineEdit* addLine(QGridLayout& grid, int row, const QString& title);
+    void addChoice(QGridLayout& grid, int row, const QString& title, const Choice& choice);
     [[nodiscard]] QWidget* makeNames();
     [[nodiscard]] QWidget* makeChoices();
     [[nodiscard]] QWidget* makeColumns();
@@ -73,7 +74,6 @@ class ReportFormView : public QWidget {
     [[nodiscard]] QLabel* heading(const QString& text);
     void refresh();
     void refreshChoices();
-    void saveDefaults();
     void changed();
     void applyTheme();
 

@@ -2,14 +2,13 @@
 
 #include "ui/theme.h"
 
-#include <QLabel>
-#include <QPushButton>
 #include <QString>
 #include <QWidget>
 #include <vector>
 
 namespace dravik {
 
+class CheckBar;
 class CheckTable;
 class TakeCheckModel;
 
@@ -45,9 +44,7 @@ class TakeCheckList : public QWidget {
 
     TakeCheckModel* model_;  // children, all of them
     CheckTable* table_;
-    QLabel* count_;
-    QPushButton* all_;
-    QPushButton* none_;
+    CheckBar* bar_;
     bool setting_ = false;  ///< not the user
 };
 

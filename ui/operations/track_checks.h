@@ -3,14 +3,13 @@
 #include "ui/operations/track_name.h"
 #include "ui/theme.h"
 
-#include <QLabel>
-#include <QPushButton>
 #include <QWidget>
 #include <set>
 #include <vector>
 
 namespace dravik {
 
+class CheckBar;
 class CheckTable;
 class TrackChecksModel;
 
@@ -41,9 +40,7 @@ class TrackChecks : public QWidget {
 
     TrackChecksModel* model_;  // children, all of them
     CheckTable* table_;
-    QLabel* count_;
-    QPushButton* all_;
-    QPushButton* none_;
+    CheckBar* bar_;
 };
 
 }  // namespace dravik

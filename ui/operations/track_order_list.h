@@ -9,6 +9,7 @@
 
 namespace dravik {
 
+class TrackOrderModel;
 class TrackOrderView;
 
 /// The tracks of a take in the order that they are to have. Rows are dragged, or moved by Alt+Up and Alt+Down.
@@ -30,7 +31,8 @@ class TrackOrderList : public QWidget {
   private:
     void showButtons();
 
-    TrackOrderView* view_;  // children, all of them
+    TrackOrderModel* model_;  // children, all of them
+    TrackOrderView* view_;
     QPushButton* up_;
     QPushButton* down_;
     QPushButton* original_;
