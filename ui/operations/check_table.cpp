@@ -2,6 +2,7 @@
 
 #include "ui/list_looks.h"
 #include "ui/metrics.h"
+#include "ui/operations/row_delegate.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -13,6 +14,7 @@ CheckTable::CheckTable(QAbstractItemModel& model, const Theme& theme, const QStr
     : QTableView(parent) {
     setModel(&model);
     makeDense(*this, theme, accessibleName, widths);
+    setItemDelegate(new RowDelegate(-1, this));
     horizontalHeader()->hide();
     setFrameShape(QFrame::StyledPanel);
     setToolTip(QStringLiteral("Space checks or unchecks what is selected"));

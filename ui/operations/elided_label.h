@@ -8,7 +8,6 @@ namespace dravik {
 
 /// One line of plain text that gives way: cut in its middle where it is wider than its room, whole in the tool tip.
 class ElidedLabel final : public QLabel {
-    Q_OBJECT
   public:
     explicit ElidedLabel(QWidget* parent) : QLabel(parent) { setTextFormat(Qt::PlainText); }
 

@@ -1,6 +1,7 @@
 #include "ui/operations/export_form.h"
 
 #include "ui/metrics.h"
+#include "ui/operations/elided_box.h"
 
 #include <QFormLayout>
 #include <QStandardItemModel>
@@ -22,10 +23,12 @@ Enum chosen(const QComboBox& box) {
     return static_cast<Enum>(box.currentData().toInt());
 }
 
-QFormLayout* pageForm(QWidget* page) {
+QFormLayout* formOf(QWidget* page) {
     auto* form = new QFormLayout(page);
     form->setContentsMargins({});
     form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    form->setVerticalSpacing(metrics::fieldSpacing);
+    form->setHorizontalSpacing(metrics::panelMargin);
     return form;
 }
 
@@ -58,8 +61,8 @@ ExportForm::ExportForm(QWidget* parent)
     depthOrRate_->addWidget(bitRate_);
     depthOrRate_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 
-    auto* form = new QFormLayout;
-    form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    auto* choices = new QWidget(this);
+    QFormLayout* form = formOf(choices);
     form->addRow(QStringLiteral("&Format:"), format_);
     form->addRow(QStringLiteral("C&hannels:"), channels_);
     form->addRow(depthLabel_, depthOrRate_);
@@ -67,15 +70,16 @@ ExportForm::ExportForm(QWidget* parent)
     makeTracks();
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
-    layout->setSpacing(2 * metrics::panelMargin);
-    layout->addLayout(form);
+    layout->setSpacing(metrics::panelMargin + metrics::fieldSpacing);
+    layout->addWidget(choices);
     layout->addWidget(trackPages_);
+    layout->addStretch();
     alignLabels();
     refresh();
 }
 
 QComboBox* ExportForm::box(const QString& name, const QString& help) {
-    auto* made = new QComboBox(this);
+    auto* made = new ElidedBox(this);
     made->setAccessibleName(name);
     made->setToolTip(help);
     made->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
@@ -87,7 +91,7 @@ QComboBox* ExportForm::box(const QString& name, const QString& help) {
 void ExportForm::makeTracks() {
     // In the order of the channel modes.
     auto* mono = new QWidget(trackPages_);
-    QFormLayout* form = pageForm(mono);
+    QFormLayout* form = formOf(mono);
     mono1_ = box(QStringLiteral("Track"), QStringLiteral("The track that becomes the file"));
     mono2_ = box(QStringLiteral("Mixed with"), QStringLiteral("A second track, averaged with the first"));
     gain_ = box(QStringLiteral("Level of the mix"), QStringLiteral("Level of each of the two tracks in the mix"));
@@ -99,7 +103,7 @@ void ExportForm::makeTracks() {
     trackPages_->addWidget(mono);
 
     auto* stereo = new QWidget(trackPages_);
-    form = pageForm(stereo);
+    form = formOf(stereo);
     left_ = box(QStringLiteral("Left"), QStringLiteral("The track on the left"));
     right_ = box(QStringLiteral("Right"), QStringLiteral("The track on the right"));
     form->addRow(QStringLiteral("&Left:"), left_);
@@ -109,7 +113,7 @@ void ExportForm::makeTracks() {
     trackPages_->addWidget(stereo);
 
     auto* poly = new QWidget(trackPages_);
-    form = pageForm(poly);
+    form = formOf(poly);
     form->addRow(QStringLiteral("Tracks:"), hint(QStringLiteral("All, in their order"), poly));
     trackPages_->addWidget(poly);
 }

@@ -5,6 +5,7 @@
 #include "ui/list_looks.h"
 #include "ui/metrics.h"
 #include "ui/operations/elided_label.h"
+#include "ui/operations/row_delegate.h"
 
 #include <QAbstractTableModel>
 #include <QApplication>
@@ -57,15 +58,16 @@ QPixmap tinted(const QIcon& icon, const QColor& colour, const QWidget& widget) {
 }
 
 QString summary(const OperationCompletionInfo& info) {
+    const std::size_t all = info.results.size();
     const auto succeeded = std::count_if(info.results.begin(), info.results.end(),
                                          [](const OperationAudioResult& one) { return one.success; });
-    if (info.results.empty()) return info.cancelled ? QStringLiteral("Nothing was made.") : info.successMessage;
-    if (info.allSucceeded() && !info.cancelled) return info.successMessage;
-    if (info.allSucceeded())
-        return QStringLiteral("%1 done before.").arg(counted(info.results.size(), QStringLiteral("item")));
-    return QStringLiteral("%1 of %2 succeeded.")
-        .arg(succeeded)
-        .arg(counted(info.results.size(), QStringLiteral("item")));
+    if (info.cancelled && all == 0) return QStringLiteral("Nothing was made.");
+    if (info.cancelled && info.allSucceeded())
+        return QStringLiteral("Made before: %1.").arg(counted(all, QStringLiteral("item")));
+    if (info.allSucceeded()) return info.successMessage;
+    // Where all failed, the title has said it.
+    if (succeeded == 0) return {};
+    return QStringLiteral("%1 of %2 succeeded.").arg(succeeded).arg(counted(all, QStringLiteral("item")));
 }
 
 }  // namespace
@@ -129,6 +131,7 @@ OperationOverlay::OperationOverlay(const Theme& theme, QWidget* parent)
     layout->setContentsMargins(cardMargin, cardMargin, cardMargin, cardMargin);
     layout->addWidget(pages_);
     parent->installEventFilter(this);
+    card_->installEventFilter(this);
     connect(&theme_, &Theme::changed, this, &OperationOverlay::applyTheme);
     hide();
     applyTheme();
@@ -178,6 +181,7 @@ QWidget* OperationOverlay::makeResult() {
     results_->setModel(model_);
     constexpr int sourceWidth = 190;
     makeDense(*results_, theme_, QStringLiteral("Results"), {sourceWidth});
+    results_->setItemDelegate(new RowDelegate(OperationResultsModel::message, this));
     results_->horizontalHeader()->hide();
     results_->setFrameShape(QFrame::StyledPanel);
     results_->setIconSize({metrics::iconSide, metrics::iconSide});
@@ -280,6 +284,7 @@ void OperationOverlay::cover() {
     const int width = std::min(cardWidth, all.width() - 2 * leastGap);
     QWidget* page = pages_->currentWidget();
     const int inner = width - 2 * cardMargin;
+    page->layout()->invalidate();  // what it shows has just changed
     const int wanted =
         page->layout()->hasHeightForWidth() ? page->layout()->heightForWidth(inner) : page->sizeHint().height();
     const int height = std::min(wanted + 2 * cardMargin, all.height() - leastGap);
@@ -335,9 +340,9 @@ void OperationOverlay::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     // A shadow, so that the card is seen to lie above.
-    constexpr int shadow = 10;
+    constexpr int shadow = 14;
     for (int spread = shadow; spread > 0; spread -= 2) {
-        painter.setBrush(QColor(0, 0, 0, theme_.isDark() ? 26 : 10));
+        painter.setBrush(QColor(0, 0, 0, theme_.isDark() ? 20 : 5));
         painter.drawRoundedRect(QRectF(card_->geometry()).adjusted(-spread, -spread + 3, spread, spread + 3),
                                 8 + spread, 8 + spread);
     }
@@ -373,7 +378,9 @@ bool OperationOverlay::focusNextPrevChild(bool next) {
 }
 
 bool OperationOverlay::eventFilter(QObject* object, QEvent* event) {
-    if (object == parentWidget() && event->type() == QEvent::Resize && state_) cover();
+    const bool resized = object == parentWidget() && event->type() == QEvent::Resize;
+    const bool needsRoom = object == card_ && event->type() == QEvent::LayoutRequest;
+    if ((resized || needsRoom) && state_) cover();
     if (object == results_ && (event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride)) {
         auto* key = static_cast<QKeyEvent*>(event);
         if (key->matches(QKeySequence::Copy)) {

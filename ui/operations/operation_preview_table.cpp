@@ -3,6 +3,7 @@
 #include "app/text.h"
 #include "ui/list_looks.h"
 #include "ui/metrics.h"
+#include "ui/operations/row_delegate.h"
 
 #include <QAbstractTableModel>
 #include <QContextMenuEvent>
@@ -88,6 +89,7 @@ OperationPreviewTable::OperationPreviewTable(const QString& accessibleName, cons
       button_(new QPushButton(QStringLiteral("Keep Both"), this)) {
     table_->setModel(model_);
     makeDense(*table_, theme, accessibleName, {});
+    table_->setItemDelegate(new RowDelegate(OperationPreviewModel::problem, this));
     table_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     table_->setColumnHidden(OperationPreviewModel::problem, true);
     table_->setFrameShape(QFrame::StyledPanel);

@@ -104,7 +104,7 @@ void PatternChip::enter(int direction) {
 QSize PatternChip::sizeHint() const {
     const QString text = field_ != nullptr && !field_->text().isEmpty() ? field_->text() : label_;
     // A field keeps two pixels on each side, and room for its cursor.
-    const int around = field_ != nullptr ? 8 : 0;
+    const int around = field_ != nullptr ? 8 : 2;
     const int width = std::max(fontMetrics().horizontalAdvance(text) + around,
                                field_ != nullptr ? leastFieldWidth : fontMetrics().averageCharWidth());
     return {gripWidth + width + 2 * textPadding + crossSide + 2, chipHeight};

@@ -8,7 +8,7 @@
 
 #include <QHBoxLayout>
 #include <QPointer>
-#include <QPushButton>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace dravik {
@@ -40,13 +40,11 @@ RenamePatternEditor::RenamePatternEditor(UserDefaults& settings, Dialogs& dialog
       dialogs_(dialogs),
       theme_(theme),
       row_(new PatternRow(theme, this)),
-      patterns_(new QToolButton(this)),
+      patterns_(new QPushButton(QStringLiteral("Patterns"), this)),
       menu_(new QMenu(this)) {
-    patterns_->setText(QStringLiteral("Patterns"));
     patterns_->setAccessibleName(QStringLiteral("Patterns"));
     patterns_->setToolTip(QStringLiteral("Use or keep a pattern"));
-    patterns_->setPopupMode(QToolButton::InstantPopup);
-    patterns_->setFocusPolicy(Qt::StrongFocus);
+    patterns_->setAutoDefault(false);
     patterns_->setMenu(menu_);
     connect(menu_, &QMenu::aboutToShow, this, &RenamePatternEditor::fillMenu);
     connect(row_, &PatternRow::patternChanged, this, [this] { emit patternChanged(row_->pattern()); });

@@ -7,7 +7,7 @@
 
 #include <QLabel>
 #include <QMenu>
-#include <QToolButton>
+#include <QPushButton>
 #include <QWidget>
 #include <vector>
 
@@ -45,7 +45,7 @@ class RenamePatternEditor : public QWidget {
     Dialogs& dialogs_;
     const Theme& theme_;
     PatternRow* row_;  // children, all of them
-    QToolButton* patterns_;
+    QPushButton* patterns_;
     QMenu* menu_;
     std::vector<QLabel*> headings_;
 };

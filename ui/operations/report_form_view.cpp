@@ -5,6 +5,7 @@
 #include "model/wave/timecode.h"
 #include "ui/list_looks.h"
 #include "ui/metrics.h"
+#include "ui/operations/elided_box.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -20,7 +21,19 @@ constexpr int savedShownMilliseconds = 2500;
 constexpr int notesLines = 4;
 constexpr int columnsAcross = 4;
 /// Boxes are as wide as their usual texts; what files say may be cut.
-constexpr int usualLetters = 16;
+constexpr int usualLetters = 11;
+constexpr int customWidth = 96;
+/// Of a row, so that those of both sides stand level.
+constexpr int fieldRowHeight = 26;
+
+/// Names and their fields, in as many rows on both sides.
+void makeRows(QGridLayout& grid) {
+    constexpr int rows = 5;
+    grid.setColumnStretch(1, 1);
+    grid.setVerticalSpacing(metrics::fieldSpacing);
+    for (int row = 0; row < rows; ++row)
+        grid.setRowMinimumHeight(row, fieldRowHeight);
+}
 
 /// An entry of the list, and the text it shows.
 void addEntries(QComboBox& box, std::span<const std::string_view> entries) {
@@ -94,7 +107,7 @@ QWidget* ReportFormView::makeNames() {
     auto* names = new QWidget(this);
     auto* grid = new QGridLayout(names);
     grid->setContentsMargins({});
-    grid->setColumnStretch(1, 1);
+    makeRows(*grid);
     addText(*grid, 0, QStringLiteral("Production"), &ReportForm::production);
     addText(*grid, 1, QStringLiteral("Work Title"), &ReportForm::nomOeuvre);
     addText(*grid, 2, QStringLiteral("Director"), &ReportForm::realisateur);
@@ -116,10 +129,7 @@ void ReportFormView::addChoice(QGridLayout& grid, int row, const QString& title,
     choice.custom->setToolTip(custom);
     choice.custom->setPlaceholderText(custom);
     choice.custom->setMaxLength(static_cast<int>(longestTypedText));
-    // Its room is kept, so that nothing jumps.
-    QSizePolicy policy = choice.custom->sizePolicy();
-    policy.setRetainSizeWhenHidden(true);
-    choice.custom->setSizePolicy(policy);
+    choice.custom->setMinimumWidth(customWidth);
     connect(choice.box, &QComboBox::activated, this, [this, choice] {
         form_.*choice.mode = choice.box->currentData().toString().toStdString();
         refreshChoices();
@@ -131,8 +141,12 @@ void ReportFormView::addChoice(QGridLayout& grid, int row, const QString& title,
         changed();
     });
     grid.addWidget(caption, row, 0);
-    grid.addWidget(choice.box, row, 1);
-    grid.addWidget(choice.custom, row, 2);
+    // Beside each other, so that nothing below moves.
+    auto* line = new QHBoxLayout;
+    line->setSpacing(metrics::fieldSpacing);
+    line->addWidget(choice.box, 1);
+    line->addWidget(choice.custom, 1);
+    grid.addLayout(line, row, 1);
     choices_.push_back(choice);
 }
 
@@ -140,10 +154,9 @@ QWidget* ReportFormView::makeChoices() {
     auto* choices = new QWidget(this);
     auto* grid = new QGridLayout(choices);
     grid->setContentsMargins({});
-    grid->setColumnStretch(1, 1);
-    grid->setColumnStretch(2, 1);
+    makeRows(*grid);
     const auto make = [this](std::span<const std::string_view> entries, bool filesSay) {
-        auto* box = new QComboBox(this);
+        auto* box = new ElidedBox(this);
         if (filesSay) box->addItem(QString(), toQt(filesChoice));
         addEntries(*box, entries);
         return box;
@@ -160,7 +173,6 @@ QWidget* ReportFormView::makeChoices() {
     addChoice(
         *grid, 3, QStringLiteral("Bit Depth"),
         {make(bitDepthChoices, true), new QLineEdit(this), &F::bitDepthMode, &F::bitDepthAutre, &FileValues::bitDepth});
-    grid->setRowStretch(4, 1);
     return choices;
 }
 
@@ -168,6 +180,7 @@ QWidget* ReportFormView::makeColumns() {
     auto* columns = new QWidget(this);
     auto* grid = new QGridLayout(columns);
     grid->setContentsMargins({});
+    grid->setVerticalSpacing(metrics::fieldSpacing);
     auto* name = new QCheckBox(toQt(titleOf(ReportColumn::fileName)), columns);
     name->setChecked(true);
     name->setEnabled(false);

@@ -4,17 +4,24 @@
 #include "ui/metrics.h"
 #include "ui/operations/check_table.h"
 
-#include <QAbstractListModel>
+#include <QAbstractTableModel>
 #include <QVBoxLayout>
 #include <functional>
 
 namespace dravik {
+namespace {
+
+/// A check box and a number of two digits.
+constexpr int numberWidth = 46;
+
+}  // namespace
 
 /// The rows: the pair if it is offered, then the tracks.
-class TrackChecksModel final : public QAbstractListModel {
+class TrackChecksModel final : public QAbstractTableModel {
   public:
+    enum Column { number, name };
     TrackChecksModel(TrackChecks::Meaning meaning, const Theme& theme, QObject* parent)
-        : QAbstractListModel(parent), meaning_(meaning), theme_(theme) {}
+        : QAbstractTableModel(parent), meaning_(meaning), theme_(theme) {}
 
     std::function<void()> userChanged;
 
@@ -55,24 +62,29 @@ class TrackChecksModel final : public QAbstractListModel {
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override {
         return parent.isValid() ? 0 : static_cast<int>(tracks_.size()) + firstTrack();
     }
+    [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : 2; }
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& at) const override {
-        const bool possible = at.row() >= firstTrack() || stereoPossible();
-        const Qt::ItemFlags flags = Qt::ItemNeverHasChildren | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable;
-        return possible ? flags | Qt::ItemIsEnabled : flags;
+        Qt::ItemFlags flags = Qt::ItemNeverHasChildren | Qt::ItemIsSelectable;
+        if (at.row() >= firstTrack() || stereoPossible()) flags |= Qt::ItemIsEnabled;
+        return at.column() == number ? flags | Qt::ItemIsUserCheckable : flags;
     }
     [[nodiscard]] QVariant data(const QModelIndex& at, int role) const override {
         const bool on = isChecked(at.row());
         const bool struck = on && meaning_ == TrackChecks::Meaning::removed;
         switch (role) {
             case Qt::DisplayRole:
-                return text(at.row());
+                return text(at.row(), at.column());
+            case Qt::TextAlignmentRole:
+                return int((at.column() == number && at.row() >= firstTrack() ? Qt::AlignRight : Qt::AlignLeft) |
+                           Qt::AlignVCenter);
             case Qt::ToolTipRole:
                 return at.row() < firstTrack() && !stereoPossible() ? QStringLiteral("Needs two tracks")
-                                                                    : text(at.row());
+                                                                    : text(at.row(), name);
             case Qt::CheckStateRole:
-                return int(on ? Qt::Checked : Qt::Unchecked);
+                return at.column() == number ? QVariant(int(on ? Qt::Checked : Qt::Unchecked)) : QVariant();
             case Qt::ForegroundRole:
-                return struck ? QVariant(theme_.error()) : QVariant();
+                if (struck) return theme_.error();
+                return isUnnamed(at.row()) && at.column() == name ? QVariant(theme_.dimmed()) : QVariant();
             case Qt::FontRole: {
                 if (!struck) return {};
                 QFont font;
@@ -80,13 +92,14 @@ class TrackChecksModel final : public QAbstractListModel {
                 return font;
             }
             case Qt::AccessibleTextRole:
-                return struck ? QStringLiteral("%1, will be deleted").arg(text(at.row())) : text(at.row());
+                return struck ? QStringLiteral("%1, will be deleted").arg(text(at.row(), at.column()))
+                              : text(at.row(), at.column());
             default:
                 return {};
         }
     }
     bool setData(const QModelIndex& at, const QVariant& value, int role) override {
-        if (role != Qt::CheckStateRole || !(flags(at) & Qt::ItemIsEnabled)) return false;
+        if (role != Qt::CheckStateRole || at.column() != number || !(flags(at) & Qt::ItemIsEnabled)) return false;
         const bool on = value.toInt() == Qt::Checked;
         if (on == isChecked(at.row())) return true;
         const int position = at.row() - firstTrack();
@@ -97,7 +110,7 @@ class TrackChecksModel final : public QAbstractListModel {
         } else {
             checked_.erase(position);
         }
-        emit dataChanged(at, at);
+        emit dataChanged(at, at.siblingAtColumn(name));
         userChanged();
         return true;
     }
@@ -107,15 +120,18 @@ class TrackChecksModel final : public QAbstractListModel {
     [[nodiscard]] bool isChecked(int row) const {
         return row < firstTrack() ? stereoChecked() : checked_.contains(row - firstTrack());
     }
-    [[nodiscard]] QString text(int row) const {
+    [[nodiscard]] const TrackName& track(int row) const {
+        return tracks_.at(static_cast<std::size_t>(row - firstTrack()));
+    }
+    [[nodiscard]] bool isUnnamed(int row) const { return row >= firstTrack() && track(row).nom.isEmpty(); }
+    [[nodiscard]] QString text(int row, int column) const {
         if (row < firstTrack()) return QStringLiteral("Stereo — Tracks 1 + 2");
-        const TrackName& track = tracks_.at(static_cast<std::size_t>(row - firstTrack()));
-        // Names stand below each other: a space as wide as a digit.
-        const bool narrow = track.numero < 10 && tracks_.size() > 9;
-        return narrow ? QChar(0x2007) + track.text() : track.text();
+        const TrackName& one = track(row);
+        if (column == number) return QString::number(one.numero);
+        return one.nom.isEmpty() ? QStringLiteral("Track %1").arg(one.numero) : one.nom;
     }
     void allChanged() {
-        if (rowCount() > 0) emit dataChanged(index(0), index(rowCount() - 1));
+        if (rowCount() > 0) emit dataChanged(index(0, number), index(rowCount() - 1, name));
     }
 
     const TrackChecks::Meaning meaning_;
@@ -130,7 +146,7 @@ TrackChecks::TrackChecks(Meaning meaning, const Theme& theme, QWidget* parent)
       model_(new TrackChecksModel(meaning, theme, this)),
       table_(new CheckTable(*model_, theme,
                             meaning == Meaning::removed ? QStringLiteral("Tracks to delete") : QStringLiteral("Tracks"),
-                            {}, this)),
+                            {numberWidth}, this)),
       bar_(new CheckBar(QStringLiteral("tracks"), this)) {
     model_->userChanged = [this] {
         refresh();
@@ -148,6 +164,8 @@ TrackChecks::TrackChecks(Meaning meaning, const Theme& theme, QWidget* parent)
 
 void TrackChecks::setStereoOffered(bool offered) {
     model_->setStereoOffered(offered);
+    table_->clearSpans();
+    if (offered) table_->setSpan(0, 0, 1, 2);
     refresh();
 }
 

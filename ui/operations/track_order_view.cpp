@@ -1,6 +1,7 @@
 #include "ui/operations/track_order_view.h"
 
 #include "ui/list_looks.h"
+#include "ui/operations/row_delegate.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -92,6 +93,7 @@ TrackOrderView::TrackOrderView(TrackOrderModel& model, const Theme& theme, QWidg
     constexpr int positionWidth = 46, beforeWidth = 64;
     setModel(&model);
     makeDense(*this, theme, QStringLiteral("Order of the tracks"), {positionWidth});
+    setItemDelegate(new RowDelegate(-1, this));
     horizontalHeader()->setStretchLastSection(false);
     horizontalHeader()->setSectionResizeMode(TrackOrderModel::name, QHeaderView::Stretch);
     horizontalHeader()->resizeSection(TrackOrderModel::before, beforeWidth);
