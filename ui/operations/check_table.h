@@ -1,0 +1,43 @@
+#pragma once
+
+#include "ui/theme.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QTableView>
+#include <QWidget>
+#include <initializer_list>
+
+namespace dravik {
+
+/// A list whose rows have a check box in their first column: Space checks or unchecks all selected rows, as the current
+/// one is not. What a check means is the model's, which hears of it by `setData`.
+class CheckTable : public QTableView {
+    Q_OBJECT
+  public:
+    CheckTable(QAbstractItemModel& model, const Theme& theme, const QString& accessibleName,
+               std::initializer_list<int> widths, QWidget* parent);
+
+  protected:
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+};
+
+/// The line above such a list: how many are checked, and the buttons for all and none.
+class CheckBar : public QWidget {
+    Q_OBJECT
+  public:
+    /// `what`: "tracks", for those who hear instead of see.
+    CheckBar(const QString& what, QWidget* parent);
+    void setCount(const QString& text, bool canCheck, bool canUncheck);
+
+  signals:
+    void allRequested(bool checked);
+
+  private:
+    QLabel* count_;
+    QPushButton* all_;
+    QPushButton* none_;
+};
+
+}  // namespace dravik
