@@ -2,6 +2,8 @@
 
 #include "base/file_error.h"
 #include "base/paths.h"
+#include "operations/destination_names.h"
+#include "operations/listening_copy.h"
 #include "operations/operation_audio_error.h"
 
 namespace dravik::OperationsAudio {
@@ -36,6 +38,28 @@ std::filesystem::path exportDestination(const GroupeFichiers& groupe, const std:
         throw FileError("a file of this name exists already", destination, std::errc::file_exists);
     }
     return destination;
+}
+
+std::vector<std::filesystem::path> exportDestinations(const std::vector<GroupeFichiers>& groupes,
+                                                      std::string_view extension,
+                                                      const std::optional<std::filesystem::path>& folder,
+                                                      const std::optional<std::string>& name) {
+    DestinationNames names;
+    std::vector<std::filesystem::path> destinations;
+    for (const GroupeFichiers& groupe : groupes) {
+        const std::filesystem::path own = folderOf(groupe.fichiers.front().url);
+        const std::filesystem::path into = folder.value_or(own);
+        std::string base = name.value_or(groupe.nom);
+        std::string suffix(extension);
+        std::error_code none;
+        if (name) {
+            if (hasExtension(*name, extension)) base.resize(base.size() - extension.size());
+        } else if (std::filesystem::equivalent(into, own, none)) {
+            suffix.insert(0, "_export");
+        }
+        destinations.push_back(names.plan(into, base, {suffix}).front());
+    }
+    return destinations;
 }
 
 }  // namespace dravik::OperationsAudio

@@ -1,6 +1,7 @@
 #include "operations/wave_layout.h"
 
 #include "operations/destination_names.h"
+#include "operations/export_destination.h"
 #include "operations/merge_verification.h"
 #include "operations/operation_audio_error.h"
 #include "operations/weave.h"
@@ -103,6 +104,28 @@ TEST(DestinationNames, GiveAllFilesOfATakeTheSameFreeNumber) {
     EXPECT_EQ(names.plan(folder.path(), "Take", {"_b.wav"}), Paths{folder / "Take-1_b.wav"}) << "taken on disk";
     EXPECT_EQ(names.plan(folder.path(), "TAKE", {"_B.wav"}), Paths{folder / "TAKE-3_B.wav"}) << "planned before";
     EXPECT_EQ(names.plan("", "bare", {".wav"}), Paths{"bare.wav"});
+}
+
+TEST(DestinationNames, OfExportsTellThemApartFromTheirTakesInOneFolderOnly) {
+    const TempFolder folder;
+    std::filesystem::create_directory(folder / "out");
+    test::writeFile(folder / "out" / "B.WAV", "");
+    const auto take = [&](const std::string& nom) {
+        InfoFichier fichier;
+        fichier.url = folder / (nom + ".wav");
+        GroupeFichiers groupe;
+        groupe.nom = nom;
+        groupe.fichiers = Fichiers(std::vector<InfoFichier>{fichier});
+        return groupe;
+    };
+    using Paths = std::vector<std::filesystem::path>;
+    const std::vector<GroupeFichiers> takes = {take("a"), take("b"), take("A")};
+    EXPECT_EQ(exportDestinations(takes, ".wav", {}),
+              (Paths{folder / "a_export.wav", folder / "b_export.wav", folder / "A-1_export.wav"}));
+    EXPECT_EQ(exportDestinations(takes, ".wav", folder / "out"),
+              (Paths{folder / "out/a.wav", folder / "out/b-1.wav", folder / "out/A-1.wav"}));
+    EXPECT_EQ(exportDestinations({take("a")}, ".mp3", folder / "out/..", "x.MP3"), Paths{folder / "out/../x.mp3"});
+    EXPECT_EQ(exportDestinations({take("a")}, ".mp3", folder / "out", "x.wav"), Paths{folder / "out/x.wav.mp3"});
 }
 
 TEST(MergeVerification, ComparesTheAudioAndNeverFails) {
