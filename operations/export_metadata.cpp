@@ -85,7 +85,7 @@ Bytes adaptedIxml(ByteSpan payload, const ExportAdaptation& adaptation) {
 }
 
 Bytes adaptedBext(ByteSpan payload, const ExportAdaptation& adaptation) {
-    Bytes out = bextWithTracks(payload, adaptation.tracks, adaptation.source);
+    Bytes out = bextWithTracks(payload, adaptation.tracks, adaptation.source, adaptation.own);
     if (out.size() < bext::timeReferenceEnd) return out;
     std::byte* at = out.data() + bext::timeReferenceOffset;
     writeLE(at, rescaledSamples(readLE<std::uint64_t>(at), adaptation.inputRate, adaptation.outputRate));
@@ -121,6 +121,11 @@ Bytes adaptedFact(ByteSpan payload, const ExportAdaptation& adaptation) {
 
 }  // namespace
 
+std::vector<SourceTrack> tracksOfFile(const GroupeFichiers& groupe, std::size_t source) {
+    if (groupe.estPoly) return tracksOfPoly(groupe.fichiers.front());
+    return {tracksOfMonoSet(groupe).at(source)};
+}
+
 std::vector<OutputTrack> exportTracks(const GroupeFichiers& groupe, const ExportPCMReader& reader) {
     const std::vector<SourceTrack> sources =
         groupe.estPoly ? tracksOfPoly(groupe.fichiers.front()) : tracksOfMonoSet(groupe);
@@ -133,7 +138,6 @@ std::vector<OutputTrack> exportTracks(const GroupeFichiers& groupe, const Export
         OutputTrack track;
         track.source = groupe.estPoly ? 0 : at;
         track.canal = groupe.estPoly ? at : 0;
-        track.fromMono = !groupe.estPoly;
         track.numeroSource = source.numero;
         track.numero = source.numero;
         track.nom = source.nom;

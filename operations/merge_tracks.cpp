@@ -48,7 +48,6 @@ OperationPlan planMerge(FileOps& ops, const GroupeFichiers& groupe, const std::v
         // A line of the first file's own stands under the recorder's number; a track without a name is called by the
         // new one, since recorders that write mono files call them all 1.
         output.tracks.push_back({.source = output.tracks.size(),
-                                 .fromMono = true,
                                  .numeroSource = position == 1 ? own[at].numero : position,
                                  .numero = position,
                                  .nom = own[at].nom});
@@ -68,7 +67,8 @@ OperationPlan planMerge(FileOps& ops, const GroupeFichiers& groupe, const std::v
     plan.frames = first.nombreFrames;
     output.dataSize = static_cast<std::uint64_t>(plan.frames) * first.blockAlign * included.size();
     const Bytes fmt = fmtForChannels(first.fmtPayload, included.size(), first.blockAlign, groupe.nom);
-    const std::vector<RIFFChunk> extra = metadataChunks(first.fichier, trackMetadataAdapter(output.tracks));
+    const std::vector<RIFFChunk> extra =
+        metadataChunks(first.fichier, trackMetadataAdapter(output.tracks, {own[included.front()]}));
     checkOutputSize(fmt, extra, output.dataSize, groupe.nom);
     output.setHead(waveHead(fmt, extra, output.dataSize));
     output.destination =

@@ -103,6 +103,7 @@ Preparation::Preparation(const OperationAudioExportConfiguration& configuration,
     adaptation.bitDepth = format.bitDepth;
     adaptation.tracks = exportTracks(configuration.groupe, reader);
     adaptation.source = adaptation.tracks.front().source;
+    adaptation.own = tracksOfFile(configuration.groupe, adaptation.source);
     adaptation.outputName = configuration.destinationName;
     // Of a mono set the chunks are those of the first file that is heard.
     const InfoFichier& file = configuration.groupe.fichiers[adaptation.source];

@@ -26,6 +26,7 @@ ExportAdaptation to44100() {
     track.canal = 2;
     track.nom = "Boom";
     adaptation.tracks = {track};
+    adaptation.own = {{1, std::nullopt}, {2, std::nullopt}, {3, "Boom"}};
     return adaptation;
 }
 
