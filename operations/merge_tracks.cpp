@@ -4,6 +4,7 @@
 #include "operations/operation_audio_error.h"
 #include "operations/poly_take.h"
 #include "operations/rewrite_safety.h"
+#include "operations/start_alignment.h"
 #include "operations/wave_layout.h"
 
 #include <set>
@@ -40,6 +41,8 @@ OperationPlan planMerge(FileOps& ops, const GroupeFichiers& groupe, const std::v
     OperationPlan plan;
     plan.sourceName = groupe.nom;
     PlannedOutput output;
+    StartAlignment together;
+    bool startsTogether = true;
     for (const std::size_t at : included) {
         const std::filesystem::path& url = groupe.fichiers[at].url;
         const FileStamp stamp = stampBefore(ops, url);
@@ -52,6 +55,9 @@ OperationPlan planMerge(FileOps& ops, const GroupeFichiers& groupe, const std::v
                                  .numero = position,
                                  .nom = own[at].nom});
         plan.sources.push_back({static_cast<const SourceWAV&>(mono), stamp});
+        const WalkedSource walked(url);
+        startsTogether =
+            walked.table() && together.accepts(recordedStart(walked.source(), *walked.table())) && startsTogether;
         if (!isSameFormat(mono, plan.sources.front().wav)) {
             throw refusal(aboutFile(url, " does not have the same PCM format."));
         }
@@ -75,6 +81,9 @@ OperationPlan planMerge(FileOps& ops, const GroupeFichiers& groupe, const std::v
         names.plan(destinationFolder(groupe, dossier), outputBase(groupe, "Merged"), {"_merge.wav"}).front();
     plan.message = fmt::format("Created {}. ", output.destination.filename().native());
     plan.verifiesDataSize = true;
+    if (!startsTogether) {
+        plan.note = "Mono sources do not share the same start alignment: the new file has the start of the first.";
+    }
     plan.add(std::move(output));
     return plan;
 }

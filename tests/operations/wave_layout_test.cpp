@@ -136,10 +136,11 @@ TEST(MergeVerification, ComparesTheAudioAndNeverFails) {
     const auto poly = [&](std::size_t bytes) {
         return WavBuilder().fmt({.channels = 4, .bits = 16}).chunk("data", audioBytes(bytes)).write(folder / "p.wav");
     };
-    EXPECT_EQ(mergeVerification(sources, poly(4000)), "Audio data preserved: 4 KB.");
-    EXPECT_EQ(mergeVerification(sources, poly(2000)), "Warning: audio data mismatch. Sources: 4 KB, poly: 2 KB.");
-    EXPECT_EQ(mergeVerification(sources, folder / "none.wav"), "Audio data verification unavailable.");
-    EXPECT_EQ(mergeVerification(sources, WavBuilder().fmt().write(folder / "p.wav")),
+    EXPECT_EQ(mergeVerification(sources, 2, poly(4000)), "Audio data preserved: 4 KB.");
+    EXPECT_EQ(mergeVerification(sources, 2, poly(2000)), "Warning: audio data mismatch. Sources: 4 KB, poly: 2 KB.");
+    EXPECT_EQ(mergeVerification(sources, 3, poly(3996)), "Audio data preserved: 4 KB.") << "odd bytes are no audio";
+    EXPECT_EQ(mergeVerification(sources, 2, folder / "none.wav"), "Audio data verification unavailable.");
+    EXPECT_EQ(mergeVerification(sources, 2, WavBuilder().fmt().write(folder / "p.wav")),
               "Audio data verification unavailable.");
 }
 
