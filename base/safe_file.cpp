@@ -2,9 +2,9 @@
 
 #include "base/file_error.h"
 #include "base/paths.h"
+#include "base/writeback.h"
 
 #include <algorithm>
-#include <deque>
 #include <exception>
 #include <utility>
 
@@ -13,8 +13,6 @@ namespace {
 
 /// One step of a kernel copy: small enough to answer a cancel at once, large enough to cost nothing.
 constexpr std::uint64_t copyStepBytes = 8U * 1024U * 1024U;
-/// Written but not yet on the medium at any time. Bounds what a final sync (which cannot be cancelled) has left to do.
-constexpr std::uint64_t unwrittenBytesLimit = 64U * 1024U * 1024U;
 /// Another process's clean-up may win the race for a file it sees unlocked; a few tries are far more than enough.
 constexpr int createAttempts = 16;
 
@@ -22,29 +20,6 @@ constexpr int createAttempts = 16;
 FileOps::Rights rightsOf(TempKind kind) noexcept {
     return kind == TempKind::metadata || kind == TempKind::cues ? FileOps::Rights::owner : FileOps::Rights::ordinary;
 }
-
-/// Keeps the amount of written data that is still on its way to the medium within a limit.
-class WritebackWindow {
-  public:
-    WritebackWindow(FileOps& ops, const FileHandle& file) : ops_(ops), file_(file) {}
-
-    void wrote(std::uint64_t offset, std::uint64_t length) {
-        ops_.startWriteback(file_, offset, length);
-        underWay_.push_back({offset, length});
-        bytes_ += length;
-        while (bytes_ > unwrittenBytesLimit) {
-            ops_.waitForWriteback(file_, underWay_.front().offset, underWay_.front().length);
-            bytes_ -= underWay_.front().length;
-            underWay_.pop_front();
-        }
-    }
-
-  private:
-    FileOps& ops_;
-    const FileHandle& file_;
-    std::deque<SourceRange> underWay_;
-    std::uint64_t bytes_ = 0;
-};
 
 /// What cannot be asked counts as room. Files that were replaced a moment ago may still be taking it.
 bool hasRoom(FileOps& ops, const std::filesystem::path& folder, std::uint64_t bytes) {
@@ -142,7 +117,7 @@ void SafeFile::write(const FilePlan& plan, const FileHandle& source, const TaskC
     }
     const bool large = plan.size() > copyStepBytes;
     if (!shared && large) ops_.reserve(file_, plan.size());
-    WritebackWindow writeback(ops_, file_);
+    Writeback writeback(ops_);
     std::uint64_t at = 0;
     for (const FilePlan::Piece& piece : plan.pieces()) {
         if (const auto* bytes = std::get_if<Bytes>(&piece)) {
@@ -162,7 +137,7 @@ void SafeFile::write(const FilePlan& plan, const FileHandle& source, const TaskC
                     throw FileError("it ended while it was copied", target_, std::errc::io_error);
                 }
                 if (large && afterwards == Source::replaced) ops_.forget(source, rest.offset, copied);
-                if (large) writeback.wrote(at, copied);
+                if (large) writeback.wrote(file_, at, copied);
                 rest.offset += copied;
                 rest.length -= copied;
                 at += copied;

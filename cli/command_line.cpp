@@ -202,6 +202,13 @@ int trackOf(const NumberedText& track) {
     return static_cast<int>(std::min(track.number, beyondAnyTake));
 }
 
+/// A track has one name and one number: the second of two values is a slip of the hand.
+template <typename Value>
+void refuseSecond(const std::string& option, const std::vector<std::pair<int, Value>>& given, int track) {
+    const bool isThere = std::any_of(given.begin(), given.end(), [&](const auto& one) { return one.first == track; });
+    if (isThere) throw CLI::ValidationError(option, fmt::format("track {} is given twice", track));
+}
+
 /// Declares the commands and keeps what is parsed into.
 class Grammar {
   public:
@@ -359,6 +366,7 @@ class Grammar {
         sub.callback([this] {
             for (const std::string& argument : trackArguments_) {
                 NumberedText track = numberedName("--track", argument);
+                refuseSecond("--track", set_.tracks, trackOf(track));
                 set_.tracks.emplace_back(trackOf(track), std::move(*track.text));
             }
             for (const std::string& argument : channelArguments_) {
@@ -368,6 +376,7 @@ class Grammar {
                     throw CLI::ValidationError("--channel", fmt::format("\"{}\" is not N=NUM with a NUM from 1 to {}",
                                                                         argument, maxTrackNumber));
                 }
+                refuseSecond("--channel", set_.channels, trackOf(track));
                 set_.channels.emplace_back(trackOf(track), *channel);
             }
             if (!set_.edits()) {

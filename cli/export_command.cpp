@@ -1,12 +1,11 @@
 #include "cli/export_command.h"
 
 #include "base/paths.h"
-#include "base/text.h"
 #include "cli/display_text.h"
 #include "cli/operation_command.h"
 #include "editing/save_rename_plan.h"
 #include "model/audio_metadata.h"
-#include "operations/destination_names.h"
+#include "operations/export_destination.h"
 #include "operations/export_run.h"
 #include "operations/track_eligibility.h"
 #include "platform/lame/lame_encoder.h"
@@ -85,28 +84,13 @@ AnyExportConfiguration configurationFor(const ExportOptions& options, const Grou
         rate,   options.ditherSeed};
 }
 
-/// One job a take. A new file beside its take is told apart by its name; in another folder it has the take's.
 std::vector<ExportJob> jobsFor(const ExportOptions& options, const std::vector<GroupeFichiers>& groupes) {
-    OperationsAudio::DestinationNames names;
+    const std::vector<std::filesystem::path> destinations =
+        OperationsAudio::exportDestinations(groupes, extensionOf(options.format), options.dest, options.name);
     std::vector<ExportJob> jobs;
-    const std::string extension(extensionOf(options.format));
-    for (const GroupeFichiers& groupe : groupes) {
-        const std::filesystem::path own = folderOf(groupe.fichiers.front().url);
-        const std::filesystem::path folder = options.dest.value_or(own);
-        std::error_code none;
-        const bool elsewhere = !std::filesystem::equivalent(folder, own, none);
-        std::string base = groupe.nom;
-        std::string suffix = elsewhere ? extension : "_export" + extension;
-        if (options.name) {
-            base = *options.name;
-            suffix = extension;
-            if (base.size() > extension.size() &&
-                equalsIgnoringAsciiCase(base.substr(base.size() - extension.size()), extension)) {
-                base.resize(base.size() - extension.size());
-            }
-        }
-        const std::filesystem::path destination = names.plan(folder, base, {suffix}).front();
-        jobs.push_back({configurationFor(options, groupe, fileNameText(destination)), folder});
+    for (std::size_t at = 0; at < groupes.size(); ++at) {
+        jobs.push_back(
+            {configurationFor(options, groupes[at], fileNameText(destinations[at])), folderOf(destinations[at])});
     }
     return jobs;
 }

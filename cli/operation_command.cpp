@@ -45,7 +45,7 @@ std::string tracksText(const PlannedOutput& output) {
 
 ExitCode rehearse(const std::vector<GroupeFichiers>& groupes, const TrackCommand& command, bool json,
                   Services& services) {
-    const auto planned = OperationsAudio::planGroups(groupes, command.planner, {&services.token, {}});
+    const auto planned = OperationsAudio::planGroups(services.files, groupes, command.planner, {&services.token, {}});
     std::vector<OperationLine> lines;
     std::string text;
     std::size_t files = 0;
@@ -64,6 +64,7 @@ ExitCode rehearse(const std::vector<GroupeFichiers>& groupes, const TrackCommand
         }
         line.outputs = plan.destinations();
         line.message = plan.outputs.empty() ? plan.message : fmt::format("Would create {}", namesOf(line.outputs));
+        if (!plan.note.empty()) line.message += ". " + plan.note;
         files += plan.outputs.size();
         text += styled(printable(groupes[at].nom), Style::strong, services.console.outputHasColour()) + "\n";
         if (plan.outputs.empty()) text += fmt::format("    {}\n", plan.message);
@@ -72,6 +73,7 @@ ExitCode rehearse(const std::vector<GroupeFichiers>& groupes, const TrackCommand
                 fmt::format("    {}  {}, {}\n", shown(output.destination), sizeText(output.size()), tracksText(output));
             needed.push_back({output.destination, output.size()});
         }
+        if (!plan.note.empty()) text += fmt::format("    {}\n", plan.note);
     }
     const bool room = hasRoomFor(needed, services);
     text += fmt::format("\nDry run: {} would be made. {}\n", counted(files, "file"), nothingMade);

@@ -21,13 +21,20 @@ std::vector<OutputTrack> tracksOf(unsigned choice) {
         OutputTrack track;
         track.canal = (at + choice / 4) % 4;
         track.source = (choice & 128U) != 0 ? at : 0;
-        track.fromMono = (choice & 128U) != 0;
         track.numeroSource = static_cast<int>(track.canal) + 1;
         track.numero = static_cast<int>(at) + 1;
         if ((choice & 64U) != 0) track.nom = "Boom <& \"9\"> " + std::string(static_cast<std::size_t>(choice), 'x');
         tracks.push_back(track);
     }
     return tracks;
+}
+
+/// All channels of the source, numbered as inputs are or by position.
+std::vector<SourceTrack> channelsOf(unsigned choice) {
+    std::vector<SourceTrack> own;
+    for (int canal = 0; canal < ((choice & 128U) != 0 ? 1 : 4); ++canal)
+        own.push_back({canal + ((choice & 32U) != 0 ? 3 : 1), std::nullopt});
+    return own;
 }
 
 }  // namespace
@@ -50,7 +57,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         require(again == listed);
     }
 
-    const Bytes lined = OperationsAudio::bextWithTracks(payload, tracks, 0);
+    const Bytes lined = OperationsAudio::bextWithTracks(payload, tracks, 0, channelsOf(data[0]));
     require(lined.size() == payload.size());
     const std::size_t kept = std::min(payload.size(), bext::descriptionBytes);
     require(std::equal(lined.begin() + static_cast<std::ptrdiff_t>(kept), lined.end(),
@@ -60,6 +67,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     ExportAdaptation adaptation;
     adaptation.outputRate = 44100;
     adaptation.tracks = tracks;
+    adaptation.own = channelsOf(data[0]);
     adaptation.outputName = "take & export.wav";
     std::vector<RIFFChunk> chunks;
     for (const char* id : {"bext", "iXML", "cue ", "LIST", "fact", "ds64", "PAD "})

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <span>
 
 #include <fmt/format.h>
 
@@ -35,7 +36,7 @@ std::string commentOf(const GroupeFichiers& groupe) {
 /// What is decided before the file is created.
 struct Preparation {
     Preparation(const OperationAudioAACExportConfiguration& configuration, const std::filesystem::path& folder,
-                const AacEncoders& encoders);
+                const ExportServices& services);
 
     std::filesystem::path destination;
     std::optional<ExportPCMReader> reader;
@@ -43,20 +44,20 @@ struct Preparation {
 };
 
 Preparation::Preparation(const OperationAudioAACExportConfiguration& configuration, const std::filesystem::path& folder,
-                         const AacEncoders& encoders) {
+                         const ExportServices& services) {
     if (!isMonoOrStereo(configuration.routing)) {
         throw OperationAudioError::groupeIncompatible("AAC export supports Mono or Stereo only.");
     }
     if (!hasExtension(configuration.destinationName, ".m4a")) {
         throw OperationAudioError::groupeIncompatible("AAC exports must use the .m4a extension.");
     }
-    destination = exportDestination(configuration.groupe, folder, configuration.destinationName);
+    destination = exportDestination(services.ops, configuration.groupe, folder, configuration.destinationName);
     reader.emplace(configuration.groupe, configuration.routing);
     if (reader->frameLength() == 0) {
         throw OperationAudioError::groupeIncompatible("The completed AAC file contains no decodable audio.");
     }
     settings.channels = static_cast<int>(reader->channelCount());
-    const std::vector<int> rates = encoders.sampleRates(settings.channels);
+    const std::vector<int> rates = services.aac.sampleRates(settings.channels);
     const auto rate = std::find_if(rates.begin(), rates.end(),
                                    [&](int one) { return static_cast<double>(one) == reader->sampleRate(); });
     if (rate == rates.end()) {
@@ -66,7 +67,7 @@ Preparation::Preparation(const OperationAudioAACExportConfiguration& configurati
     }
     settings.sampleRate = *rate;
     settings.bitRate = configuration.bitRate;
-    if (!encoders.takesBitRate(settings.channels, settings.sampleRate, settings.bitRate)) {
+    if (!services.aac.takesBitRate(settings.channels, settings.sampleRate, settings.bitRate)) {
         throw OperationAudioError::impossibleCreerFormat(
             fmt::format("The Apple AAC encoder doesn’t support {} kbit/s for this export.", settings.bitRate));
     }
@@ -90,8 +91,8 @@ class AacSink final : public ExportSink {
     [[nodiscard]] std::size_t parts() const noexcept override { return 1; }
     void prepare(ExportBlock& block, std::size_t) override {
         for (const std::vector<float>& plane : block.planes) {
-            if (!std::all_of(plane.begin(), plane.end(), [](float sample) { return std::isfinite(sample); })) {
-                throw OperationAudioError::groupeIncompatible("The audio contains a non-finite sample.");
+            for (const float sample : std::span(plane).first(block.frames)) {
+                if (!(std::fabs(sample) <= 1.0F)) refuseSample(sample);
             }
         }
     }
@@ -106,6 +107,13 @@ class AacSink final : public ExportSink {
     [[nodiscard]] std::uint64_t frames() const noexcept { return frames_; }
 
   private:
+    /// The encoder would take it; whatever decodes the file would clip it.
+    [[noreturn]] static void refuseSample(float sample) {
+        throw OperationAudioError::groupeIncompatible(std::isfinite(sample)
+                                                          ? "The audio exceeds full scale; no clipped file was created."
+                                                          : "The audio contains a non-finite sample.");
+    }
+
     AacEncoder& encoder_;
     std::uint64_t frames_ = 0;
 };
@@ -138,7 +146,7 @@ void validate(const SafeFile& file, const Preparation& expected, const SampleDec
 
 FileToMake planAACExport(const OperationAudioAACExportConfiguration& configuration, const std::filesystem::path& folder,
                          const ExportServices& services) {
-    const Preparation preparation(configuration, folder, services.aac);
+    const Preparation preparation(configuration, folder, services);
     return {preparation.destination,
             roomForStream(configuration.bitRate, preparation.reader->frameLength(), preparation.reader->sampleRate())};
 }
@@ -148,7 +156,7 @@ std::string exportAAC(const OperationAudioAACExportConfiguration& configuration,
     const TaskContext& task = context.task;
     task.checkCancelled();
     const SourceStates sources(services.ops, configuration.groupe);
-    Preparation preparation(configuration, folder, services.aac);
+    Preparation preparation(configuration, folder, services);
     ensureRoom(
         services.ops, preparation.destination,
         roomForStream(configuration.bitRate, preparation.reader->frameLength(), preparation.reader->sampleRate()));

@@ -29,13 +29,6 @@ struct Poly {};
 }  // namespace routing
 using OperationAudioExportRouting = std::variant<routing::Mono, routing::Stereo, routing::Poly>;
 
-/// Channels of the new file for a group of `tracks` tracks.
-[[nodiscard]] inline std::size_t routedChannels(const OperationAudioExportRouting& routing,
-                                                std::size_t tracks) noexcept {
-    if (std::holds_alternative<routing::Mono>(routing)) return 1;
-    return std::holds_alternative<routing::Stereo>(routing) ? 2 : tracks;
-}
-
 /// A new WAV file.
 struct OperationAudioExportConfiguration {
     GroupeFichiers groupe;
@@ -63,6 +56,9 @@ struct OperationAudioMP3ExportConfiguration {
     int bitRate = 256;                      ///< kbit/s
     std::optional<double> sampleRate = {};  ///< Hz; absent: the source's
 };
+
+/// No converter makes audio of a higher rate, and a rate beyond it is a slip: it would fill the disk before it is seen.
+inline constexpr double mostExportSampleRate = 768000;  ///< Hz
 
 /// What is offered to choose from; "as the source" is always offered beside the rates.
 inline constexpr std::array fixedExportSampleRates = {44100, 48000, 88200, 96000, 192000};  ///< Hz

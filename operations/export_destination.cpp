@@ -5,6 +5,7 @@
 #include "operations/destination_names.h"
 #include "operations/listening_copy.h"
 #include "operations/operation_audio_error.h"
+#include "operations/operation_context.h"
 
 namespace dravik::OperationsAudio {
 namespace {
@@ -17,7 +18,7 @@ bool isSameFile(const std::filesystem::path& a, const std::filesystem::path& b) 
 
 }  // namespace
 
-std::filesystem::path exportDestination(const GroupeFichiers& groupe, const std::filesystem::path& folder,
+std::filesystem::path exportDestination(FileOps& ops, const GroupeFichiers& groupe, const std::filesystem::path& folder,
                                         const std::string& name) {
     const std::filesystem::path named(name);
     if (name.empty() || named.filename() != named || name == "." || name == "..") {
@@ -37,6 +38,7 @@ std::filesystem::path exportDestination(const GroupeFichiers& groupe, const std:
     if (pathExists(destination)) {
         throw FileError("a file of this name exists already", destination, std::errc::file_exists);
     }
+    ensureCreatable(ops, destination);
     return destination;
 }
 

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "model/wave/bext.h"
+#include "model/wave/chunk_bytes.h"
 #include "model/wave/ixml_document.h"
 #include "model/wave/ixml_editor.h"
 #include "operations/ixml_elements.h"
@@ -30,6 +31,21 @@ constexpr SplitTime splitTimes[] = {
     {"BWF_TIME_REFERENCE_LOW", "BWF_TIME_REFERENCE_HIGH"},
 };
 
+/// The elements that say what the file's format is get the number, also where they say it in another way ("24bit",
+/// "48000.0"): beside the new audio every such value is wrong. Blanks around a value stay, and so does one that has
+/// tags in it: it may not end where it seems to.
+void setNumber(std::string& document, std::string_view name, std::uint32_t number) {
+    document = withValues(document, name, [&](std::string_view value) -> std::optional<std::string> {
+        const std::string_view text = trimmed(value);
+        if (text.empty() || text.find('<') != std::string_view::npos ||
+            parseDouble(text) == double{static_cast<double>(number)}) {
+            return std::nullopt;
+        }
+        const auto before = static_cast<std::size_t>(text.data() - value.data());
+        return fmt::format("{}{}{}", value.substr(0, before), number, value.substr(before + text.size()));
+    });
+}
+
 /// Only the digits of a value are replaced: blanks around them stay, and so does what is no number.
 void replaceDigits(std::string& document, std::string_view name, std::uint64_t number) {
     document = withValues(document, name, [&](std::string_view value) -> std::optional<std::string> {
@@ -57,6 +73,17 @@ void rescaleTime(std::string& document, const SplitTime& time, const ExportAdapt
     }
 }
 
+/// One point: where it is and how long what it marks lasts, in samples.
+std::string rescaledSyncPoint(std::string_view point, const ExportAdaptation& adaptation) {
+    constexpr std::string_view duration = "SYNC_POINT_EVENT_DURATION";
+    std::string out(point);
+    rescaleTime(out, {"SYNC_POINT_LOW", "SYNC_POINT_HIGH"}, adaptation);
+    if (const auto samples = parseUnsigned32(valeurTag(duration, out).value_or(std::string()))) {
+        replaceDigits(out, duration, rescaledSamples(*samples, adaptation.inputRate, adaptation.outputRate));
+    }
+    return out;
+}
+
 Bytes adaptedIxml(ByteSpan payload, const ExportAdaptation& adaptation) {
     if (payload.empty()) return {};
     // What cannot be read cannot be made to agree with the new file, and would say wrong things of it.
@@ -71,10 +98,13 @@ Bytes adaptedIxml(ByteSpan payload, const ExportAdaptation& adaptation) {
     if (adaptation.inputRate != adaptation.outputRate) {
         for (const SplitTime& time : splitTimes)
             rescaleTime(document, time, adaptation);
+        document = withValues(document, "SYNC_POINT", [&](std::string_view point) {
+            return std::optional<std::string>(rescaledSyncPoint(point, adaptation));
+        });
     }
-    replaceDigits(document, "FILE_SAMPLE_RATE", adaptation.outputRate);
-    replaceDigits(document, "TIMESTAMP_SAMPLE_RATE", adaptation.outputRate);
-    replaceDigits(document, "AUDIO_BIT_DEPTH", static_cast<std::uint64_t>(adaptation.bitDepth));
+    setNumber(document, "FILE_SAMPLE_RATE", adaptation.outputRate);
+    setNumber(document, "TIMESTAMP_SAMPLE_RATE", adaptation.outputRate);
+    setNumber(document, "AUDIO_BIT_DEPTH", static_cast<std::uint32_t>(adaptation.bitDepth));
     for (const std::string_view name : {"FILE_NAME", "FILENAME", "CURRENT_FILENAME"}) {
         document = withValues(document, name, [&](std::string_view) { return escapedXml(adaptation.outputName); });
     }
@@ -85,7 +115,7 @@ Bytes adaptedIxml(ByteSpan payload, const ExportAdaptation& adaptation) {
 }
 
 Bytes adaptedBext(ByteSpan payload, const ExportAdaptation& adaptation) {
-    Bytes out = bextWithTracks(payload, adaptation.tracks, adaptation.source);
+    Bytes out = bextWithTracks(payload, adaptation.tracks, adaptation.source, adaptation.own);
     if (out.size() < bext::timeReferenceEnd) return out;
     std::byte* at = out.data() + bext::timeReferenceOffset;
     writeLE(at, rescaledSamples(readLE<std::uint64_t>(at), adaptation.inputRate, adaptation.outputRate));
@@ -112,6 +142,25 @@ Bytes adaptedCues(ByteSpan payload, const ExportAdaptation& adaptation) {
     return out;
 }
 
+/// What belongs to the markers: of a labelled stretch the length, in samples.
+Bytes adaptedList(ByteSpan payload, const ExportAdaptation& adaptation) {
+    constexpr std::size_t typeBytes = 4, lengthOffset = 4, lengthEnd = 8;
+    Bytes out(payload.begin(), payload.end());
+    if (!asText(payload).starts_with("adtl")) return out;
+    for (std::size_t at = typeBytes; out.size() - at >= chunkHeaderBytes;) {
+        const std::size_t size = readLE<std::uint32_t>(out.data() + at + sizeof(std::uint32_t));
+        const bool isStretch = asText(out).substr(at).starts_with("ltxt");
+        at += chunkHeaderBytes;
+        if (isStretch && std::min(size, out.size() - at) >= lengthEnd) {
+            rescalePosition(out.data() + at + lengthOffset, adaptation);
+        }
+        if (size > out.size() - at) break;
+        at += size;
+        if (size % 2 != 0 && at < out.size()) ++at;
+    }
+    return out;
+}
+
 /// The number of frames that a coded format, and a float one, has beside its data size.
 Bytes adaptedFact(ByteSpan payload, const ExportAdaptation& adaptation) {
     Bytes out(payload.begin(), payload.end());
@@ -120,6 +169,11 @@ Bytes adaptedFact(ByteSpan payload, const ExportAdaptation& adaptation) {
 }
 
 }  // namespace
+
+std::vector<SourceTrack> tracksOfFile(const GroupeFichiers& groupe, std::size_t source) {
+    if (groupe.estPoly) return tracksOfPoly(groupe.fichiers.front());
+    return {tracksOfMonoSet(groupe).at(source)};
+}
 
 std::vector<OutputTrack> exportTracks(const GroupeFichiers& groupe, const ExportPCMReader& reader) {
     const std::vector<SourceTrack> sources =
@@ -133,7 +187,6 @@ std::vector<OutputTrack> exportTracks(const GroupeFichiers& groupe, const Export
         OutputTrack track;
         track.source = groupe.estPoly ? 0 : at;
         track.canal = groupe.estPoly ? at : 0;
-        track.fromMono = !groupe.estPoly;
         track.numeroSource = source.numero;
         track.numero = source.numero;
         track.nom = source.nom;
@@ -167,6 +220,7 @@ std::vector<RIFFChunk> adaptedForExport(const std::vector<RIFFChunk>& chunks, co
         if (id == FourCC("iXML")) return adaptedIxml(payload, adaptation);
         if (id == FourCC("bext")) return adaptedBext(payload, adaptation);
         if (converts && id == FourCC("cue ")) return adaptedCues(payload, adaptation);
+        if (converts && id == FourCC("LIST")) return adaptedList(payload, adaptation);
         if (converts && id == FourCC("fact")) return adaptedFact(payload, adaptation);
         return payload;
     });

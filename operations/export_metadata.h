@@ -17,11 +17,15 @@ struct ExportAdaptation {
     std::uint32_t inputRate = 48000, outputRate = 48000;  ///< Hz
     int bitDepth = 24;
     std::vector<OutputTrack> tracks;
-    std::size_t source = 0;  ///< the file of the group that the chunks are of
-    std::string outputName;  ///< file name of the export
+    std::size_t source = 0;        ///< the file of the group that the chunks are of
+    std::vector<SourceTrack> own;  ///< all tracks of that file
+    std::string outputName;        ///< file name of the export
 };
 
 namespace OperationsAudio {
+
+/// The tracks of one file of the group, all its channels.
+[[nodiscard]] std::vector<SourceTrack> tracksOfFile(const GroupeFichiers& groupe, std::size_t source);
 
 /// The tracks of an export. They keep the recorder's numbers, unless two would have the same: then 1, 2 ... An average
 /// of two has the number of the first and both names.

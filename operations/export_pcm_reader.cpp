@@ -1,10 +1,8 @@
 #include "operations/export_pcm_reader.h"
 
 #include "base/paths.h"
-#include "base/text.h"
-#include "model/wave/bext.h"
-#include "model/wave/ixml_document.h"
 #include "operations/operation_audio_error.h"
+#include "operations/start_alignment.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,39 +10,6 @@
 
 namespace dravik {
 namespace {
-
-/// When a file's first sample was recorded, as each of its chunks has it.
-struct Start {
-    std::optional<std::uint64_t> bext, ixml;  ///< samples since midnight
-};
-
-Start startOf(const WalkedFile& file) {
-    Start start;
-    if (const Chunk* chunk = file.table()->first("bext")) {
-        const Bytes payload = file.source().read(chunk->payload(), std::min<std::uint64_t>(chunk->size, 1024));
-        if (payload.size() >= bext::timeReferenceEnd) {
-            start.bext = readLE<std::uint64_t>(payload.data() + bext::timeReferenceOffset);
-        }
-    }
-    if (const Chunk* chunk = file.table()->first("iXML"); chunk != nullptr && chunk->size <= maxIxmlBytes) {
-        const Bytes payload = file.source().read(chunk->payload(), chunk->size);
-        const std::optional<std::string> text = decodeIxml(asText(payload));
-        const IxmlDocument document(text ? std::string_view(*text) : std::string_view());
-        const auto half = [&](std::string_view name) {
-            return parseUnsigned32(document.value(name).value_or(std::string_view()));
-        };
-        if (const auto low = half("TIMESTAMP_SAMPLES_SINCE_MIDNIGHT_LO")) {
-            start.ixml = std::uint64_t{half("TIMESTAMP_SAMPLES_SINCE_MIDNIGHT_HI").value_or(0)} << 32U | *low;
-        }
-    }
-    return start;
-}
-
-/// What one of them does not say is no difference.
-bool startTogether(const Start& a, const Start& b) noexcept {
-    const auto same = [](const auto& x, const auto& y) { return !x || !y || *x == *y; };
-    return same(a.bext, b.bext) && same(a.ixml, b.ixml);
-}
 
 LinearLayout linearLayout(const WalkedFile& file) {
     const std::optional<LinearLayout> layout =
@@ -107,7 +72,6 @@ void ExportPCMReader::openPoly(const InfoFichier& file) {
 
 void ExportPCMReader::openMonoSet(const GroupeFichiers& groupe) {
     if (groupe.fichiers.empty()) throw OperationAudioError::groupeIncompatible("The mono source group is empty.");
-    std::optional<Start> first;
     for (const InfoFichier& member : groupe.fichiers) {
         open(member.url);
         const LinearLayout& layout = layouts_.back();
@@ -118,14 +82,11 @@ void ExportPCMReader::openMonoSet(const GroupeFichiers& groupe) {
                 "Mono sources must have identical sample rates and durations.");
         }
     }
+    StartAlignment together;
     for (const std::unique_ptr<WalkedFile>& file : files_) {
-        const Start start = startOf(*file);
-        if (!first) first = start;
-        if (!startTogether(*first, start)) {
+        if (!together.accepts(recordedStart(file->source(), *file->table()))) {
             throw OperationAudioError::groupeIncompatible("Mono sources do not share the same start alignment.");
         }
-        if (!first->bext) first->bext = start.bext;
-        if (!first->ixml) first->ixml = start.ixml;
     }
     inputChannelCount_ = files_.size();
 }

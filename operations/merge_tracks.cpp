@@ -4,6 +4,7 @@
 #include "operations/operation_audio_error.h"
 #include "operations/poly_take.h"
 #include "operations/rewrite_safety.h"
+#include "operations/start_alignment.h"
 #include "operations/wave_layout.h"
 
 #include <set>
@@ -40,6 +41,8 @@ OperationPlan planMerge(FileOps& ops, const GroupeFichiers& groupe, const std::v
     OperationPlan plan;
     plan.sourceName = groupe.nom;
     PlannedOutput output;
+    StartAlignment together;
+    bool startsTogether = true;
     for (const std::size_t at : included) {
         const std::filesystem::path& url = groupe.fichiers[at].url;
         const FileStamp stamp = stampBefore(ops, url);
@@ -48,11 +51,13 @@ OperationPlan planMerge(FileOps& ops, const GroupeFichiers& groupe, const std::v
         // A line of the first file's own stands under the recorder's number; a track without a name is called by the
         // new one, since recorders that write mono files call them all 1.
         output.tracks.push_back({.source = output.tracks.size(),
-                                 .fromMono = true,
                                  .numeroSource = position == 1 ? own[at].numero : position,
                                  .numero = position,
                                  .nom = own[at].nom});
         plan.sources.push_back({static_cast<const SourceWAV&>(mono), stamp});
+        const WalkedSource walked(url);
+        startsTogether =
+            walked.table() && together.accepts(recordedStart(walked.source(), *walked.table())) && startsTogether;
         if (!isSameFormat(mono, plan.sources.front().wav)) {
             throw refusal(aboutFile(url, " does not have the same PCM format."));
         }
@@ -68,13 +73,17 @@ OperationPlan planMerge(FileOps& ops, const GroupeFichiers& groupe, const std::v
     plan.frames = first.nombreFrames;
     output.dataSize = static_cast<std::uint64_t>(plan.frames) * first.blockAlign * included.size();
     const Bytes fmt = fmtForChannels(first.fmtPayload, included.size(), first.blockAlign, groupe.nom);
-    const std::vector<RIFFChunk> extra = metadataChunks(first.fichier, trackMetadataAdapter(output.tracks));
+    const std::vector<RIFFChunk> extra =
+        metadataChunks(first.fichier, trackMetadataAdapter(output.tracks, {own[included.front()]}));
     checkOutputSize(fmt, extra, output.dataSize, groupe.nom);
     output.setHead(waveHead(fmt, extra, output.dataSize));
     output.destination =
         names.plan(destinationFolder(groupe, dossier), outputBase(groupe, "Merged"), {"_merge.wav"}).front();
     plan.message = fmt::format("Created {}. ", output.destination.filename().native());
     plan.verifiesDataSize = true;
+    if (!startsTogether) {
+        plan.note = "Mono sources do not share the same start alignment: the new file has the start of the first.";
+    }
     plan.add(std::move(output));
     return plan;
 }

@@ -7,11 +7,14 @@
 
 namespace dravik::OperationsAudio {
 
-std::string mergeVerification(const std::vector<std::filesystem::path>& sources, const std::filesystem::path& output) {
+std::string mergeVerification(const std::vector<std::filesystem::path>& sources, std::size_t frameBytes,
+                              const std::filesystem::path& output) {
     try {
         std::uint64_t sum = 0;
-        for (const std::filesystem::path& source : sources)
-            sum += audioDataSize(source);
+        for (const std::filesystem::path& source : sources) {
+            const std::uint64_t bytes = audioDataSize(source);
+            sum += bytes - bytes % frameBytes;
+        }
         const std::uint64_t poly = audioDataSize(output);
         if (sum == poly) return fmt::format("Audio data preserved: {}.", sizeText(poly));
         return fmt::format("Warning: audio data mismatch. Sources: {}, poly: {}.", sizeText(sum), sizeText(poly));

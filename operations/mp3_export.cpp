@@ -22,7 +22,8 @@ const ExportAudioTexts texts = {"The MP3 source reader returned an empty buffer.
 
 /// What is decided before the file is created.
 struct Preparation {
-    Preparation(const OperationAudioMP3ExportConfiguration& configuration, const std::filesystem::path& folder);
+    Preparation(const OperationAudioMP3ExportConfiguration& configuration, const std::filesystem::path& folder,
+                const ExportServices& services);
 
     std::filesystem::path destination;
     std::optional<ExportPCMReader> reader;
@@ -30,8 +31,8 @@ struct Preparation {
     std::uint64_t frames = 0;
 };
 
-Preparation::Preparation(const OperationAudioMP3ExportConfiguration& configuration,
-                         const std::filesystem::path& folder) {
+Preparation::Preparation(const OperationAudioMP3ExportConfiguration& configuration, const std::filesystem::path& folder,
+                         const ExportServices& services) {
     if (!isMonoOrStereo(configuration.routing)) {
         throw OperationAudioError::groupeIncompatible("MP3 export supports Mono or Stereo only.");
     }
@@ -41,12 +42,8 @@ Preparation::Preparation(const OperationAudioMP3ExportConfiguration& configurati
     if (configuration.groupe.fichiers.empty()) {
         throw OperationAudioError::groupeIncompatible("No source files to merge.");
     }
-    destination = exportDestination(configuration.groupe, folder, configuration.destinationName);
+    destination = exportDestination(services.ops, configuration.groupe, folder, configuration.destinationName);
     reader.emplace(configuration.groupe, configuration.routing);
-    if (reader->frameLength() == 0) {
-        throw OperationAudioError::groupeIncompatible(
-            "The completed MP3 file did not decode with the requested format.");
-    }
     const double rate = configuration.sampleRate.value_or(reader->sampleRate());
     encoder.channels = static_cast<int>(reader->channelCount());
     encoder.bitRate = configuration.bitRate;
@@ -54,6 +51,11 @@ Preparation::Preparation(const OperationAudioMP3ExportConfiguration& configurati
     encoder.sampleRate = rate == 44100.0 || rate == 48000.0 ? static_cast<int>(rate) : 0;
     if (!encoder.isValid()) throw MP3EncoderError::invalidConfiguration();
     frames = convertedFrames(reader->frameLength(), reader->sampleRate(), rate);
+    if (frames == 0) {
+        throw OperationAudioError::groupeIncompatible(
+            "The completed MP3 file did not decode with the requested format.");
+    }
+    if (rate != reader->sampleRate()) checkConversion(services.converters, reader->sampleRate(), rate, texts);
 }
 
 /// The samples that the encoder takes, little-endian in the block's bytes as in memory.
@@ -153,8 +155,8 @@ void validate(const SafeFile& file, const Preparation& expected, const SampleDec
 }  // namespace
 
 FileToMake planMP3Export(const OperationAudioMP3ExportConfiguration& configuration, const std::filesystem::path& folder,
-                         const ExportServices&) {
-    const Preparation preparation(configuration, folder);
+                         const ExportServices& services) {
+    const Preparation preparation(configuration, folder, services);
     return {preparation.destination,
             roomForStream(configuration.bitRate, preparation.reader->frameLength(), preparation.reader->sampleRate())};
 }
@@ -164,7 +166,7 @@ std::string exportMP3(const OperationAudioMP3ExportConfiguration& configuration,
     const TaskContext& task = context.task;
     task.checkCancelled();
     const SourceStates sources(services.ops, configuration.groupe);
-    Preparation preparation(configuration, folder);
+    Preparation preparation(configuration, folder, services);
     const std::unique_ptr<MP3Encoder> encoder = services.mp3.make();
     encoder->initialise(preparation.encoder);
     ensureRoom(

@@ -1,8 +1,12 @@
 #include "operations/operation_context.h"
 
+#include "base/file_error.h"
 #include "base/paths.h"
+#include "base/temp_name.h"
 
 #include <map>
+
+#include <fmt/format.h>
 
 namespace dravik::OperationsAudio {
 namespace {
@@ -17,6 +21,16 @@ std::map<std::filesystem::path, FileToMake> byFolder(const std::vector<FileToMak
 }
 
 }  // namespace
+
+void ensureCreatable(FileOps& ops, const std::filesystem::path& destination) {
+    if (fileNameText(destination).size() > maxFileNameBytes) {
+        throw FileError(fmt::format("the name is longer than the {} bytes that a file name may have", maxFileNameBytes),
+                        destination, std::errc::filename_too_long);
+    }
+    if (const std::error_code error = ops.creationError(folderOf(destination))) {
+        throw std::filesystem::filesystem_error("cannot create", destination, error);
+    }
+}
 
 std::vector<FileToMake> foldersShortOfRoom(FileOps& ops, const std::vector<FileToMake>& files) {
     std::vector<FileToMake> shortOf;

@@ -27,6 +27,10 @@ struct FileToMake {
 
 namespace OperationsAudio {
 
+/// Refuses a file that cannot come into being where it is to be: a name that is longer than a folder takes, a folder
+/// that this user cannot write to. Asks only; throws std::filesystem::filesystem_error.
+void ensureCreatable(FileOps& ops, const std::filesystem::path& destination);
+
 /// The folders whose volumes report too little room for what is to be made in them, each with the bytes needed.
 [[nodiscard]] std::vector<FileToMake> foldersShortOfRoom(FileOps& ops, const std::vector<FileToMake>& files);
 /// Refuses a run for which a folder has no room: std::filesystem::filesystem_error, nothing is created.

@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <deque>
 #include <memory>
+#include <span>
+#include <system_error>
 
 namespace dravik {
 namespace OperationsAudio {
@@ -18,12 +20,12 @@ namespace {
 constexpr std::int64_t mostBlockFrames = 8192;
 /// Frames may be large (hundreds of channels), blocks may not.
 constexpr std::size_t mostBlockBytes = 1024U * 1024U;
+/// Files that are written in one pass over their source: what their buffers take stays below 100 MB.
+constexpr std::size_t mostOutputsAtOnce = 128;
+/// Of the files that the system lets this process open, left for whatever else it does meanwhile.
+constexpr std::size_t spareHandles = 8;
 /// Audio read between two reports and questions whether to go on.
 constexpr std::uint64_t reportBytes = 4U * 1024U * 1024U;
-
-OperationAudioError unexpectedEnd() {
-    return OperationAudioError::donneesAudioInaccessibles("Unexpected end of audio data.");
-}
 
 /// A source that is open, and that is still the file that was planned with.
 class OpenSource {
@@ -40,7 +42,7 @@ class OpenSource {
         if (source_.error()) {
             throw std::filesystem::filesystem_error("cannot read", planned_.wav.fichier, source_.error());
         }
-        throw unexpectedEnd();
+        throw unexpectedEnd(planned_.wav.fichier);
     }
     void checkUnchanged() const {
         if (ops_.stampAt(planned_.wav.fichier) != planned_.stamp) throw changed();
@@ -86,14 +88,28 @@ std::int64_t blockFramesFor(std::size_t frameBytes) {
     return std::clamp<std::int64_t>(static_cast<std::int64_t>(mostBlockBytes / frameBytes), 1, mostBlockFrames);
 }
 
-/// The files of one pass, and their way into place.
+bool isTooManyOpenFiles(const std::error_code& code) noexcept {
+    return code == std::errc::too_many_files_open || code == std::errc::too_many_files_open_in_system;
+}
+
+/// The files of one pass, and their way into place: of the planned ones the first, as many as can be open together.
 class Outputs {
   public:
-    Outputs(const OperationContext& context, const std::vector<PlannedOutput>& planned)
-        : context_(context), planned_(planned), writeback_(context.ops) {
-        for (const PlannedOutput& output : planned)
-            files_.emplace_back(context.ops, writeback_, output.destination, output.head, output.dataSize);
+    Outputs(const OperationContext& context, std::span<const PlannedOutput> planned)
+        : context_(context), writeback_(context.ops) {
+        for (const PlannedOutput& output : planned.first(std::min(planned.size(), mostOutputsAtOnce))) {
+            try {
+                files_.emplace_back(context.ops, writeback_, output.destination, output.head, output.dataSize);
+            } catch (const std::filesystem::filesystem_error& error) {
+                if (!isTooManyOpenFiles(error.code()) || files_.size() <= spareHandles) throw;
+                for (std::size_t i = 0; i < spareHandles; ++i)
+                    files_.pop_back();
+                break;
+            }
+        }
+        planned_ = planned.first(files_.size());
     }
+    [[nodiscard]] std::size_t size() const noexcept { return files_.size(); }
     [[nodiscard]] WaveOutput& operator[](std::size_t at) { return files_[at]; }
 
     void complete(const std::deque<OpenSource>& sources) {
@@ -113,12 +129,12 @@ class Outputs {
 
   private:
     const OperationContext& context_;
-    const std::vector<PlannedOutput>& planned_;
+    std::span<const PlannedOutput> planned_;
     Writeback writeback_;
     std::deque<WaveOutput> files_;
 };
 
-/// All outputs out of the one source, in one pass over it.
+/// All outputs out of the one source: in one pass over it where so many files can be open, else in several.
 void pick(const OperationPlan& plan, const OperationContext& context) {
     std::deque<OpenSource> sources;
     const OpenSource& source = sources.emplace_back(context.ops, plan.sources.front());
@@ -126,25 +142,28 @@ void pick(const OperationPlan& plan, const OperationContext& context) {
     const std::int64_t blockFrames = blockFramesFor(frameBytes);
     Bytes block(frameBytes * static_cast<std::size_t>(blockFrames));
     std::vector<const std::byte*> strands;
-    Outputs outputs(context, plan.outputs);
     Advance advance(context.task, plan.size(), fileNameText(plan.outputs.front().destination));
-    for (std::int64_t frame = 0; frame < plan.frames; frame += blockFrames) {
-        const auto frames = static_cast<std::size_t>(std::min(blockFrames, plan.frames - frame));
-        source.read(static_cast<std::uint64_t>(frame) * frameBytes, std::span(block).first(frames * frameBytes));
-        std::uint64_t made = 0;
-        for (std::size_t at = 0; at < plan.outputs.size(); ++at) {
-            strands.clear();
-            for (const OutputTrack& track : plan.outputs[at].tracks)
-                strands.push_back(block.data() + track.canal * plan.bytesParSample);
-            const std::size_t bytes = frames * strands.size() * plan.bytesParSample;
-            weave(strands, frameBytes, plan.bytesParSample, frames, outputs[at].room(bytes).data());
-            outputs[at].produced(bytes);
-            made += bytes;
+    for (std::span<const PlannedOutput> left = plan.outputs; !left.empty();) {
+        Outputs outputs(context, left);
+        for (std::int64_t frame = 0; frame < plan.frames; frame += blockFrames) {
+            const auto frames = static_cast<std::size_t>(std::min(blockFrames, plan.frames - frame));
+            source.read(static_cast<std::uint64_t>(frame) * frameBytes, std::span(block).first(frames * frameBytes));
+            std::uint64_t made = 0;
+            for (std::size_t at = 0; at < outputs.size(); ++at) {
+                strands.clear();
+                for (const OutputTrack& track : left[at].tracks)
+                    strands.push_back(block.data() + track.canal * plan.bytesParSample);
+                const std::size_t bytes = frames * strands.size() * plan.bytesParSample;
+                weave(strands, frameBytes, plan.bytesParSample, frames, outputs[at].room(bytes).data());
+                outputs[at].produced(bytes);
+                made += bytes;
+            }
+            advance.add(made);
         }
-        advance.add(made);
+        advance.tell();
+        outputs.complete(sources);
+        left = left.subspan(outputs.size());
     }
-    advance.tell();
-    outputs.complete(sources);
 }
 
 /// The one output out of all sources, each of one channel.
@@ -206,6 +225,8 @@ void copy(const OperationPlan& plan, const OperationContext& context) {
 std::string runPlan(const OperationPlan& plan, const OperationContext& context) {
     if (plan.outputs.empty()) return plan.message;
     context.task.checkCancelled();
+    for (const PlannedOutput& output : plan.outputs)
+        ensureCreatable(context.ops, output.destination);
     ensureRoom(context.ops, plan.outputs.front().destination, plan.size());
     context.begun = true;
     if (plan.sources.size() == 1) {
@@ -215,11 +236,12 @@ std::string runPlan(const OperationPlan& plan, const OperationContext& context) 
     } else {
         copy(plan, context);
     }
-    if (!plan.verifiesDataSize) return plan.message;
+    const std::string note = plan.note.empty() ? std::string() : " " + plan.note;
+    if (!plan.verifiesDataSize) return plan.message + note;
     std::vector<std::filesystem::path> sources;
     for (const PlannedSource& source : plan.sources)
         sources.push_back(source.wav.fichier);
-    return plan.message + mergeVerification(sources, plan.outputs.front().destination);
+    return plan.message + mergeVerification(sources, plan.bytesParSample, plan.outputs.front().destination) + note;
 }
 
 }  // namespace OperationsAudio

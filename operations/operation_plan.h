@@ -47,7 +47,8 @@ struct OperationPlan {
     std::int64_t frames = 0;
     std::vector<PlannedOutput> outputs;  ///< none where there is nothing to do
     std::string message;                 ///< the line when it is done
-    bool verifiesDataSize = false;       ///< the line ends with what came of the audio (merge_verification.h)
+    bool verifiesDataSize = false;       ///< the line goes on with what came of the audio (merge_verification.h)
+    std::string note;                    ///< what the user must know of the new files; behind all else of the line
 
     /// Throws OperationAudioError when the heads of all outputs would take more memory than `mostHeadBytes`: each holds
     /// a copy of all that its source carries beside the audio.
@@ -60,10 +61,11 @@ struct OperationPlan {
 
 namespace OperationsAudio {
 
-/// Makes the files. Room for all of them is looked for first. Files out of one source are written in one pass over it;
-/// each appears only when it is whole, in their order, and stays when a later one fails. No source is changed, nothing
-/// that exists is written over. Gives the line for the user. Throws OperationAudioError,
-/// std::filesystem::filesystem_error or Cancelled; then no file is left but those that were completed.
+/// Makes the files. Room for all of them is looked for first. Files out of one source are written in one pass over it,
+/// unless they are too many to be open together; each appears only when it is whole, in their order, and stays when a
+/// later one fails. No source is changed, nothing that exists is written over. Gives the line for the user. Throws
+/// OperationAudioError, std::filesystem::filesystem_error or Cancelled; then no file is left but those that were
+/// completed.
 [[nodiscard]] std::string runPlan(const OperationPlan& plan, const OperationContext& context);
 
 }  // namespace OperationsAudio

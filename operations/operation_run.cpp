@@ -62,8 +62,8 @@ RunOutcome runOperation(FileOps& ops, const std::vector<OperationItem>& items, c
     return outcome;
 }
 
-std::vector<PlannedGroup> planGroups(const std::vector<GroupeFichiers>& groupes, const GroupPlanner& planner,
-                                     const TaskContext& task) {
+std::vector<PlannedGroup> planGroups(FileOps& ops, const std::vector<GroupeFichiers>& groupes,
+                                     const GroupPlanner& planner, const TaskContext& task) {
     std::vector<PlannedGroup> planned;
     DestinationNames names;
     for (const GroupeFichiers& groupe : groupes) {
@@ -72,9 +72,12 @@ std::vector<PlannedGroup> planGroups(const std::vector<GroupeFichiers>& groupes,
         try {
             one.plan = planner(groupe, names);
             // A long day's heads would take more memory than its audio ever does.
-            for (PlannedOutput& output : one.plan.outputs)
+            for (PlannedOutput& output : one.plan.outputs) {
                 output.releaseHead();
+                ensureCreatable(ops, output.destination);
+            }
         } catch (const std::exception& error) {
+            one.plan = {};
             one.error = userText(error);
         }
     }
@@ -83,7 +86,7 @@ std::vector<PlannedGroup> planGroups(const std::vector<GroupeFichiers>& groupes,
 
 RunOutcome runTrackOperation(FileOps& ops, const std::vector<GroupeFichiers>& groupes, const GroupPlanner& planner,
                              const TaskContext& task) {
-    const std::vector<PlannedGroup> planned = planGroups(groupes, planner, task);
+    const std::vector<PlannedGroup> planned = planGroups(ops, groupes, planner, task);
     std::vector<FileToMake> files;
     for (const PlannedGroup& group : planned) {
         for (const PlannedOutput& output : group.plan.outputs)
@@ -102,10 +105,4 @@ RunOutcome runTrackOperation(FileOps& ops, const std::vector<GroupeFichiers>& gr
 }
 
 }  // namespace OperationsAudio
-
-bool RunOutcome::allDone() const noexcept {
-    return !cancelled && std::all_of(results.begin(), results.end(),
-                                     [](const OperationAudioResult& result) { return result.success; });
-}
-
 }  // namespace dravik

@@ -24,8 +24,6 @@ struct RunOutcome {
     std::vector<OperationAudioResult> results;  ///< in the order of the items, one for each that was begun
     bool cancelled = false;                     ///< the items behind the last result were not begun
     std::size_t refused = 0;                    ///< failures before anything of the item was begun
-
-    [[nodiscard]] bool allDone() const noexcept;
 };
 
 namespace OperationsAudio {
@@ -43,8 +41,9 @@ struct PlannedGroup {
     OperationPlan plan;
     std::string error;  ///< empty when it can
 };
-/// Plans every group as a run would, names included; nothing is written. Throws Cancelled only.
-[[nodiscard]] std::vector<PlannedGroup> planGroups(const std::vector<GroupeFichiers>& groupes,
+/// Plans every group as a run would, names included, and finds what a run would refuse; nothing is written. Throws
+/// Cancelled only.
+[[nodiscard]] std::vector<PlannedGroup> planGroups(FileOps& ops, const std::vector<GroupeFichiers>& groupes,
                                                    const GroupPlanner& planner, const TaskContext& task);
 
 /// Runs a track operation over the groups. Room for all outputs is looked for before the first is begun: throws

@@ -22,7 +22,6 @@ class ParallelRounds {
     ParallelRounds& operator=(const ParallelRounds&) = delete;
     ~ParallelRounds();
 
-    [[nodiscard]] std::size_t threads() const noexcept { return helpers_.size() + 1; }
     /// Does all the tasks, begun in their order, and returns when they are done. When some throw, the exception of the
     /// first of them in the list is thrown.
     void run(const std::vector<Task>& tasks);

@@ -54,7 +54,7 @@ PlannedOutput PolyTake::output(std::filesystem::path destination, std::vector<Ou
     const Bytes fmt = tracks.size() == poly_.channels
                           ? poly_.fmtPayload
                           : fmtForChannels(poly_.fmtPayload, tracks.size(), poly_.bytesParSample, fileName_);
-    const std::vector<RIFFChunk> extra = adapted(chunks_, trackMetadataAdapter(tracks));
+    const std::vector<RIFFChunk> extra = adapted(chunks_, trackMetadataAdapter(tracks, tracks_));
     checkOutputSize(fmt, extra, output.dataSize, fileName_);
     output.setHead(waveHead(fmt, extra, output.dataSize));
     output.tracks = std::move(tracks);

@@ -4,6 +4,7 @@
 #include "base/temp_name.h"
 #include "base/text.h"
 #include "model/audio_metadata.h"
+#include "operations/name_characters.h"
 
 #include <algorithm>
 #include <vector>
@@ -13,19 +14,12 @@
 namespace dravik::OperationsAudio {
 namespace {
 
-/// The C0 and C1 sets and the delete character.
-bool isControl(const Utf8Character& character) noexcept {
-    const std::int32_t point = character.codepoint;
-    return point >= 0 && (point < 0x20 || (point >= 0x7F && point < 0xA0));
-}
-
 std::string fitForName(std::string_view value) {
     std::string out;
     for (std::string_view rest = trimmed(value); !rest.empty();) {
         const Utf8Character character = firstCharacter(rest);
         const std::string_view bytes = rest.substr(0, character.bytes);
-        const bool isForbidden = bytes == "/" || bytes == ":" || bytes == "\\" || isControl(character);
-        out += isForbidden ? "-" : bytes;
+        out += isForbiddenInNames(character) ? "-" : bytes;
         rest.remove_prefix(bytes.size());
     }
     return out;
@@ -118,7 +112,7 @@ bool isPossibleName(std::string_view fileName) noexcept {
     if (fileName.empty() || fileName.front() == '.' || fileName.size() > maxFileNameBytes) return false;
     for (std::string_view rest = fileName; !rest.empty();) {
         const Utf8Character character = firstCharacter(rest);
-        if (rest.front() == '/' || rest.front() == ':' || isControl(character)) return false;
+        if (rest.front() == '/' || rest.front() == ':' || isControlCharacter(character)) return false;
         rest.remove_prefix(character.bytes);
     }
     return true;

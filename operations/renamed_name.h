@@ -10,8 +10,8 @@ namespace dravik::OperationsAudio {
 
 /// What the blocks of a pattern come to for a file. Pure functions of its record, any thread.
 
-/// The file's value as a part of a name; empty where the record has none. What cannot stand in a name ("/", ":", "\",
-/// control characters) is "-". Renderings: "CIRC", "WILD", "2024-05-14", "10.12.44.03", "29.97DF", "24bit", "44.1kHz",
+/// The file's value as a part of a name; empty where the record has none. What cannot stand in a name on every volume
+/// (name_characters.h) is "-". Renderings: "CIRC", "WILD", "2024-05-14", "10.12.44.03", "29.97DF", "24bit", "44.1kHz",
 /// track names joined with "-".
 [[nodiscard]] std::string tokenText(TokenRenommage token, const InfoFichier& fichier);
 

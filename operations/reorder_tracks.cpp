@@ -102,11 +102,11 @@ OperationPlan planMono(FileOps& ops, const GroupeFichiers& groupe, const Channel
         PlannedOutput output;
         output.dataSize = static_cast<std::uint64_t>(mono.dataSize);
         output.tracks.push_back({.source = at,
-                                 .fromMono = true,
                                  .numeroSource = own[source].numero,
                                  .numero = preserveTrackNumbers ? own[source].numero : static_cast<int>(at) + 1,
                                  .nom = own[source].nom});
-        const std::vector<RIFFChunk> extra = metadataChunks(url, trackMetadataAdapter(output.tracks, at));
+        const std::vector<RIFFChunk> extra =
+            metadataChunks(url, trackMetadataAdapter(output.tracks, {own[source]}, at));
         checkOutputSize(mono.fmtPayload, extra, output.dataSize, url.filename().native());
         output.setHead(waveHead(mono.fmtPayload, extra, output.dataSize));
         plan.sources.push_back({static_cast<const SourceWAV&>(mono), stamp});

@@ -29,12 +29,12 @@ Source readSource(const std::filesystem::path& fichier, CheckChannels checkChann
     if (!walked.isRiffWave()) throw refusal(fichier, " is not a RIFF/WAVE file.");
     const ChunkTable& table = *walked.table();
     if (const Chunk* data = table.first("data"); data != nullptr && data->truncated()) {
-        throw OperationAudioError::donneesAudioInaccessibles("Unexpected end of audio data.");
+        throw unexpectedEnd(fichier);
     }
     Source source;
     source.fichier = fichier;
     const Chunk* fmtChunk = firstWhole(table, "fmt ");
-    if (fmtChunk != nullptr && fmtChunk->size <= maxFmtBytes) source.fmtPayload = walked.payload(*fmtChunk);
+    if (fmtChunk != nullptr && fmtChunk->size <= maximumFmtBytes) source.fmtPayload = walked.payload(*fmtChunk);
     const std::optional<WaveFormat> format = parseWaveFormat(source.fmtPayload);
     if (!format) throw refusal(fichier, " has no readable fmt chunk.");
     const Chunk* data = firstWhole(table, "data");
@@ -60,6 +60,10 @@ Source readSource(const std::filesystem::path& fichier, CheckChannels checkChann
 }
 
 }  // namespace
+
+OperationAudioError unexpectedEnd(const std::filesystem::path& fichier) {
+    return OperationAudioError::donneesAudioInaccessibles(aboutFile(fichier, ": Unexpected end of audio data."));
+}
 
 std::string aboutFile(const std::filesystem::path& fichier, std::string_view what) {
     return fileNameText(fichier).append(what);

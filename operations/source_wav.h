@@ -2,6 +2,7 @@
 
 #include "base/bytes.h"
 #include "model/wave/walked_file.h"
+#include "operations/operation_audio_error.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -35,9 +36,6 @@ struct SourceWAVMono : SourceWAV {};
 
 namespace OperationsAudio {
 
-/// A `fmt ` body above this is none: the longest that is known has 40 bytes and a few parameters.
-inline constexpr std::uint64_t maxFmtBytes = 64U * 1024U;
-
 /// Plain RIFF/WAVE files of linear audio only. Both throw OperationAudioError with the file's name in front of what is
 /// wrong, the first fault in the order of the file; std::filesystem::filesystem_error when it cannot be read.
 [[nodiscard]] SourceWAVPoly readPolySource(const std::filesystem::path& fichier);
@@ -49,6 +47,9 @@ inline constexpr std::uint64_t maxFmtBytes = 64U * 1024U;
 
 /// "A.wav" + " is not poly.": the sentences of all operations about a file.
 [[nodiscard]] std::string aboutFile(const std::filesystem::path& fichier, std::string_view what);
+
+/// A file whose audio ends before its header says.
+[[nodiscard]] OperationAudioError unexpectedEnd(const std::filesystem::path& fichier);
 
 /// Opens and walks. Throws std::filesystem::filesystem_error when the file cannot be opened or read.
 class WalkedSource {

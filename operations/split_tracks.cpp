@@ -1,6 +1,7 @@
 #include "operations/split_tracks.h"
 
 #include "base/text.h"
+#include "operations/name_characters.h"
 #include "operations/operation_audio_error.h"
 #include "operations/poly_take.h"
 
@@ -29,10 +30,6 @@ bool isWhiteSpace(std::int32_t codepoint) noexcept {
            codepoint == 0x3000;
 }
 
-bool isSeparator(std::int32_t codepoint) noexcept {
-    return codepoint == '/' || codepoint == ':' || codepoint == '\\' || codepoint == '\0' || isWhiteSpace(codepoint);
-}
-
 }  // namespace
 
 std::string cleanedTrackName(std::string_view nom) {
@@ -40,7 +37,7 @@ std::string cleanedTrackName(std::string_view nom) {
     bool apart = false;
     while (!nom.empty()) {
         const Utf8Character character = firstCharacter(nom);
-        if (isSeparator(character.codepoint)) {
+        if (isForbiddenInNames(character) || isWhiteSpace(character.codepoint)) {
             apart = true;
         } else {
             if (apart && !out.empty()) out.push_back('_');

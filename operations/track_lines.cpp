@@ -44,16 +44,16 @@ std::optional<TrackLine> trackLineIn(std::string_view content) {
     return TrackLine{content.substr(0, prefix), static_cast<int>(*numero), rest.substr(equals + 1)};
 }
 
+/// CR, LF and CR LF all end a line.
 std::vector<Line> linesOf(std::string_view text) {
     std::vector<Line> lines;
     while (!text.empty()) {
-        const std::size_t feed = text.find('\n');
-        const std::size_t end = feed == std::string_view::npos ? text.size() : feed + 1;
-        std::size_t contentEnd = std::min(feed, text.size());
-        if (feed != std::string_view::npos && contentEnd > 0 && text[contentEnd - 1] == '\r') --contentEnd;
+        const std::size_t contentEnd = std::min(text.find_first_of("\r\n"), text.size());
+        const std::string_view behind = text.substr(contentEnd);
+        const std::size_t lineEndBytes = behind.starts_with("\r\n") ? 2 : std::min<std::size_t>(behind.size(), 1);
         const std::string_view content = text.substr(0, contentEnd);
-        lines.push_back({content, text.substr(contentEnd, end - contentEnd), trackLineIn(content)});
-        text.remove_prefix(end);
+        lines.push_back({content, behind.substr(0, lineEndBytes), trackLineIn(content)});
+        text.remove_prefix(contentEnd + lineEndBytes);
     }
     return lines;
 }
@@ -78,27 +78,64 @@ struct Entry {
 /// The lines of one prefix by the number under which the recorder filed a track.
 using NamesByNumber = std::map<int, std::string_view>;
 
+/// Channel of the source -> number of the line that is its own.
+using LineOfChannel = std::map<std::size_t, int>;
+
+/// The lines whose name is that of one channel, when no other line and no other channel has it.
+LineOfChannel linesByName(const NamesByNumber& names, std::span<const SourceTrack> own) {
+    struct Match {
+        int lines = 0, channels = 0, line = 0;
+        std::size_t canal = 0;
+    };
+    std::map<std::string_view, Match> matches;
+    for (const auto& [numero, nom] : names) {
+        Match& match = matches[trimmed(nom)];
+        match.line = numero;
+        ++match.lines;
+    }
+    for (std::size_t canal = 0; canal < own.size(); ++canal) {
+        if (!own[canal].nom) continue;
+        const auto match = matches.find(trimmed(*own[canal].nom));
+        if (match == matches.end()) continue;
+        match->second.canal = canal;
+        ++match->second.channels;
+    }
+    LineOfChannel found;
+    for (const auto& [nom, match] : matches) {
+        if (!nom.empty() && match.lines == 1 && match.channels == 1) found.emplace(match.canal, match.line);
+    }
+    return found;
+}
+
+/// Lines count either as the TRACK_LIST does or by position, and the numbers of the list may have been changed since
+/// they were written. A name tells a line for certain; for the rest that way of counting holds which leaves fewer
+/// channels without a line, the list's where both do alike. The sole line of a file of one channel is that channel's.
+LineOfChannel linesOfChannels(const NamesByNumber& names, std::span<const SourceTrack> own) {
+    if (names.size() == 1 && own.size() == 1) return {{0, names.begin()->first}};
+    const LineOfChannel named = linesByName(names, own);
+    NamesByNumber rest = names;
+    for (const auto& [canal, line] : named)
+        rest.erase(line);
+    LineOfChannel byNumber = named, byPosition = named;
+    for (std::size_t canal = 0; canal < own.size() && !rest.empty(); ++canal) {
+        const int position = static_cast<int>(canal) + 1;
+        if (rest.contains(own[canal].numero)) byNumber.emplace(canal, own[canal].numero);
+        if (rest.contains(position)) byPosition.emplace(canal, position);
+    }
+    return byNumber.size() < byPosition.size() ? byPosition : byNumber;
+}
+
 /// The lines of one prefix for the new tracks.
 std::vector<Entry> rebuilt(std::string_view prefix, const NamesByNumber& names, std::span<const OutputTrack> tracks,
-                           std::size_t source) {
-    const auto isHere = [source](const OutputTrack& track) { return track.source == source; };
-    // Lines count either as the TRACK_LIST does or by position. The sole line of a mono file is its track's.
-    const bool byNumber = std::any_of(tracks.begin(), tracks.end(), [&](const OutputTrack& track) {
-        return isHere(track) && names.contains(track.numeroSource);
-    });
-    const bool soleTrack = names.size() == 1 && std::count_if(tracks.begin(), tracks.end(), isHere) == 1 &&
-                           std::any_of(tracks.begin(), tracks.end(),
-                                       [&](const OutputTrack& track) { return isHere(track) && track.fromMono; });
-    const auto own = [&](const OutputTrack& track) {
-        if (soleTrack) return names.begin();
-        return names.find(byNumber ? track.numeroSource : static_cast<int>(track.canal) + 1);
-    };
+                           std::size_t source, std::span<const SourceTrack> own) {
+    const LineOfChannel lines = linesOfChannels(names, own);
     std::vector<Entry> entries;
     for (const OutputTrack& track : tracks) {
-        if (!isHere(track)) {
+        if (track.source != source) {
             entries.push_back({prefix, track.numero, onOneLine(trackLabel(track))});
-        } else if (const auto line = own(track); line != names.end()) {
-            entries.push_back({prefix, track.numero, track.nom ? onOneLine(*track.nom) : std::string(line->second)});
+        } else if (const auto line = lines.find(track.canal); line != lines.end()) {
+            entries.push_back(
+                {prefix, track.numero, track.nom ? onOneLine(*track.nom) : std::string(names.at(line->second))});
         }
     }
     return entries;
@@ -131,7 +168,7 @@ void fit(std::vector<Entry>& entries, std::size_t lineEndBytes, std::size_t room
 }  // namespace
 
 std::string descriptionWithTracks(std::string_view description, std::span<const OutputTrack> tracks, std::size_t source,
-                                  std::size_t maxBytes) {
+                                  std::span<const SourceTrack> own, std::size_t maxBytes) {
     const std::vector<Line> lines = linesOf(description);
     std::map<std::string_view, NamesByNumber> names;
     std::vector<std::string_view> prefixes;  // in the order in which they are met
@@ -149,7 +186,7 @@ std::string descriptionWithTracks(std::string_view description, std::span<const 
     const std::string_view lineEnd = lines.front().lineEnd.empty() ? defaultLineEnd : lines.front().lineEnd;
     std::vector<Entry> entries;
     for (const std::string_view prefix : prefixes) {
-        std::vector<Entry> more = rebuilt(prefix, names[prefix], tracks, source);
+        std::vector<Entry> more = rebuilt(prefix, names[prefix], tracks, source, own);
         entries.insert(entries.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
     }
     fit(entries, lineEnd.size(), maxBytes - std::min(maxBytes, otherBytes));

@@ -12,6 +12,7 @@ namespace dravik::OperationsAudio {
 /// A bext Description with its track lines rebuilt, in at most `maxBytes`; see bextWithTracks, whose rule this is.
 /// Pure; the text is what stands before the first zero byte.
 [[nodiscard]] std::string descriptionWithTracks(std::string_view description, std::span<const OutputTrack> tracks,
-                                                std::size_t source, std::size_t maxBytes);
+                                                std::size_t source, std::span<const SourceTrack> own,
+                                                std::size_t maxBytes);
 
 }  // namespace dravik::OperationsAudio

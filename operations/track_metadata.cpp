@@ -127,11 +127,12 @@ Bytes ixmlWithTracks(ByteSpan payload, std::span<const OutputTrack> tracks) {
     return toBytes(document);
 }
 
-Bytes bextWithTracks(ByteSpan payload, std::span<const OutputTrack> tracks, std::size_t source) {
+Bytes bextWithTracks(ByteSpan payload, std::span<const OutputTrack> tracks, std::size_t source,
+                     std::span<const SourceTrack> own) {
     Bytes out(payload.begin(), payload.end());
     if (payload.size() < bext::descriptionBytes) return out;
     const std::string_view before = descriptionText(payload);
-    const std::string after = descriptionWithTracks(before, tracks, source, bext::descriptionBytes);
+    const std::string after = descriptionWithTracks(before, tracks, source, own, bext::descriptionBytes);
     if (after == before) return out;
     // Recorders leave stray bytes behind the text. They stay only as long as nothing is written there.
     std::fill_n(out.begin(), bext::descriptionBytes, std::byte{0});
@@ -139,12 +140,13 @@ Bytes bextWithTracks(ByteSpan payload, std::span<const OutputTrack> tracks, std:
     return out;
 }
 
-ChunkAdapter trackMetadataAdapter(std::vector<OutputTrack> tracks, std::size_t source) {
-    return [tracks = std::move(tracks), source](FourCC id, Bytes payload) -> std::optional<Bytes> {
-        if (id == FourCC("iXML")) return ixmlWithTracks(payload, tracks);
-        if (id == FourCC("bext")) return bextWithTracks(payload, tracks, source);
-        return payload;
-    };
+ChunkAdapter trackMetadataAdapter(std::vector<OutputTrack> tracks, std::vector<SourceTrack> own, std::size_t source) {
+    return
+        [tracks = std::move(tracks), own = std::move(own), source](FourCC id, Bytes payload) -> std::optional<Bytes> {
+            if (id == FourCC("iXML")) return ixmlWithTracks(payload, tracks);
+            if (id == FourCC("bext")) return bextWithTracks(payload, tracks, source, own);
+            return payload;
+        };
 }
 
 }  // namespace dravik::OperationsAudio

@@ -21,7 +21,6 @@ struct SourceTrack {
 struct OutputTrack {
     std::size_t source = 0;          ///< which of the operation's source files
     std::size_t canal = 0;           ///< channel in that file, from 0
-    bool fromMono = false;           ///< that file has no other channel
     int numeroSource = 0;            ///< the recorder's number of it there
     int numero = 0;                  ///< its number in the new file
     std::optional<std::string> nom;  ///< plain text
@@ -49,14 +48,17 @@ namespace OperationsAudio {
 
 /// The bext payload, at its length, with the "sTRK3=Boom" lines of its Description rebuilt: in the order of the tracks
 /// and with their numbers, under the prefix letter (or none) that they have; where several prefixes stand, each
-/// keeps lines of its own. A line stands for a track of the file `source`, of which this chunk is, when it had one
-/// there; tracks of other sources get one as well. Without such a line nothing changes. All other lines stay. Where the
+/// keeps lines of its own. A line stands for a track of the file `source`, of which this chunk is and `own` are all the
+/// channels, when it had one there: known by its name, else by its number in the TRACK_LIST or by its position. Tracks
+/// of other sources get one as well. Without such a line nothing changes. All other lines stay. Where the
 /// lines do not fit the 256 bytes, names are shortened, the longest first, never inside a UTF-8 character, and the last
 /// lines left out when that is not enough.
-[[nodiscard]] Bytes bextWithTracks(ByteSpan payload, std::span<const OutputTrack> tracks, std::size_t source);
+[[nodiscard]] Bytes bextWithTracks(ByteSpan payload, std::span<const OutputTrack> tracks, std::size_t source,
+                                   std::span<const SourceTrack> own);
 
 /// Rewrites "iXML" and "bext" as above, and passes every other chunk. Refers to nothing: the tracks are copied.
-[[nodiscard]] ChunkAdapter trackMetadataAdapter(std::vector<OutputTrack> tracks, std::size_t source = 0);
+[[nodiscard]] ChunkAdapter trackMetadataAdapter(std::vector<OutputTrack> tracks, std::vector<SourceTrack> own,
+                                                std::size_t source = 0);
 
 }  // namespace OperationsAudio
 }  // namespace dravik

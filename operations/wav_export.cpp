@@ -1,5 +1,6 @@
 #include "operations/wav_export.h"
 
+#include "base/byte_source.h"
 #include "base/paths.h"
 #include "model/wave/chunk_bytes.h"
 #include "operations/export_destination.h"
@@ -32,7 +33,8 @@ constexpr const char* converterFailed = "The sample-rate converter failed.";
 
 /// Everything about an export that is decided before its file is created.
 struct Preparation {
-    Preparation(const OperationAudioExportConfiguration& configuration, const std::filesystem::path& folder);
+    Preparation(const OperationAudioExportConfiguration& configuration, const std::filesystem::path& folder,
+                FileOps& ops);
 
     std::filesystem::path destination;
     ExportPCMReader reader;
@@ -56,11 +58,12 @@ ExportSampleFormat checkedFormat(const OperationAudioExportConfiguration& config
     return {bits, configuration.isFloat};
 }
 
-/// The rate field holds whole numbers of 32 bits; a rate that lies between two would be another one in the file.
+/// The rate field holds whole numbers; a rate that lies between two would be another one in the file. A source keeps
+/// whatever rate it has.
 std::uint32_t checkedRate(const OperationAudioExportConfiguration& configuration, const ExportPCMReader& reader) {
     const double rate = configuration.sampleRate.value_or(reader.sampleRate());
-    if (!std::isfinite(rate) || rate < 1 || rate > std::numeric_limits<std::uint32_t>::max() ||
-        rate != std::floor(rate)) {
+    const double most = std::max(mostExportSampleRate, reader.sampleRate());
+    if (!std::isfinite(rate) || rate < 1 || rate > most || rate != std::floor(rate)) {
         throw OperationAudioError::groupeIncompatible("The output sample rate is invalid.");
     }
     return static_cast<std::uint32_t>(rate);
@@ -83,8 +86,9 @@ Bytes fmtOf(const ExportSampleFormat& format, std::size_t channels, std::uint32_
     return fmt;
 }
 
-Preparation::Preparation(const OperationAudioExportConfiguration& configuration, const std::filesystem::path& folder)
-    : destination(exportDestination(configuration.groupe, folder, configuration.destinationName)),
+Preparation::Preparation(const OperationAudioExportConfiguration& configuration, const std::filesystem::path& folder,
+                         FileOps& ops)
+    : destination(exportDestination(ops, configuration.groupe, folder, configuration.destinationName)),
       reader(configuration.groupe, configuration.routing),
       format(checkedFormat(configuration)),
       outputRate(checkedRate(configuration, reader)) {
@@ -103,11 +107,14 @@ Preparation::Preparation(const OperationAudioExportConfiguration& configuration,
     adaptation.bitDepth = format.bitDepth;
     adaptation.tracks = exportTracks(configuration.groupe, reader);
     adaptation.source = adaptation.tracks.front().source;
+    adaptation.own = tracksOfFile(configuration.groupe, adaptation.source);
     adaptation.outputName = configuration.destinationName;
     // Of a mono set the chunks are those of the first file that is heard.
     const InfoFichier& file = configuration.groupe.fichiers[adaptation.source];
     const std::vector<RIFFChunk> chunks = adaptedForExport(metadataChunks(file.url), adaptation);
     checkOutputSize(fmtPayload, chunks, dataSize, configuration.destinationName);
+    // What a finished file would be refused for is mostly found in what stands before the audio, which may take hours.
+    validateWavExport(MemorySource(waveHead(fmtPayload, chunks, 0)), outputRate, format, configuration.destinationName);
     head = waveHead(fmtPayload, chunks, dataSize);
 }
 
@@ -193,7 +200,7 @@ void convertAudio(WaveOutput& file, Preparation& from, std::uint64_t seed, const
 
 FileToMake planWAVExport(const OperationAudioExportConfiguration& configuration, const std::filesystem::path& folder,
                          const ExportServices& services) {
-    const Preparation preparation(configuration, folder);
+    const Preparation preparation(configuration, folder, services.ops);
     if (preparation.converts()) {
         checkConversion(services.converters, preparation.reader.sampleRate(), preparation.outputRate,
                         textsOf(preparation));
@@ -206,7 +213,7 @@ std::string exportWAV(const OperationAudioExportConfiguration& configuration, co
     const TaskContext& task = context.task;
     task.checkCancelled();
     const SourceStates sources(services.ops, configuration.groupe);
-    Preparation preparation(configuration, folder);
+    Preparation preparation(configuration, folder, services.ops);
     ensureRoom(services.ops, preparation.destination, preparation.bytes());
 
     // A last look before the file gets its name.

@@ -16,22 +16,8 @@ constexpr std::size_t pageBytes = 4096;
 constexpr std::size_t directBytes = 128U * 1024U;
 /// Bytes of one file that are sent on their way together: the disk gets long pieces where many files grow at once.
 constexpr std::uint64_t writebackBytes = 4U * 1024U * 1024U;
-/// Bytes on their way at any time.
-constexpr std::uint64_t unwrittenBytesLimit = 64U * 1024U * 1024U;
 
 }  // namespace
-
-void Writeback::wrote(const FileHandle& file, std::uint64_t offset, std::uint64_t length) {
-    ops_.startWriteback(file, offset, length);
-    underWay_.push_back({&file, offset, length});
-    bytes_ += length;
-    while (bytes_ > unwrittenBytesLimit) {
-        const Range oldest = underWay_.front();
-        underWay_.pop_front();
-        ops_.waitForWriteback(*oldest.file, oldest.offset, oldest.length);
-        bytes_ -= oldest.length;
-    }
-}
 
 WaveOutput::WaveOutput(FileOps& ops, Writeback& writeback, std::filesystem::path destination, ByteSpan head,
                        std::uint64_t dataSize, TempKind kind)

@@ -1,33 +1,14 @@
 #pragma once
 
 #include "base/safe_file.h"
+#include "base/writeback.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <filesystem>
 #include <span>
 
 namespace dravik::OperationsAudio {
-
-/// Keeps what was written but is not yet on the medium within a limit, over all outputs that are written at the same
-/// time: the disk works while the audio is rearranged, and the last sync (which cannot be cancelled) has little left to
-/// do. The files must outlive it.
-class Writeback {
-  public:
-    explicit Writeback(FileOps& ops) : ops_(ops) {}
-    void wrote(const FileHandle& file, std::uint64_t offset, std::uint64_t length);
-
-  private:
-    struct Range {
-        const FileHandle* file = nullptr;
-        std::uint64_t offset = 0, length = 0;
-    };
-
-    FileOps& ops_;
-    std::deque<Range> underWay_;
-    std::uint64_t bytes_ = 0;
-};
 
 /// A new RIFF/WAVE file being written from its first byte to its last: the head (wave_layout.h), then audio as it is
 /// made, in large writes. Hidden until `commit`, gone when destroyed before. One thread at a time. Throws

@@ -46,6 +46,36 @@ std::optional<std::uint32_t> numberedCharacter(std::string_view entity) {
     return value;
 }
 
+/// Comments and quoted text at the start of some text. One that is not closed is text: of its kind no later one is
+/// closed either, and the end is not looked for again.
+class Sections {
+  public:
+    struct Section {
+        std::string_view text;
+        std::size_t bytes = 0;
+    };
+
+    [[nodiscard]] std::optional<Section> at(std::string_view text) {
+        for (Kind& kind : kinds_) {
+            if (!kind.closes || !text.starts_with(kind.opening)) continue;
+            const std::size_t end = text.find(kind.closing, kind.opening.size());
+            kind.closes = end != std::string_view::npos;
+            if (!kind.closes) return std::nullopt;
+            const std::string_view inside = text.substr(kind.opening.size(), end - kind.opening.size());
+            return Section{kind.isText ? inside : std::string_view(), end + kind.closing.size()};
+        }
+        return std::nullopt;
+    }
+
+  private:
+    struct Kind {
+        std::string_view opening, closing;
+        bool isText = false;
+        bool closes = true;
+    };
+    std::array<Kind, 2> kinds_ = {{{"<!--", "-->"}, {"<![CDATA[", "]]>", true}}};
+};
+
 }  // namespace
 
 std::string escapedXml(std::string_view text) {
@@ -65,7 +95,13 @@ std::string unescapedXml(std::string_view text) {
     constexpr std::size_t longestEntity = 10;  // "&#x10FFFF;"
     std::string out;
     out.reserve(text.size());
+    Sections sections;
     while (!text.empty()) {
+        if (const auto section = sections.at(text)) {
+            out.append(section->text);
+            text.remove_prefix(section->bytes);
+            continue;
+        }
         const std::size_t end = text.front() == '&' ? text.substr(0, longestEntity).find(';') : std::string_view::npos;
         const std::string_view entity = text.substr(0, end == std::string_view::npos ? 1 : end + 1);
         bool known = false;

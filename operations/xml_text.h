@@ -9,7 +9,8 @@ namespace dravik {
 
 /// "&", "<", ">", quote and apostrophe as their five named entities.
 [[nodiscard]] std::string escapedXml(std::string_view text);
-/// The five named entities and numbers of characters ("&#233;") read; anything else that begins with "&" stays.
+/// The five named entities and numbers of characters ("&#233;") read, comments left out, "<![CDATA[" sections taken as
+/// they stand; anything else stays.
 [[nodiscard]] std::string unescapedXml(std::string_view text);
 
 }  // namespace dravik

@@ -28,8 +28,8 @@ struct WaveFormat {
 
 /// Least payload of a readable `fmt ` chunk.
 inline constexpr std::size_t minimumFmtBytes = 16;
-/// As much of a payload as the reader looks at.
-inline constexpr std::size_t maximumFmtBytes = 40;
+/// A payload above this is none: the longest that is known has 40 bytes and a few parameters.
+inline constexpr std::size_t maximumFmtBytes = 64U * 1024U;
 
 /// Absent for payloads below 16 bytes.
 [[nodiscard]] std::optional<WaveFormat> parseWaveFormat(ByteSpan fmtPayload) noexcept;

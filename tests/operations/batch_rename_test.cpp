@@ -4,6 +4,7 @@
 #include "base/paths.h"
 #include "base/temp_name.h"
 #include "operations/operation_audio_error.h"
+#include "tests/operations/operation_stage.h"
 #include "tests/support/child.h"
 #include "tests/support/faulty_file_ops.h"
 #include "tests/support/files.h"
@@ -21,6 +22,7 @@ namespace dravik {
 namespace {
 
 using namespace OperationsAudio;
+using test::allDone;
 using test::Call;
 using test::namesIn;
 using testing::ElementsAre;
@@ -108,7 +110,7 @@ TEST_F(BatchRename, ExchangesNamesAndTellsOfEachFile) {
                                     {"d.wav", "c.wav"},
                                     {"e.wav", "e.wav"},
                                     {"Case.wav", "case.wav"}});
-    EXPECT_TRUE(outcome.allDone());
+    EXPECT_TRUE(allDone(outcome));
     EXPECT_THAT(messages(outcome),
                 ElementsAre("a.wav: Renamed to b.wav", "b.wav: Renamed to a.wav", "c.wav: Renamed to new.wav",
                             "d.wav: Renamed to c.wav", "e.wav: Unchanged", "Case.wav: Renamed to case.wav"));
@@ -189,11 +191,11 @@ TEST_F(BatchRename, PutsEverythingBackWhereverItFails) {
         ops.failAt({.nth = 0});
         EXPECT_THAT(recoverFolder(ops, folder.path()).failures, IsEmpty());
         ASSERT_EQ(outcome.results.size(), 4U);
-        if (outcome.allDone()) {
+        if (allDone(outcome)) {
             EXPECT_EQ(picture()[0], "a.wav=b.wav");
             EXPECT_EQ(picture().size(), 4U);
             if (!met) break;
-            ASSERT_TRUE(run({{"a.wav", "b.wav"}, {"b.wav", "a.wav"}, {"x.wav", "c.wav"}}).allDone());
+            ASSERT_TRUE(allDone(run({{"a.wav", "b.wav"}, {"b.wav", "a.wav"}, {"x.wav", "c.wav"}})));
             continue;
         }
         ++failedRuns;
@@ -245,7 +247,7 @@ TEST_F(BatchRename, IsUndoneByACancelAtAnyMoment) {
                                                            }});
         EXPECT_EQ(all, 4U);
         if (!outcome.cancelled) {
-            EXPECT_TRUE(outcome.allDone());
+            EXPECT_TRUE(allDone(outcome));
             break;
         }
         EXPECT_THAT(outcome.results, IsEmpty());
@@ -273,7 +275,7 @@ TEST_F(BatchRename, TakesMoreFilesThanAProcessMayOpen) {
     have(old);
     EXPECT_EQ(test::inChild([&] {
                   const rlimit usual{1024, 1024};
-                  return ::setrlimit(RLIMIT_NOFILE, &usual) == 0 && run(names).allDone() ? 0 : 1;
+                  return ::setrlimit(RLIMIT_NOFILE, &usual) == 0 && allDone(run(names)) ? 0 : 1;
               }),
               0);
     EXPECT_EQ(asText(test::readFile(folder / "0.wav")), "1499.wav");
@@ -316,7 +318,7 @@ TEST_F(BatchRenamePreview, OfKeepBothLeavesFilesAloneThatHaveANumberAlready) {
     EXPECT_THAT(preview(files, choice), ElementsAre("S_4.wav", "S.wav =", "S_1.wav =", "S_3.wav ="));
     FolderNames onDisk;
     const RenamePreview plan = previewBatchRename(files, choice, onDisk);
-    EXPECT_TRUE(runBatchRename(ops, itemsOf(files, plan), Mode::renameInPlace, {}, {}).allDone());
+    EXPECT_TRUE(allDone(runBatchRename(ops, itemsOf(files, plan), Mode::renameInPlace, {}, {})));
 }
 
 TEST_F(BatchRenamePreview, AgreesWithTheRunForCopiesBesideTheirOriginals) {
@@ -361,7 +363,7 @@ TEST_F(BatchRenameCopy, ThatFailsLeavesWholeCopiesOnlyWhicheverCallFails) {
         try {
             const RunOutcome outcome = copy({{"a.wav", "x.wav"}, {"b.wav", "y.wav"}}, other / "out");
             EXPECT_EQ(outcome.results.size(), 2U) << "one that fails does not stop the next";
-            EXPECT_EQ(outcome.allDone(), ops.failures() == 0);
+            EXPECT_EQ(allDone(outcome), ops.failures() == 0);
         } catch (const std::filesystem::filesystem_error&) {
             EXPECT_EQ(ops.calls(Call::create), 0);
         }

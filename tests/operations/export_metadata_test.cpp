@@ -26,6 +26,7 @@ ExportAdaptation to44100() {
     track.canal = 2;
     track.nom = "Boom";
     adaptation.tracks = {track};
+    adaptation.own = {{1, std::nullopt}, {2, std::nullopt}, {3, "Boom"}};
     return adaptation;
 }
 
@@ -43,8 +44,22 @@ TEST(ExportMetadata, BringsTheElementsOfTheDocumentUpToDate) {
          "<TIMESTAMP_SAMPLE_RATE x=\"1\"> 48000\n</TIMESTAMP_SAMPLE_RATE><AUDIO_BIT_DEPTH>24</AUDIO_BIT_DEPTH>",
          "<FILE_SAMPLE_RATE>44100</FILE_SAMPLE_RATE><A><FILE_SAMPLE_RATE>44100</FILE_SAMPLE_RATE></A>"
          "<TIMESTAMP_SAMPLE_RATE x=\"1\"> 44100\n</TIMESTAMP_SAMPLE_RATE><AUDIO_BIT_DEPTH>16</AUDIO_BIT_DEPTH>"},
-        {"only digits", "<FILE_SAMPLE_RATE>48k</FILE_SAMPLE_RATE><AUDIO_BIT_DEPTH/><AUDIO_BIT_DEPTH></AUDIO_BIT_DEPTH>",
-         "<FILE_SAMPLE_RATE>48k</FILE_SAMPLE_RATE><AUDIO_BIT_DEPTH/><AUDIO_BIT_DEPTH></AUDIO_BIT_DEPTH>"},
+        {"whatever way they are said in, where they are said and say something else",
+         "<FILE_SAMPLE_RATE> 48000.0 </FILE_SAMPLE_RATE><AUDIO_BIT_DEPTH>24bit</AUDIO_BIT_DEPTH>"
+         "<TIMESTAMP_SAMPLE_RATE>44100.0</TIMESTAMP_SAMPLE_RATE><AUDIO_BIT_DEPTH/><AUDIO_BIT_DEPTH></AUDIO_BIT_DEPTH>",
+         "<FILE_SAMPLE_RATE> 44100 </FILE_SAMPLE_RATE><AUDIO_BIT_DEPTH>16</AUDIO_BIT_DEPTH>"
+         "<TIMESTAMP_SAMPLE_RATE>44100.0</TIMESTAMP_SAMPLE_RATE><AUDIO_BIT_DEPTH/><AUDIO_BIT_DEPTH></AUDIO_BIT_DEPTH>"},
+        {"nothing that may end elsewhere", "<AUDIO_BIT_DEPTH>24<X>1</X></AUDIO_BIT_DEPTH>",
+         "<AUDIO_BIT_DEPTH>24<X>1</X></AUDIO_BIT_DEPTH>"},
+        {"each sync point by itself",
+         "<SYNC_POINT_LIST><SYNC_POINT><SYNC_POINT_LOW>480</SYNC_POINT_LOW><SYNC_POINT_HIGH>0</SYNC_POINT_HIGH>"
+         "<SYNC_POINT_EVENT_DURATION>4800</SYNC_POINT_EVENT_DURATION></SYNC_POINT><SYNC_POINT>"
+         "<SYNC_POINT_LOW>0</SYNC_POINT_LOW><SYNC_POINT_HIGH>1</SYNC_POINT_HIGH>"
+         "<SYNC_POINT_EVENT_DURATION>x</SYNC_POINT_EVENT_DURATION></SYNC_POINT></SYNC_POINT_LIST>",
+         "<SYNC_POINT_LIST><SYNC_POINT><SYNC_POINT_LOW>441</SYNC_POINT_LOW><SYNC_POINT_HIGH>0</SYNC_POINT_HIGH>"
+         "<SYNC_POINT_EVENT_DURATION>4410</SYNC_POINT_EVENT_DURATION></SYNC_POINT><SYNC_POINT>"
+         "<SYNC_POINT_LOW>3946001203</SYNC_POINT_LOW><SYNC_POINT_HIGH>0</SYNC_POINT_HIGH>"
+         "<SYNC_POINT_EVENT_DURATION>x</SYNC_POINT_EVENT_DURATION></SYNC_POINT></SYNC_POINT_LIST>"},
         {"file names, but not the original one",
          "<FILE_NAME>old</FILE_NAME><FILENAME></FILENAME><CURRENT_FILENAME>x</CURRENT_FILENAME>"
          "<ORIGINAL_FILENAME>first.wav</ORIGINAL_FILENAME>",
@@ -81,8 +96,9 @@ TEST(ExportMetadata, AddsTheUpperHalfThatATimestampComesToNeed) {
 }
 
 TEST(ExportMetadata, StaysLinearInHostileDocuments) {
-    for (const std::string_view unit : {"<MIXER_SETTINGS>", "<FILE_NAME>", "<FILE_NAME/>", "<FILE_SAMPLE_RATE>1",
-                                        "<TRACK_LIST>", "</MIXER_SETTINGS>"}) {
+    for (const std::string_view unit :
+         {"<MIXER_SETTINGS>", "<FILE_NAME>", "<FILE_NAME/>", "<FILE_SAMPLE_RATE>1", "<TRACK_LIST>", "</MIXER_SETTINGS>",
+          "<SYNC_POINT>", "<SYNC_POINT></SYNC_POINT>"}) {
         EXPECT_FALSE(adaptedText(test::repeated(unit, 4UL << 20U)).empty());
     }
 }
@@ -92,6 +108,14 @@ TEST(ExportMetadata, MovesPositionsInOtherChunksToTheNewRate) {
         return readLE<std::uint32_t>(payload.data() + offset);
     };
     Bytes fact(4), unknown = toBytes("48000");
+    // A label of odd size, then a labelled stretch, then one whose size lies.
+    Bytes adtl = toBytes("adtllabl....1234A");
+    writeLE(adtl.data() + 8, std::uint32_t{5});
+    append(adtl, toBytes(std::string_view("\0ltxt....1234LENGrgn ", 21)));
+    writeLE(adtl.data() + 22, std::uint32_t{12});
+    writeLE(adtl.data() + 30, std::uint32_t{4800});
+    append(adtl, toBytes("ltxt\xFF\xFF\xFF\xFF"
+                         "123"));
     writeLE(fact.data(), std::uint32_t{48000});
     const std::vector<RIFFChunk> out = adaptedForExport(
         {{"ds64", Bytes(28)},
@@ -99,15 +123,20 @@ TEST(ExportMetadata, MovesPositionsInOtherChunksToTheNewRate) {
           test::bextPayload({.description = "sSCENE=1\r\nsTRK1=A\r\nsTRK3=Old\r\n", .timeReference = 0x2'0000'0000U})},
          {"cue ", test::cuePayload({{1, 480, {}}, {2, 0xFFFFFFFFU, {}}})},
          {"fact", fact},
+         {"LIST", adtl},
+         {"LIST", toBytes("INFOltxt....1234LENG")},
          {"abcd", unknown}},
         to44100());
-    ASSERT_EQ(out.size(), 4U) << "what only belongs into large files is left out";
+    ASSERT_EQ(out.size(), 6U) << "what only belongs into large files is left out";
     EXPECT_EQ(readLE<std::uint64_t>(out[0].payload.data() + 338), 7892002406U);
     EXPECT_EQ(asText(out[0].payload).substr(0, 24), std::string_view("sSCENE=1\r\nsTRK3=Boom\r\n\0\0", 24));
     EXPECT_EQ(samplesAt(out[1].payload, 4 + 20), 441U);
     EXPECT_EQ(samplesAt(out[1].payload, 28 + 20), 3946001202U);
     EXPECT_EQ(samplesAt(out[2].payload, 0), 44100U);
-    EXPECT_EQ(out[3].payload, unknown);
+    writeLE(adtl.data() + 30, std::uint32_t{4410});
+    EXPECT_EQ(asText(out[3].payload), asText(adtl));
+    EXPECT_EQ(asText(out[4].payload), "INFOltxt....1234LENG");
+    EXPECT_EQ(out[5].payload, unknown);
 }
 
 TEST(ExportMetadata, RescalesExactlyAndStopsAtTheEnd) {

@@ -1,13 +1,14 @@
 #pragma once
 
-#include "base/byte_source.h"
+#include "base/paths.h"
 #include "model/folder_scan.h"
+#include "operations/export_run.h"
 #include "operations/export_services.h"
-#include "operations/wav_export.h"
 #include "platform/lame/lame_encoder.h"
 #include "platform/media/lazy_aac_encoders.h"
 #include "platform/media/lazy_sample_decoder.h"
 #include "platform/soxr/soxr_converter.h"
+#include "tests/operations/plain_chunks.h"
 #include "tests/support/fake_codecs.h"
 #include "tests/support/faulty_file_ops.h"
 #include "tests/support/files.h"
@@ -15,7 +16,6 @@
 #include "tests/support/wav_builder.h"
 
 #include <cmath>
-#include <cstdio>
 #include <cstring>
 #include <memory>
 #include <numbers>
@@ -40,8 +40,25 @@ class ExportStage {
     [[nodiscard]] GroupeFichiers take() const { return scanFolder(source(), FakeCodecs(), true, {}).at(0); }
 
     /// Gives the line for the user.
-    std::string wav(const OperationAudioExportConfiguration& configuration, const TaskContext& task = {}) {
-        return OperationsAudio::exportWAV(configuration, out(), services(), context(task));
+    std::string run(const AnyExportConfiguration& configuration, const TaskContext& task = {}) {
+        const ExportServices all = services();
+        const OperationContext here = context(task);
+        if (const auto* toWav = std::get_if<OperationAudioExportConfiguration>(&configuration)) {
+            return OperationsAudio::exportWAV(*toWav, out(), all, here);
+        }
+        if (const auto* toAac = std::get_if<OperationAudioAACExportConfiguration>(&configuration)) {
+            return OperationsAudio::exportAAC(*toAac, out(), all, here);
+        }
+        return OperationsAudio::exportMP3(std::get<OperationAudioMP3ExportConfiguration>(configuration), out(), all,
+                                          here);
+    }
+    /// What the export says when it refuses; the line for the user in brackets when it does not.
+    std::string refusal(const AnyExportConfiguration& configuration) {
+        try {
+            return "(" + run(configuration) + ")";
+        } catch (const std::exception& error) {
+            return userText(error);
+        }
     }
     [[nodiscard]] OperationContext context(const TaskContext& task) {
         completed.clear();
@@ -90,27 +107,27 @@ inline std::filesystem::path writeFloats(const std::filesystem::path& path, cons
         .write(path);
 }
 
-/// The payload of the first chunk of that name; empty when there is none.
-[[nodiscard]] inline Bytes chunkPayload(const std::filesystem::path& file, std::string_view id) {
-    const Bytes bytes = readFile(file);
-    for (std::size_t at = 12; at + 8 <= bytes.size();) {
-        const auto size = readLE<std::uint32_t>(bytes.data() + at + 4);
-        if (asText(bytes).substr(at, 4) == id) return MemorySource(bytes).read(at + 8, size);
-        at += 8 + size + size % 2;
-    }
-    return {};
+/// What is exported where a test says nothing else.
+[[nodiscard]] inline OperationAudioExportConfiguration asWav(const GroupeFichiers& groupe, int bits = 24) {
+    OperationAudioExportConfiguration configuration;
+    configuration.groupe = groupe;
+    configuration.destinationName = "out.wav";
+    configuration.bitDepth = bits;
+    configuration.isFloat = bits == 32;
+    configuration.ditherSeed = 7;
+    return configuration;
 }
-
-/// What a program prints on standard output. Programs that judge our files are installed with the tests.
-[[nodiscard]] inline std::string outputOf(const std::string& command) {
-    std::string text;
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(::popen((command + " 2>/dev/null").c_str(), "r"),
-                                                               ::pclose);
-    if (!pipe) return text;
-    char buffer[4096];
-    while (const std::size_t got = std::fread(buffer, 1, sizeof buffer, pipe.get()))
-        text.append(buffer, got);
-    return text;
+[[nodiscard]] inline OperationAudioMP3ExportConfiguration asMp3(const GroupeFichiers& groupe) {
+    OperationAudioMP3ExportConfiguration configuration;
+    configuration.groupe = groupe;
+    configuration.destinationName = "out.mp3";
+    return configuration;
+}
+[[nodiscard]] inline OperationAudioAACExportConfiguration asAac(const GroupeFichiers& groupe) {
+    OperationAudioAACExportConfiguration configuration;
+    configuration.groupe = groupe;
+    configuration.destinationName = "out.m4a";
+    return configuration;
 }
 
 }  // namespace dravik::test

@@ -48,7 +48,7 @@ TEST(SourceWAV, IsRefusedForItsFirstFault) {
         std::string poly, mono;
     };
     const std::string notWave = "a.wav is not a RIFF/WAVE file.";
-    const std::string cut = "Unexpected end of audio data.";
+    const std::string cut = "a.wav: Unexpected end of audio data.";
     const Case cases[] = {
         {"too short", toBytes("RIFF1234WAV"), notWave, notWave},
         {"other form", WavBuilder("RIFX").chunk("fmt ", stereo).chunk("data", audio).bytes(), notWave, notWave},

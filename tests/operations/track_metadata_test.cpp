@@ -1,6 +1,7 @@
 #include "operations/track_metadata.h"
 
 #include "operations/xml_text.h"
+#include "tests/support/repeated.h"
 #include "tests/support/wav_builder.h"
 
 #include <string>
@@ -49,16 +50,33 @@ TEST(TrackMetadata, CallsATrackWithoutANameByItsNumber) {
     EXPECT_EQ(trackLabel(track(7, 1, std::nullopt)), "Track 7");
     EXPECT_EQ(unescapedXml("&lt;A&gt; &amp;amp; &#233;&#xE9; &quot;&apos; &nbsp; & &#0; &#xD800;"),
               "<A> &amp; \xC3\xA9\xC3\xA9 \"' &nbsp; & &#0; &#xD800;");
+    EXPECT_EQ(unescapedXml("a<!-- &amp; -->b<![CDATA[ <&amp;> ]]>c<!--<![CDATA[d]]>"), "ab <&amp;> c<!--d");
+    EXPECT_FALSE(unescapedXml(test::repeated("<!--<![CDATA[", 4UL << 20U)).empty()) << "and stays linear";
 }
 
-std::string description(std::string_view text, const Tracks& tracks, std::size_t source = 0) {
+/// The channels of a file of which these are some.
+std::vector<SourceTrack> channelsOf(const Tracks& tracks) {
+    std::vector<SourceTrack> own;
+    for (const OutputTrack& track : tracks) {
+        if (track.source != 0) continue;
+        while (own.size() <= track.canal)
+            own.push_back({static_cast<int>(own.size()) + 1, std::nullopt});
+        own[track.canal] = {track.numeroSource, track.nom};
+    }
+    return own;
+}
+
+std::string description(std::string_view text, const Tracks& tracks, const std::vector<SourceTrack>& own) {
     const Bytes payload = test::bextPayload({.description = std::string(text)});
-    const Bytes out = bextWithTracks(payload, tracks, source);
+    const Bytes out = bextWithTracks(payload, tracks, 0, own);
     EXPECT_EQ(out.size(), payload.size());
     EXPECT_TRUE(std::equal(out.begin() + 256, out.end(), payload.begin() + 256));
     const std::string field(asText(ByteSpan(out).first(256)));
     EXPECT_EQ(field.find_first_not_of('\0', field.find('\0')), std::string::npos);
     return field.substr(0, field.find('\0'));
+}
+std::string description(std::string_view text, const Tracks& tracks) {
+    return description(text, tracks, channelsOf(tracks));
 }
 
 TEST(TrackMetadata, RebuildsTheTrackLinesOfTheDescription) {
@@ -83,6 +101,7 @@ TEST(TrackMetadata, RebuildsTheTrackLinesOfTheDescription) {
          "TR1=a\r\nsTRKS=2\r\nsTRK=1\r\nSTRK1=a\r\nsTRK1x=a\r\n"},
         {"a track that had no line gets none", "sTRK1=Boom\r\n", swapped, "sTRK2=Boom\r\n"},
         {"none at all", "plain text", swapped, "plain text"},
+        {"old line ends", "sSCENE=1\rsTRK1=a\rsTRK2=b\rsNOTE=x", swapped, "sSCENE=1\rsTRK1=Lav\rsTRK2=a\rsNOTE=x"},
     };
     for (const Case& one : cases) {
         SCOPED_TRACE(one.what);
@@ -95,13 +114,41 @@ TEST(TrackMetadata, CountsLinesByPositionWhereTheyDoNotCountAsTheTrackListDoes) 
     const Tracks tracks = {{.canal = 1, .numeroSource = 4, .numero = 1, .nom = "B"},
                            {.canal = 0, .numeroSource = 3, .numero = 2, .nom = "A"}};
     EXPECT_EQ(description("sTRK1=A\r\nsTRK2=B\r\n", tracks), "sTRK1=B\r\nsTRK2=A\r\n");
-    const Tracks mono = {{.fromMono = true, .numeroSource = 1, .numero = 5, .nom = std::nullopt}};
+    const Tracks mono = {{.numeroSource = 1, .numero = 5, .nom = std::nullopt}};
     EXPECT_EQ(description("sTRK2=Boom\r\n", mono), "sTRK5=Boom\r\n");
 }
 
+TEST(TrackMetadata, FindsATracksLineAfterItsNumberWasChangedInTheTrackList) {
+    struct Case {
+        const char* what;
+        std::vector<SourceTrack> own;
+        std::string first, second;  ///< the lines of each channel by itself
+    };
+    const std::string before = "sTRK1=A\r\nsTRK2=B\r\n";
+    const Case cases[] = {
+        {"exchanged", {{2, "A"}, {1, "B"}}, "sTRK2=A\r\n", "sTRK1=B\r\n"},
+        {"onto another's old number, without names", {{2, {}}, {5, {}}}, "sTRK2=A\r\n", "sTRK5=B\r\n"},
+        {"to a number that no line has", {{7, "A"}, {2, {}}}, "sTRK7=A\r\n", "sTRK2=B\r\n"},
+        {"names that say nothing", {{2, "X"}, {9, "X"}}, "sTRK2=X\r\n", "sTRK9=X\r\n"},
+    };
+    for (const Case& one : cases) {
+        SCOPED_TRACE(one.what);
+        for (const std::size_t canal : {0U, 1U}) {
+            const SourceTrack& from = one.own[canal];
+            const Tracks alone = {
+                {.canal = canal, .numeroSource = from.numero, .numero = from.numero, .nom = from.nom}};
+            EXPECT_EQ(description(before, alone, one.own), canal == 0 ? one.first : one.second);
+        }
+    }
+    EXPECT_EQ(description("sTRK7=A\r\nsTRK8=B\r\n", {{.canal = 1, .numeroSource = 1, .numero = 1, .nom = "B"}},
+                          {{7, "A"}, {1, "B"}}),
+              "sTRK1=B\r\n")
+        << "a line that only its name tells";
+}
+
 TEST(TrackMetadata, ListsTheTracksOfOtherFilesOfAMerge) {
-    const Tracks tracks = {{.source = 0, .fromMono = true, .numeroSource = 1, .numero = 1, .nom = "Boom"},
-                           {.source = 1, .fromMono = true, .numeroSource = 2, .numero = 2, .nom = "Lav\nB"}};
+    const Tracks tracks = {{.source = 0, .numeroSource = 1, .numero = 1, .nom = "Boom"},
+                           {.source = 1, .numeroSource = 2, .numero = 2, .nom = "Lav\nB"}};
     EXPECT_EQ(description("sTRK1=Boom\r\nsNOTE=x\r\n", tracks), "sTRK1=Boom\r\nsTRK2=Lav B\r\nsNOTE=x\r\n");
 }
 
@@ -136,7 +183,7 @@ TEST(TrackMetadata, StaysLinearInNamesOfAnyLength) {
     Bytes payload = toBytes("sTRK1=a\r\nsTRK2=b\r\n");
     payload.resize(602);
     const Tracks tracks = {track(1, 1, std::string(4U << 20U, 'x')), track(2, 2, std::string(4U << 20U, 'y'))};
-    EXPECT_EQ(bextWithTracks(payload, tracks, 0).size(), payload.size());
+    EXPECT_EQ(bextWithTracks(payload, tracks, 0, channelsOf(tracks)).size(), payload.size());
 }
 
 }  // namespace

@@ -2,11 +2,13 @@
 #include "model/wave/bext.h"
 #include "operations/track_eligibility.h"
 #include "tests/operations/operation_stage.h"
+#include "tests/support/child.h"
 
 #include <algorithm>
 #include <string>
 
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 
 namespace dravik {
 namespace {
@@ -223,6 +225,7 @@ TEST(Split, NamesFilesByNumberAndCleanName) {
     EXPECT_EQ(numbers(result.destinationURLs.at(2)), (std::map<int, int>{{1, 7}, {2, 8}}));
     EXPECT_EQ(cleanedTrackName(" a//b\\:\r\n\t\xC2\xA0 c d\xE3\x80\x80"), "a_b_c_d");
     EXPECT_EQ(cleanedTrackName(std::string_view("x\0y", 3)), "x_y");
+    EXPECT_EQ(cleanedTrackName("<a>b|c?\x01*\x7F\"d\""), "a_b_c_d") << "what volumes of cards refuse";
 }
 
 TEST(Split, RefusesWhatCannotBeSplit) {
@@ -233,6 +236,32 @@ TEST(Split, RefusesWhatCannotBeSplit) {
     EXPECT_EQ(stage.runOne("a", stage.split({})).message, "Select at least one split output.");
     EXPECT_EQ(stage.runOne("a", stage.split({2})).message, "a.wav has no track 3: it has 2.");
     EXPECT_TRUE(splitPreview(stage.take("m")).empty());
+}
+
+TEST(Split, MakesMoreFilesThanAProcessMayOpen) {
+    for (const rlim_t handles : {rlim_t{64}, rlim_t{1024}}) {
+        OperationStage stage;
+        constexpr std::uint16_t channels = 300;
+        const auto source =
+            WavBuilder().fmt({.channels = channels, .bits = 16}).audio(50).write(stage.folder / "take.wav");
+        std::set<int> all;
+        for (int canal = 0; canal < channels; ++canal)
+            all.insert(canal);
+        EXPECT_EQ(test::inChild([&] {
+                      const rlimit few{handles, handles};
+                      const auto planner = stage.split(all);
+                      const GroupeFichiers take = stage.take("take");
+                      if (::setrlimit(RLIMIT_NOFILE, &few) != 0) return 1;
+                      return test::allDone(stage.run({take}, planner)) ? 0 : 2;
+                  }),
+                  0);
+        const std::string audio = payloadOf(source, "data");
+        for (const std::size_t canal : {0U, 60U, 127U, 128U, 299U}) {
+            const std::string name = "take_split_T" + std::string(canal < 9 ? "0" : "") + std::to_string(canal + 1);
+            EXPECT_EQ(payloadOf(stage.folder / (name + ".wav"), "data"), channelOf(audio, channels, 2, canal)) << name;
+        }
+        EXPECT_EQ(test::namesIn(stage.folder.path()).size(), channels + 1U);
+    }
 }
 
 TEST(SplitThenMerge, GivesTheVeryAudioBack) {
@@ -270,6 +299,27 @@ TEST(Merge, SaysWhatCameOfTheAudioAndEvadesNamesThatAreTaken) {
               payloadOf(stage.folder / "take_T03.wav", "data"));
 }
 
+TEST(Merge, SaysWhenTheFilesDoNotBeginTogetherAndLeavesOutPartsOfAFrame) {
+    struct Case {
+        std::uint64_t secondStart;
+        const char* message;
+    };
+    const Case cases[] = {{7, "Created take_merge.wav. Audio data preserved: 600 B."},
+                          {8,
+                           "Created take_merge.wav. Audio data preserved: 600 B. Mono sources do not share the "
+                           "same start alignment: the new file has the start of the first."}};
+    for (const Case& one : cases) {
+        OperationStage stage;
+        for (const int number : {1, 2})
+            WavBuilder()
+                .bext({.timeReference = number == 1 ? 7 : one.secondStart})
+                .fmt()
+                .chunk("data", test::audioBytes(number == 1 ? 302 : 301))
+                .write(stage.folder / ("take_T0" + std::to_string(number) + ".wav"));
+        EXPECT_EQ(stage.runOne("take", stage.merge()).message, one.message);
+    }
+}
+
 TEST(Merge, RefusesFilesThatDoNotBelongTogether) {
     struct Case {
         Pcm second;
@@ -303,6 +353,23 @@ TEST(TrackOperations, StandFilesWithoutAFrame) {
     EXPECT_EQ(payloadOf(stage.folder / "take_split_T01.wav", "data"), "");
 }
 
+TEST(TrackOperations, ArePlannedOnlyWhereTheirFilesCanBeMade) {
+    OperationStage stage;
+    WavBuilder().fmt({.channels = 2}).audio(10).write(stage.folder / (std::string(246, 'x') + ".wav"));
+    WavBuilder().fmt({.channels = 2}).audio(10).write(stage.folder / "short.wav");
+    const auto error = [&](const std::string& name) {
+        const auto planned = planGroups(stage.ops, {stage.take(name)}, stage.reorder({1, 0}), {});
+        const RunOutcome outcome = stage.run({stage.take(name)}, stage.reorder({1, 0}));
+        EXPECT_EQ(planned.at(0).error, outcome.results.at(0).success ? "" : outcome.results.at(0).message);
+        EXPECT_TRUE(planned.at(0).error.empty() || planned.at(0).plan.outputs.empty());
+        return planned.at(0).error;
+    };
+    EXPECT_THAT(error(std::string(246, 'x')), testing::HasSubstr("the name is longer than the 255 bytes"));
+    EXPECT_EQ(error("short"), "");
+    stage.ops.readOnlyFolders = true;
+    EXPECT_EQ(error("short"), "short-1_order.wav: Permission denied");
+}
+
 TEST(TrackOperations, GoOnWithTheNextTakeWhenOneFails) {
     OperationStage stage;
     WavBuilder().fmt({.channels = 2}).audio(100).write(stage.folder / "a.wav");
@@ -317,8 +384,8 @@ TEST(TrackOperations, GoOnWithTheNextTakeWhenOneFails) {
                                           }});
     ASSERT_EQ(outcome.results.size(), 3U);
     EXPECT_TRUE(outcome.results[0].success && outcome.results[2].success);
-    EXPECT_EQ(outcome.results[1].message, "Unexpected end of audio data.");
-    EXPECT_FALSE(outcome.allDone());
+    EXPECT_EQ(outcome.results[1].message, "b.wav: Unexpected end of audio data.");
+    EXPECT_FALSE(test::allDone(outcome));
     EXPECT_EQ(outcome.refused, 1U) << "nothing of it was begun";
     EXPECT_GT(last, 0U);
 }

@@ -17,29 +17,10 @@ namespace dravik {
 namespace {
 
 using namespace OperationsAudio;
+using test::asWav;
 using test::ExportStage;
 
-OperationAudioExportConfiguration asWav(const GroupeFichiers& groupe, int bits = 24) {
-    OperationAudioExportConfiguration configuration;
-    configuration.groupe = groupe;
-    configuration.destinationName = "out.wav";
-    configuration.bitDepth = bits;
-    configuration.isFloat = bits == 32;
-    configuration.ditherSeed = 7;
-    return configuration;
-}
-
-/// What the export says when it refuses; empty when it does not.
-std::string refusal(ExportStage& stage, const OperationAudioExportConfiguration& configuration) {
-    try {
-        static_cast<void>(stage.wav(configuration));
-        return {};
-    } catch (const std::exception& error) {
-        return userText(error);
-    }
-}
-
-std::vector<float> floatsOf(const Bytes& payload) {
+std::vector<float> floatsOf(std::string_view payload) {
     std::vector<float> samples(payload.size() / sizeof(float));
     std::memcpy(samples.data(), payload.data(), samples.size() * sizeof(float));
     return samples;
@@ -50,9 +31,9 @@ TEST(WavExport, KeepsEveryByteOfAudioThatStaysAsItIs) {
         for (const std::size_t frames : {0U, 1U, 1001U, 50000U}) {
             ExportStage stage;
             test::recorderFile({}, {.channels = 3, .bits = bits}, frames).write(stage.source() / "take.wav");
-            EXPECT_EQ(stage.wav(asWav(stage.take(), bits)), "Created out.wav");
-            EXPECT_EQ(test::chunkPayload(stage.out() / "out.wav", "data"),
-                      test::chunkPayload(stage.source() / "take.wav", "data"))
+            EXPECT_EQ(stage.run(asWav(stage.take(), bits)), "Created out.wav");
+            EXPECT_EQ(test::payloadOf(stage.out() / "out.wav", "data"),
+                      test::payloadOf(stage.source() / "take.wav", "data"))
                 << bits << " bits, " << frames << " frames";
             EXPECT_EQ(test::namesIn(stage.out()), std::vector<std::string>{"out.wav"});
         }
@@ -101,8 +82,8 @@ TEST(WavExport, RoutesTracksOfPolyFilesAndOfMonoSets) {
             OperationAudioExportConfiguration configuration = asWav(stage.take(), 32);
             configuration.routing = c.routing;
             std::filesystem::remove(stage.out() / "out.wav");
-            static_cast<void>(stage.wav(configuration));
-            EXPECT_EQ(floatsOf(test::chunkPayload(stage.out() / "out.wav", "data")), c.expected)
+            static_cast<void>(stage.run(configuration));
+            EXPECT_EQ(floatsOf(test::payloadOf(stage.out() / "out.wav", "data")), c.expected)
                 << c.what << (poly ? " of a poly file" : " of a mono set");
         }
     }
@@ -113,14 +94,14 @@ TEST(WavExport, IsTheSameFileForASeedInEveryRun) {
     test::writeFloats(stage.source() / "take.wav", test::sine(997, 48000, 60000, 0.7, 3), 3);
     OperationAudioExportConfiguration configuration = asWav(stage.take(), 24);
     configuration.sampleRate = 44100;
-    static_cast<void>(stage.wav(configuration));
+    static_cast<void>(stage.run(configuration));
     const Bytes first = test::readFile(stage.out() / "out.wav");
     std::filesystem::remove(stage.out() / "out.wav");
-    static_cast<void>(stage.wav(configuration));
+    static_cast<void>(stage.run(configuration));
     EXPECT_EQ(test::readFile(stage.out() / "out.wav"), first);
     configuration.ditherSeed = 8;
     std::filesystem::remove(stage.out() / "out.wav");
-    static_cast<void>(stage.wav(configuration));
+    static_cast<void>(stage.run(configuration));
     EXPECT_NE(test::readFile(stage.out() / "out.wav"), first);
 }
 
@@ -144,9 +125,9 @@ TEST(WavExport, DithersOnlyWhereBitsAreLost) {
         // A route that is no copy of whole frames.
         configuration.routing = routing::Stereo{1, 0};
         if (c.otherRate) configuration.sampleRate = 96000;
-        static_cast<void>(stage.wav(configuration));
-        const Bytes data = test::chunkPayload(stage.out() / "out.wav", "data");
-        const bool silent = std::all_of(data.begin(), data.end(), [](std::byte b) { return b == std::byte{0}; });
+        static_cast<void>(stage.run(configuration));
+        const std::string data = test::payloadOf(stage.out() / "out.wav", "data");
+        const bool silent = std::all_of(data.begin(), data.end(), [](char byte) { return byte == 0; });
         EXPECT_EQ(!silent, c.dithered) << c.from << " to " << c.to;
     }
 }
@@ -173,6 +154,11 @@ TEST(WavExport, RefusesWithTheReasonAndLeavesNothing) {
             test::writeFloats(stage.source() / "take.wav", samples);
         };
     };
+    const auto ixml = [](const char* document) {
+        return [=](ExportStage& stage) {
+            test::WavBuilder().chunk("iXML", document).fmt().audio(1000).write(stage.source() / "take.wav");
+        };
+    };
     struct {
         const char* what;
         std::function<void(ExportStage&)> prepare;
@@ -192,8 +178,18 @@ TEST(WavExport, RefusesWithTheReasonAndLeavesNothing) {
         {"no rate", poly, [](Configuration& c) { c.sampleRate = 0; }, "The output sample rate is invalid."},
         {"no number for a rate", poly, [](Configuration& c) { c.sampleRate = std::nan(""); },
          "The output sample rate is invalid."},
-        {"a rate of 33 bits", poly, [](Configuration& c) { c.sampleRate = 4294967296.0; },
+        {"a rate that no converter makes", poly, [](Configuration& c) { c.sampleRate = 768001; },
          "The output sample rate is invalid."},
+        {"a name that no folder takes", poly, [](Configuration& c) { c.destinationName = std::string(256, 'x'); },
+         "the name is longer than the 255 bytes"},
+        {"mixer automation without an end",
+         ixml("<MIXER_SETTINGS>"),
+         {},
+         "The exported iXML still contains mixer automation metadata."},
+        {"a depth in tags",
+         ixml("<AUDIO_BIT_DEPTH>16<X/></AUDIO_BIT_DEPTH>"),
+         {},
+         "The exported iXML AUDIO_BIT_DEPTH does not match the WAV audio format."},
         {"a depth that no file has", poly, [](Configuration& c) { c.bitDepth = 20; },
          "The requested WAV sample format is unavailable."},
         {"other starts", set(6, 1000, 48000), {}, "Mono sources do not share the same start alignment."},
@@ -217,7 +213,8 @@ TEST(WavExport, RefusesWithTheReasonAndLeavesNothing) {
          [](ExportStage& stage) {
              test::WavBuilder().fmt({.channels = 2}).audio(100).write(stage.source() / "take.wav");
          },
-         [](Configuration& c) { c.groupe.fichiers.edit([](auto& files) { files[0].url += "x"; }); }, nullptr},
+         [](Configuration& c) { c.groupe.fichiers.edit([](auto& files) { files[0].url += "x"; }); },
+         "Source file does not exist: "},
     };
     for (const auto& c : cases) {
         ExportStage stage;
@@ -235,12 +232,12 @@ TEST(WavExport, RefusesWithTheReasonAndLeavesNothing) {
             groupe.estPoly = false;
         }
         if (c.change) c.change(configuration);
-        const std::string said = refusal(stage, configuration);
-        if (c.message != nullptr) {
-            EXPECT_EQ(said, c.message) << c.what;
-        } else {
-            EXPECT_TRUE(said.starts_with("Source file does not exist: ")) << said;
-        }
+        const std::string said = stage.refusal(configuration);
+        EXPECT_NE(said.find(c.message), std::string::npos) << c.what << ": " << said;
+        const bool isInTheAudio = std::string_view(c.message).starts_with("The audio contains") ||
+                                  std::string_view(c.message).starts_with("The export exceeds");
+        EXPECT_EQ(stage.ops.calls(test::Call::create), isInTheAudio ? 1 : 0)
+            << c.what << ": whatever can be known before the audio is read refuses before a file is made";
         EXPECT_TRUE(test::namesIn(stage.out()).empty()) << c.what;
         EXPECT_EQ(test::stateOf(stage.source()), before) << c.what;
     }
@@ -260,13 +257,13 @@ TEST(WavExport, NeverWritesOverAnything) {
 
     configuration.destinationName = "out.wav";
     test::writeFile(stage.out() / "out.wav", "mine");
-    EXPECT_NE(refusal(stage, configuration).find("exists already"), std::string::npos);
+    EXPECT_NE(stage.refusal(configuration).find("exists already"), std::string::npos);
     std::filesystem::remove(stage.out() / "out.wav");
     // Another program is faster.
     stage.ops.before([&](test::Call call, int) {
         if (call == test::Call::renameNoReplace) test::writeFile(stage.out() / "out.wav", "theirs");
     });
-    EXPECT_FALSE(refusal(stage, configuration).empty());
+    EXPECT_FALSE(stage.refusal(configuration).starts_with("(Created"));
     EXPECT_EQ(asText(test::readFile(stage.out() / "out.wav")), "theirs");
     EXPECT_EQ(test::namesIn(stage.out()).size(), 1U);
 }
@@ -277,7 +274,7 @@ TEST(WavExport, OfARecordingThatWasCutOffHasAllThatThereIsAndSaysSo) {
         .fmt({.channels = 2, .bits = 24})
         .chunkClaiming("data", Bytes(600), 600000)
         .write(stage.source() / "take.wav");
-    const std::string line = stage.wav(asWav(stage.take()));
+    const std::string line = stage.run(asWav(stage.take()));
     EXPECT_NE(line.find("shorter than its header says"), std::string::npos) << line;
     EXPECT_EQ(std::filesystem::file_size(stage.completed.at(0)) % 600, 44U);
 }
@@ -291,10 +288,13 @@ TEST(WavExport, LeavesNothingWhereverItIsStopped) {
         if (converts) configuration.sampleRate = 44100;
         for (int nth = 1; nth < 100; ++nth) {
             stage.ops.failAt({.nth = nth, .errorNumber = nth % 2 == 0 ? EIO : ENOSPC});
-            const std::string said = refusal(stage, configuration);
+            const std::string said = stage.refusal(configuration);
             if (stage.ops.failures() == 0) break;
+            // A clean-up that fails is no failure of an export that was made.
+            EXPECT_EQ(said.starts_with("(Created"), std::filesystem::exists(stage.out() / "out.wav")) << said;
+            EXPECT_TRUE(said.find(nth % 2 == 0 ? "Input/output error" : "No space left") != std::string::npos) << said;
             // Removing the hidden file may be the very call that fails.
-            if (!said.empty() && !test::namesIn(stage.out()).empty()) {
+            if (!test::namesIn(stage.out()).empty()) {
                 for (const std::string& name : test::namesIn(stage.out()))
                     EXPECT_TRUE(isTemporaryName(name)) << name << " at call " << nth;
                 std::filesystem::remove_all(stage.out());
@@ -306,7 +306,7 @@ TEST(WavExport, LeavesNothingWhereverItIsStopped) {
         stage.ops.failAt({.nth = 1000000});
         stage.ops.free = 1000;
         std::filesystem::remove(stage.out() / "out.wav");
-        EXPECT_NE(refusal(stage, configuration).find("No space left on device"), std::string::npos);
+        EXPECT_NE(stage.refusal(configuration).find("No space left on device"), std::string::npos);
         EXPECT_TRUE(test::namesIn(stage.out()).empty());
         stage.ops.free.reset();
 
@@ -316,7 +316,7 @@ TEST(WavExport, LeavesNothingWhereverItIsStopped) {
             const TaskContext task{&token, [&](const Progress&) {
                                        if (seen++ == reports) token.cancel();
                                    }};
-            EXPECT_THROW(static_cast<void>(stage.wav(configuration, task)), Cancelled) << reports;
+            EXPECT_THROW(static_cast<void>(stage.run(configuration, task)), Cancelled) << reports;
             EXPECT_TRUE(test::namesIn(stage.out()).empty()) << reports;
         }
     }
@@ -324,44 +324,14 @@ TEST(WavExport, LeavesNothingWhereverItIsStopped) {
 
 TEST(WavExport, ChecksTheSizeBeforeAnythingIsCreated) {
     ExportStage stage;
-    test::WavBuilder().fmt({.channels = 2, .bits = 16}).chunk("data", Bytes(400000)).write(stage.source() / "take.wav");
+    test::WavBuilder()
+        .fmt({.channels = 2, .rate = 1000, .bits = 16})
+        .chunk("data", Bytes(4000000))
+        .write(stage.source() / "take.wav");
     OperationAudioExportConfiguration configuration = asWav(stage.take(), 32);
-    configuration.sampleRate = 4e9;
-    EXPECT_EQ(refusal(stage, configuration), "out.wav is too large for standard RIFF/WAVE output.");
+    configuration.sampleRate = mostExportSampleRate;
+    EXPECT_EQ(stage.refusal(configuration), "out.wav is too large for standard RIFF/WAVE output.");
     EXPECT_EQ(stage.ops.calls(test::Call::create), 0);
-}
-
-TEST(WavExport, IsReadByOthersAsWhatItSays) {
-    if (test::outputOf("which ffprobe sox sndfile-info").empty()) GTEST_SKIP() << "the judging programs are not here";
-    ExportStage stage;
-    test::writeFloats(stage.source() / "take.wav", test::sine(1000, 48000, 48000, 0.5, 2), 2);
-    struct {
-        int bits;
-        std::optional<double> rate;
-        const char* expected;  ///< codec, rate, channels
-        const char* frames;
-    } const cases[] = {{16, {}, "pcm_s16le,48000,2", "48000"},
-                       {24, 44100, "pcm_s24le,44100,2", "44100"},
-                       {24, 96000, "pcm_s24le,96000,2", "96000"},
-                       {32, 192000, "pcm_f32le,192000,2", "192000"}};
-    for (const auto& c : cases) {
-        OperationAudioExportConfiguration configuration = asWav(stage.take(), c.bits);
-        configuration.sampleRate = c.rate;
-        const std::filesystem::path file = stage.out() / "out.wav";
-        std::filesystem::remove(file);
-        static_cast<void>(stage.wav(configuration));
-        EXPECT_EQ(test::outputOf("ffprobe -v error -show_entries stream=codec_name,sample_rate,channels,duration_ts "
-                                 "-of csv=p=0 " +
-                                 file.string()),
-                  std::string(c.expected) + "," + c.frames + "\n");
-        EXPECT_EQ(test::outputOf("sox --i -s " + file.string()), std::string(c.frames) + "\n");
-        EXPECT_NE(test::outputOf("sndfile-info " + file.string()).find(std::string("Frames      : ") + c.frames),
-                  std::string::npos);
-        // The tone is where it was: no more is left of the difference than rounding.
-        EXPECT_EQ(test::outputOf("sox " + file.string() + " -n stat 2>&1 | grep -c 'Maximum amplitude:     0.50'"),
-                  "1\n")
-            << c.expected;
-    }
 }
 
 TEST(ExportRun, KeepsTheOrderOfTheJobsAndGoesOnAfterAFailure) {

@@ -1,6 +1,7 @@
 #include "operations/wave_layout.h"
 
 #include "operations/destination_names.h"
+#include "operations/export_destination.h"
 #include "operations/merge_verification.h"
 #include "operations/operation_audio_error.h"
 #include "operations/weave.h"
@@ -105,6 +106,28 @@ TEST(DestinationNames, GiveAllFilesOfATakeTheSameFreeNumber) {
     EXPECT_EQ(names.plan("", "bare", {".wav"}), Paths{"bare.wav"});
 }
 
+TEST(DestinationNames, OfExportsTellThemApartFromTheirTakesInOneFolderOnly) {
+    const TempFolder folder;
+    std::filesystem::create_directory(folder / "out");
+    test::writeFile(folder / "out" / "B.WAV", "");
+    const auto take = [&](const std::string& nom) {
+        InfoFichier fichier;
+        fichier.url = folder / (nom + ".wav");
+        GroupeFichiers groupe;
+        groupe.nom = nom;
+        groupe.fichiers = Fichiers(std::vector<InfoFichier>{fichier});
+        return groupe;
+    };
+    using Paths = std::vector<std::filesystem::path>;
+    const std::vector<GroupeFichiers> takes = {take("a"), take("b"), take("A")};
+    EXPECT_EQ(exportDestinations(takes, ".wav", {}),
+              (Paths{folder / "a_export.wav", folder / "b_export.wav", folder / "A-1_export.wav"}));
+    EXPECT_EQ(exportDestinations(takes, ".wav", folder / "out"),
+              (Paths{folder / "out/a.wav", folder / "out/b-1.wav", folder / "out/A-1.wav"}));
+    EXPECT_EQ(exportDestinations({take("a")}, ".mp3", folder / "out/..", "x.MP3"), Paths{folder / "out/../x.mp3"});
+    EXPECT_EQ(exportDestinations({take("a")}, ".mp3", folder / "out", "x.wav"), Paths{folder / "out/x.wav.mp3"});
+}
+
 TEST(MergeVerification, ComparesTheAudioAndNeverFails) {
     const TempFolder folder;
     std::vector<std::filesystem::path> sources;
@@ -113,10 +136,11 @@ TEST(MergeVerification, ComparesTheAudioAndNeverFails) {
     const auto poly = [&](std::size_t bytes) {
         return WavBuilder().fmt({.channels = 4, .bits = 16}).chunk("data", audioBytes(bytes)).write(folder / "p.wav");
     };
-    EXPECT_EQ(mergeVerification(sources, poly(4000)), "Audio data preserved: 4 KB.");
-    EXPECT_EQ(mergeVerification(sources, poly(2000)), "Warning: audio data mismatch. Sources: 4 KB, poly: 2 KB.");
-    EXPECT_EQ(mergeVerification(sources, folder / "none.wav"), "Audio data verification unavailable.");
-    EXPECT_EQ(mergeVerification(sources, WavBuilder().fmt().write(folder / "p.wav")),
+    EXPECT_EQ(mergeVerification(sources, 2, poly(4000)), "Audio data preserved: 4 KB.");
+    EXPECT_EQ(mergeVerification(sources, 2, poly(2000)), "Warning: audio data mismatch. Sources: 4 KB, poly: 2 KB.");
+    EXPECT_EQ(mergeVerification(sources, 3, poly(3996)), "Audio data preserved: 4 KB.") << "odd bytes are no audio";
+    EXPECT_EQ(mergeVerification(sources, 2, folder / "none.wav"), "Audio data verification unavailable.");
+    EXPECT_EQ(mergeVerification(sources, 2, WavBuilder().fmt().write(folder / "p.wav")),
               "Audio data verification unavailable.");
 }
 

@@ -9,6 +9,7 @@ namespace dravik {
 namespace {
 
 using namespace OperationsAudio;
+using test::allDone;
 using test::Call;
 using test::OperationStage;
 using test::recorderFile;
@@ -115,7 +116,7 @@ TEST(OperationFailure, OrACancelAtAnyReportLeavesNothingOfTheFileInProgress) {
                                    }};
             const RunOutcome outcome = stage.run({groupe, groupe}, subject.planner(stage), task);
             if (!token.isCancelled()) {
-                EXPECT_TRUE(outcome.allDone());
+                EXPECT_TRUE(allDone(outcome));
                 EXPECT_EQ(outcome.results.size(), 2U);
                 break;
             }
@@ -128,7 +129,7 @@ TEST(OperationFailure, OrACancelAtAnyReportLeavesNothingOfTheFileInProgress) {
             }
             expectOnlyWholeFiles(stage, before, all, 2 * subject.outputs);
             // A cancel that comes when the last file is in place finds nothing to stop.
-            EXPECT_EQ(outcome.allDone(), made == 2 * subject.outputs);
+            EXPECT_EQ(allDone(outcome), made == 2 * subject.outputs);
             if (testing::Test::HasFailure()) return;
         }
     }

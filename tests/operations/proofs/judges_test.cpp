@@ -1,10 +1,9 @@
 // What other programs make of the files: none of them was written here.
+#include "tests/operations/proofs/judges.h"
+
 #include "tests/operations/operation_stage.h"
 #include "tests/support/samples.h"
 
-#include <array>
-#include <cstdio>
-#include <memory>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -14,29 +13,11 @@ namespace {
 
 using test::OperationStage;
 using test::payloadOf;
+using test::quoted;
 using test::readFile;
+using test::said;
 using test::WavBuilder;
 using ::testing::HasSubstr;
-
-bool isInstalled(const std::string& program) {
-    return std::system(("command -v " + program + " >/dev/null 2>&1").c_str()) == 0;  // NOLINT: a test's own words
-}
-
-#define DRAVIK_NEEDS_JUDGES()                                                                     \
-    for (const char* program : {"ffprobe", "ffmpeg", "sox", "soxi", "sndfile-info", "mediainfo"}) \
-        if (!isInstalled(program)) GTEST_SKIP() << program << " is not installed: scripts/deps.sh test"
-
-/// What a program prints, standard error thrown away; an empty text when it fails.
-std::string said(const std::string& command) {
-    const std::unique_ptr<FILE, int (*)(FILE*)> pipe(::popen((command + " 2>/dev/null").c_str(), "r"), ::pclose);
-    std::string out;
-    std::array<char, 4096> buffer{};
-    while (const std::size_t got = std::fread(buffer.data(), 1, buffer.size(), pipe.get()))
-        out.append(buffer.data(), got);
-    return out;
-}
-
-std::string quoted(const std::filesystem::path& path) { return "'" + path.native() + "'"; }
 
 /// The samples as another program decodes them, interleaved.
 std::string decodedByFfmpeg(const std::filesystem::path& file) {
