@@ -1,5 +1,7 @@
 #include "app/operations_model.h"
 
+#include "app/rename_patterns.h"
+#include "app/report_defaults.h"
 #include "app/take_columns.h"
 #include "app/text.h"
 #include "base/paths.h"
@@ -32,12 +34,10 @@ QString summaryOf(const InfoFichier& fichier) {
     return parts.join(QStringLiteral(" · "));
 }
 
-RenamePattern rememberedPattern(const UserDefaults& settings) {
-    try {
-        return parsePattern(settings.value(settings::renamePattern).toStdString());
-    } catch (const RenamePatternError&) {
-        return {};  // of another version of the program
-    }
+/// What the form begins with.
+RenamePattern firstPattern(const UserDefaults& settings) {
+    RenamePattern pattern = rememberedRenamePattern(settings);
+    return pattern.empty() ? parsePattern("{scene}_{take}_{trackName}") : pattern;
 }
 
 /// The names of a take's tracks, by which takes of one recorder's setup are told from others.
@@ -54,9 +54,10 @@ OperationsModel::OperationsModel(const Services& services)
     : services_(services),
       run_(services.background),
       preserveTrackNumbers_(services.settings.value(settings::preserveTrackNumbers)),
-      exportState_(rememberedExportState(services.settings)) {
+      exportState_(rememberedExportState(services.settings)),
+      reportForm_(reportDefaults(services.settings)) {
     tab_ = operationsTab(services_.settings.value(settings::operationsTab));
-    rename_.pattern = rememberedPattern(services_.settings);
+    rename_.pattern = firstPattern(services_.settings);
     if (services_.settings.value(settings::renameCopies)) rename_.mode = OperationAudioBatchRenameMode::copyAndRename;
     if (services_.settings.value(settings::renameLeavesSeparators))
         rename_.emptyTokens = OperationsAudio::EmptyTokens::leaveSeparators;
@@ -353,7 +354,7 @@ void OperationsModel::setExportState(const ExportAudioSessionState& state) {
 
 void OperationsModel::setRenamePattern(const RenamePattern& pattern) {
     rename_.pattern = pattern;
-    services_.settings.set(settings::renamePattern, toQt(patternText(pattern)));
+    rememberRenamePattern(services_.settings, pattern);
     rename_.keepBothFor.clear();
     onChoices();
 }

@@ -40,7 +40,6 @@ inline constexpr Setting<int> NSInitialToolTipDelay{"NSInitialToolTipDelay", 300
 // Making new files.
 inline constexpr Setting<const char*> operationsTab{"operationsTab", ""};
 inline constexpr Setting<bool> preserveTrackNumbers{"preserveTrackNumbers", false};
-inline constexpr Setting<const char*> renamePattern{"renamePattern", "{scene}_{take}_{trackName}"};
 inline constexpr Setting<bool> renameCopies{"renameCopies", false};
 inline constexpr Setting<bool> renameLeavesSeparators{"renameLeavesSeparators", false};
 

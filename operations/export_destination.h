@@ -25,12 +25,4 @@ namespace dravik::OperationsAudio {
                                                                     const std::optional<std::filesystem::path>& folder,
                                                                     const std::optional<std::string>& name = {});
 
-/// Where the exports of a run go, one a group and in their order: under names that nothing has yet. Beside its take a
-/// new file is told apart by "_export"; in another folder it has the take's name. `folder` absent: that of each take.
-/// `name`, with or without the extension, is taken instead. Nothing is opened.
-[[nodiscard]] std::vector<std::filesystem::path> exportDestinations(const std::vector<GroupeFichiers>& groupes,
-                                                                    std::string_view extension,
-                                                                    const std::optional<std::filesystem::path>& folder,
-                                                                    const std::optional<std::string>& name = {});
-
 }  // namespace dravik::OperationsAudio

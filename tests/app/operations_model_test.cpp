@@ -1,4 +1,5 @@
 #include "app/operations_model.h"
+#include "app/rename_patterns.h"
 
 #include "platform/lame/lame_encoder.h"
 #include "platform/media/lazy_aac_encoders.h"
@@ -190,7 +191,6 @@ TEST_F(OperationsModelTest, SavesBeforeItRunsAndNotWhileItDoes) {
 }
 
 TEST_F(OperationsModelTest, RenamesWithEditsInTheNamesAndConflictsShown) {
-    settings.set(settings::renamePattern, QString());
     show(OperationsTab::rename, true);
     ASSERT_EQ(model.items().size(), 4U);
     model.setRenamePattern(parsePattern("{scene}"));
@@ -212,7 +212,7 @@ TEST_F(OperationsModelTest, RenamesWithEditsInTheNamesAndConflictsShown) {
     EXPECT_THAT(test::namesIn(folder.path()),
                 ElementsAre("12A_Boom-Lav_A1.wav", "77_Boom-Lav_A2.wav", "S_1.wav", "S_2.wav"));
     EXPECT_GE(content->selectedRow(), 0) << "the loaded take went along";
-    EXPECT_EQ(settings.value(settings::renamePattern), "{scene}_{trackName}_{originalName}");
+    EXPECT_EQ(patternText(rememberedRenamePattern(settings)), "{scene}_{trackName}_{originalName}");
 }
 
 TEST_F(OperationsModelTest, CopiesAndReportsNeedAFolder) {
