@@ -103,7 +103,7 @@ class PreviewRows {
 };
 
 OperationPreview previewOfTracks(const OperationRequest& request, FileOps& files, const TaskContext& task) {
-    const auto planned = OperationsAudio::planGroups(request.groupes, plannerOf(request, files), task);
+    const auto planned = OperationsAudio::planGroups(files, request.groupes, plannerOf(request, files), task);
     PreviewRows rows;
     for (std::size_t at = 0; at < planned.size(); ++at) {
         const OperationPlan& plan = planned[at].plan;

@@ -5,7 +5,6 @@
 #include "app/take_columns.h"
 #include "app/text.h"
 #include "base/paths.h"
-#include "report/report_document.h"
 
 #include <QPointer>
 #include <algorithm>

@@ -5,6 +5,7 @@
 #include "app/operation_eligibility.h"
 #include "app/operations_run.h"
 #include "app/workspace.h"
+#include "report/report_document.h"
 #include "report/report_form.h"
 
 #include <QObject>
@@ -106,6 +107,8 @@ class OperationsModel : public QObject {
 
     [[nodiscard]] const ReportForm& reportForm() const noexcept { return reportForm_; }
     void setReportForm(const ReportForm& form);
+    /// What the files that are reported have in common.
+    [[nodiscard]] FileValues fileValues() const { return valuesOf(request().fichiers); }
     /// What the report calls the tape; empty for what the files say.
     [[nodiscard]] const QString& reportTape() const noexcept { return reportTape_; }
     void setReportTape(const QString& tape);

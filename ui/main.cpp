@@ -7,10 +7,14 @@
 #include "base/abandoned_work.h"
 #include "platform/available_memory.h"
 #include "platform/desktop_workspace.h"
+#include "platform/lame/lame_encoder.h"
+#include "platform/media/lazy_aac_encoders.h"
 #include "platform/media/lazy_media_reader.h"
 #include "platform/media/lazy_sample_decoder.h"
 #include "platform/native_file_ops.h"
+#include "platform/pdf/lazy_pdf_renderer.h"
 #include "platform/sdl/sdl_audio_output.h"
+#include "platform/soxr/soxr_converter.h"
 #include "ui/about_windows.h"
 #include "ui/floating_views.h"
 #include "ui/main_thread_watch.h"
@@ -64,6 +68,11 @@ struct System {
         makeLazyMediaReader([](const std::string& complaint) { spdlog::warn("{}", complaint); });
     const std::unique_ptr<SampleDecoder> decoder = makeLazySampleDecoder();
     const std::unique_ptr<Workspace> workspace = makeDesktopWorkspace();
+    const std::unique_ptr<SampleRateConverters> converters = makeSoxrConverters();
+    const std::unique_ptr<AacEncoders> aac = makeLazyAacEncoders();
+    const std::unique_ptr<MP3Encoders> mp3 = makeLameEncoders();
+    const std::unique_ptr<PdfRenderer> pdf = makeLazyPdfRenderer();
+    const ExportServices exports{*files, *converters, *aac, *mp3, *decoder};
 };
 
 /// Everything else that lives as long as the program, in the order in which it is made.
@@ -143,9 +152,16 @@ class Program {
         playback_ = std::make_unique<TakePlayback>(*content_, player_, settings_);
         waveform_ = std::make_unique<TakeWaveform>(*content_, peaks_, *system_.files, *system_.decoder, settings_,
                                                    cacheFolder());
-        window_ = std::make_unique<MainWindow>(MainWindow::Services{*content_, settings_, commands_, dialogs_,
-                                                                    *system_.workspace, *system_.files, termination_,
-                                                                    windows_, theme_, *playback_, *waveform_});
+        operations_ = std::make_unique<OperationsModel>(OperationsModel::Services{*content_,
+                                                                                  settings_,
+                                                                                  dialogs_,
+                                                                                  *system_.workspace,
+                                                                                  commands_,
+                                                                                  operationThreads_,
+                                                                                  {system_.exports, *system_.pdf}});
+        window_ = std::make_unique<MainWindow>(
+            MainWindow::Services{*content_, settings_, commands_, dialogs_, *system_.workspace, *system_.files,
+                                 termination_, windows_, theme_, *playback_, *waveform_, *operations_});
         dialogs_.setWindow(window_.get());
         QObject::connect(window_.get(), &MainWindow::preferencesRequested, &preferences_, &PreferencesWindow::present);
         QObject::connect(window_.get(), &MainWindow::shortcutsRequested, window_.get(),
@@ -170,7 +186,8 @@ class Program {
     PreferencesWindow preferences_;
     // Waits for its threads when it goes, after the controller has cancelled them, and before what they work with.
     Background background_;
-    LooseBackground peaks_;  ///< apart from saves, which must not wait for the reading of waveforms
+    Background operationThreads_;  ///< apart from readings of folders, which must not wait for a long export
+    LooseBackground peaks_;        ///< apart from saves, which must not wait for the reading of waveforms
     LooseBackground asking_;
     QElapsedTimer opened_;  ///< since the current folder was
     PlaybackPreferences playbackPreferences_{settings_};
@@ -178,6 +195,7 @@ class Program {
     std::unique_ptr<ContentView> content_;
     std::unique_ptr<TakePlayback> playback_;
     std::unique_ptr<TakeWaveform> waveform_;
+    std::unique_ptr<OperationsModel> operations_;
     std::unique_ptr<MainWindow> window_;
     std::optional<Windows> all_;
 };

@@ -6,6 +6,7 @@
 #include "ui/folder_browser.h"
 #include "ui/metrics.h"
 #include "ui/mixer_view.h"
+#include "ui/operations/operations_window.h"
 #include "ui/status_line.h"
 #include "ui/take_editor.h"
 #include "ui/take_table.h"
@@ -68,6 +69,8 @@ MainWindow::MainWindow(const Services& services) : services_(services) {
     // The floating windows are children of this one, and go with it.
     floating_ = new FloatingViews(services_.content, services_.playback, services_.settings, services_.theme,
                                   services_.commands, this);
+    operations_ = new OperationsWindow(
+        {services_.operations, services_.settings, services_.dialogs, services_.commands, services_.theme}, this);
     arrange();
     makeActions();
     makeMenus();
@@ -86,12 +89,15 @@ MainWindow::MainWindow(const Services& services) : services_(services) {
         if (const auto& folder = services_.content.dossierSelectionne()) browser_->reveal(*folder);
     });
     connectStatusLine();
+    connectOperations();
     TakeRows& rows = content.rows();
     connect(&rows, &TakeRows::rowsReset, this, &MainWindow::refreshCounts);
     connect(&rows, &TakeRows::rowsAppended, this, &MainWindow::refreshCounts);
     connect(table_, &TakeTable::selectionChanged, this, &MainWindow::refreshCounts);
     connect(table_, &TakeTable::selectionChanged, this, [this] {
-        services_.content.setLignesSelectionnees(table_->selectedRows());
+        const std::vector<int> selected = table_->selectedRows();
+        services_.content.setLignesSelectionnees(selected);
+        services_.operations.setSelectedRows(selected);
         refreshTitle();
     });
     connect(table_, &TakeTable::selectionChanged, this, &MainWindow::refreshActions);
@@ -347,6 +353,7 @@ void MainWindow::makeMenus() {
     takes->addSeparator();
     takes->addAction(group_);
 
+    makeOperationsMenu();
     makeViewMenus();
 
     QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
@@ -356,6 +363,55 @@ void MainWindow::makeMenus() {
     QAction* about = action(QStringLiteral("About Dravik"), {}, {}, [this] { emit aboutRequested(); });
     about->setMenuRole(QAction::AboutRole);
     help->addAction(about);
+}
+
+void MainWindow::makeOperationsMenu() {
+    Commands& commands = services_.commands;
+    QMenu* menu = menuBar()->addMenu(QStringLiteral("&Operations"));
+    showOperations_ = action(KeyId::showOperations, QStringLiteral("operations"),
+                             QStringLiteral("Make new files of the takes, rename them, or report them"),
+                             [&commands] { emit commands.dravikShowOperations(); });
+    menu->addAction(showOperations_);
+    menu->addSeparator();
+    const std::tuple<OperationsTab, std::optional<KeyId>, const char*, const char*, void (Commands::*)()> tabs[] = {
+        {OperationsTab::merge,
+         {},
+         "merge",
+         "Make one poly file of the mono files of a take",
+         &Commands::dravikMergeAudio},
+        {OperationsTab::split,
+         {},
+         "split",
+         "Make mono files of the tracks of a poly file",
+         &Commands::dravikSplitAudio},
+        {OperationsTab::deleteTracks,
+         {},
+         "delete_tracks",
+         "Make a poly file without some of its tracks",
+         &Commands::dravikRemoveTracks},
+        {OperationsTab::reorderTracks,
+         {},
+         "reorder",
+         "Make a file with its tracks in another order",
+         &Commands::dravikReorderTracks},
+        {OperationsTab::rename, KeyId::batchRename, "rename", "Give files names made of their metadata",
+         &Commands::dravikBatchRename},
+        {OperationsTab::export_, KeyId::exportAudio, "export", "Make WAV, MP3 or AAC files of the takes",
+         &Commands::dravikExportAudio},
+        {OperationsTab::report, KeyId::exportReport, "report", "Make the sound report of the day",
+         &Commands::dravikExportReport}};
+    for (const auto& [tab, key, icon, help, command] : tabs) {
+        const auto run = [&commands, command = command] { emit(commands.*command)(); };
+        const QString drawing = QString::fromLatin1(icon);
+        const QString hint = QString::fromLatin1(help);
+        QAction* made = key ? action(*key, drawing, hint, run) : action(textsOf(tab).title, drawing, hint, run);
+        operationActions_[tab] = made;
+        menu->addAction(made);
+    }
+    menu->addSeparator();
+    menu->addAction(action(KeyId::nextOperationsTab, {}, {}, [&commands] { emit commands.dravikOperationsNextTab(); }));
+    menu->addAction(
+        action(KeyId::previousOperationsTab, {}, {}, [&commands] { emit commands.dravikOperationsPreviousTab(); }));
 }
 
 void MainWindow::makeViewMenus() {
@@ -406,6 +462,8 @@ void MainWindow::makeToolbar() {
     bar->addSeparator();
     for (const PresentationMode mode : {PresentationMode::waveforms, PresentationMode::mixer})
         bar->addAction(modes_.at(mode));
+    bar->addSeparator();
+    bar->addAction(showOperations_);
     auto* space = new QWidget(bar);
     space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     bar->addWidget(space);
@@ -423,6 +481,8 @@ void MainWindow::connectStatusLine() {
     connect(status_, &StatusLine::cancelRequested, this, [this] {
         if (services_.content.sauvegardeEnCours()) {
             services_.content.cancelSave();
+        } else if (services_.content.operationsEnCours()) {
+            services_.operations.running().cancel();
         } else {
             services_.content.listing().cancel();
         }
@@ -456,6 +516,34 @@ void MainWindow::connectStatusLine() {
         status_->endWork();
         if (cancelled && !services_.content.rows().groupesTableau().empty()) {
             status_->tell(QStringLiteral("Reading was stopped: not all takes are shown. Reload reads them."));
+        }
+    });
+}
+
+void MainWindow::connectOperations() {
+    OperationMenuState& state = services_.operations.menuState();
+    const auto enable = [this, &state] {
+        for (const auto& [tab, made] : operationActions_)
+            made->setEnabled(state.availability().can(tab));
+    };
+    connect(&state, &OperationMenuState::changed, this, enable);
+    enable();
+    // A run goes on when its window was closed: its progress is here then.
+    OperationsRun& running = services_.operations.running();
+    connect(&running, &OperationsRun::runningChanged, this, [this, &running] {
+        if (running.isRunning()) {
+            status_->beginWork();
+        } else {
+            status_->endWork();
+        }
+    });
+    connect(&running, &OperationsRun::overlayChanged, this, [this, &running] {
+        if (!running.overlay() || operations_->isVisible()) return;
+        if (const auto* working = std::get_if<OperationWorking>(&*running.overlay())) {
+            status_->showWork(QStringLiteral("%1 %2").arg(working->message, working->fileName),
+                              static_cast<std::uint64_t>(working->fraction.value_or(0) * 1000), 1000, true);
+        } else if (const auto* ended = std::get_if<OperationCompletionInfo>(&*running.overlay())) {
+            status_->tell(ended->title());
         }
     });
 }

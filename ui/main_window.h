@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/content_view.h"
+#include "app/operations_model.h"
 #include "app/presentation_mode.h"
 #include "app/single_main_window_coordinator.h"
 #include "app/take_playback.h"
@@ -20,6 +21,7 @@ namespace dravik {
 class FloatingViews;
 class FolderBrowser;
 class MixerView;
+class OperationsWindow;
 class StatusLine;
 class TakeEditor;
 class TakeTable;
@@ -45,6 +47,7 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
         const Theme& theme;
         TakePlayback& playback;
         TakeWaveform& waveform;
+        OperationsModel& operations;
     };
     explicit MainWindow(const Services& services);
     ~MainWindow() override;
@@ -57,6 +60,7 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     [[nodiscard]] TakeTable& takeTable() noexcept { return *table_; }
     [[nodiscard]] TakeEditor& takeEditor() noexcept { return *editor_; }
     [[nodiscard]] FloatingViews& floatingViews() noexcept { return *floating_; }
+    [[nodiscard]] OperationsWindow& operationsWindow() noexcept { return *operations_; }
     [[nodiscard]] WaveformView& waveformView() noexcept { return *waveform_; }
     [[nodiscard]] FolderBrowser& folderBrowser() noexcept { return *browser_; }
     void setPresentation(PresentationMode mode);
@@ -79,9 +83,11 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     QAction* action(const QString& text, const QString& icon, const QString& help, std::function<void()> run);
     void makeActions();
     void makeMenus();
+    void makeOperationsMenu();
     void makeViewMenus();
     void makeToolbar();
     void connectStatusLine();
+    void connectOperations();
     void quit();
     void arrange();
     void restoreLayout();
@@ -101,6 +107,7 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     QStackedWidget* presentation_ = nullptr;  ///< waveform and mixer, one at a time
     TransportBar* transport_ = nullptr;
     FloatingViews* floating_ = nullptr;
+    OperationsWindow* operations_ = nullptr;
     QSplitter* across_ = nullptr;
     QSplitter* down_ = nullptr;
 
@@ -115,6 +122,8 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     QAction* showBrowser_ = nullptr;
     QAction* showEditor_ = nullptr;
     std::map<PresentationMode, QAction*> modes_;
+    QAction* showOperations_ = nullptr;
+    std::map<OperationsTab, QAction*> operationActions_;
     std::vector<QAction*> actionsOnTakes_;                                ///< need a selected take
     PresentationMode dernierModeNonTable_ = PresentationMode::waveforms;  ///< to come back to
 

@@ -34,6 +34,13 @@ std::vector<Shortcut> make() {
     add(KeyId::toggleCircled, "Toggle Circled", {control | Qt::Key_K});
     add(KeyId::fillDown, "Fill Down", {control | Qt::Key_D});
     add(KeyId::incrementTakes, "Increment Take", {control | shift | Qt::Key_I});
+    group = QStringLiteral("Operations");
+    add(KeyId::showOperations, "Operations", {control | Qt::Key_5});
+    add(KeyId::nextOperationsTab, "Next Operations Tab", {control | Qt::Key_PageDown});
+    add(KeyId::previousOperationsTab, "Previous Operations Tab", {control | Qt::Key_PageUp});
+    add(KeyId::batchRename, "Rename", {control | Qt::Key_R});
+    add(KeyId::exportAudio, "Export", {control | Qt::Key_E});
+    add(KeyId::exportReport, "Sound Report", {control | shift | Qt::Key_R});
     group = QStringLiteral("View");
     add(KeyId::showTable, "Table", {control | Qt::Key_1});
     add(KeyId::showWaveforms, "Waveform", {control | Qt::Key_2});

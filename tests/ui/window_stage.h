@@ -4,7 +4,11 @@
 #include "app/take_playback.h"
 #include "app/take_waveform.h"
 #include "app/workspace.h"
+#include "platform/lame/lame_encoder.h"
+#include "platform/media/lazy_aac_encoders.h"
 #include "platform/media/lazy_sample_decoder.h"
+#include "platform/pdf/lazy_pdf_renderer.h"
+#include "platform/soxr/soxr_converter.h"
 #include "tests/app/main_window_stage.h"
 #include "tests/playback/offline_output.h"
 #include "ui/main_window.h"
@@ -46,6 +50,8 @@ class WindowStage : public MainWindowStage {
         content = makeContent(asking);
         playback = std::make_unique<TakePlayback>(*content, player, settings);
         waveform = std::make_unique<TakeWaveform>(*content, peaks, files, *decoder, settings, std::nullopt);
+        operations = std::make_unique<OperationsModel>(
+            OperationsModel::Services{*content, settings, asking, workspace, commands, background, {exports, *pdf}});
         window = makeWindow();
         asking.setWindow(window.get());
         window->resize(1200, 800);
@@ -55,6 +61,7 @@ class WindowStage : public MainWindowStage {
     }
     ~WindowStage() {
         window.reset();
+        operations.reset();
         waveform.reset();
         playback.reset();
     }
@@ -63,7 +70,8 @@ class WindowStage : public MainWindowStage {
 
     [[nodiscard]] std::unique_ptr<MainWindow> makeWindow() {
         return std::make_unique<MainWindow>(MainWindow::Services{*content, settings, commands, asking, workspace, files,
-                                                                 termination, windows, theme, *playback, *waveform});
+                                                                 termination, windows, theme, *playback, *waveform,
+                                                                 *operations});
     }
     /// The question that is open; null when there is none.
     [[nodiscard]] static QMessageBox* alert() {
@@ -101,6 +109,12 @@ class WindowStage : public MainWindowStage {
     OfflineOutputs outputs;
     LecteurCoreAudio player{playbackPreferences, *decoder, [] { return std::nullopt; }, outputs.outputs()};
     std::unique_ptr<TakePlayback> playback;
+    const std::unique_ptr<SampleRateConverters> converters = makeSoxrConverters();
+    const std::unique_ptr<AacEncoders> aac = makeLazyAacEncoders();
+    const std::unique_ptr<MP3Encoders> mp3 = makeLameEncoders();
+    const std::unique_ptr<PdfRenderer> pdf = makeLazyPdfRenderer();
+    const ExportServices exports{files, *converters, *aac, *mp3, *decoder};
+    std::unique_ptr<OperationsModel> operations;
     LooseBackground peaks;
     std::unique_ptr<TakeWaveform> waveform;
     QtDialogs asking;

@@ -1,0 +1,402 @@
+#include "ui/operations/operations_window.h"
+
+#include "app/text.h"
+#include "ui/list_looks.h"
+#include "ui/metrics.h"
+#include "ui/operations/elided_label.h"
+#include "ui/operations/operation_forms.h"
+#include "ui/operations/operation_preview_table.h"
+#include "ui/operations/take_check_list.h"
+#include "ui/shortcuts.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QSignalBlocker>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace dravik {
+namespace {
+
+constexpr const char* geometryKey = "DravikOperations.geometry";
+constexpr const char* acrossKey = "DravikOperations.across";
+constexpr const char* downKey = "DravikOperations.down";
+constexpr QSize firstSize(1000, 680);
+constexpr QSize leastSize(720, 480);
+constexpr int tabsWidth = 150;
+constexpr int tabHeight = 30;
+constexpr int takesWidth = 260;
+constexpr int previewHeight = 210;
+constexpr int largeText = 16;
+constexpr std::chrono::seconds toldTime{6};
+
+/// The button that runs it.
+QString verbOf(const OperationsModel& model) {
+    switch (*model.tab()) {
+        case OperationsTab::merge:
+            return QStringLiteral("Merge");
+        case OperationsTab::split:
+            return QStringLiteral("Split");
+        case OperationsTab::deleteTracks:
+            return QStringLiteral("Delete Tracks");
+        case OperationsTab::reorderTracks:
+            return QStringLiteral("Reorder Tracks");
+        case OperationsTab::rename:
+            return model.needsDestination() ? QStringLiteral("Copy && Rename") : QStringLiteral("Rename");
+        case OperationsTab::export_:
+            return QStringLiteral("Export");
+        case OperationsTab::report:
+            return QStringLiteral("Create Report");
+    }
+    return {};
+}
+
+const char* iconOf(OperationsTab tab) {
+    switch (tab) {
+        case OperationsTab::merge:
+            return "merge";
+        case OperationsTab::split:
+            return "split";
+        case OperationsTab::deleteTracks:
+            return "delete_tracks";
+        case OperationsTab::reorderTracks:
+            return "reorder";
+        case OperationsTab::rename:
+            return "rename";
+        case OperationsTab::export_:
+            return "export";
+        case OperationsTab::report:
+            return "report";
+    }
+    return "";
+}
+
+QWidget* line(Qt::Orientation orientation, QWidget* parent) {
+    auto* drawn = new QFrame(parent);
+    drawn->setFrameShape(orientation == Qt::Horizontal ? QFrame::HLine : QFrame::VLine);
+    drawn->setFrameShadow(QFrame::Plain);
+    drawn->setForegroundRole(QPalette::Mid);
+    return drawn;
+}
+
+}  // namespace
+
+OperationsWindow::OperationsWindow(const Services& services, QWidget* parent)
+    : QWidget(parent, Qt::Window), services_(services) {
+    setObjectName(QStringLiteral("DravikOperations"));
+    setWindowTitle(QStringLiteral("Operations"));
+    setMinimumSize(leastSize);
+
+    auto* work = new QWidget(this);
+    auto* column = new QVBoxLayout(work);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    across_ = new QSplitter(Qt::Horizontal, work);
+    across_->setChildrenCollapsible(false);
+    across_->addWidget(makeTakes());
+    across_->addWidget(makeForm());
+    across_->setStretchFactor(1, 1);
+    down_ = new QSplitter(Qt::Vertical, work);
+    down_->setChildrenCollapsible(false);
+    down_->addWidget(across_);
+    down_->addWidget(makePreview());
+    down_->setStretchFactor(0, 1);
+    column->addWidget(down_, 1);
+    column->addWidget(line(Qt::Horizontal, work));
+    column->addWidget(makeFoot());
+
+    auto* empty = new QWidget(this);
+    auto* middle = new QVBoxLayout(empty);
+    middle->addStretch();
+    emptyTitle_ = new QLabel(empty);
+    QFont large = font();
+    large.setPixelSize(largeText);
+    emptyTitle_->setFont(large);
+    emptyMessage_ = new QLabel(empty);
+    emptyMessage_->setWordWrap(true);
+    auto* emptyAll = new QPushButton(QStringLiteral("Use All Takes of the Folder"), empty);
+    emptyAll->setObjectName(QStringLiteral("emptyAll"));
+    connect(emptyAll, &QPushButton::clicked, this, [this] { services_.model.setAppliquerTous(true); });
+    for (QWidget* one : std::initializer_list<QWidget*>{emptyTitle_, emptyMessage_, emptyAll}) {
+        if (auto* label = qobject_cast<QLabel*>(one)) label->setAlignment(Qt::AlignHCenter);
+        middle->addWidget(one, 0, one == emptyMessage_ ? Qt::Alignment() : Qt::AlignHCenter);
+    }
+    middle->addStretch();
+
+    pages_ = new QStackedWidget(this);
+    pages_->addWidget(empty);
+    pages_->addWidget(work);
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(0);
+    row->addWidget(makeTabs());
+    row->addWidget(line(Qt::Vertical, this));
+    row->addWidget(pages_, 1);
+    overlay_ = new OperationOverlay(services_.theme, pages_);
+
+    connectModel();
+    connect(&services_.theme, &Theme::changed, this, &OperationsWindow::applyTheme);
+    applyTheme();
+    restoreLayout();
+    showTab();
+    showRunning();
+}
+
+OperationsWindow::~OperationsWindow() {
+    stopListeningToChildren(*this);
+    services_.model.setAfficherOperations(false);
+}
+
+// --- What it is made of --------------------------------------------------------------------------------------------
+
+QWidget* OperationsWindow::makeTabs() {
+    tabs_ = new QListWidget(this);
+    tabs_->setAccessibleName(QStringLiteral("Operations"));
+    tabs_->setFrameShape(QFrame::NoFrame);
+    tabs_->setFixedWidth(tabsWidth);
+    tabs_->setUniformItemSizes(true);
+    tabs_->setIconSize(QSize(metrics::toolIconSide, metrics::toolIconSide));
+    tabs_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    for (const OperationsTab tab : allOperationsTabs) {
+        auto* item = new QListWidgetItem(textsOf(tab).title, tabs_);
+        item->setSizeHint(QSize(tabsWidth, tabHeight));
+        tabItems_[tab] = item;
+    }
+    connect(tabs_, &QListWidget::currentRowChanged, this, [this](int row) {
+        if (row < 0) return;
+        const OperationsTab tab = allOperationsTabs[static_cast<std::size_t>(row)];
+        // Refused while one runs: the list goes back to the tab that is shown, when it has dealt with the click.
+        if (!services_.model.setTab(tab)) QTimer::singleShot(0, this, &OperationsWindow::showTab);
+    });
+    return tabs_;
+}
+
+QWidget* OperationsWindow::makeTakes() {
+    takesPane_ = new QWidget(this);
+    auto* column = new QVBoxLayout(takesPane_);
+    column->setContentsMargins(metrics::panelMargin, metrics::panelMargin, metrics::panelMargin, metrics::panelMargin);
+    column->setSpacing(metrics::fieldSpacing);
+    all_ = new QCheckBox(QStringLiteral("Apply to all takes of the folder"), takesPane_);
+    all_->setToolTip(QStringLiteral("Otherwise to the takes that are selected in the main window"));
+    connect(all_, &QCheckBox::toggled, &services_.model, &OperationsModel::setAppliquerTous);
+    column->addWidget(all_);
+    takes_ = new TakeCheckList(services_.theme, takesPane_);
+    connect(takes_, &TakeCheckList::checkedChanged, &services_.model, &OperationsModel::setChecked);
+    connect(takes_, &TakeCheckList::allCheckedChanged, &services_.model, &OperationsModel::setAllChecked);
+    connect(takes_, &TakeCheckList::currentChanged, &services_.model, &OperationsModel::setCurrentItem);
+    column->addWidget(takes_, 1);
+    return takesPane_;
+}
+
+QWidget* OperationsWindow::makeForm() {
+    auto* pane = new QWidget(this);
+    auto* column = new QVBoxLayout(pane);
+    column->setContentsMargins(metrics::panelMargin, metrics::panelMargin, metrics::panelMargin, metrics::panelMargin);
+    forms_ = new OperationForms(services_.model, services_.settings, services_.dialogs, services_.theme, pane);
+    column->addWidget(forms_);
+    return pane;
+}
+
+QWidget* OperationsWindow::makePreview() {
+    auto* pane = new QWidget(this);
+    auto* column = new QVBoxLayout(pane);
+    column->setContentsMargins(metrics::panelMargin, metrics::panelMargin, metrics::panelMargin, 0);
+    preview_ = new OperationPreviewTable(QStringLiteral("New files"), services_.theme, pane);
+    connect(preview_, &OperationPreviewTable::keepBothRequested, &services_.model, &OperationsModel::keepBothFor);
+    column->addWidget(preview_);
+    return pane;
+}
+
+QWidget* OperationsWindow::makeFoot() {
+    auto* foot = new QWidget(this);
+    auto* row = new QHBoxLayout(foot);
+    row->setContentsMargins(metrics::panelMargin, metrics::panelMargin, metrics::panelMargin, metrics::panelMargin);
+    row->setSpacing(metrics::panelMargin);
+    choose_ = new QPushButton(QStringLiteral("Destination…"), foot);
+    choose_->setToolTip(QStringLiteral("Choose the folder that the new files go to"));
+    connect(choose_, &QPushButton::clicked, &services_.model, &OperationsModel::chooseDestination);
+    row->addWidget(choose_);
+    destination_ = new ElidedLabel(foot);
+    row->addWidget(destination_, 1);
+    beside_ = new QPushButton(QStringLiteral("Beside the Recordings"), foot);
+    beside_->setToolTip(QStringLiteral("New files go into the folder of what they are made of"));
+    connect(beside_, &QPushButton::clicked, &services_.model, &OperationsModel::clearDestination);
+    row->addWidget(beside_);
+    told_ = new QLabel(foot);
+    row->addWidget(told_);
+    run_ = new QPushButton(foot);
+    run_->setObjectName(QStringLiteral("run"));
+    run_->setDefault(true);
+    connect(run_, &QPushButton::clicked, &services_.model, &OperationsModel::run);
+    row->addWidget(run_);
+    return foot;
+}
+
+void OperationsWindow::connectModel() {
+    OperationsModel& model = services_.model;
+    connect(&model, &OperationsModel::presentRequested, this, &OperationsWindow::present);
+    connect(&model, &OperationsModel::tabChanged, this, &OperationsWindow::showTab);
+    connect(&model, &OperationsModel::itemsChanged, this, &OperationsWindow::showItems);
+    connect(&model, &OperationsModel::currentItemChanged, this,
+            [this] { takes_->setCurrentRow(services_.model.currentItem()); });
+    connect(&model, &OperationsModel::choicesChanged, this, &OperationsWindow::showDestination);
+    connect(&model, &OperationsModel::destinationChanged, this, &OperationsWindow::showDestination);
+    connect(&model, &OperationsModel::previewChanged, this, &OperationsWindow::showPreview);
+    connect(&model, &OperationsModel::notice, this, &OperationsWindow::tell);
+    OperationsRun& running = model.running();
+    connect(&running, &OperationsRun::overlayChanged, this, &OperationsWindow::showRunning);
+    connect(overlay_, &OperationOverlay::cancelRequested, &running, &OperationsRun::cancel);
+    connect(overlay_, &OperationOverlay::dismissed, &running, &OperationsRun::dismiss);
+    connect(overlay_, &OperationOverlay::revealRequested, &model, &OperationsModel::reveal);
+}
+
+// --- What it shows -------------------------------------------------------------------------------------------------
+
+void OperationsWindow::showTab() {
+    const std::optional<OperationsTab> tab = services_.model.tab();
+    {
+        const QSignalBlocker quiet(tabs_);
+        tabs_->setCurrentItem(tab ? tabItems_.at(*tab) : nullptr);
+    }
+    if (!tab) {
+        showItems();
+        return;
+    }
+    takesPane_->setVisible(tab != OperationsTab::report);
+    const bool renames = tab == OperationsTab::rename;
+    preview_->setHeads(renames                        ? QStringLiteral("File")
+                       : tab == OperationsTab::report ? QStringLiteral("Document")
+                                                      : QStringLiteral("Take"),
+                       renames ? QStringLiteral("New Name") : QStringLiteral("New File"));
+    preview_->setKeepBoth(renames ? OperationPreviewTable::KeepBoth::inMenuAndButton
+                                  : OperationPreviewTable::KeepBoth::never);
+    showItems();
+    showDestination();
+    showPreview();
+}
+
+void OperationsWindow::showItems() {
+    const OperationsModel& model = services_.model;
+    const EmptyState empty = model.emptyState();
+    emptyTitle_->setText(empty.title);
+    emptyTitle_->setVisible(!empty.title.isEmpty());
+    emptyMessage_->setText(empty.message);
+    // The folder has some, the selection has not.
+    auto* emptyAll = findChild<QPushButton*>(QStringLiteral("emptyAll"));
+    emptyAll->setVisible(model.tab() && empty.title.isEmpty() && model.canChooseAll() && !model.appliquerTous());
+    pages_->setCurrentIndex(empty.isEmpty() ? 1 : 0);
+    std::vector<TakeCheckRow> rows;
+    rows.reserve(model.items().size());
+    for (const OperationsModel::Item& item : model.items())
+        rows.push_back({item.name, item.summary, item.checked});
+    takes_->setRows(std::move(rows));
+    takes_->setCurrentRow(model.currentItem());
+    const QSignalBlocker quiet(all_);
+    all_->setChecked(model.appliquerTous());
+}
+
+void OperationsWindow::showDestination() {
+    const OperationsModel& model = services_.model;
+    if (!model.tab()) return;
+    const std::optional<std::filesystem::path> folder = model.destination();
+    const bool inPlace = model.tab() == OperationsTab::rename && !model.needsDestination();
+    choose_->setVisible(!inPlace);
+    beside_->setVisible(!inPlace && folder && !model.needsDestination());
+    if (inPlace) {
+        destination_->show(QStringLiteral("The files are renamed where they are; their contents stay as they are."));
+    } else if (folder) {
+        destination_->show(toQt(*folder));
+    } else {
+        destination_->show(model.needsDestination() ? QStringLiteral("No destination folder selected")
+                                                    : QStringLiteral("Beside the recordings"));
+    }
+    run_->setText(verbOf(model));
+}
+
+void OperationsWindow::showPreview() {
+    const OperationsModel& model = services_.model;
+    const OperationPreview& preview = model.preview();
+    run_->setEnabled(model.canRun());
+    if (model.isPlanning()) return;  // what is shown is about to be replaced: no flicker while somebody types
+    std::vector<OperationPreviewRow> rows;
+    rows.reserve(preview.rows.size());
+    for (const OperationPreview::Row& row : preview.rows)
+        rows.push_back({row.source, row.target, row.problem, row.unchanged, preview.isConflicted});
+    preview_->setRows(std::move(rows));
+    const bool troubled = !preview.problems.isEmpty();
+    preview_->setCounts(troubled && !preview.summary.isEmpty()
+                            ? QStringLiteral("%1 — %2").arg(preview.summary, preview.problems)
+                            : preview.summary + preview.problems,
+                        troubled);
+}
+
+void OperationsWindow::showRunning() {
+    overlay_->setState(services_.model.running().overlay());
+    showPreview();
+}
+
+void OperationsWindow::applyTheme() {
+    for (const auto& [tab, item] : tabItems_)
+        item->setIcon(services_.theme.icon(QLatin1String(iconOf(tab))));
+    tabs_->setPalette(listPalette(services_.theme));
+    QPalette dimmed = palette();
+    dimmed.setColor(QPalette::WindowText, services_.theme.dimmed());
+    for (QLabel* label : std::initializer_list<QLabel*>{destination_, emptyMessage_})
+        label->setPalette(dimmed);
+    QPalette error = palette();
+    error.setColor(QPalette::WindowText, services_.theme.error());
+    told_->setPalette(error);
+}
+
+void OperationsWindow::tell(const QString& text) {
+    told_->setText(text);
+    QTimer::singleShot(toldTime, this, [this, text] {
+        if (told_->text() == text) told_->clear();
+    });
+}
+
+// --- The window ----------------------------------------------------------------------------------------------------
+
+void OperationsWindow::present() {
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    raise();
+    activateWindow();
+}
+
+void OperationsWindow::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    services_.model.setAfficherOperations(true);
+    if (services_.model.tab()) takes_->setFocus();
+}
+
+void OperationsWindow::closeEvent(QCloseEvent* event) {
+    // What runs goes on, and the window shows it when it is opened again.
+    rememberLayout();
+    services_.model.setAfficherOperations(false);
+    QWidget::closeEvent(event);
+}
+
+void OperationsWindow::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape) {
+        close();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void OperationsWindow::restoreLayout() {
+    if (!restoreGeometry(services_.settings.stored(QLatin1String(geometryKey)).toByteArray())) resize(firstSize);
+    if (!across_->restoreState(services_.settings.stored(QLatin1String(acrossKey)).toByteArray()))
+        across_->setSizes({takesWidth, firstSize.width() - takesWidth});
+    if (!down_->restoreState(services_.settings.stored(QLatin1String(downKey)).toByteArray()))
+        down_->setSizes({firstSize.height() - previewHeight, previewHeight});
+}
+
+void OperationsWindow::rememberLayout() {
+    services_.settings.store(QLatin1String(geometryKey), saveGeometry());
+    services_.settings.store(QLatin1String(acrossKey), across_->saveState());
+    services_.settings.store(QLatin1String(downKey), down_->saveState());
+}
+
+}  // namespace dravik
