@@ -101,7 +101,7 @@ void exportWav(benchmark::State& state, int bits, std::optional<double> rate) {
     measured(state, outFolder() / "ours.wav", [&] {
         Run run;
         static_cast<void>(OperationsAudio::exportWAV(configuration, outFolder(), workshop.services(), run.context()));
-        folders.syncAll(*workshop.ops);
+        run.folders.syncAll(*workshop.ops);
     });
 }
 

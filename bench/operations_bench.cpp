@@ -73,7 +73,9 @@ OperationPlan merge(FileOps& ops, const std::vector<std::filesystem::path>& mono
 void runPlanned(FileOps& ops, const OperationPlan& plan) {
     FolderSyncs folders;
     std::vector<std::filesystem::path> completed;
-    static_cast<void>(OperationsAudio::runPlan(plan, {ops, {}, folders, completed}));
+    const TaskContext task;
+    bool begun = false;
+    static_cast<void>(OperationsAudio::runPlan(plan, {ops, task, folders, completed, begun}));
     folders.syncAll(ops);
 }
 

@@ -42,7 +42,8 @@ constexpr const char* showFooter = R"(Examples:
 
 constexpr const char* setFooter =
     R"(A folder stands for all its takes, a file of a mono set for the whole set (unless --no-group).
-Everything is checked before the first file is touched. The audio stays as it is, to the byte.
+Everything is checked before the first file is touched. The audio stays as it is, to the byte. Beside what you set, the
+circled and wild states that a file has are written in the one way that every program reads.
 Frame rates: 23.976, 24, 25, 29.97, "29.97 DF", 30, or another whole number.
 
 Examples:
@@ -95,7 +96,8 @@ Example:
   dravik-cli delete-tracks --tracks 3,4 12A-T03.WAV)";
 
 constexpr const char* splitFooter =
-    R"(Writes a mono file "_split_T01_Boom" for each track, named by its number and its name. All in one pass.
+    R"(Writes a mono file "_split_T01_Boom" for each track, named by its number and its name. What no card takes in a file
+name is "_".
 
 Examples:
   dravik-cli split 12A-T03.WAV
@@ -104,7 +106,8 @@ Examples:
 
 constexpr const char* mergeFooter =
     R"(Writes one poly file "_merge" for each mono set. Any of its files stands for the whole set. The files must have one
-format and one length. Metadata is that of the first file, with the tracks of all.
+format and one length. Metadata is that of the first file, with the tracks of all; files that do not begin at the same
+time are merged, and it is said.
 
 Examples:
   dravik-cli merge SC12_T01.wav
@@ -112,7 +115,8 @@ Examples:
 
 constexpr const char* exportFooter =
     R"(A take becomes one new file: its tracks as routed, at another rate or depth if asked for, with its metadata brought
-up to date (WAV), or as a listening copy (MP3, AAC in M4A). Nothing is ever clipped: audio that does not fit is refused.
+up to date (WAV), or as a listening copy (MP3, AAC in M4A). Nothing is ever clipped: audio that does not fit is refused,
+as is audio beyond full scale in MP3 and AAC. Rates up to 768000.
 
 Routes (tracks from 1): poly; mono:3; mono:1+2@-6 adds two tracks, each at -6 dB (-3 if nothing is said); stereo:1,2.
 Default: all tracks for WAV, else tracks 1 and 2, or the only one.

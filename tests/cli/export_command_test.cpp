@@ -97,6 +97,33 @@ TEST_F(ExportCommand, TellsInJsonWhatADryRunWouldDoAndWhatARunDid) {
     }
 }
 
+TEST_F(ExportCommand, RefusesInADryRunWhatARunWouldRefuse) {
+    WavBuilder().chunk("iXML", "<MIXER_SETTINGS>").fmt({.bits = 16}).audio(100).write(day("mixer.wav"));
+    WavBuilder().fmt({.channels = 2, .bits = 16}).chunk("data", "").write(day("empty.wav"));
+    struct Case {
+        std::vector<std::string> options;
+        const char* take;
+        const char* err;
+    };
+    const Case cases[] = {
+        {{"--format", "wav", "--rate", "1000000000"}, "poly.wav", "poly: The output sample rate is invalid."},
+        {{"--format", "wav"}, "mixer.wav", "mixer: The exported iXML still contains mixer automation metadata."},
+        {{"--format", "mp3"}, "empty.wav", "empty: The completed MP3 file did not decode with the requested format."},
+        {{"--format", "mp3", "--rate", "96000"}, "poly.wav", "poly: Invalid MP3 encoder configuration."},
+    };
+    for (const Case& one : cases) {
+        for (const bool dryRun : {true, false}) {
+            std::vector<std::string> arguments = {"export", "--dest", out(), day(one.take)};
+            arguments.insert(arguments.end(), one.options.begin(), one.options.end());
+            if (dryRun) arguments.emplace_back("--dry-run");
+            const Ran ran = run(arguments);
+            EXPECT_EQ(ran.exitCode, 3) << one.err;
+            EXPECT_THAT(ran.err, HasSubstr(one.err));
+            EXPECT_TRUE(namesIn(out()).empty()) << one.err;
+        }
+    }
+}
+
 TEST_F(ExportCommand, GoesOnAfterATakeThatFails) {
     const Ran ran = run({"export", "--format", "wav", "--route", "mono:2", "--json", "--dest", out(), day("mono.wav"),
                          day("poly.wav")});

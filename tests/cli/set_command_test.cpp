@@ -172,6 +172,8 @@ TEST_F(SetCommand, RefusesWrongValuesBeforeItTouchesAFile) {
         {{"--channel", "1=x", set1}, 2, "from 1 to 999"},
         {{"--channel", "1", set1}, 2, "from 1 to 999"},
         {{"--channel", "1=4", "--channel", "2=4", set1}, 2, "cannot both have the recorder number 4"},
+        {{"--channel", "1=5", "--channel", "1=6", set1}, 2, "track 1 is given twice"},
+        {{"--track", "2=A", "--track", "2=A", set1}, 2, "track 2 is given twice"},
         {{"--circled", "--no-circled", set1}, 2, "excludes"},
         {{"--name", "a/b", set1}, 2, "cannot be the name"},
         {{"--name", "b.wav", set1}, 2, "without the extension"},

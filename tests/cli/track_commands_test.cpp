@@ -93,6 +93,19 @@ TEST_F(TrackCommands, WriteNothingInADryRunAndSayWhatTheyWould) {
     EXPECT_EQ(json["results"][0]["outputs"], Json({path("set_merge.wav")}));
     EXPECT_EQ(run({"reorder", "--dry-run", "--order", "2,1", path("poly.wav")}).exitCode, 3);
     EXPECT_EQ(stateOf(folder_.path()), before);
+
+    const std::string longest = std::string(251, 'x') + ".wav";
+    WavBuilder().fmt({.channels = 2}).audio(10).write(folder_ / longest);
+    for (const bool dryRun : {true, false}) {
+        std::vector<std::string> arguments = {"delete-tracks", "--tracks", "2", path(longest.c_str())};
+        if (dryRun) arguments.emplace_back("--dry-run");
+        const Ran ran = run(arguments);
+        EXPECT_EQ(ran.exitCode, 3);
+        EXPECT_THAT(ran.err, HasSubstr("the name is longer than the 255 bytes that a file name may have"));
+    }
+    WavBuilder().bext({.timeReference = 1}).fmt().audio(10).write(folder_ / "late_T01.wav");
+    WavBuilder().bext({.timeReference = 2}).fmt().audio(10).write(folder_ / "late_T02.wav");
+    EXPECT_THAT(run({"merge", "--dry-run", path("late_T01.wav")}).out, HasSubstr("do not share the same start"));
 }
 
 TEST_F(TrackCommands, RefuseWhatMakesNoSense) {
