@@ -145,7 +145,7 @@ QWidget* OperationOverlay::makeWorking() {
     bar_ = new QProgressBar(page);
     bar_->setTextVisible(false);
     bar_->setAccessibleName(QStringLiteral("Progress"));
-    cancel_ = new QPushButton(page);
+    cancel_ = new QPushButton(QStringLiteral("Cancel"), page);
     cancel_->setAutoDefault(false);
     connect(cancel_, &QPushButton::clicked, this, &OperationOverlay::cancelRequested);
     for (QLabel* told : std::initializer_list<QLabel*>{fileName_, remaining_})

@@ -59,7 +59,7 @@ class WidgetStage : public testing::Test {
         const auto labels = window.findChildren<QLabel*>();
         for (const QWidget* widget : window.findChildren<QWidget*>()) {
             if (widget->focusPolicy() == Qt::NoFocus || widget->focusProxy() != nullptr ||
-                widget->objectName().startsWith(QStringLiteral("qt_"))) {
+                widget->window() != &window || widget->objectName().startsWith(QStringLiteral("qt_"))) {
                 continue;
             }
             const auto* button = qobject_cast<const QAbstractButton*>(widget);
