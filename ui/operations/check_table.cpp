@@ -40,6 +40,10 @@ void CheckTable::keyPressEvent(QKeyEvent* event) {
     if (!current.isValid()) return;
     const bool check = current.data(Qt::CheckStateRole).toInt() != Qt::Checked;
     QModelIndexList rows = selectionModel()->selectedRows(0);
+    if (rows.size() > 1 && rows.size() == model()->rowCount()) {
+        emit allRequested(check);
+        return;
+    }
     if (!rows.contains(current)) rows = {current};
     for (const QModelIndex& row : rows)
         model()->setData(row, check ? Qt::Checked : Qt::Unchecked, Qt::CheckStateRole);

@@ -20,6 +20,10 @@ class CheckTable : public QTableView {
     CheckTable(QAbstractItemModel& model, const Theme& theme, const QString& accessibleName,
                std::initializer_list<int> widths, QWidget* parent);
 
+  signals:
+    /// Space, while every row is selected; then instead of the model.
+    void allRequested(bool checked);
+
   protected:
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;

@@ -63,7 +63,7 @@ QString summary(const OperationCompletionInfo& info) {
                                          [](const OperationAudioResult& one) { return one.success; });
     if (info.cancelled && all == 0) return QStringLiteral("Nothing was made.");
     if (info.cancelled && info.allSucceeded())
-        return QStringLiteral("Made before: %1.").arg(counted(all, QStringLiteral("item")));
+        return counted(all, QStringLiteral("item")) + QStringLiteral(" finished.");
     if (info.allSucceeded()) return info.successMessage;
     // Where all failed, the title has said it.
     if (succeeded == 0) return {};

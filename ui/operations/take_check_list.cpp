@@ -95,11 +95,13 @@ TakeCheckList::TakeCheckList(const Theme& theme, QWidget* parent)
         refreshCount();
         emit checkedChanged(row, checked);
     };
-    connect(bar_, &CheckBar::allRequested, this, [this](bool checked) {
+    const auto checkAll = [this](bool checked) {
         model_->setAll(checked);
         refreshCount();
         emit allCheckedChanged(checked);
-    });
+    };
+    connect(bar_, &CheckBar::allRequested, this, checkAll);
+    connect(table_, &CheckTable::allRequested, this, checkAll);
     connect(table_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this](const QModelIndex& current) {
                 if (!setting_) emit currentChanged(current.row());

@@ -151,7 +151,9 @@ TrackChecks::TrackChecks(Meaning meaning, const Theme& theme, QWidget* parent)
         refresh();
         emit checkedChanged(model_->checked(), stereoChecked());
     };
-    connect(bar_, &CheckBar::allRequested, this, [this](bool checked) { model_->setAll(checked); });
+    const auto checkAll = [this](bool checked) { model_->setAll(checked); };
+    connect(bar_, &CheckBar::allRequested, this, checkAll);
+    connect(table_, &CheckTable::allRequested, this, checkAll);
     connect(&theme, &Theme::changed, table_->viewport(), qOverload<>(&QWidget::update));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins({});

@@ -142,6 +142,8 @@ TEST_F(PatternEditor, KeysGoBetweenBlocksMoveAndRemoveThem) {
 TEST_F(PatternEditor, TypingOnABlockPutsTextOrASeparatorBehindIt) {
     show("{scene}{take}");
     chip(0).setFocus();
+    key(Qt::Key_Space);
+    EXPECT_EQ(text(), "{scene}{take}") << "Space is no text";
     type(QStringLiteral("_day-"));
     EXPECT_EQ(text(), "{scene}_{text:day-}{take}");
     QTest::mouseClick(&chip(1).cross(), Qt::LeftButton);

@@ -180,6 +180,13 @@ TEST_F(TakeMarks, AllIsToldOnceAndAsManyNewRowsLeaveTheListWhereItWas) {
     EXPECT_EQ(one.count(), 0);
     EXPECT_EQ(all.count(), 1);
     EXPECT_TRUE(says(QStringLiteral("0 of 1,000 takes")));
+    list.table().setFocus();
+    key(Qt::Key_Down);
+    list.table().selectAll();
+    key(Qt::Key_Space);
+    EXPECT_EQ(one.count(), 0) << "Space on all of them is All";
+    EXPECT_EQ(all.count(), 2);
+    EXPECT_TRUE(says(QStringLiteral("1,000 of 1,000 takes")));
     list.setCurrentRow(500);
     const int place = list.table().verticalScrollBar()->value();
     EXPECT_GT(place, 0);
