@@ -1,11 +1,13 @@
 #include "ui/operations/check_table.h"
 
+#include "app/text.h"
 #include "ui/list_looks.h"
 #include "ui/metrics.h"
 #include "ui/operations/row_delegate.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QLocale>
 
 namespace dravik {
 
@@ -38,20 +40,25 @@ void CheckTable::keyPressEvent(QKeyEvent* event) {
     if (!current.isValid()) return;
     const bool check = current.data(Qt::CheckStateRole).toInt() != Qt::Checked;
     QModelIndexList rows = selectionModel()->selectedRows(0);
+    if (rows.size() > 1 && rows.size() == model()->rowCount()) {
+        emit allRequested(check);
+        return;
+    }
     if (!rows.contains(current)) rows = {current};
     for (const QModelIndex& row : rows)
         model()->setData(row, check ? Qt::Checked : Qt::Unchecked, Qt::CheckStateRole);
 }
 
-CheckBar::CheckBar(const QString& what, QWidget* parent)
+CheckBar::CheckBar(const QString& noun, QWidget* parent)
     : QWidget(parent),
+      noun_(noun),
       count_(new QLabel(this)),
       all_(new QPushButton(QStringLiteral("All"), this)),
       none_(new QPushButton(QStringLiteral("None"), this)) {
-    all_->setAccessibleName(QStringLiteral("All %1").arg(what));
-    all_->setToolTip(QStringLiteral("Check all %1").arg(what));
-    none_->setAccessibleName(QStringLiteral("No %1").arg(what));
-    none_->setToolTip(QStringLiteral("Uncheck all %1").arg(what));
+    all_->setAccessibleName(QStringLiteral("All %1s").arg(noun));
+    all_->setToolTip(QStringLiteral("Check all %1s").arg(noun));
+    none_->setAccessibleName(QStringLiteral("No %1s").arg(noun));
+    none_->setToolTip(QStringLiteral("Uncheck all %1s").arg(noun));
     for (QPushButton* button : {all_, none_})
         button->setAutoDefault(false);
     connect(all_, &QPushButton::clicked, this, [this] { emit allRequested(true); });
@@ -67,9 +74,15 @@ CheckBar::CheckBar(const QString& what, QWidget* parent)
     layout->addWidget(none_);
 }
 
-void CheckBar::setCount(const QString& text, bool canCheck, bool canUncheck) {
+void CheckBar::setCount(std::size_t checked, std::size_t all) {
+    const QString text =
+        QStringLiteral("%1 of %2").arg(QLocale(QLocale::English).toString(qulonglong(checked)), counted(all, noun_));
     count_->setText(text);
     count_->setToolTip(text);
+    enable(checked<all, checked> 0);
+}
+
+void CheckBar::enable(bool canCheck, bool canUncheck) {
     all_->setEnabled(canCheck);
     none_->setEnabled(canUncheck);
 }

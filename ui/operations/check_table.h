@@ -4,8 +4,10 @@
 
 #include <QLabel>
 #include <QPushButton>
+#include <QString>
 #include <QTableView>
 #include <QWidget>
+#include <cstddef>
 #include <initializer_list>
 
 namespace dravik {
@@ -18,6 +20,10 @@ class CheckTable : public QTableView {
     CheckTable(QAbstractItemModel& model, const Theme& theme, const QString& accessibleName,
                std::initializer_list<int> widths, QWidget* parent);
 
+  signals:
+    /// Space, while every row is selected; then instead of the model.
+    void allRequested(bool checked);
+
   protected:
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -27,14 +33,17 @@ class CheckTable : public QTableView {
 class CheckBar : public QWidget {
     Q_OBJECT
   public:
-    /// `what`: "tracks", for those who hear instead of see.
-    CheckBar(const QString& what, QWidget* parent);
-    void setCount(const QString& text, bool canCheck, bool canUncheck);
+    /// `noun`: what one of them is, "track".
+    CheckBar(const QString& noun, QWidget* parent);
+    void setCount(std::size_t checked, std::size_t all);
+    /// Where there is more to check than what is counted.
+    void enable(bool canCheck, bool canUncheck);
 
   signals:
     void allRequested(bool checked);
 
   private:
+    const QString noun_;
     QLabel* count_;
     QPushButton* all_;
     QPushButton* none_;

@@ -63,7 +63,7 @@ QString summary(const OperationCompletionInfo& info) {
                                          [](const OperationAudioResult& one) { return one.success; });
     if (info.cancelled && all == 0) return QStringLiteral("Nothing was made.");
     if (info.cancelled && info.allSucceeded())
-        return QStringLiteral("Made before: %1.").arg(counted(all, QStringLiteral("item")));
+        return counted(all, QStringLiteral("item")) + QStringLiteral(" finished.");
     if (info.allSucceeded()) return info.successMessage;
     // Where all failed, the title has said it.
     if (succeeded == 0) return {};
@@ -145,7 +145,7 @@ QWidget* OperationOverlay::makeWorking() {
     bar_ = new QProgressBar(page);
     bar_->setTextVisible(false);
     bar_->setAccessibleName(QStringLiteral("Progress"));
-    cancel_ = new QPushButton(page);
+    cancel_ = new QPushButton(QStringLiteral("Cancel"), page);
     cancel_->setAutoDefault(false);
     connect(cancel_, &QPushButton::clicked, this, &OperationOverlay::cancelRequested);
     for (QLabel* told : std::initializer_list<QLabel*>{fileName_, remaining_})

@@ -28,12 +28,13 @@ QString shown(const std::string& separator) {
     return text.replace(QLatin1Char(' '), QChar(0x2423));
 }
 
-bool isTyping(const QKeyEvent& key) {
-    return !(key.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) && !key.text().isEmpty() &&
-           key.text().at(0).isPrint();
-}
-
 }  // namespace
+
+bool PatternChip::isTyping(const QKeyEvent& key) {
+    // A blank begins no text: where there is no field, Space is a key and no letter.
+    return !(key.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) && !key.text().isEmpty() &&
+           key.text().at(0).isPrint() && !key.text().at(0).isSpace();
+}
 
 PatternChip::PatternChip(const BlocRenommage& block, const Theme& theme, QWidget* parent)
     : QWidget(parent), theme_(theme), id_(block.id), cross_(new QToolButton(this)) {
@@ -57,7 +58,7 @@ PatternChip::PatternChip(const BlocRenommage& block, const Theme& theme, QWidget
         field_ = new QLineEdit(toQt(std::get<BlocRenommage::Texte>(block.contenu).text), this);
         field_->setFrame(false);
         field_->setPlaceholderText(label_);
-        field_->setMaxLength(longestText);
+        field_->setMaxLength(std::max(longestText, static_cast<int>(field_->text().size())));
         field_->setCursor(Qt::IBeamCursor);
         field_->installEventFilter(this);
         setFocusProxy(field_);

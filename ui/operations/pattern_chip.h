@@ -30,6 +30,9 @@ class PatternChip : public QWidget {
 
     [[nodiscard]] QSize sizeHint() const override;
 
+    /// Does the key begin a text where there is no field?
+    [[nodiscard]] static bool isTyping(const QKeyEvent& key);
+
   signals:
     void textTyped(const QString& text);
     /// `direction`: who has the keyboard next, the one behind (1) or before (-1).

@@ -189,7 +189,7 @@ void PatternRow::endDrag() {
 bool PatternRow::event(QEvent* event) {
     if (event->type() == QEvent::ShortcutOverride) {
         const auto& key = static_cast<QKeyEvent&>(*event);
-        if (!key.text().isEmpty() && key.text().at(0).isPrint() && !(key.modifiers() & ~Qt::ShiftModifier)) {
+        if (PatternChip::isTyping(key)) {
             event->accept();
             return true;
         }
@@ -198,8 +198,7 @@ bool PatternRow::event(QEvent* event) {
 }
 
 void PatternRow::keyPressEvent(QKeyEvent* event) {
-    const bool commands = event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
-    if (!commands && !event->text().isEmpty() && event->text().at(0).isPrint()) {
+    if (PatternChip::isTyping(*event)) {
         type(pattern_.size(), event->text());
     } else if (!chips_.empty() && (event->key() == Qt::Key_Left || event->key() == Qt::Key_Backspace)) {
         chips_.back()->enter(-1);

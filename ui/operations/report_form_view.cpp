@@ -22,6 +22,7 @@ constexpr int notesLines = 4;
 constexpr int columnsAcross = 4;
 /// Boxes are as wide as their usual texts; what files say may be cut.
 constexpr int usualLetters = 11;
+constexpr int leastNameWidth = 110;
 constexpr int customWidth = 96;
 /// Of a row, so that those of both sides stand level.
 constexpr int fieldRowHeight = 26;
@@ -86,6 +87,7 @@ QLabel* ReportFormView::heading(const QString& text) {
 QLineEdit* ReportFormView::addLine(QGridLayout& grid, int row, const QString& title) {
     auto* line = new QLineEdit(this);
     line->setMaxLength(static_cast<int>(longestTypedText));
+    line->setMinimumWidth(leastNameWidth);
     line->setAccessibleName(title);
     auto* label = new QLabel(title + QLatin1Char(':'), this);
     label->setBuddy(line);

@@ -89,17 +89,19 @@ TakeCheckList::TakeCheckList(const Theme& theme, QWidget* parent)
     : QWidget(parent),
       model_(new TakeCheckModel(theme, this)),
       table_(new CheckTable(*model_, theme, QStringLiteral("Takes"), {}, this)),
-      bar_(new CheckBar(QStringLiteral("takes"), this)) {
+      bar_(new CheckBar(QStringLiteral("take"), this)) {
     table_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     model_->userChanged = [this](int row, bool checked) {
         refreshCount();
         emit checkedChanged(row, checked);
     };
-    connect(bar_, &CheckBar::allRequested, this, [this](bool checked) {
+    const auto checkAll = [this](bool checked) {
         model_->setAll(checked);
         refreshCount();
         emit allCheckedChanged(checked);
-    });
+    };
+    connect(bar_, &CheckBar::allRequested, this, checkAll);
+    connect(table_, &CheckTable::allRequested, this, checkAll);
     connect(table_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this](const QModelIndex& current) {
                 if (!setting_) emit currentChanged(current.row());
@@ -139,9 +141,6 @@ int TakeCheckList::currentRow() const { return table_->currentIndex().row(); }
 
 const std::vector<TakeCheckRow>& TakeCheckList::rows() const noexcept { return model_->rows(); }
 
-void TakeCheckList::refreshCount() {
-    const std::size_t all = model_->rows().size(), on = model_->checkedCount();
-    bar_->setCount(QStringLiteral("%1 of %2").arg(on).arg(counted(all, QStringLiteral("take"))), on<all, on> 0);
-}
+void TakeCheckList::refreshCount() { bar_->setCount(model_->checkedCount(), model_->rows().size()); }
 
 }  // namespace dravik

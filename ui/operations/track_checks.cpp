@@ -1,6 +1,5 @@
 #include "ui/operations/track_checks.h"
 
-#include "app/text.h"
 #include "ui/metrics.h"
 #include "ui/operations/check_table.h"
 
@@ -147,12 +146,14 @@ TrackChecks::TrackChecks(Meaning meaning, const Theme& theme, QWidget* parent)
       table_(new CheckTable(*model_, theme,
                             meaning == Meaning::removed ? QStringLiteral("Tracks to delete") : QStringLiteral("Tracks"),
                             {numberWidth}, this)),
-      bar_(new CheckBar(QStringLiteral("tracks"), this)) {
+      bar_(new CheckBar(QStringLiteral("track"), this)) {
     model_->userChanged = [this] {
         refresh();
         emit checkedChanged(model_->checked(), stereoChecked());
     };
-    connect(bar_, &CheckBar::allRequested, this, [this](bool checked) { model_->setAll(checked); });
+    const auto checkAll = [this](bool checked) { model_->setAll(checked); };
+    connect(bar_, &CheckBar::allRequested, this, checkAll);
+    connect(table_, &CheckTable::allRequested, this, checkAll);
     connect(&theme, &Theme::changed, table_->viewport(), qOverload<>(&QWidget::update));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
@@ -186,8 +187,8 @@ bool TrackChecks::stereoChecked() const noexcept { return model_->stereoChecked(
 void TrackChecks::refresh() {
     const std::size_t all = model_->tracks().size(), on = model_->checked().size();
     const bool pair = model_->stereoChecked();
-    bar_->setCount(QStringLiteral("%1 of %2").arg(on).arg(counted(all, QStringLiteral("track"))),
-                   on < all || (model_->stereoPossible() && !pair), on > 0 || pair);
+    bar_->setCount(on, all);
+    bar_->enable(on < all || (model_->stereoPossible() && !pair), on > 0 || pair);
 }
 
 }  // namespace dravik
