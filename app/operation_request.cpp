@@ -102,12 +102,33 @@ class PreviewRows {
     std::vector<FileToMake> needed_;
 };
 
+/// Has something been chosen for the take? Splitting and deleting pass over the others.
+bool isChosen(const OperationRequest& request, const GroupeFichiers& groupe) {
+    const TrackChoices choices = choicesOf(request, groupe);
+    if (request.tab == OperationsTab::split) return !choices.monoCanaux.empty() || choices.stereoTracks12;
+    return request.tab != OperationsTab::deleteTracks || !choices.supprimes.empty();
+}
+
+std::vector<GroupeFichiers> chosenTakes(const OperationRequest& request) {
+    std::vector<GroupeFichiers> chosen;
+    std::copy_if(request.groupes.begin(), request.groupes.end(), std::back_inserter(chosen),
+                 [&](const GroupeFichiers& groupe) { return isChosen(request, groupe); });
+    return chosen;
+}
+
 OperationPreview previewOfTracks(const OperationRequest& request, FileOps& files, const TaskContext& task) {
-    const auto planned = OperationsAudio::planGroups(files, request.groupes, plannerOf(request, files), task);
+    const std::vector<GroupeFichiers> takes = chosenTakes(request);
+    if (takes.empty()) {
+        OperationPreview nothing;
+        nothing.problems = request.tab == OperationsTab::split ? QStringLiteral("Select at least one split output.")
+                                                               : QStringLiteral("Select at least one track to remove.");
+        return nothing;
+    }
+    const auto planned = OperationsAudio::planGroups(files, takes, plannerOf(request, files), task);
     PreviewRows rows;
     for (std::size_t at = 0; at < planned.size(); ++at) {
         const OperationPlan& plan = planned[at].plan;
-        const QString source = toQt(request.groupes[at].nom);
+        const QString source = toQt(takes[at].nom);
         if (!planned[at].error.empty()) {
             rows.addProblem(source, toQt(planned[at].error));
         } else if (plan.outputs.empty()) {
@@ -267,7 +288,7 @@ OperationOutcome perform(const OperationRequest& request, const OperationService
             return reported(request, services, task);
         default:
             return outcomeOf(
-                OperationsAudio::runTrackOperation(files, request.groupes, plannerOf(request, files), task));
+                OperationsAudio::runTrackOperation(files, chosenTakes(request), plannerOf(request, files), task));
     }
 }
 

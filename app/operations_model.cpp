@@ -19,10 +19,7 @@ constexpr auto typingSettle = std::chrono::milliseconds(120);
 QString summaryOf(const GroupeFichiers& groupe) {
     QStringList parts;
     parts << counted(static_cast<std::size_t>(trackCount(groupe)), QStringLiteral("track"));
-    for (const TakeColumn column : {TakeColumn::sampleRate, TakeColumn::bits, TakeColumn::duration}) {
-        const QString text = toQt(cellText(groupe, column));
-        if (!text.isEmpty()) parts << (column == TakeColumn::bits ? QStringLiteral("%1 bit").arg(text) : text);
-    }
+    if (const QString rate = toQt(cellText(groupe, TakeColumn::sampleRate)); !rate.isEmpty()) parts << rate;
     return parts.join(QStringLiteral(" · "));
 }
 

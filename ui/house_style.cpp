@@ -47,6 +47,19 @@ void drawCheckBox(const QStyleOption& option, QPainter& painter) {
     }
 }
 
+void drawRadioButton(const QStyleOption& option, QPainter& painter) {
+    const bool on = option.state.testFlag(QStyle::State_On);
+    const QRectF circle = QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(outline(option), 1));
+    painter.setBrush(option.palette.color(on ? QPalette::Highlight : QPalette::Base));
+    painter.drawEllipse(circle);
+    if (!on) return;
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(option.palette.color(QPalette::HighlightedText));
+    painter.drawEllipse(circle.center(), circle.width() / 5, circle.height() / 5);
+}
+
 }  // namespace
 
 HouseStyle::HouseStyle(int toolTipDelay) : QProxyStyle(QStringLiteral("fusion")), toolTipDelay_(toolTipDelay) {}
@@ -61,6 +74,10 @@ void HouseStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
     if (element == PE_IndicatorCheckBox) {
         painter->save();
         drawCheckBox(*option, *painter);
+        painter->restore();
+    } else if (element == PE_IndicatorRadioButton) {
+        painter->save();
+        drawRadioButton(*option, *painter);
         painter->restore();
     } else if (element == PE_PanelLineEdit || element == PE_FrameLineEdit) {
         const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);

@@ -3,6 +3,7 @@
 #include "app/table_edits.h"
 #include "ui/about_windows.h"
 #include "ui/floating_views.h"
+#include "ui/operations/operations_window.h"
 #include "ui/preferences_window.h"
 #include "ui/status_line.h"
 
@@ -142,6 +143,26 @@ struct Album {
         }
     }
 
+    /// Each tab with what it would do to the day; nothing is run.
+    void operations() const {
+        OperationsWindow& operations = windows.window.operationsWindow();
+        OperationsModel& model = operations.model();
+        run([&operations] { operations.present(); });
+        for (const OperationsTab tab : allOperationsTabs) {
+            run([&model, tab] {
+                static_cast<void>(model.setTab(tab));
+                model.setAppliquerTous(true);
+            });
+            // The preview is worked out when whoever types has stopped.
+            for (int rests = 0; rests < 4; ++rests)
+                run([] {});
+            steps.emplace_back([&operations, to = file(QStringLiteral("operations-") + rawValue(tab))] {
+                return draw(operations, to);
+            });
+        }
+        run([&operations] { operations.close(); });
+    }
+
     /// The same while the take plays; what is seen depends on how fast the machine is.
     void playing() const {
         MainWindow& window = windows.window;
@@ -241,6 +262,7 @@ void drawAllWindows(const Windows& windows, const std::filesystem::path& day, co
     const Album album{windows, folder, taken->steps};
     album.take();
     album.listening();
+    album.operations();
     album.playing();
     album.edits();
     album.alerts();

@@ -10,6 +10,11 @@
 #include <QLocale>
 
 namespace dravik {
+namespace {
+
+constexpr int shortButtonPadding = 12;
+
+}  // namespace
 
 CheckTable::CheckTable(QAbstractItemModel& model, const Theme& theme, const QString& accessibleName,
                        std::initializer_list<int> widths, QWidget* parent)
@@ -59,8 +64,11 @@ CheckBar::CheckBar(const QString& noun, QWidget* parent)
     all_->setToolTip(QStringLiteral("Check all %1s").arg(noun));
     none_->setAccessibleName(QStringLiteral("No %1s").arg(noun));
     none_->setToolTip(QStringLiteral("Uncheck all %1s").arg(noun));
-    for (QPushButton* button : {all_, none_})
+    for (QPushButton* button : {all_, none_}) {
         button->setAutoDefault(false);
+        // As wide as its word: the count beside it needs the room more.
+        button->setMaximumWidth(fontMetrics().horizontalAdvance(button->text()) + 2 * shortButtonPadding);
+    }
     connect(all_, &QPushButton::clicked, this, [this] { emit allRequested(true); });
     connect(none_, &QPushButton::clicked, this, [this] { emit allRequested(false); });
     count_->setForegroundRole(QPalette::PlaceholderText);

@@ -35,11 +35,9 @@ QString headingOf(OperationsTab tab) {
         case OperationsTab::reorderTracks:
             return QStringLiteral("New order of the tracks");
         case OperationsTab::rename:
-            return QStringLiteral("New filename");
         case OperationsTab::export_:
-            return QStringLiteral("Export as");
         case OperationsTab::report:
-            return QStringLiteral("Sound report");
+            break;  // their forms say it themselves
     }
     return {};
 }
@@ -55,6 +53,8 @@ QWidget* scrolling(QWidget* content, QWidget* parent) {
     auto* area = new QScrollArea(parent);
     area->setWidgetResizable(true);
     area->setFrameShape(QFrame::NoFrame);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->setMinimumWidth(content->minimumSizeHint().width());
     area->setWidget(content);
     return area;
 }
@@ -170,7 +170,9 @@ QWidget* OperationForms::makeRename(UserDefaults& settings, Dialogs& dialogs) {
     auto* modes = new QHBoxLayout;
     modes->setSpacing(metrics::panelMargin * 2);
     inPlace_ = new QRadioButton(toQt(label(OperationAudioBatchRenameMode::renameInPlace)), page);
-    copies_ = new QRadioButton(toQt(label(OperationAudioBatchRenameMode::copyAndRename)), page);
+    copies_ = new QRadioButton(
+        toQt(label(OperationAudioBatchRenameMode::copyAndRename)).replace(QLatin1Char('&'), QStringLiteral("&&")),
+        page);
     inPlace_->setToolTip(QStringLiteral("The files get their new names where they are"));
     copies_->setToolTip(QStringLiteral("The files stay; copies with the new names are made in another folder"));
     connect(copies_, &QRadioButton::toggled, this, [this](bool copies) {
@@ -183,10 +185,15 @@ QWidget* OperationForms::makeRename(UserDefaults& settings, Dialogs& dialogs) {
     leaves_ = new QCheckBox(QStringLiteral("Keep separators of empty values"), page);
     leaves_->setToolTip(QStringLiteral("Otherwise the separator before a value that a file does not have goes, too"));
     connect(leaves_, &QCheckBox::toggled, &model_, &OperationsModel::setLeavesSeparators);
-    for (QWidget* one : std::initializer_list<QWidget*>{inPlace_, copies_, keepBoth_, leaves_})
-        modes->addWidget(one);
-    modes->addStretch();
-    column->addLayout(modes);
+    auto* rules = new QHBoxLayout;
+    rules->setSpacing(metrics::panelMargin * 2);
+    for (const auto& [line, one] : std::initializer_list<std::pair<QHBoxLayout*, QWidget*>>{
+             {modes, inPlace_}, {modes, copies_}, {rules, keepBoth_}, {rules, leaves_}})
+        line->addWidget(one);
+    for (QHBoxLayout* line : {modes, rules}) {
+        line->addStretch();
+        column->addLayout(line);
+    }
     column->addStretch();
     return scrolling(page, this);
 }
@@ -208,6 +215,7 @@ void OperationForms::showTab() {
     const std::optional<OperationsTab> tab = model_.tab();
     if (!tab) return;
     title_->setText(headingOf(*tab));
+    title_->parentWidget()->setVisible(isOfTracks(tab));
     pages_->setCurrentIndex(static_cast<int>(*tab));
     showTracks();
 }
@@ -286,7 +294,7 @@ void OperationForms::showSimilar() {
     similar_->setVisible(others > 0);
     if (others > 0) {
         similar_->setText(
-            QStringLiteral("Use for %1 More").arg(counted(static_cast<std::size_t>(others), QStringLiteral("Take"))));
+            QStringLiteral("Use for %1").arg(counted(static_cast<std::size_t>(others), QStringLiteral("More Take"))));
     }
 }
 

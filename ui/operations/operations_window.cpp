@@ -25,7 +25,9 @@ constexpr QSize firstSize(1000, 680);
 constexpr QSize leastSize(720, 480);
 constexpr int tabsWidth = 150;
 constexpr int tabHeight = 30;
-constexpr int takesWidth = 260;
+constexpr int takesWidth = 300;
+/// Two documents and what stands around them.
+constexpr int reportPreviewHeight = 110;
 constexpr int previewHeight = 210;
 constexpr int largeText = 16;
 constexpr std::chrono::seconds toldTime{6};
@@ -198,13 +200,13 @@ QWidget* OperationsWindow::makeForm() {
 }
 
 QWidget* OperationsWindow::makePreview() {
-    auto* pane = new QWidget(this);
-    auto* column = new QVBoxLayout(pane);
+    previewPane_ = new QWidget(this);
+    auto* column = new QVBoxLayout(previewPane_);
     column->setContentsMargins(metrics::panelMargin, metrics::panelMargin, metrics::panelMargin, 0);
-    preview_ = new OperationPreviewTable(QStringLiteral("New files"), services_.theme, pane);
+    preview_ = new OperationPreviewTable(QStringLiteral("New files"), services_.theme, previewPane_);
     connect(preview_, &OperationPreviewTable::keepBothRequested, &services_.model, &OperationsModel::keepBothFor);
     column->addWidget(preview_);
-    return pane;
+    return previewPane_;
 }
 
 QWidget* OperationsWindow::makeFoot() {
@@ -263,6 +265,7 @@ void OperationsWindow::showTab() {
         return;
     }
     takesPane_->setVisible(tab != OperationsTab::report);
+    previewPane_->setMaximumHeight(tab == OperationsTab::report ? reportPreviewHeight : QWIDGETSIZE_MAX);
     const bool renames = tab == OperationsTab::rename;
     preview_->setHeads(renames                        ? QStringLiteral("File")
                        : tab == OperationsTab::report ? QStringLiteral("Document")

@@ -67,7 +67,7 @@ class OperationsWindow : public QWidget {
     QStackedWidget* pages_ = nullptr;
     QLabel *emptyTitle_ = nullptr, *emptyMessage_ = nullptr;
     QCheckBox* all_ = nullptr;
-    QWidget* takesPane_ = nullptr;
+    QWidget *takesPane_ = nullptr, *previewPane_ = nullptr;
     TakeCheckList* takes_ = nullptr;
     OperationForms* forms_ = nullptr;
     OperationPreviewTable* preview_ = nullptr;
