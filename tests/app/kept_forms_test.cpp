@@ -13,7 +13,7 @@ using testing::ElementsAre;
 
 class KeptForms : public testing::Test {
   protected:
-    TempFolder folder;
+    test::TempFolder folder;
     const std::filesystem::path file = folder / "settings.ini";
 
     static std::vector<QString> names(const UserDefaults& settings) {
