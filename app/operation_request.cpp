@@ -62,8 +62,7 @@ std::vector<ExportJob> jobsOf(const OperationRequest& request) {
 QString nameOf(const std::filesystem::path& file) { return toQt(fileNameText(file)); }
 
 QString filesText(std::size_t files, std::uint64_t bytes) {
-    const QString count = counted(files, QStringLiteral("file"));
-    return files == 0 ? count : QStringLiteral("%1, about %2").arg(count, toQt(sizeText(bytes)));
+    return QStringLiteral("%1, about %2").arg(counted(files, QStringLiteral("file")), toQt(sizeText(bytes)));
 }
 
 /// The rows of takes whose files were planned one after the other, and what they come to together.
@@ -81,7 +80,7 @@ class PreviewRows {
         ++problems_;
     }
     [[nodiscard]] OperationPreview finish(FileOps& files) {
-        preview_.summary = filesText(files_, bytes_);
+        preview_.summary = files_ > 0 ? filesText(files_, bytes_) : QStringLiteral("Nothing would be made");
         preview_.canRun = files_ > 0;
         if (problems_ > 0) {
             preview_.problems = problems_ == 1 ? QStringLiteral("1 take cannot be used")
@@ -122,6 +121,7 @@ OperationPreview previewOfTracks(const OperationRequest& request, FileOps& files
         OperationPreview nothing;
         nothing.problems = request.tab == OperationsTab::split ? QStringLiteral("Select at least one split output.")
                                                                : QStringLiteral("Select at least one track to remove.");
+        nothing.waits = true;
         return nothing;
     }
     const auto planned = OperationsAudio::planGroups(files, takes, plannerOf(request, files), task);
@@ -180,6 +180,7 @@ OperationPreview previewOfRenaming(const OperationRequest& request) {
     if (planned.conflicts() > 0) preview.problems = toQt(planned.conflictsText());
     if (lacksFolder(request.rename)) {
         preview.problems = QString::fromUtf8(noDestinationFolder.data(), std::ssize(noDestinationFolder));
+        preview.waits = true;
     }
     preview.canRun = changed > 0 && preview.problems.isEmpty();
     return preview;
@@ -190,6 +191,7 @@ OperationPreview previewOfReport(const OperationRequest& request) {
     preview.summary = QStringLiteral("%1 in the report").arg(counted(request.fichiers.size(), QStringLiteral("file")));
     if (!request.destination) {
         preview.problems = QStringLiteral("No destination folder selected");
+        preview.waits = true;
         return preview;
     }
     const WrittenReport names = reportNames(request.fichiers, request.report, *request.destination);

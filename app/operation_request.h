@@ -70,6 +70,7 @@ struct OperationPreview {
     std::vector<Row> rows;
     QString summary;            ///< "12 files, 3.4 GB"
     QString problems;           ///< "3 filename conflicts"; empty when there are none
+    bool waits = false;         ///< for a choice that has not been made yet: `problems` asks for it
     bool canRun = false;        ///< something would be done, and nothing forbids all of it
     bool isConflicted = false;  ///< a renaming whose conflicts numbers would solve
 };

@@ -423,9 +423,9 @@ void OperationsModel::chooseDestination() {
     });
 }
 
-void OperationsModel::clearDestination() {
-    if (!destination()) return;
-    ownState().destination.reset();
+void OperationsModel::setDestination(const std::optional<std::filesystem::path>& folder) {
+    if (!tab_ || folder == destination()) return;
+    ownState().destination = folder;
     emit destinationChanged();
     replan();
 }

@@ -116,7 +116,7 @@ class OperationsModel : public QObject {
     /// Where new files go; absent for beside what they are made of.
     [[nodiscard]] std::optional<std::filesystem::path> destination() const;
     void chooseDestination();
-    void clearDestination();
+    void setDestination(const std::optional<std::filesystem::path>& folder);
     [[nodiscard]] bool needsDestination() const noexcept;
 
     // --- What would come of it -------------------------------------------------------------------------------------

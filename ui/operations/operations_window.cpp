@@ -136,6 +136,18 @@ OperationsWindow::OperationsWindow(const Services& services, QWidget* parent)
     row->addWidget(pages_, 1);
     overlay_ = new OperationOverlay(services_.theme, pages_);
 
+    // Keys of the main window that are of use here, too.
+    const std::pair<KeyId, void (Commands::*)()> keys[] = {
+        {KeyId::nextOperationsTab, &Commands::dravikOperationsNextTab},
+        {KeyId::previousOperationsTab, &Commands::dravikOperationsPreviousTab},
+        {KeyId::save, &Commands::dravikSaveChanges}};
+    for (const auto& [key, command] : keys) {
+        auto* made = new QAction(this);
+        made->setShortcut(keyOf(key));
+        connect(made, &QAction::triggered, this,
+                [&commands = services_.commands, command = command] { emit(commands.*command)(); });
+        addAction(made);
+    }
     connectModel();
     connect(&services_.theme, &Theme::changed, this, &OperationsWindow::applyTheme);
     applyTheme();
@@ -222,7 +234,7 @@ QWidget* OperationsWindow::makeFoot() {
     row->addWidget(destination_, 1);
     beside_ = new QPushButton(QStringLiteral("Beside the Recordings"), foot);
     beside_->setToolTip(QStringLiteral("New files go into the folder of what they are made of"));
-    connect(beside_, &QPushButton::clicked, &services_.model, &OperationsModel::clearDestination);
+    connect(beside_, &QPushButton::clicked, this, [this] { services_.model.setDestination(std::nullopt); });
     row->addWidget(beside_);
     told_ = new QLabel(foot);
     row->addWidget(told_);
@@ -265,7 +277,7 @@ void OperationsWindow::showTab() {
         return;
     }
     takesPane_->setVisible(tab != OperationsTab::report);
-    previewPane_->setMaximumHeight(tab == OperationsTab::report ? reportPreviewHeight : QWIDGETSIZE_MAX);
+    showReportLayout(tab == OperationsTab::report);
     const bool renames = tab == OperationsTab::rename;
     preview_->setHeads(renames                        ? QStringLiteral("File")
                        : tab == OperationsTab::report ? QStringLiteral("Document")
@@ -276,6 +288,18 @@ void OperationsWindow::showTab() {
     showItems();
     showDestination();
     showPreview();
+}
+
+void OperationsWindow::showReportLayout(bool report) {
+    if (report == downSizes_.has_value()) return;
+    previewPane_->setMaximumHeight(report ? reportPreviewHeight : QWIDGETSIZE_MAX);
+    if (report) {
+        downSizes_ = down_->sizes();
+        down_->setSizes({down_->height() - reportPreviewHeight, reportPreviewHeight});
+    } else {
+        down_->setSizes(*downSizes_);
+        downSizes_.reset();
+    }
 }
 
 void OperationsWindow::showItems() {
@@ -326,11 +350,11 @@ void OperationsWindow::showPreview() {
     for (const OperationPreview::Row& row : preview.rows)
         rows.push_back({row.source, row.target, row.problem, row.unchanged, preview.isConflicted});
     preview_->setRows(std::move(rows));
-    const bool troubled = !preview.problems.isEmpty();
-    preview_->setCounts(troubled && !preview.summary.isEmpty()
+    const bool told = !preview.problems.isEmpty();
+    preview_->setCounts(told && !preview.summary.isEmpty()
                             ? QStringLiteral("%1 — %2").arg(preview.summary, preview.problems)
                             : preview.summary + preview.problems,
-                        troubled);
+                        told && !preview.waits);
 }
 
 void OperationsWindow::showRunning() {
@@ -399,7 +423,7 @@ void OperationsWindow::restoreLayout() {
 void OperationsWindow::rememberLayout() {
     services_.settings.store(QLatin1String(geometryKey), saveGeometry());
     services_.settings.store(QLatin1String(acrossKey), across_->saveState());
-    services_.settings.store(QLatin1String(downKey), down_->saveState());
+    if (!downSizes_) services_.settings.store(QLatin1String(downKey), down_->saveState());
 }
 
 }  // namespace dravik

@@ -55,6 +55,8 @@ class OperationsWindow : public QWidget {
     void restoreLayout();
     void rememberLayout();
     void showTab();
+    /// The form of the report is long, and what it makes short.
+    void showReportLayout(bool report);
     void showItems();
     void showDestination();
     void showPreview();
@@ -72,6 +74,7 @@ class OperationsWindow : public QWidget {
     OperationForms* forms_ = nullptr;
     OperationPreviewTable* preview_ = nullptr;
     QSplitter *across_ = nullptr, *down_ = nullptr;
+    std::optional<QList<int>> downSizes_;  ///< of the other tabs, while the report's is shown
     ElidedLabel* destination_ = nullptr;
     QLabel* told_ = nullptr;
     QPushButton *choose_ = nullptr, *beside_ = nullptr, *run_ = nullptr;
