@@ -1,6 +1,6 @@
 #include "app/operations_model.h"
-#include "app/rename_patterns.h"
 
+#include "app/rename_patterns.h"
 #include "platform/lame/lame_encoder.h"
 #include "platform/media/lazy_aac_encoders.h"
 #include "platform/media/lazy_sample_decoder.h"
