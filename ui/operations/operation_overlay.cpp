@@ -231,17 +231,17 @@ void OperationOverlay::setState(const std::optional<OperationStatusOverlayState>
     if (!wasShown) focusedBefore_ = window()->focusWidget();
     if (const auto* working = std::get_if<OperationWorking>(&*state_)) {
         showWorking(*working);
-        if (!wasShown || !wasWorking) cancel_->setFocus();
+        if (!wasShown || !wasWorking) cancel_->setFocus(Qt::TabFocusReason);
     } else {
         showResult(std::get<OperationCompletionInfo>(*state_));
-        if (!wasShown || wasWorking) ok_->setFocus();
+        if (!wasShown || wasWorking) ok_->setFocus(Qt::TabFocusReason);
     }
     cover();
     if (!wasShown) {
         raise();
         show();
         // A widget that is not seen does not get the keyboard.
-        (std::holds_alternative<OperationWorking>(*state_) ? cancel_ : ok_)->setFocus();
+        (std::holds_alternative<OperationWorking>(*state_) ? cancel_ : ok_)->setFocus(Qt::TabFocusReason);
     }
 }
 
