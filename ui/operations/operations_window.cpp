@@ -142,7 +142,7 @@ OperationsWindow::OperationsWindow(const Services& services, QWidget* parent)
         {KeyId::previousOperationsTab, &Commands::dravikOperationsPreviousTab},
         {KeyId::save, &Commands::dravikSaveChanges}};
     for (const auto& [key, command] : keys) {
-        auto* made = new QAction(this);
+        auto* made = new QAction(shortcut(key).name, this);
         made->setShortcut(keyOf(key));
         connect(made, &QAction::triggered, this,
                 [&commands = services_.commands, command = command] { emit(commands.*command)(); });
