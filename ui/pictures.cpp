@@ -80,6 +80,31 @@ const std::vector<Sample>& samples() {
     return all;
 }
 
+OperationAudioResult result(const std::string& take, const std::string& message, bool success) {
+    OperationAudioResult one;
+    one.sourceName = take;
+    one.message = message;
+    one.success = success;
+    if (success) one.destinationURL = "/media/card/" + take + "_export.wav";
+    return one;
+}
+
+/// What covers the operations window at work, and when it has ended well and not so well.
+std::vector<std::pair<QString, OperationStatusOverlayState>> overlays() {
+    const OperationTexts& texts = textsOf(OperationsTab::export_);
+    OperationCompletionInfo done{texts.succeeded, texts.failed, QStringLiteral("Created 3 files."), {}, false};
+    for (const char* take : {"12-T01", "12-T02", "12-T03"})
+        done.results.push_back(result(take, "Created " + std::string(take) + "_export.wav", true));
+    OperationCompletionInfo partly = done;
+    partly.results[1] =
+        result("12-T02", "The export exceeds the integer PCM range; no clipped file was created.", false);
+    return {{QStringLiteral("operations-working"),
+             OperationWorking{runningText(OperationsTab::export_, 3), 0.42, QStringLiteral("12-T02_export.wav"),
+                              QStringLiteral("14 s left"), false}},
+            {QStringLiteral("operations-done"), done},
+            {QStringLiteral("operations-errors"), partly}};
+}
+
 /// Adds the steps that draw every window.
 struct Album {
     const Windows& windows;
@@ -159,6 +184,11 @@ struct Album {
             steps.emplace_back([&operations, to = file(QStringLiteral("operations-") + rawValue(tab))] {
                 return draw(operations, to);
             });
+        }
+        auto* overlay = operations.findChild<OperationOverlay*>();
+        for (const auto& [name, state] : overlays()) {
+            run([overlay, state = state] { overlay->setState(state); });
+            steps.emplace_back([&operations, to = file(name)] { return draw(operations, to); });
         }
         run([&operations] { operations.close(); });
     }

@@ -54,16 +54,20 @@ void CheckTable::keyPressEvent(QKeyEvent* event) {
         model()->setData(row, check ? Qt::Checked : Qt::Unchecked, Qt::CheckStateRole);
 }
 
-CheckBar::CheckBar(const QString& noun, QWidget* parent)
-    : QWidget(parent),
-      noun_(noun),
-      count_(new QLabel(this)),
-      all_(new QPushButton(QStringLiteral("All"), this)),
-      none_(new QPushButton(QStringLiteral("None"), this)) {
+void CheckBar::setNoun(const QString& noun) {
+    noun_ = noun;
     all_->setAccessibleName(QStringLiteral("All %1s").arg(noun));
     all_->setToolTip(QStringLiteral("Check all %1s").arg(noun));
     none_->setAccessibleName(QStringLiteral("No %1s").arg(noun));
     none_->setToolTip(QStringLiteral("Uncheck all %1s").arg(noun));
+}
+
+CheckBar::CheckBar(const QString& noun, QWidget* parent)
+    : QWidget(parent),
+      count_(new QLabel(this)),
+      all_(new QPushButton(QStringLiteral("All"), this)),
+      none_(new QPushButton(QStringLiteral("None"), this)) {
+    setNoun(noun);
     for (QPushButton* button : {all_, none_}) {
         button->setAutoDefault(false);
         // As wide as its word: the count beside it needs the room more.

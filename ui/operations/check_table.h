@@ -35,6 +35,8 @@ class CheckBar : public QWidget {
   public:
     /// `noun`: what one of them is, "track".
     CheckBar(const QString& noun, QWidget* parent);
+    /// From the next count on.
+    void setNoun(const QString& noun);
     void setCount(std::size_t checked, std::size_t all);
     /// Where there is more to check than what is counted.
     void enable(bool canCheck, bool canUncheck);
@@ -43,7 +45,7 @@ class CheckBar : public QWidget {
     void allRequested(bool checked);
 
   private:
-    const QString noun_;
+    QString noun_;
     QLabel* count_;
     QPushButton* all_;
     QPushButton* none_;

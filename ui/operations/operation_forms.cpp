@@ -179,7 +179,7 @@ QWidget* OperationForms::makeRename(UserDefaults& settings, Dialogs& dialogs) {
         model_.setRenameMode(copies ? OperationAudioBatchRenameMode::copyAndRename
                                     : OperationAudioBatchRenameMode::renameInPlace);
     });
-    keepBoth_ = new QCheckBox(QStringLiteral("Keep Both"), page);
+    keepBoth_ = new QCheckBox(QStringLiteral("Keep Both wherever names collide"), page);
     keepBoth_->setToolTip(QStringLiteral("Names that collide get a number"));
     connect(keepBoth_, &QCheckBox::toggled, &model_, &OperationsModel::setKeepBoth);
     leaves_ = new QCheckBox(QStringLiteral("Keep separators of empty values"), page);
@@ -208,7 +208,12 @@ QWidget* OperationForms::makeReport(UserDefaults& settings) {
     report_ = new ReportFormView(settings, theme_);
     connect(report_, &ReportFormView::formChanged, &model_, &OperationsModel::setReportForm);
     connect(report_, &ReportFormView::tapeChanged, &model_, &OperationsModel::setReportTape);
-    return scrolling(report_, this);
+    auto* page = new QWidget(this);
+    auto* column = new QVBoxLayout(page);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addWidget(report_);
+    column->addStretch();
+    return scrolling(page, this);
 }
 
 void OperationForms::showTab() {

@@ -26,6 +26,7 @@ constexpr int cardMargin = 20;
 constexpr int leastGap = 24;  ///< between the card and the edges of what is covered
 constexpr int signSide = 28;
 constexpr int titleSize = 16;
+constexpr int sourceWidth = 190;  ///< of the column with names, at most
 constexpr int progressSteps = 1000;
 constexpr int mostListLines = 9;  ///< of results, before the list scrolls
 
@@ -179,7 +180,6 @@ QWidget* OperationOverlay::makeResult() {
     model_ = new OperationResultsModel(theme_, this);
     results_ = new QTableView(page);
     results_->setModel(model_);
-    constexpr int sourceWidth = 190;
     makeDense(*results_, theme_, QStringLiteral("Results"), {sourceWidth});
     results_->setItemDelegate(new RowDelegate(OperationResultsModel::message, this));
     results_->horizontalHeader()->hide();
@@ -273,6 +273,10 @@ void OperationOverlay::showResult(const OperationCompletionInfo& info) {
     model_->show(info.results);
     results_->setVisible(!info.results.empty());
     const int lines = std::min(mostListLines, model_->rowCount());
+    // The message has more to say than the name.
+    results_->resizeColumnToContents(OperationResultsModel::source);
+    results_->setColumnWidth(OperationResultsModel::source,
+                             std::min(results_->columnWidth(OperationResultsModel::source), sourceWidth));
     results_->setFixedHeight(lines * metrics::rowHeight + 2 * results_->frameWidth());
     showReveal();
     applyTheme();

@@ -279,6 +279,7 @@ void OperationsWindow::showTab() {
     takesPane_->setVisible(tab != OperationsTab::report);
     showReportLayout(tab == OperationsTab::report);
     const bool renames = tab == OperationsTab::rename;
+    takes_->setNoun(renames ? QStringLiteral("file") : QStringLiteral("take"));
     preview_->setHeads(renames                        ? QStringLiteral("File")
                        : tab == OperationsTab::report ? QStringLiteral("Document")
                                                       : QStringLiteral("Take"),

@@ -115,6 +115,8 @@ TakeCheckList::TakeCheckList(const Theme& theme, QWidget* parent)
     refreshCount();
 }
 
+void TakeCheckList::setNoun(const QString& noun) { bar_->setNoun(noun); }
+
 void TakeCheckList::setRows(std::vector<TakeCheckRow> rows) {
     const QScopedValueRollback<bool> set(setting_, true);
     model_->setRows(std::move(rows));

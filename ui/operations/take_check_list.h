@@ -25,6 +25,8 @@ class TakeCheckList : public QWidget {
   public:
     explicit TakeCheckList(const Theme& theme, QWidget* parent = nullptr);
 
+    /// What a row is: "take", or "file". Before the rows.
+    void setNoun(const QString& noun);
     /// These tell nobody. As many rows as before leave the list where it was scrolled to, and its current row.
     void setRows(std::vector<TakeCheckRow> rows);
     void setChecked(int row, bool checked);
