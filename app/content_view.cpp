@@ -35,7 +35,8 @@ ContentView::ContentView(const Services& services)
     : services_(services),
       listing_(services.background, services.files, services.codecs),
       saves_({rows_, services.dialogs, services.clock, services.background, services.files}),
-      cues_(rows_, services.settings, services.dialogs) {
+      cues_(rows_, services.settings, services.dialogs),
+      fields_(rows_, [this] { return selectedRow(); }) {
     connect(&listing_, &FolderListing::rowsRead, this, &ContentView::onRowsRead);
     connect(&listing_, &FolderListing::folderChanged, this, [this] { readAgain(FolderListing::Reuse::unchanged); });
     connect(&listing_, &FolderListing::recovered, this, [this](const Recovery& recovery) {
@@ -70,22 +71,7 @@ ContentView::ContentView(const Services& services)
         emit pendingChanged();
     });
 
-    const std::pair<void (ModificationsEnCours::*)(), RowField> fields[] = {
-        {&ModificationsEnCours::projectChanged, RowField::project},
-        {&ModificationsEnCours::sceneChanged, RowField::scene},
-        {&ModificationsEnCours::tapeChanged, RowField::tape},
-        {&ModificationsEnCours::priseChanged, RowField::prise},
-        {&ModificationsEnCours::noteChanged, RowField::note},
-        {&ModificationsEnCours::circledChanged, RowField::circled},
-        {&ModificationsEnCours::wildChanged, RowField::wild},
-        {&ModificationsEnCours::timecodeChanged, RowField::timecode},
-        {&ModificationsEnCours::framerateChanged, RowField::framerate},
-        {&ModificationsEnCours::nomsPistesChanged, RowField::tracks},
-        {&ModificationsEnCours::numerosPistesChanged, RowField::trackNumbers},
-    };
-    for (const auto& [signal, field] : fields)
-        connect(&modifications_, signal, this, [this, field = field] { onFieldEdited(field); });
-
+    connect(&fields_, &TakeFields::notice, this, &ContentView::notice);
     connect(&services_.commands, &Commands::dravikSaveChanges, this, [this] { saveAll(); });
     connect(&services_.commands, &Commands::dravikLoadFile, this, &ContentView::loadFile);
     connect(&services_.commands, &Commands::dravikLoadFolder, this, &ContentView::loadFolder);
@@ -544,9 +530,7 @@ void ContentView::clearSelection() {
     selected_.clear();
     metadata_.reset();
     pistes_.clear();
-    filling_ = true;
-    modifications_.charger({}, {}, 0);
-    filling_ = false;
+    fields_.show();
     emit takeChanged();
     cues_.unload();
     emit selectionChanged();
@@ -561,102 +545,19 @@ void ContentView::showTake(int row) {
     metadata_ = summary(original);
     pistes_ = tracksOfGroup(rows_.groupesTableau().at(static_cast<std::size_t>(row)).groupe);
     rows_.endCollapsing();
-    fillModifications(row);
+    fields_.show();
     emit takeChanged();
     cues_.load(selected_.front());
     emit selectionChanged();
 }
 
-void ContentView::fillModifications(int row) {
-    const auto at = static_cast<std::size_t>(row);
-    const GroupeFichiers& original = rows_.groupesOriginauxTableau().at(at);
-    const RowState& state = rows_.groupesTableau().at(at);
-    filling_ = true;
-    modifications_.charger(summary(original), tracksOfGroup(original), original.fichiers.front().sampleRate);
-    const EditedFields fields = fieldsOf(state.groupe);
-    modifications_.setProject(fields.project);
-    modifications_.setScene(fields.scene);
-    modifications_.setTape(fields.tape);
-    modifications_.setPrise(fields.prise);
-    modifications_.setNote(fields.note);
-    modifications_.setCircled(fields.circled);
-    modifications_.setWild(fields.wild);
-    modifications_.setFramerate(fields.framerate);
-    modifications_.setTimecode(fields.timecode);
-    for (const auto& [piste, nom] : fields.nomsPistes)
-        modifications_.setTrackName(piste, nom);
-    modifications_.setTrackNumbers(fields.numerosPistes);
-    modifications_.setModifTableau(state.groupe.nom != original.nom);
-    modifications_.setModifCues(state.cues.has_value());
-    filling_ = false;
-}
-
 void ContentView::onRowsChanged(const std::vector<int>& rows) {
     const int row = selectedRow();
     if (row < 0 || std::find(rows.begin(), rows.end(), row) == rows.end()) return;
-    if (!filling_) fillModifications(row);
+    fields_.follow();
     pistes_ = tracksOfGroup(rows_.groupesTableau().at(static_cast<std::size_t>(row)).groupe);
     emit takeChanged();
     emit cueMarkersChanged();
-}
-
-void ContentView::onFieldEdited(RowField field) {
-    const int row = selectedRow();
-    if (filling_ || row < 0) return;
-    if (!rows_.canEdit(row)) {
-        fillModifications(row);
-        return;
-    }
-    RowState state = rows_.groupesTableau().at(static_cast<std::size_t>(row));
-    const EditedFields& edited = modifications_.fields();
-    switch (field) {
-        case RowField::project:
-            static_cast<void>(setText(state.groupe, field, edited.project));
-            break;
-        case RowField::scene:
-            static_cast<void>(setText(state.groupe, field, edited.scene));
-            break;
-        case RowField::tape:
-            static_cast<void>(setText(state.groupe, field, edited.tape));
-            break;
-        case RowField::prise:
-            static_cast<void>(setText(state.groupe, field, edited.prise));
-            break;
-        case RowField::note:
-            static_cast<void>(setText(state.groupe, field, edited.note));
-            break;
-        case RowField::circled:
-            setFlag(state.groupe, field, edited.circled);
-            break;
-        case RowField::wild:
-            setFlag(state.groupe, field, edited.wild);
-            break;
-        case RowField::timecode:
-            static_cast<void>(setText(state.groupe, field, edited.timecode));
-            break;
-        case RowField::framerate:
-            static_cast<void>(setText(state.groupe, field, edited.framerate));
-            break;
-        case RowField::tracks:
-            for (const auto& [piste, nom] : edited.nomsPistes)
-                setTrackName(state.groupe, piste, nom);
-            break;
-        case RowField::trackNumbers:
-            if (const auto problem = trackNumberProblem(state.groupe, edited.numerosPistes)) {
-                fillModifications(row);
-                emit notice(toQt(*problem));
-                return;
-            }
-            static_cast<void>(setTrackNumbers(state.groupe, edited.numerosPistes));
-            break;
-        case RowField::name:
-        case RowField::cues:
-            return;
-    }
-    filling_ = true;  // the fields are what the row is about to become
-    rows_.edit(QStringLiteral("Edit %1").arg(fieldTitle(field)), {{row, std::move(state)}},
-               QStringLiteral("field %1 of %2").arg(static_cast<int>(field)).arg(row));
-    filling_ = false;
 }
 
 QString ContentView::undoName() const {

@@ -11,10 +11,10 @@
 #include "app/save_flow.h"
 #include "app/take_audio.h"
 #include "app/take_cues.h"
+#include "app/take_fields.h"
 #include "app/take_rows.h"
 #include "app/user_defaults.h"
 #include "base/file_ops.h"
-#include "editing/modifications_en_cours.h"
 #include "model/audio_file_reader.h"
 #include "model/audio_metadata.h"
 #include "model/piste.h"
@@ -61,7 +61,7 @@ class ContentView : public QObject {
     [[nodiscard]] TakeRows& rows() noexcept { return rows_; }
     [[nodiscard]] const TakeRows& rows() const noexcept { return rows_; }
     [[nodiscard]] FolderListing& listing() noexcept { return listing_; }
-    [[nodiscard]] ModificationsEnCours& modifications() noexcept { return modifications_; }
+    [[nodiscard]] ModificationsEnCours& modifications() noexcept { return fields_.modifications(); }
 
     [[nodiscard]] const std::optional<std::filesystem::path>& dossierSelectionne() const noexcept { return dossier_; }
     /// The folder that is open, or in which the selected files lie; "Multiple folders" when these are several.
@@ -186,15 +186,13 @@ class ContentView : public QObject {
     void selectAfterReading(bool complete);
     void clearSelection();
     void showTake(int row);
-    void fillModifications(int row);
-    void onFieldEdited(RowField field);
 
     Services services_;
     TakeRows rows_;
     FolderListing listing_;
     SaveFlow saves_;
     TakeCues cues_;
-    ModificationsEnCours modifications_;
+    TakeFields fields_;
     const Uuid externalOpenConsumerID_ = Uuid::random();
 
     std::optional<std::filesystem::path> dossier_;
@@ -212,7 +210,6 @@ class ContentView : public QObject {
     std::optional<AudioMetadata> metadata_;
     std::vector<Piste> pistes_;
     bool enSaisie_ = false;
-    bool filling_ = false;  ///< the fields follow the row just now, not the other way round
 
     std::optional<ActionEnAttente> actionEnAttente_;
     std::optional<ActionEnAttente> nextAction_;  ///< came from outside while another was waiting
