@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <stdexcept>
 
 namespace dravik {
 namespace {
@@ -25,22 +26,36 @@ TrackChoices choicesOf(const OperationRequest& request, const GroupeFichiers& gr
     return found == request.choices.end() ? TrackChoices::standard(groupe) : found->second;
 }
 
+std::vector<std::filesystem::path> filesAt(const GroupeFichiers& groupe, const std::set<int>& members) {
+    std::vector<std::filesystem::path> files;
+    for (const int member : members) {
+        if (member < std::ssize(groupe.fichiers))
+            files.push_back(groupe.fichiers[static_cast<std::size_t>(member)].url);
+    }
+    return files;
+}
+
 OperationsAudio::GroupPlanner plannerOf(const OperationRequest& request, FileOps& files) {
     return [&request, &files](const GroupeFichiers& groupe, DestinationNames& names) {
         const TrackChoices choices = choicesOf(request, groupe);
         switch (request.tab) {
             case OperationsTab::merge:
-                return OperationsAudio::planMerge(files, groupe, {choices.exclus.begin(), choices.exclus.end()},
-                                                  request.destination, names);
+                return OperationsAudio::planMerge(files, groupe, filesAt(groupe, choices.exclus), request.destination,
+                                                  names);
             case OperationsTab::split:
                 return OperationsAudio::planSplit(files, {groupe, choices.monoCanaux, choices.stereoTracks12},
                                                   request.destination, names);
             case OperationsTab::deleteTracks:
                 return OperationsAudio::planDeleteTracks(files, groupe, choices.supprimes, request.destination, names);
-            default:
+            case OperationsTab::reorderTracks:
                 return OperationsAudio::planReorder(files, groupe, choices.ordre, request.destination,
                                                     request.preserveTrackNumbers, names);
+            case OperationsTab::rename:
+            case OperationsTab::export_:
+            case OperationsTab::report:
+                break;  // are no operations on tracks
         }
+        throw std::logic_error("no operation on tracks");
     };
 }
 
@@ -68,8 +83,9 @@ QString filesText(std::size_t files, std::uint64_t bytes) {
 /// The rows of takes whose files were planned one after the other, and what they come to together.
 class PreviewRows {
   public:
-    void add(const QString& source, const std::filesystem::path& target, std::uint64_t bytes) {
-        preview_.rows.push_back({source, nameOf(target), {}, false});
+    void add(const QString& source, const std::filesystem::path& target, std::uint64_t bytes,
+             const QString& remark = {}) {
+        preview_.rows.push_back({source, nameOf(target), {}, false, false, remark});
         ++files_;
         bytes_ += bytes;
         needed_.push_back({target, bytes});
@@ -135,7 +151,7 @@ OperationPreview previewOfTracks(const OperationRequest& request, FileOps& files
             rows.addUnchanged(source, toQt(plan.message));
         }
         for (const PlannedOutput& output : plan.outputs)
-            rows.add(source, output.destination, output.size());
+            rows.add(source, output.destination, output.size(), toQt(plan.note));
     }
     return rows.finish(files);
 }
@@ -168,11 +184,15 @@ OperationPreview previewOfRenaming(const OperationRequest& request) {
     std::size_t changed = 0;
     for (std::size_t at = 0; at < planned.rows.size(); ++at) {
         const RenamePreviewRow& row = planned.rows[at];
-        preview.rows.push_back({nameOf(request.fichiers[at].url), toQt(row.newName),
-                                row.conflict ? toQt(row.conflict->text()) : QString(), row.unchanged});
+        OperationPreviewRow& shown = preview.rows.emplace_back();
+        shown.file = request.fichiers[at].url;
+        shown.source = nameOf(shown.file);
+        shown.target = toQt(row.newName);
+        shown.unchanged = row.unchanged;
+        if (row.unchanged) shown.remark = QStringLiteral("keeps its name");
+        shown.canKeepBoth = row.conflict && row.conflict->kind != RenameConflictCause::Kind::invalidName;
+        if (row.conflict) shown.problem = toQt(row.conflict->text());
         changed += !row.unchanged && !row.conflict ? 1U : 0U;
-        preview.isConflicted =
-            preview.isConflicted || (row.conflict && row.conflict->kind != RenameConflictCause::Kind::invalidName);
     }
     const bool copies = request.rename.mode == OperationAudioBatchRenameMode::copyAndRename;
     preview.summary = copies ? QStringLiteral("%1 will be copied").arg(counted(changed, QStringLiteral("file")))

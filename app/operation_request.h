@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/export_audio_session_state.h"
+#include "app/operation_preview.h"
 #include "app/operations_tab.h"
 #include "app/take_audio.h"
 #include "base/progress.h"
@@ -27,11 +28,11 @@ namespace dravik {
 
 /// What was chosen about the tracks of one take. Positions from 0.
 struct TrackChoices {
-    std::set<std::filesystem::path> exclus;  ///< merge: members that are left out
-    std::set<int> monoCanaux;                ///< split: tracks that become mono files…
-    bool stereoTracks12 = false;             ///< …and the first two as one stereo file
-    std::set<int> supprimes;                 ///< delete
-    OperationsAudio::ChannelMapping ordre;   ///< reorder
+    std::set<int> exclus;                   ///< merge: members that are left out
+    std::set<int> monoCanaux;               ///< split: tracks that become mono files…
+    bool stereoTracks12 = false;            ///< …and the first two as one stereo file
+    std::set<int> supprimes;                ///< delete
+    OperationsAudio::ChannelMapping ordre;  ///< reorder
 
     /// Every track splits off; nothing else is chosen.
     [[nodiscard]] static TrackChoices standard(const GroupeFichiers& groupe);
@@ -59,21 +60,6 @@ struct OperationServices {
     const PdfRenderer& pdf;
 };
 
-/// What a run would do, line by line.
-struct OperationPreview {
-    struct Row {
-        QString source, target;
-        QString problem;         ///< why not; empty when nothing is in the way
-        bool unchanged = false;  ///< it is already what it would become
-        friend bool operator==(const Row&, const Row&) = default;
-    };
-    std::vector<Row> rows;
-    QString summary;            ///< "12 files, 3.4 GB"
-    QString problems;           ///< "3 filename conflicts"; empty when there are none
-    bool waits = false;         ///< for a choice that has not been made yet: `problems` asks for it
-    bool canRun = false;        ///< something would be done, and nothing forbids all of it
-    bool isConflicted = false;  ///< a renaming whose conflicts numbers would solve
-};
 /// Plans the run as the run itself would; nothing is written. Throws Cancelled only.
 [[nodiscard]] OperationPreview previewOf(const OperationRequest& request, const OperationServices& services,
                                          const TaskContext& task);

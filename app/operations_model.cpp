@@ -67,6 +67,10 @@ OperationsModel::OperationsModel(const Services& services)
     connect(&content.rows(), &TakeRows::rowsAppended, this, rowsChange);
     connect(&content.rows(), &TakeRows::rowsChanged, this, rowsChange);
     connect(&content, &ContentView::filesMoved, this, &OperationsModel::follow);
+    connect(&content, &ContentView::folderChanged, this, [this] {
+        reportTape_.clear();  // is of the folder's day
+        emit choicesChanged();
+    });
     delay_.setSingleShot(true);
     delay_.setInterval(typingSettle);
     connect(&delay_, &QTimer::timeout, this, &OperationsModel::plan);
@@ -281,6 +285,8 @@ void OperationsModel::follow(const FileMoves& moved) {
         for (auto& [tab, state] : tabs_) {
             if (state.unchecked.erase(before.native()) > 0) state.unchecked.insert(now.native());
         }
+        std::set<std::string>& notExported = exportState_.sourcesDesactivees;
+        if (notExported.erase(before.native()) > 0) notExported.insert(now.native());
     }
 }
 
@@ -322,15 +328,8 @@ int OperationsModel::similarCount() const { return static_cast<int>(similar().si
 
 void OperationsModel::copyChoicesToSimilar() {
     const TrackChoices shown = currentChoices();
-    const std::vector<std::filesystem::path> files = currentFiles();
-    for (const GroupeFichiers* groupe : similar()) {
-        TrackChoices copy = shown;
-        copy.exclus.clear();
-        for (std::size_t member = 0; member < std::min(files.size(), groupe->fichiers.size()); ++member) {
-            if (shown.exclus.contains(files[member])) copy.exclus.insert(groupe->fichiers[member].url);
-        }
-        choices_[TakeRows::keyOf(*groupe)] = std::move(copy);
-    }
+    for (const GroupeFichiers* groupe : similar())
+        choices_[TakeRows::keyOf(*groupe)] = shown;
     onChoices();
 }
 
@@ -342,8 +341,12 @@ void OperationsModel::setPreserveTrackNumbers(bool preserve) {
 }
 
 void OperationsModel::setExportState(const ExportAudioSessionState& state) {
-    if (state == exportState_) return;
-    exportState_ = state;
+    // Which takes take part is chosen in the list, and the form may not have heard of it yet.
+    ExportAudioSessionState next = state;
+    next.appliquerTous = exportState_.appliquerTous;
+    next.sourcesDesactivees = exportState_.sourcesDesactivees;
+    if (next == exportState_) return;
+    exportState_ = next;
     rememberExportState(services_.settings, exportState_);
     onChoices();
 }
@@ -377,9 +380,8 @@ void OperationsModel::setKeepBoth(bool keepBoth) {
 }
 
 void OperationsModel::keepBothFor(int previewRow) {
-    const std::vector<InfoFichier> files = request().fichiers;
-    if (previewRow < 0 || previewRow >= std::ssize(files)) return;
-    rename_.keepBothFor.insert(files[static_cast<std::size_t>(previewRow)].id);
+    if (previewRow < 0 || previewRow >= std::ssize(preview_.rows)) return;
+    rename_.keepBothFor.insert(preview_.rows[static_cast<std::size_t>(previewRow)].file);
     onChoices();
 }
 
@@ -486,6 +488,10 @@ void OperationsModel::plan() {
                 return previewOf(request, services, {token.get(), {}});
             } catch (const Cancelled&) {
                 return {};
+            } catch (const std::exception& error) {
+                OperationPreview preview;
+                preview.problems = toQt(userText(error));
+                return preview;
             }
         },
         [this, token](OperationPreview preview) {

@@ -97,7 +97,7 @@ class Previewer {
 
   private:
     [[nodiscard]] bool keepsBoth(const InfoFichier& fichier) const {
-        return choice_.keepBoth || choice_.keepBothFor.contains(fichier.id);
+        return choice_.keepBoth || choice_.keepBothFor.contains(fichier.url);
     }
     [[nodiscard]] std::filesystem::path pathOf(const InfoFichier& fichier, std::string_view name) const {
         return destinationOf(fichier, name, copies_, choice_.destination);

@@ -53,7 +53,7 @@ struct BatchRenameChoice {
     std::filesystem::path destination = {};  ///< of copies; empty: not chosen yet, and only names can be compared
     OperationsAudio::EmptyTokens emptyTokens = OperationsAudio::EmptyTokens::takeSeparatorsAlong;
     bool keepBoth = false;            ///< number every name that collides
-    std::set<Uuid> keepBothFor = {};  ///< or those of these files (InfoFichier::id)
+    std::set<std::filesystem::path> keepBothFor = {};  ///< or those of these files
 };
 
 /// One line of the preview.

@@ -537,8 +537,11 @@ void MainWindow::connectOperations() {
             status_->endWork();
         }
     });
+    connect(&services_.operations, &OperationsModel::shownChanged, this, [this, &running] {
+        if (running.isRunning() && services_.operations.afficherOperations()) status_->endWork();
+    });
     connect(&running, &OperationsRun::overlayChanged, this, [this, &running] {
-        if (!running.overlay() || operations_->isVisible()) return;
+        if (!running.overlay() || services_.operations.afficherOperations()) return;
         if (const auto* working = std::get_if<OperationWorking>(&*running.overlay())) {
             status_->showWork(QStringLiteral("%1 %2").arg(working->message, working->fileName),
                               static_cast<std::uint64_t>(working->fraction.value_or(0) * 1000), 1000, true);

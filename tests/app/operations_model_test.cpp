@@ -67,7 +67,7 @@ class OperationsModelTest : public testing::Test, public test::MainWindowStage {
     }
     [[nodiscard]] QStringList targets() const {
         QStringList targets;
-        for (const OperationPreview::Row& row : model.preview().rows)
+        for (const OperationPreviewRow& row : model.preview().rows)
             targets << row.target + row.problem;
         return targets;
     }
@@ -196,7 +196,7 @@ TEST_F(OperationsModelTest, RenamesWithEditsInTheNamesAndConflictsShown) {
     model.setRenamePattern(parsePattern("{scene}"));
     planned();
     EXPECT_EQ(model.preview().problems, "4 filename conflicts");
-    EXPECT_TRUE(model.preview().isConflicted);
+    EXPECT_TRUE(model.preview().rows[0].canKeepBoth);
     EXPECT_FALSE(model.canRun());
     model.setRenamePattern(parsePattern("{scene}_{trackName}_{originalName}"));
     model.setChecked(2, false);
@@ -255,6 +255,24 @@ TEST_F(OperationsModelTest, CancelInTheSecondOfThreeExportsLeavesTheFirst) {
     EXPECT_EQ(ran().title(), "Operation Cancelled");
     EXPECT_THAT(test::namesIn(folder.path()),
                 ElementsAre("A1.wav", "A1_export.wav", "A2.wav", "A3.wav", "S_1.wav", "S_2.wav"));
+}
+
+TEST_F(OperationsModelTest, ATakeThatIsLeftOutStaysSoWhateverElseIsChosenOrRenamed) {
+    show(OperationsTab::export_, true);
+    ExportAudioSessionState other = model.exportState();
+    other.format = ExportAudioFormat::mp3;
+    model.setChecked(0, false);
+    model.setExportState(other);  // of a form that has not heard of it
+    std::filesystem::rename(folder / "A1.wav", folder / "B1.wav");
+    content->filesRenamed({{folder / "A1.wav", folder / "B1.wav"}});
+    settle();
+    ASSERT_TRUE(model.setTab(OperationsTab::split));
+    ASSERT_TRUE(model.setTab(OperationsTab::export_));
+    const auto renamed = std::find_if(model.items().begin(), model.items().end(),
+                                      [](const OperationsModel::Item& item) { return item.name == "B1"; });
+    ASSERT_NE(renamed, model.items().end());
+    EXPECT_FALSE(renamed->checked);
+    EXPECT_EQ(model.checkedCount(), 2);
 }
 
 TEST_F(OperationsModelTest, QuittingAsksWhileItRuns) {

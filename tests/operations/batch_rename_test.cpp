@@ -294,7 +294,7 @@ TEST_F(BatchRenamePreview, ShowsEveryNameWithItsConflict) {
     EXPECT_THAT(preview(files, choice),
                 ElementsAre("same.wav", "SAME_1.wav", "taken_1.wav", "!Invalid filename: ", "a.wav"));
     choice.keepBoth = false;
-    choice.keepBothFor = {files[0].id};
+    choice.keepBothFor = {files[0].url};
     EXPECT_THAT(preview(files, choice),
                 ElementsAre("same_1.wav", "SAME.wav", "taken.wav!A file with this name already exists.",
                             "!Invalid filename: ", "a.wav"));

@@ -108,10 +108,9 @@ QWidget* OperationForms::makeMerge() {
     merge_ = new TrackChecks(TrackChecks::Meaning::taken, theme_, this);
     connect(merge_, &TrackChecks::checkedChanged, this, [this](const std::set<int>& taken) {
         TrackChoices choices = model_.currentChoices();
-        const std::vector<std::filesystem::path> files = model_.currentFiles();
         choices.exclus.clear();
-        for (int member = 0; member < std::ssize(files); ++member) {
-            if (!taken.contains(member)) choices.exclus.insert(files[static_cast<std::size_t>(member)]);
+        for (int member = 0; member < std::ssize(model_.currentFiles()); ++member) {
+            if (!taken.contains(member)) choices.exclus.insert(member);
         }
         model_.setCurrentChoices(choices);
     });
@@ -256,9 +255,8 @@ void OperationForms::showChoices() {
     const std::optional<OperationsTab> tab = model_.tab();
     if (tab == OperationsTab::merge) {
         std::set<int> taken;
-        const std::vector<std::filesystem::path> files = model_.currentFiles();
-        for (int member = 0; member < std::ssize(files); ++member) {
-            if (!choices.exclus.contains(files[static_cast<std::size_t>(member)])) taken.insert(member);
+        for (int member = 0; member < std::ssize(model_.currentFiles()); ++member) {
+            if (!choices.exclus.contains(member)) taken.insert(member);
         }
         merge_->setChecked(taken);
     } else if (tab == OperationsTab::split) {
@@ -289,6 +287,7 @@ void OperationForms::showChoices() {
         export_->setState(model_.exportState());
     } else if (tab == OperationsTab::report) {
         if (report_->form() != model_.reportForm()) report_->setForm(model_.reportForm());
+        if (report_->tape() != model_.reportTape()) report_->setTape(model_.reportTape());
     }
     showSimilar();
 }

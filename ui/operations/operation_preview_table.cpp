@@ -48,19 +48,20 @@ class OperationPreviewModel final : public QAbstractTableModel {
         const bool bad = !row.problem.isEmpty();
         switch (role) {
             case Qt::DisplayRole:
-                return shortened(text(row, at.column()), longestCellText);
+                return shortened(shown(row, at.column()), longestCellText);
             case Qt::DecorationRole:
                 return bad && at.column() == problem ? QVariant(theme_.icon(QStringLiteral("warning"))) : QVariant();
             case Qt::ForegroundRole:
                 if (bad && at.column() != source) return theme_.error();
                 return row.unchanged || at.column() == source ? QVariant(theme_.dimmed()) : QVariant();
             case Qt::ToolTipRole:
-                return bad             ? QStringLiteral("%1\n%2").arg(text(row, target), row.problem)
-                       : row.unchanged ? QStringLiteral("%1\nkeeps its name").arg(text(row, at.column()))
-                                       : text(row, at.column());
+                return bad                    ? QStringLiteral("%1\n%2").arg(text(row, target), row.problem)
+                       : row.remark.isEmpty() ? text(row, at.column())
+                                              : QStringLiteral("%1\n%2").arg(text(row, at.column()), row.remark);
             case Qt::AccessibleTextRole:
-                if (at.column() == target && row.unchanged) return QStringLiteral("%1, unchanged").arg(row.target);
-                return text(row, at.column());
+                return at.column() == target && !row.remark.isEmpty()
+                           ? QStringLiteral("%1, %2").arg(row.target, row.remark)
+                           : text(row, at.column());
             default:
                 return {};
         }
@@ -71,6 +72,11 @@ class OperationPreviewModel final : public QAbstractTableModel {
     }
 
   private:
+    /// With the remark, but for a renaming, where the dimmed name says it.
+    static QString shown(const OperationPreviewRow& row, int column) {
+        if (column != target || row.remark.isEmpty() || row.unchanged) return text(row, column);
+        return QStringLiteral("%1 — %2").arg(row.target, row.remark);
+    }
     static const QString& text(const OperationPreviewRow& row, int column) {
         return column == source ? row.source : column == target ? row.target : row.problem;
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/operation_preview.h"
 #include "ui/theme.h"
 
 #include <QLabel>
@@ -12,16 +13,6 @@
 namespace dravik {
 
 class OperationPreviewModel;
-
-/// One file that an operation would make or rename.
-struct OperationPreviewRow {
-    QString source;
-    QString target;
-    QString problem;          ///< why it cannot be; empty where it can
-    bool unchanged = false;   ///< keeps its name
-    bool canKeepBoth = true;  ///< where there is a problem: another name would solve it
-    friend bool operator==(const OperationPreviewRow&, const OperationPreviewRow&) = default;
-};
 
 /// What an operation would do: from which file, to which. Of hundreds of thousands of rows only those in sight cost.
 class OperationPreviewTable : public QWidget {

@@ -346,11 +346,7 @@ void OperationsWindow::showPreview() {
     const OperationPreview& preview = model.preview();
     run_->setEnabled(model.canRun());
     if (model.isPlanning()) return;  // what is shown is about to be replaced: no flicker while somebody types
-    std::vector<OperationPreviewRow> rows;
-    rows.reserve(preview.rows.size());
-    for (const OperationPreview::Row& row : preview.rows)
-        rows.push_back({row.source, row.target, row.problem, row.unchanged, preview.isConflicted});
-    preview_->setRows(std::move(rows));
+    preview_->setRows(preview.rows);
     const bool told = !preview.problems.isEmpty();
     preview_->setCounts(told && !preview.summary.isEmpty()
                             ? QStringLiteral("%1 — %2").arg(preview.summary, preview.problems)
