@@ -2,7 +2,6 @@
 
 #include "app/rename_patterns.h"
 #include "app/report_defaults.h"
-#include "app/take_columns.h"
 #include "app/text.h"
 #include "base/paths.h"
 
@@ -15,20 +14,6 @@ namespace {
 
 constexpr auto rowsSettle = std::chrono::milliseconds(60);
 constexpr auto typingSettle = std::chrono::milliseconds(120);
-
-QString summaryOf(const GroupeFichiers& groupe) {
-    QStringList parts;
-    parts << counted(static_cast<std::size_t>(trackCount(groupe)), QStringLiteral("track"));
-    if (const QString rate = toQt(cellText(groupe, TakeColumn::sampleRate)); !rate.isEmpty()) parts << rate;
-    return parts.join(QStringLiteral(" · "));
-}
-
-QString summaryOf(const InfoFichier& fichier) {
-    QStringList parts;
-    if (fichier.scene) parts << QStringLiteral("Scene %1").arg(toQt(displayName(*fichier.scene)));
-    if (fichier.prise) parts << QStringLiteral("Take %1").arg(toQt(displayName(*fichier.prise)));
-    return parts.join(QStringLiteral(" · "));
-}
 
 /// What the form begins with.
 RenamePattern firstPattern(const UserDefaults& settings) {
@@ -49,10 +34,13 @@ std::vector<std::string> trackNames(const GroupeFichiers& groupe) {
 OperationsModel::OperationsModel(const Services& services)
     : services_(services),
       run_(services.background),
+      items_(services.content.rows()),
       preserveTrackNumbers_(services.settings.value(settings::preserveTrackNumbers)),
       exportState_(rememberedExportState(services.settings)),
       reportForm_(reportDefaults(services.settings)) {
     tab_ = operationsTab(services_.settings.value(settings::operationsTab));
+    items_.setTab(tab_);
+    items_.setAppliquerTous(OperationsTab::export_, exportState_.appliquerTous);
     rename_.pattern = firstPattern(services_.settings);
     if (services_.settings.value(settings::renameCopies)) rename_.mode = OperationAudioBatchRenameMode::copyAndRename;
     if (services_.settings.value(settings::renameLeavesSeparators))
@@ -63,7 +51,10 @@ OperationsModel::OperationsModel(const Services& services)
     rowsDelay_.setInterval(rowsSettle);
     connect(&rowsDelay_, &QTimer::timeout, this, &OperationsModel::onRowsChanged);
     const auto rowsChange = [this] { rowsDelay_.start(); };
-    connect(&content.rows(), &TakeRows::rowsReset, this, rowsChange);
+    connect(&content.rows(), &TakeRows::rowsReset, this, [this] {
+        listItems();  // at once: what it names is gone
+        rowsDelay_.start();
+    });
     connect(&content.rows(), &TakeRows::rowsAppended, this, rowsChange);
     connect(&content.rows(), &TakeRows::rowsChanged, this, rowsChange);
     connect(&content, &ContentView::filesMoved, this, &OperationsModel::follow);
@@ -71,6 +62,8 @@ OperationsModel::OperationsModel(const Services& services)
         reportTape_.clear();  // is of the folder's day
         emit choicesChanged();
     });
+    checks_.setSingleShot(true);
+    connect(&checks_, &QTimer::timeout, this, &OperationsModel::itemsChanged);
     delay_.setSingleShot(true);
     delay_.setInterval(typingSettle);
     connect(&delay_, &QTimer::timeout, this, &OperationsModel::plan);
@@ -127,7 +120,7 @@ bool OperationsModel::setTab(OperationsTab tab) {
     run_.dismiss();
     tab_ = tab;
     services_.settings.set(settings::operationsTab, rawValue(tab));
-    currentItem_ = -1;
+    items_.setTab(tab);
     preview_ = {};
     emit tabChanged();
     emit previewChanged();
@@ -138,96 +131,47 @@ bool OperationsModel::setTab(OperationsTab tab) {
 
 // --- What it is about ----------------------------------------------------------------------------------------------
 
-const OperationsModel::TabState* OperationsModel::state() const {
-    const auto found = tab_ ? tabs_.find(*tab_) : tabs_.end();
-    return found == tabs_.end() ? nullptr : &found->second;
-}
-
-int OperationsModel::checkedCount() const noexcept {
-    return static_cast<int>(std::count_if(items_.begin(), items_.end(), [](const Item& item) { return item.checked; }));
-}
-
 void OperationsModel::setChecked(int item, bool checked) {
-    Item& changed = items_.at(static_cast<std::size_t>(item));
-    if (changed.checked == checked) return;
-    changed.checked = checked;
-    markChecked(changed);
-    emit itemsChanged();
+    if (item < 0 || item >= std::ssize(items_.all())) return;
+    items_.setChecked(item, checked);
+    // Thousands may be checked one by one; the list shows each already.
+    checks_.start();
     replan();
-}
-
-void OperationsModel::markChecked(const Item& item) {
-    std::set<std::string>& unchecked =
-        tab_ == OperationsTab::export_ ? exportState_.sourcesDesactivees : ownState().unchecked;
-    if (item.checked) {
-        unchecked.erase(item.key);
-    } else {
-        unchecked.insert(item.key);
-    }
 }
 
 void OperationsModel::setAllChecked(bool checked) {
-    for (Item& item : items_) {
-        item.checked = checked;
-        markChecked(item);
-    }
+    items_.setAllChecked(checked);
     emit itemsChanged();
     replan();
 }
 
-EmptyState OperationsModel::emptyState() const {
-    if (!tab_) return {chooseAnOperation(), {}};
-    if (!items_.empty()) return {};
-    return dravik::emptyState(*tab_, services_.content.rows().groupesOriginauxTableau(), selectedRows_,
-                              appliquerTous());
-}
-
 void OperationsModel::setSelectedRows(const std::vector<int>& rows) {
-    if (rows == selectedRows_) return;
-    selectedRows_ = rows;
-    if (afficherOperations_ && !appliquerTous()) rowsDelay_.start();
-}
-
-bool OperationsModel::appliquerTous() const {
-    if (tab_ == OperationsTab::report) return true;
-    if (tab_ == OperationsTab::export_) return exportState_.appliquerTous;
-    return state() != nullptr && state()->appliquerTous;
+    if (items_.setSelectedRows(rows) && afficherOperations_ && !appliquerTous()) rowsDelay_.start();
 }
 
 void OperationsModel::setAppliquerTous(bool all) {
     if (!canChooseAll() || all == appliquerTous()) return;
-    if (tab_ == OperationsTab::export_) {
-        exportState_.appliquerTous = all;
-        rememberExportState(services_.settings, exportState_);
-    } else {
-        ownState().appliquerTous = all;
-    }
+    items_.setAppliquerTous(*tab_, all);
+    if (tab_ == OperationsTab::export_) rememberExportState(services_.settings, exportState());
     listItems();
     emit choicesChanged();
     replan();
 }
 
 void OperationsModel::setCurrentItem(int item) {
-    if (item == currentItem_ || item >= std::ssize(items_)) return;
-    currentItem_ = item;
+    if (item == items_.current() || item >= std::ssize(items_.all())) return;
+    items_.setCurrent(item);
     emit currentItemChanged();
 }
 
-const GroupeFichiers* OperationsModel::currentGroupe() const {
-    if (currentItem_ < 0) return nullptr;
-    const auto row = static_cast<std::size_t>(items_[static_cast<std::size_t>(currentItem_)].row);
-    const std::vector<RowState>& rows = services_.content.rows().groupesTableau();
-    return row < rows.size() ? &rows[row].groupe : nullptr;
-}
-
 std::vector<Piste> OperationsModel::currentTracks() const {
-    const GroupeFichiers* groupe = currentGroupe();
+    const GroupeFichiers* groupe = items_.currentTake();
     return groupe == nullptr ? std::vector<Piste>() : tracksOfGroup(*groupe);
 }
 
 std::vector<std::filesystem::path> OperationsModel::currentFiles() const {
     std::vector<std::filesystem::path> files;
-    if (const GroupeFichiers* groupe = currentGroupe(); groupe != nullptr) {
+    if (const GroupeFichiers* groupe = items_.currentTake(); groupe != nullptr) {
         for (const InfoFichier& fichier : groupe->fichiers)
             files.push_back(fichier.url);
     }
@@ -235,39 +179,14 @@ std::vector<std::filesystem::path> OperationsModel::currentFiles() const {
 }
 
 void OperationsModel::listItems() {
-    if (!afficherOperations_) return;
-    const std::string current = currentItem_ >= 0 ? items_[static_cast<std::size_t>(currentItem_)].key : std::string();
-    items_.clear();
-    if (tab_) {
-        const TakeRows& rows = services_.content.rows();
-        for (const int row : eligibleRows(*tab_, rows.groupesOriginauxTableau(), selectedRows_, appliquerTous())) {
-            if (!rows.isMissing(row)) addItems(row, rows.groupesTableau()[static_cast<std::size_t>(row)].groupe);
-        }
+    // They name rows, which have just become others.
+    if (afficherOperations_) {
+        items_.list(services_.content.selectedRow());
+    } else {
+        items_.clear();
     }
-    const auto found =
-        std::find_if(items_.begin(), items_.end(), [&](const Item& item) { return item.key == current; });
-    const auto loaded = std::find_if(items_.begin(), items_.end(),
-                                     [&](const Item& item) { return item.row == services_.content.selectedRow(); });
-    const auto shown = found != items_.end() ? found : loaded != items_.end() ? loaded : items_.begin();
-    currentItem_ = items_.empty() ? -1 : static_cast<int>(shown - items_.begin());
     emit itemsChanged();
     emit currentItemChanged();
-}
-
-void OperationsModel::addItems(int row, const GroupeFichiers& groupe) {
-    const auto isChecked = [this](const std::string& key) {
-        if (tab_ == OperationsTab::export_) return !exportState_.sourcesDesactivees.contains(key);
-        return state() == nullptr || !state()->unchecked.contains(key);
-    };
-    if (tab_ != OperationsTab::rename) {
-        const std::string& key = TakeRows::keyOf(groupe);
-        items_.push_back({key, toQt(groupe.nom), summaryOf(groupe), isChecked(key), row});
-        return;
-    }
-    for (const InfoFichier& fichier : groupe.fichiers) {
-        const std::string key = fichier.url.native();
-        items_.push_back({key, toQt(fileNameText(fichier.url)), summaryOf(fichier), isChecked(key), row});
-    }
 }
 
 void OperationsModel::onRowsChanged() {
@@ -277,17 +196,15 @@ void OperationsModel::onRowsChanged() {
 }
 
 void OperationsModel::follow(const FileMoves& moved) {
+    items_.follow(moved);
+    std::map<std::string, TrackChoices> come;  // after all that go: files may have exchanged their names
     for (const auto& [before, now] : moved) {
         if (auto node = choices_.extract(before.native()); !node.empty()) {
             node.key() = now.native();
-            choices_.insert(std::move(node));
+            come.insert(std::move(node));
         }
-        for (auto& [tab, state] : tabs_) {
-            if (state.unchecked.erase(before.native()) > 0) state.unchecked.insert(now.native());
-        }
-        std::set<std::string>& notExported = exportState_.sourcesDesactivees;
-        if (notExported.erase(before.native()) > 0) notExported.insert(now.native());
     }
+    choices_.merge(come);
 }
 
 // --- What was chosen -----------------------------------------------------------------------------------------------
@@ -300,26 +217,26 @@ TrackChoices OperationsModel::choicesOf(const GroupeFichiers& groupe) const {
 }
 
 TrackChoices OperationsModel::currentChoices() const {
-    const GroupeFichiers* groupe = currentGroupe();
+    const GroupeFichiers* groupe = items_.currentTake();
     return groupe == nullptr ? TrackChoices() : choicesOf(*groupe);
 }
 
 void OperationsModel::setCurrentChoices(const TrackChoices& choices) {
-    const GroupeFichiers* groupe = currentGroupe();
+    const GroupeFichiers* groupe = items_.currentTake();
     if (groupe == nullptr || choices == choicesOf(*groupe)) return;
     choices_[TakeRows::keyOf(*groupe)] = choices;
     onChoices();
 }
 
 std::vector<const GroupeFichiers*> OperationsModel::similar() const {
-    const GroupeFichiers* shown = currentGroupe();
+    const GroupeFichiers* shown = items_.currentTake();
     if (shown == nullptr) return {};
     const std::vector<std::string> names = trackNames(*shown);
     std::vector<const GroupeFichiers*> found;
-    for (const Item& item : items_) {
-        const GroupeFichiers& groupe =
-            services_.content.rows().groupesTableau()[static_cast<std::size_t>(item.row)].groupe;
-        if (item.checked && &groupe != shown && trackNames(groupe) == names) found.push_back(&groupe);
+    for (const OperationChoiceItem& item : items_.all()) {
+        const GroupeFichiers* groupe = items_.takeOf(item);
+        if (item.checked && groupe != nullptr && groupe != shown && trackNames(*groupe) == names)
+            found.push_back(groupe);
     }
     return found;
 }
@@ -342,13 +259,17 @@ void OperationsModel::setPreserveTrackNumbers(bool preserve) {
 
 void OperationsModel::setExportState(const ExportAudioSessionState& state) {
     // Which takes take part is chosen in the list, and the form may not have heard of it yet.
-    ExportAudioSessionState next = state;
-    next.appliquerTous = exportState_.appliquerTous;
-    next.sourcesDesactivees = exportState_.sourcesDesactivees;
-    if (next == exportState_) return;
-    exportState_ = next;
-    rememberExportState(services_.settings, exportState_);
+    if (state == exportState()) return;
+    exportState_ = state;
+    rememberExportState(services_.settings, exportState());
     onChoices();
+}
+
+ExportAudioSessionState OperationsModel::exportState() const {
+    ExportAudioSessionState state = exportState_;
+    state.appliquerTous = items_.appliquerTous(OperationsTab::export_);
+    state.sourcesDesactivees = items_.unchecked(OperationsTab::export_);
+    return state;
 }
 
 void OperationsModel::setRenamePattern(const RenamePattern& pattern) {
@@ -401,10 +322,6 @@ void OperationsModel::onChoices() {
     replan();
 }
 
-std::optional<std::filesystem::path> OperationsModel::destination() const {
-    return state() == nullptr ? std::nullopt : state()->destination;
-}
-
 bool OperationsModel::needsDestination() const noexcept {
     return tab_ == OperationsTab::report ||
            (tab_ == OperationsTab::rename && rename_.mode == OperationAudioBatchRenameMode::copyAndRename);
@@ -419,7 +336,7 @@ void OperationsModel::chooseDestination() {
     panel.start = destination().value_or(services_.content.dossierSelectionne().value_or(std::filesystem::path()));
     services_.dialogs.choose(panel, [this, tab = *tab_](const std::optional<std::filesystem::path>& folder) {
         if (!folder) return;
-        tabs_[tab].destination = *folder;
+        items_.setDestination(tab, *folder);
         emit destinationChanged();
         replan();
     });
@@ -427,7 +344,7 @@ void OperationsModel::chooseDestination() {
 
 void OperationsModel::setDestination(const std::optional<std::filesystem::path>& folder) {
     if (!tab_ || folder == destination()) return;
-    ownState().destination = folder;
+    items_.setDestination(*tab_, folder);
     emit destinationChanged();
     replan();
 }
@@ -439,11 +356,11 @@ OperationRequest OperationsModel::request() const {
     request.tab = tab_.value_or(OperationsTab::merge);
     request.destination = destination();
     request.preserveTrackNumbers = preserveTrackNumbers_;
-    request.exportState = exportState_;
-    const std::vector<RowState>& rows = services_.content.rows().groupesTableau();
-    for (const Item& item : items_) {
-        if (!item.checked) continue;
-        const GroupeFichiers& groupe = rows[static_cast<std::size_t>(item.row)].groupe;
+    request.exportState = exportState();
+    for (const OperationChoiceItem& item : items_.all()) {
+        const GroupeFichiers* found = items_.takeOf(item);
+        if (!item.checked || found == nullptr) continue;
+        const GroupeFichiers& groupe = *found;
         if (tab_ == OperationsTab::rename || tab_ == OperationsTab::report) {
             for (InfoFichier& file : filesAsShown(groupe)) {
                 if (tab_ == OperationsTab::report || file.url.native() == item.key)

@@ -2,7 +2,7 @@
 
 #include "app/commands.h"
 #include "app/content_view.h"
-#include "app/operation_eligibility.h"
+#include "app/operation_items.h"
 #include "app/operations_run.h"
 #include "app/workspace.h"
 #include "report/report_document.h"
@@ -57,29 +57,22 @@ class OperationsModel : public QObject {
     bool setTab(OperationsTab tab);
 
     // --- What it is about ------------------------------------------------------------------------------------------
-    /// A take, or for renaming a file, that the tab can work on.
-    struct Item {
-        std::string key;  ///< path of the (first) file
-        QString name, summary;
-        bool checked = true;
-        int row = 0;  ///< of the table
-        friend bool operator==(const Item&, const Item&) = default;
-    };
-    [[nodiscard]] const std::vector<Item>& items() const noexcept { return items_; }
-    [[nodiscard]] int checkedCount() const noexcept;
+    using Item = OperationChoiceItem;
+    [[nodiscard]] const std::vector<Item>& items() const noexcept { return items_.all(); }
+    [[nodiscard]] int checkedCount() const noexcept { return items_.checkedCount(); }
     void setChecked(int item, bool checked);
     void setAllChecked(bool checked);
     /// What is shown instead when there are none.
-    [[nodiscard]] EmptyState emptyState() const;
+    [[nodiscard]] EmptyState emptyState() const { return items_.emptyState(); }
     /// The rows that are selected in the table.
     void setSelectedRows(const std::vector<int>& rows);
     /// Every take of the folder that the tab can work on, rather than the selected ones. A report is of all.
-    [[nodiscard]] bool appliquerTous() const;
+    [[nodiscard]] bool appliquerTous() const { return items_.appliquerTous(); }
     void setAppliquerTous(bool all);
     [[nodiscard]] bool canChooseAll() const noexcept { return tab_ && tab_ != OperationsTab::report; }
 
     /// The take whose tracks are shown; -1 for none.
-    [[nodiscard]] int currentItem() const noexcept { return currentItem_; }
+    [[nodiscard]] int currentItem() const noexcept { return items_.current(); }
     void setCurrentItem(int item);
     /// Of the take that is shown, in the order of its channels.
     [[nodiscard]] std::vector<Piste> currentTracks() const;
@@ -94,7 +87,8 @@ class OperationsModel : public QObject {
     [[nodiscard]] bool preserveTrackNumbers() const noexcept { return preserveTrackNumbers_; }
     void setPreserveTrackNumbers(bool preserve);
 
-    [[nodiscard]] const ExportAudioSessionState& exportState() const noexcept { return exportState_; }
+    [[nodiscard]] ExportAudioSessionState exportState() const;
+    /// But for the takes that take part, which are chosen above.
     void setExportState(const ExportAudioSessionState& state);
 
     [[nodiscard]] const BatchRenameChoice& renameChoice() const noexcept { return rename_; }
@@ -114,7 +108,7 @@ class OperationsModel : public QObject {
     void setReportTape(const QString& tape);
 
     /// Where new files go; absent for beside what they are made of.
-    [[nodiscard]] std::optional<std::filesystem::path> destination() const;
+    [[nodiscard]] std::optional<std::filesystem::path> destination() const { return items_.destination(); }
     void chooseDestination();
     void setDestination(const std::optional<std::filesystem::path>& folder);
     [[nodiscard]] bool needsDestination() const noexcept;
@@ -144,20 +138,10 @@ class OperationsModel : public QObject {
     void notice(const QString& text);
 
   private:
-    struct TabState {
-        std::set<std::string> unchecked;
-        bool appliquerTous = false;
-        std::optional<std::filesystem::path> destination;
-    };
-    [[nodiscard]] TabState& ownState() { return tabs_[*tab_]; }
-    [[nodiscard]] const TabState* state() const;
-    [[nodiscard]] const GroupeFichiers* currentGroupe() const;
     [[nodiscard]] TrackChoices choicesOf(const GroupeFichiers& groupe) const;
     [[nodiscard]] std::vector<const GroupeFichiers*> similar() const;
     [[nodiscard]] OperationRequest request() const;
-    void markChecked(const Item& item);
     void listItems();
-    void addItems(int row, const GroupeFichiers& groupe);
     void onRowsChanged();
     void follow(const FileMoves& moved);
     void onChoices();
@@ -176,10 +160,7 @@ class OperationsModel : public QObject {
     int operationsTabDemandeID_ = 0;
 
     std::optional<OperationsTab> tab_;
-    std::map<OperationsTab, TabState> tabs_;
-    std::vector<int> selectedRows_;
-    std::vector<Item> items_;
-    int currentItem_ = -1;
+    OperationItems items_;
 
     std::map<std::string, TrackChoices> choices_;  ///< by the key of the take; only where something was chosen
     bool preserveTrackNumbers_ = false;
@@ -190,6 +171,7 @@ class OperationsModel : public QObject {
 
     OperationPreview preview_;
     QTimer rowsDelay_;  ///< rows change in storms
+    QTimer checks_;     ///< and so do check marks
     QTimer delay_;      ///< so does what is typed
     std::shared_ptr<CancellationToken> planning_;
     LooseBackground planner_;
