@@ -1,32 +1,16 @@
 #include "app/operations_run.h"
 
+#include "app/report_throttle.h"
 #include "app/text.h"
 #include "app/time_left.h"
 #include "base/paths.h"
 
 #include <QPointer>
 #include <algorithm>
-#include <chrono>
 #include <utility>
 
 namespace dravik {
 namespace {
-
-constexpr auto progressInterval = std::chrono::milliseconds(50);
-
-/// Passes reports on no more often than a view can show them.
-class Throttle {
-  public:
-    [[nodiscard]] bool isDue() {
-        const auto now = std::chrono::steady_clock::now();
-        if (now - told_ < progressInterval) return false;
-        told_ = now;
-        return true;
-    }
-
-  private:
-    std::chrono::steady_clock::time_point told_;
-};
 
 OperationOutcome failure(const QString& sourceName, const std::string& message) {
     OperationOutcome outcome;
@@ -67,7 +51,7 @@ bool OperationsRun::start(OperationsTab tab, int files, const QString& sourceNam
     const QPointer<QObject> self(this);
     // The thread may outlive this object, but not what this object was given.
     auto run = [this, &background = background_, self, token = token_, sourceName, work = std::move(work)] {
-        const auto throttle = std::make_shared<Throttle>();
+        const auto throttle = std::make_shared<ReportThrottle>();
         const auto report = [this, &background, self, throttle](const Progress& progress) {
             if (!throttle->isDue()) return;
             const double fraction = static_cast<double>(progress.doneBytes) /
