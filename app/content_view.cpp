@@ -215,7 +215,6 @@ void ContentView::setOperationsEnCours(bool running) {
     if (running == operationsEnCours_) return;
     operationsEnCours_ = running;
     listing_.setQuiet(saves_.isRunning() || running);
-    emit operationsEnCoursChanged();
     emit pendingChanged();
     if (!running && std::exchange(quitsAfterOperation_, false)) services_.termination.applicationShouldTerminate();
 }
