@@ -21,8 +21,8 @@ std::size_t fileCount(const ActionEnAttente& action) {
 
 QStringList listedNameFilters() {
     QStringList filters;
-    for (const char* extension : {"wav", "bwf", "rf64", "aif", "aiff", "caf", "flac", "mp3", "m4a"})
-        filters << QStringLiteral("*.%1").arg(QLatin1String(extension));
+    for (const std::string_view extension : listedExtensions())
+        filters << QLatin1Char('*') + toQt(extension);
     return filters;
 }
 
@@ -215,7 +215,6 @@ void ContentView::setOperationsEnCours(bool running) {
     if (running == operationsEnCours_) return;
     operationsEnCours_ = running;
     listing_.setQuiet(saves_.isRunning() || running);
-    emit operationsEnCoursChanged();
     emit pendingChanged();
     if (!running && std::exchange(quitsAfterOperation_, false)) services_.termination.applicationShouldTerminate();
 }

@@ -6,10 +6,10 @@
 #include "app/commands.h"
 #include "app/dialogs.h"
 #include "app/external_file_open_router.h"
+#include "app/file_moves.h"
 #include "app/folder_listing.h"
 #include "app/protected_termination.h"
 #include "app/save_flow.h"
-#include "app/take_audio.h"
 #include "app/take_cues.h"
 #include "app/take_fields.h"
 #include "app/take_rows.h"
@@ -69,7 +69,6 @@ class ContentView : public QObject {
     /// Row of the loaded take, -1 for none.
     [[nodiscard]] int selectedRow() const noexcept;
     [[nodiscard]] std::optional<std::filesystem::path> fichierSelectionne() const;
-    [[nodiscard]] const std::vector<std::filesystem::path>& fichiersSelectionnes() const noexcept { return selected_; }
     /// Of the take as it was read, edits not included.
     [[nodiscard]] const std::optional<AudioMetadata>& metadata() const noexcept { return metadata_; }
     /// With the names as they are edited.
@@ -138,10 +137,10 @@ class ContentView : public QObject {
 
     /// One line for the status bar that needs no answer.
     void tell(const QString& text) { emit notice(text); }
+
     // --- Cue markers of the loaded take ----------------------------------------------------------------------------
     [[nodiscard]] TakeCues& cues() noexcept { return cues_; }
     [[nodiscard]] std::vector<CueMarker> cueMarkers() const { return cues_.markers(); }
-    [[nodiscard]] const std::vector<CueMarker>& cueMarkersOriginaux() const noexcept { return cues_.originaux(); }
 
   signals:
     void folderChanged();
@@ -161,7 +160,6 @@ class ContentView : public QObject {
     void takingUpAgain();
     /// These rows are to be selected, of which one is the loaded take.
     void rowsToSelect(const std::vector<int>& rows);
-    void operationsEnCoursChanged();
     /// The user wants to quit rather than wait for what is being made.
     void operationStopRequested();
     void notice(const QString& text);

@@ -1,5 +1,6 @@
 #include "app/folder_listing.h"
 
+#include "app/report_throttle.h"
 #include "app/text.h"
 #include "base/paths.h"
 #include "model/folder_scan.h"
@@ -16,7 +17,6 @@ namespace {
 
 /// The first rows after this many files: a screenful, within a moment even from a slow card.
 constexpr std::size_t firstFiles = 96;
-constexpr auto progressInterval = std::chrono::milliseconds(50);
 /// Cards keep times in steps of two seconds: what was written to later than that may be written to again without a
 /// trace in its time.
 constexpr std::int64_t coarsestTimeSeconds = 3;
@@ -144,10 +144,8 @@ class FolderListing::Reader {
         }
         const std::size_t kept = before + batch.size() - others.size();
         const auto report = [this, kept](const Progress& progress) {
-            const auto now = std::chrono::steady_clock::now();
             const std::scoped_lock guard(lock_);
-            if (now - told_ < progressInterval) return;
-            told_ = now;
+            if (!throttle_.isDue()) return;
             const int done = static_cast<int>(kept + progress.doneBytes);
             const int all = static_cast<int>(task_.fichiers.size());
             tell([done, all, name = toQt(progress.currentName)](FolderListing& listing) {
@@ -190,7 +188,7 @@ class FolderListing::Reader {
     Known probed_;   ///< `info` is filled in at the end
     Known folders_;  ///< their stamps alone
     std::mutex lock_;
-    std::chrono::steady_clock::time_point told_;
+    ReportThrottle throttle_;  ///< under the lock
 };
 
 FolderListing::FolderListing(Background& background, FileOps& files, const AudioFileReader& codecs, Pace pace)

@@ -1,32 +1,17 @@
 #include "app/operations_run.h"
 
+#include "app/report_throttle.h"
 #include "app/text.h"
 #include "app/time_left.h"
 #include "base/paths.h"
 
+#include <QLocale>
 #include <QPointer>
 #include <algorithm>
-#include <chrono>
 #include <utility>
 
 namespace dravik {
 namespace {
-
-constexpr auto progressInterval = std::chrono::milliseconds(50);
-
-/// Passes reports on no more often than a view can show them.
-class Throttle {
-  public:
-    [[nodiscard]] bool isDue() {
-        const auto now = std::chrono::steady_clock::now();
-        if (now - told_ < progressInterval) return false;
-        told_ = now;
-        return true;
-    }
-
-  private:
-    std::chrono::steady_clock::time_point told_;
-};
 
 OperationOutcome failure(const QString& sourceName, const std::string& message) {
     OperationOutcome outcome;
@@ -40,16 +25,39 @@ OperationOutcome failure(const QString& sourceName, const std::string& message) 
 
 }  // namespace
 
-bool OperationCompletionInfo::allSucceeded() const noexcept {
-    return std::all_of(results.begin(), results.end(), [](const OperationAudioResult& one) { return one.success; });
+std::size_t OperationCompletionInfo::succeeded() const noexcept {
+    return static_cast<std::size_t>(
+        std::count_if(results.begin(), results.end(), [](const OperationAudioResult& one) { return one.success; }));
+}
+
+OperationCompletionInfo::Ending OperationCompletionInfo::ending() const noexcept {
+    if (cancelled) return Ending::cancelled;
+    if (succeeded() == results.size()) return Ending::done;
+    return succeeded() > 0 ? Ending::partly : Ending::failed;
 }
 
 QString OperationCompletionInfo::title() const {
-    if (cancelled) return QStringLiteral("Operation Cancelled");
-    if (allSucceeded()) return successTitle;
-    const bool any =
-        std::any_of(results.begin(), results.end(), [](const OperationAudioResult& one) { return one.success; });
-    return any ? completedWithErrors() : failedTitle;
+    switch (ending()) {
+        case Ending::done:
+            return successTitle;
+        case Ending::partly:
+            return completedWithErrors();
+        case Ending::failed:
+            return failedTitle;
+        case Ending::cancelled:
+            break;
+    }
+    return QStringLiteral("Operation Cancelled");
+}
+
+QString OperationCompletionInfo::summary() const {
+    const QString all = counted(results.size(), noun);
+    if (cancelled && results.empty()) return QStringLiteral("Nothing was made.");
+    if (cancelled && succeeded() == results.size()) return QStringLiteral("%1 finished.").arg(all);
+    if (ending() == Ending::done) return successMessage;
+    if (succeeded() == 0) return {};
+    return QStringLiteral("%1 of %2 succeeded.")
+        .arg(QLocale(QLocale::English).toString(static_cast<qulonglong>(succeeded())), all);
 }
 
 OperationsRun::~OperationsRun() {
@@ -67,7 +75,7 @@ bool OperationsRun::start(OperationsTab tab, int files, const QString& sourceNam
     const QPointer<QObject> self(this);
     // The thread may outlive this object, but not what this object was given.
     auto run = [this, &background = background_, self, token = token_, sourceName, work = std::move(work)] {
-        const auto throttle = std::make_shared<Throttle>();
+        const auto throttle = std::make_shared<ReportThrottle>();
         const auto report = [this, &background, self, throttle](const Progress& progress) {
             if (!throttle->isDue()) return;
             const double fraction = static_cast<double>(progress.doneBytes) /
@@ -111,8 +119,8 @@ void OperationsRun::end(OperationsTab tab, OperationOutcome outcome) {
     for (const OperationAudioResult& result : outcome.results)
         made.insert(made.end(), result.destinationURLs.begin(), result.destinationURLs.end());
     const OperationTexts& texts = textsOf(tab);
-    overlay_ = OperationCompletionInfo{texts.succeeded, texts.failed, outcome.message, std::move(outcome.results),
-                                       outcome.cancelled};
+    overlay_ = OperationCompletionInfo{
+        texts.succeeded, texts.failed, outcome.message, texts.noun, std::move(outcome.results), outcome.cancelled};
     emit overlayChanged();
     emit runningChanged();
     emit ended(made, outcome.moved);

@@ -18,12 +18,18 @@ namespace dravik {
 /// What a run ended with: the list that the window shows until "OK".
 struct OperationCompletionInfo {
     QString successTitle, failedTitle, successMessage;
+    QString noun;  ///< what a result is of: "take"
     std::vector<OperationAudioResult> results;
     bool cancelled = false;
 
+    enum class Ending { done, partly, failed, cancelled };
+    /// Without a single result it is done.
+    [[nodiscard]] Ending ending() const noexcept;
+    [[nodiscard]] std::size_t succeeded() const noexcept;
     /// Which of the titles holds for the results.
     [[nodiscard]] QString title() const;
-    [[nodiscard]] bool allSucceeded() const noexcept;
+    /// What is said below the title; empty where that has said all.
+    [[nodiscard]] QString summary() const;
 };
 
 /// What covers the window while a run is on, and after it.
@@ -31,7 +37,7 @@ struct OperationWorking {
     QString message;
     std::optional<double> fraction;  ///< 0 to 1; absent while nobody can tell
     QString fileName;                ///< at work
-    QString remaining;               ///< "about 2 min left"; empty while nobody can tell
+    QString remaining;               ///< "2 min left"; empty while nobody can tell
     bool cancelling = false;
 };
 using OperationStatusOverlayState = std::variant<OperationWorking, OperationCompletionInfo>;

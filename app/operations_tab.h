@@ -28,6 +28,7 @@ struct OperationTexts {
     QString emptyMessage;  ///< and why
     QString noneSelected;  ///< when the selection alone is not for it; empty for tabs that take the whole folder
     QString noneFound;     ///< when nothing is, with all takes asked for
+    QString noun;          ///< what it does one of after the other: "take"
     QString running;       ///< while it runs; the export's takes the number of files
     QString succeeded, failed;
 };

@@ -1,5 +1,6 @@
 #include "app/save_flow.h"
 
+#include "app/report_throttle.h"
 #include "app/text.h"
 #include "base/paths.h"
 #include "base/text.h"
@@ -12,7 +13,6 @@ namespace dravik {
 namespace {
 
 constexpr auto successMessageTime = std::chrono::nanoseconds(2'000'000'000);
-constexpr auto progressInterval = std::chrono::milliseconds(50);
 /// How far back a save can be undone, and the memory that may be held for it.
 constexpr std::size_t maxUndoableSaves = 20;
 constexpr std::size_t maxUndoBytes = std::size_t{256} * 1024 * 1024;
@@ -161,11 +161,9 @@ void SaveFlow::runInBackground(std::function<void(End&, const TaskContext&)> wri
     // The thread may outlive this object, but not what this object was given.
     auto work = [this, &background = services_.background, self, token = running_, write = std::move(write)]() -> End {
         End end;
-        auto told = std::make_shared<std::chrono::steady_clock::time_point>();
-        const auto report = [this, &background, self, told](const Progress& progress) {
-            const auto now = std::chrono::steady_clock::now();
-            if (now - *told < progressInterval) return;
-            *told = now;
+        const auto throttle = std::make_shared<ReportThrottle>();
+        const auto report = [this, &background, self, throttle](const Progress& progress) {
+            if (!throttle->isDue()) return;
             background.post(self, [this, done = progress.doneBytes, all = progress.allBytes,
                                    name = toQt(progress.currentName)] { emit progressed(done, all, name); });
         };

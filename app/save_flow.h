@@ -3,7 +3,7 @@
 #include "app/background.h"
 #include "app/clock.h"
 #include "app/dialogs.h"
-#include "app/take_audio.h"
+#include "app/file_moves.h"
 #include "app/take_rows.h"
 #include "base/file_ops.h"
 #include "base/progress.h"

@@ -1,15 +1,12 @@
 #pragma once
 
+#include "app/file_moves.h"
 #include "model/groupe_fichiers.h"
 
 #include <filesystem>
-#include <map>
 #include <vector>
 
 namespace dravik {
-
-/// New names of files, by the old ones.
-using FileMoves = std::map<std::filesystem::path, std::filesystem::path>;
 
 /// Which audio a take is: equal as long as the files and the sound in them are the same, whatever a save has changed of
 /// their metadata. Empty for no take.

@@ -359,7 +359,7 @@ void TakeRows::accept(const std::set<int>& rows) {
     emit pendingChanged();
 }
 
-void TakeRows::filesMoved(const std::map<std::filesystem::path, std::filesystem::path>& moved) {
+void TakeRows::filesMoved(const FileMoves& moved) {
     std::set<int> touched;
     for (const auto& [from, to] : moved) {
         const int row = indexOfFile(from);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/file_moves.h"
 #include "editing/row_edits.h"
 
 #include <QObject>
@@ -95,7 +96,7 @@ class TakeRows : public QObject {
     /// Nothing can be undone or redone any more; what is pending stays.
     void forgetSteps();
     /// Files have other names now (old path -> new path); their rows and edits go with them.
-    void filesMoved(const std::map<std::filesystem::path, std::filesystem::path>& moved);
+    void filesMoved(const FileMoves& moved);
 
     /// Unfolds or folds a set. Not an edit.
     void setDeplie(int row, bool estDeplie);

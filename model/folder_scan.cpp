@@ -172,8 +172,14 @@ GroupeFichiers groupOfSet(std::vector<Member> members) {
 
 }  // namespace
 
+std::span<const std::string_view> listedExtensions() noexcept {
+    static constexpr std::array<std::string_view, 9> listed = {".wav", ".bwf",  ".rf64", ".aif", ".aiff",
+                                                               ".caf", ".flac", ".mp3",  ".m4a"};
+    return listed;
+}
+
 bool isListed(const std::filesystem::path& file) {
-    static constexpr std::array listed = {".wav", ".aif", ".aiff", ".bwf", ".rf64", ".mp3", ".m4a", ".flac", ".caf"};
+    const std::span<const std::string_view> listed = listedExtensions();
     const std::string extension = lowerAscii(file.extension().native());
     return std::find(listed.begin(), listed.end(), extension) != listed.end();
 }

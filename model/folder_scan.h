@@ -5,13 +5,17 @@
 #include "model/groupe_fichiers.h"
 
 #include <filesystem>
+#include <span>
+#include <string_view>
 #include <vector>
 
 namespace dravik {
 
 /// A folder as takes. Three steps, each usable alone: list, probe, group. Keeps no state.
 
-/// Does the extension (any case) name one of the listed formats: wav, aif, aiff, bwf, rf64, mp3, m4a, flac, caf?
+/// Of the files that a folder is searched for: ".wav" and the others, in lower case.
+[[nodiscard]] std::span<const std::string_view> listedExtensions() noexcept;
+/// Does the extension, in any case, belong to them?
 [[nodiscard]] bool isListed(const std::filesystem::path& file);
 
 /// The folder's audio files, in natural order of their names: direct children, hidden ones left out. An unreadable

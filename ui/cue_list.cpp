@@ -138,7 +138,7 @@ void CueList::refresh(bool editable) {
     const GroupeFichiers* take = groupe();
     std::vector<CueModel::Row> rows;
     if (take != nullptr) {
-        const std::vector<CueMarker>& before = content_.cueMarkersOriginaux();
+        const std::vector<CueMarker>& before = content_.cues().originaux();
         for (const CueMarker& marker : content_.cueMarkers()) {
             const bool asRead = std::any_of(before.begin(), before.end(), [&](const CueMarker& one) {
                 return one.frame == marker.frame && one.label == marker.label;

@@ -61,8 +61,6 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     [[nodiscard]] TakeEditor& takeEditor() noexcept { return *editor_; }
     [[nodiscard]] FloatingViews& floatingViews() noexcept { return *floating_; }
     [[nodiscard]] OperationsWindow& operationsWindow() noexcept { return *operations_; }
-    [[nodiscard]] WaveformView& waveformView() noexcept { return *waveform_; }
-    [[nodiscard]] FolderBrowser& folderBrowser() noexcept { return *browser_; }
     void setPresentation(PresentationMode mode);
     [[nodiscard]] StatusLine& statusLine() noexcept { return *status_; }
 

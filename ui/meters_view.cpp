@@ -72,10 +72,10 @@ void MetersView::refreshHint() {
 void MetersView::refreshNames() {
     const std::vector<Piste>& pistes = content_.pistes();
     for (std::size_t at = 0; at < names_.size(); ++at) {
-        const auto [numero, nom] = shownTrack(pistes, at);
-        const QString text = QStringLiteral("%1  %2").arg(numero).arg(nom);
+        const TrackName track = shownTrack(pistes, at);
+        const QString text = track.text();
         names_[at]->setText(names_[at]->fontMetrics().elidedText(text, Qt::ElideRight, nameWidth));
-        names_[at]->setToolTip(nom);
+        names_[at]->setToolTip(track.label());
         meters_[at]->setAccessibleName(QStringLiteral("Level of %1").arg(text));
     }
 }

@@ -186,10 +186,9 @@ QWidget* MixerStrip::makePairCard() {
     return card;
 }
 
-void MixerStrip::setTrack(int numero, const QString& nom) {
-    const QString shown = nom.isEmpty() ? QStringLiteral("Track %1").arg(numero) : nom;
-    const QString text = QStringLiteral("%1  %2").arg(numero).arg(nom);
-    name_->setText(QFontMetrics(name_->font()).elidedText(text, Qt::ElideRight, stripWidth - 14));
+void MixerStrip::setTrack(const TrackName& track) {
+    const QString shown = track.label();
+    name_->setText(QFontMetrics(name_->font()).elidedText(track.text(), Qt::ElideRight, stripWidth - 14));
     name_->setToolTip(shown);
     setAccessibleName(shown);
     for (const auto& [widget, what] :

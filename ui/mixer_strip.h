@@ -5,6 +5,7 @@
 #include "ui/level_meter.h"
 #include "ui/pan_control.h"
 #include "ui/theme.h"
+#include "ui/track_name.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -24,7 +25,7 @@ class MixerStrip : public QWidget {
     MixerStrip(TakePlayback& playback, const UserDefaults& defaults, const Theme& theme, int index, bool hasNeighbour,
                QWidget* parent = nullptr);
 
-    void setTrack(int numero, const QString& nom);
+    void setTrack(const TrackName& track);
     /// What the mixer says of this channel.
     void refresh();
     void refreshMeter();

@@ -96,8 +96,7 @@ void MixerView::rebuild() {
 void MixerView::refreshNames() {
     const std::vector<Piste>& pistes = content_.pistes();
     for (std::size_t at = 0; at < strips_.size(); ++at) {
-        const ShownTrack track = shownTrack(pistes, at);
-        strips_[at]->setTrack(track.numero, track.nom);
+        strips_[at]->setTrack(shownTrack(pistes, at));
     }
 }
 

@@ -92,7 +92,8 @@ OperationAudioResult result(const std::string& take, const std::string& message,
 /// What covers the operations window at work, and when it has ended well and not so well.
 std::vector<std::pair<QString, OperationStatusOverlayState>> overlays() {
     const OperationTexts& texts = textsOf(OperationsTab::export_);
-    OperationCompletionInfo done{texts.succeeded, texts.failed, QStringLiteral("Created 3 files."), {}, false};
+    OperationCompletionInfo done{texts.succeeded, texts.failed, QStringLiteral("Created 3 files."),
+                                 texts.noun,      {},           false};
     for (const char* take : {"12-T01", "12-T02", "12-T03"})
         done.results.push_back(result(take, "Created " + std::string(take) + "_export.wav", true));
     OperationCompletionInfo partly = done;

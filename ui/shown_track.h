@@ -3,6 +3,7 @@
 #include "app/take_playback.h"
 #include "app/text.h"
 #include "model/piste.h"
+#include "ui/track_name.h"
 
 #include <QString>
 #include <cmath>
@@ -12,11 +13,7 @@
 namespace dravik {
 
 /// A track as the views of the player head it, which show as many as are heard, known to the take or not.
-struct ShownTrack {
-    int numero = 0;  ///< from 1
-    QString nom;     ///< empty when it has none
-};
-[[nodiscard]] inline ShownTrack shownTrack(const std::vector<Piste>& pistes, std::size_t at) {
+[[nodiscard]] inline TrackName shownTrack(const std::vector<Piste>& pistes, std::size_t at) {
     if (at < pistes.size()) return {pistes[at].numero, toQt(pistes[at].nom)};
     return {static_cast<int>(at) + 1, {}};
 }

@@ -27,6 +27,7 @@ class Theme : public QObject {
     /// Such a value as a text, which has to be read on every ground that there is.
     [[nodiscard]] QColor pendingText() const { return pendingText_; }
     [[nodiscard]] QColor error() const { return dark_ ? QColor(0xFF, 0x7B, 0x72) : QColor(0xB4, 0x23, 0x18); }
+    [[nodiscard]] QColor success() const { return QColor(0x3F, 0xA6, 0x6B); }
     /// Secondary text.
     [[nodiscard]] QColor dimmed() const { return dark_ ? QColor(0x8F, 0x97, 0xA3) : QColor(0x6A, 0x71, 0x7C); }
 

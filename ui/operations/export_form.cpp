@@ -173,8 +173,8 @@ void ExportForm::fillTracks(QComboBox& box, std::optional<int> chosenTrack, bool
     for (const TrackName& track : tracks_)
         box.addItem(track.text(), position++);
     if (chosenTrack && *chosenTrack >= position) {
-        const QString absent = tracks_.empty() ? QStringLiteral("Track %1") : QStringLiteral("%1 — not in this take");
-        box.addItem(absent.arg(*chosenTrack + 1), *chosenTrack);
+        const QString absent = TrackName{*chosenTrack + 1, {}}.label();
+        box.addItem(tracks_.empty() ? absent : QStringLiteral("%1 — not in this take").arg(absent), *chosenTrack);
     }
     choose(box, chosenTrack.value_or(noTrack));
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/export_audio_session_state.h"
-#include "ui/operations/track_name.h"
+#include "ui/track_name.h"
 
 #include <QComboBox>
 #include <QLabel>

@@ -42,12 +42,18 @@ struct Sign {
     QColor colour;
 };
 Sign signOf(const OperationCompletionInfo& info, const Theme& theme) {
-    const QColor success(0x3F, 0xA6, 0x6B);
-    if (info.cancelled) return {"stopped", theme.dimmed()};
-    if (info.allSucceeded()) return {"done", success};
-    const bool any = std::any_of(info.results.begin(), info.results.end(),
-                                 [](const OperationAudioResult& one) { return one.success; });
-    return {any ? "warning" : "failed", theme.error()};
+    using Ending = OperationCompletionInfo::Ending;
+    switch (info.ending()) {
+        case Ending::done:
+            return {"done", theme.success()};
+        case Ending::partly:
+            return {"warning", theme.error()};
+        case Ending::failed:
+            return {"failed", theme.error()};
+        case Ending::cancelled:
+            break;
+    }
+    return {"stopped", theme.dimmed()};
 }
 
 QPixmap tinted(const QIcon& icon, const QColor& colour, const QWidget& widget) {
@@ -56,19 +62,6 @@ QPixmap tinted(const QIcon& icon, const QColor& colour, const QWidget& widget) {
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(drawn.rect(), colour);
     return drawn;
-}
-
-QString summary(const OperationCompletionInfo& info) {
-    const std::size_t all = info.results.size();
-    const auto succeeded = std::count_if(info.results.begin(), info.results.end(),
-                                         [](const OperationAudioResult& one) { return one.success; });
-    if (info.cancelled && all == 0) return QStringLiteral("Nothing was made.");
-    if (info.cancelled && info.allSucceeded())
-        return counted(all, QStringLiteral("item")) + QStringLiteral(" finished.");
-    if (info.allSucceeded()) return info.successMessage;
-    // Where all failed, the title has said it.
-    if (succeeded == 0) return {};
-    return QStringLiteral("%1 of %2 succeeded.").arg(succeeded).arg(counted(all, QStringLiteral("item")));
 }
 
 }  // namespace
@@ -267,7 +260,7 @@ void OperationOverlay::showResult(const OperationCompletionInfo& info) {
     pages_->setCurrentIndex(1);
     title_->setText(info.title());
     setAccessibleName(info.title());
-    const QString text = summary(info);
+    const QString text = info.summary();
     successMessage_->setText(text);
     successMessage_->setVisible(!text.isEmpty());
     model_->show(info.results);

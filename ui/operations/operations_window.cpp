@@ -279,10 +279,9 @@ void OperationsWindow::showTab() {
     takesPane_->setVisible(tab != OperationsTab::report);
     showReportLayout(tab == OperationsTab::report);
     const bool renames = tab == OperationsTab::rename;
-    takes_->setNoun(renames ? QStringLiteral("file") : QStringLiteral("take"));
-    preview_->setHeads(renames                        ? QStringLiteral("File")
-                       : tab == OperationsTab::report ? QStringLiteral("Document")
-                                                      : QStringLiteral("Take"),
+    const QString& noun = textsOf(*tab).noun;
+    takes_->setNoun(noun);
+    preview_->setHeads(noun.at(0).toUpper() + noun.mid(1),
                        renames ? QStringLiteral("New Name") : QStringLiteral("New File"));
     preview_->setKeepBoth(renames ? OperationPreviewTable::KeepBoth::inMenuAndButton
                                   : OperationPreviewTable::KeepBoth::never);

@@ -127,7 +127,7 @@ class TrackChecksModel final : public QAbstractTableModel {
         if (row < firstTrack()) return QStringLiteral("Stereo — Tracks 1 + 2");
         const TrackName& one = track(row);
         if (column == number) return QString::number(one.numero);
-        return one.nom.isEmpty() ? QStringLiteral("Track %1").arg(one.numero) : one.nom;
+        return one.label();
     }
     void allChanged() {
         if (rowCount() > 0) emit dataChanged(index(0, number), index(rowCount() - 1, name));

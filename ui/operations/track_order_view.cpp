@@ -57,8 +57,7 @@ QVariant TrackOrderModel::data(const QModelIndex& at, int role) const {
     switch (role) {
         case Qt::DisplayRole:
             if (at.column() == position) return at.row() + 1;
-            if (at.column() == name)
-                return track.nom.isEmpty() ? QStringLiteral("Track %1").arg(track.numero) : track.nom;
+            if (at.column() == name) return track.label();
             return moved ? QStringLiteral("was %1").arg(track.numero) : QString();
         case Qt::DecorationRole:
             return at.column() == position ? QVariant(theme_.icon(QStringLiteral("grip"))) : QVariant();
@@ -73,7 +72,7 @@ QVariant TrackOrderModel::data(const QModelIndex& at, int role) const {
             if (at.column() != name) return {};
             return QStringLiteral("%1 %2%3")
                 .arg(at.row() + 1)
-                .arg(track.nom, moved ? QStringLiteral(", was %1").arg(track.numero) : QString());
+                .arg(track.label(), moved ? QStringLiteral(", was %1").arg(track.numero) : QString());
         default:
             return {};
     }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ui/operations/track_name.h"
 #include "ui/theme.h"
+#include "ui/track_name.h"
 
 #include <QAbstractTableModel>
 #include <QTableView>

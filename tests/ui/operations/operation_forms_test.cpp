@@ -83,7 +83,7 @@ TEST_F(OperationForms, TracksAreChosenForTheChannelsThatThereAre) {
     EXPECT_EQ(form.state().pisteMonoSource1, std::nullopt) << "the first track of whichever take";
     EXPECT_EQ(form.state().pisteMonoSource2, 3);
     EXPECT_EQ(form.state().gainMoyenneMono, ExportMonoAverageGain::minus6);
-    choose(QStringLiteral("Track"), QStringLiteral("3"));
+    choose(QStringLiteral("Track"), QStringLiteral("Track 3"));
     choose(QStringLiteral("Mixed with"), QStringLiteral("None"));
     EXPECT_EQ(form.state().pisteMonoSource1, 2);
     EXPECT_EQ(form.state().pisteMonoSource2, std::nullopt);
@@ -93,7 +93,7 @@ TEST_F(OperationForms, TracksAreChosenForTheChannelsThatThereAre) {
     EXPECT_EQ(form.state().pisteDroite, 3);
     EXPECT_EQ(form.sizeHint().height(), height) << "nothing jumps";
     form.setTracks({four[0], four[1]});
-    EXPECT_EQ(shown(QStringLiteral("Right")), QStringLiteral("4 — not in this take"));
+    EXPECT_EQ(shown(QStringLiteral("Right")), QStringLiteral("Track 4 — not in this take"));
     choose(QStringLiteral("Left"), QStringLiteral("2  Boom"));
     EXPECT_EQ(form.state().pisteDroite, 3) << "what another take has is kept";
 }

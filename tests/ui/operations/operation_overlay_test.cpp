@@ -23,6 +23,7 @@ OperationCompletionInfo ended(std::vector<OperationAudioResult> results) {
     info.successTitle = QStringLiteral("Merge Complete");
     info.failedTitle = QStringLiteral("Merge Failed");
     info.successMessage = QStringLiteral("All well.");
+    info.noun = QStringLiteral("take");
     info.results = std::move(results);
     return info;
 }
@@ -96,7 +97,7 @@ TEST_F(Overlay, TellsFailuresFirstAndRevealsTheChosenFile) {
     overlay.setState(ended({result("A", true, "Created A_new.wav"), result("B", false, "No room.\nAt all."),
                             result("C", true, "Created C_new.wav")}));
     EXPECT_TRUE(says(QStringLiteral("Operation Completed with Errors")));
-    EXPECT_TRUE(says(QStringLiteral("2 of 3 items succeeded.")));
+    EXPECT_TRUE(says(QStringLiteral("2 of 3 takes succeeded.")));
     QTableView& results = overlay.results();
     EXPECT_EQ(line(0), QStringLiteral("B"));
     EXPECT_EQ(results.model()->index(0, 1).data().toString(), QStringLiteral("No room. At all.")) << "one line";
