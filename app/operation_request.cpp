@@ -7,7 +7,6 @@
 #include "model/audio_metadata.h"
 #include "operations/batch_rename.h"
 #include "operations/delete_tracks.h"
-#include "operations/export_destination.h"
 #include "operations/merge_tracks.h"
 #include "operations/split_tracks.h"
 #include "report/report_place.h"
@@ -59,19 +58,8 @@ OperationsAudio::GroupPlanner plannerOf(const OperationRequest& request, FileOps
     };
 }
 
-std::string_view extensionOf(ExportAudioFormat format) noexcept {
-    return format == ExportAudioFormat::wav ? ".wav" : format == ExportAudioFormat::mp3 ? ".mp3" : ".m4a";
-}
-
 std::vector<ExportJob> jobsOf(const OperationRequest& request) {
-    const std::vector<std::filesystem::path> destinations = OperationsAudio::exportDestinations(
-        request.groupes, extensionOf(request.exportState.format), request.destination);
-    std::vector<ExportJob> jobs;
-    for (std::size_t at = 0; at < request.groupes.size(); ++at) {
-        jobs.push_back({exportConfiguration(request.exportState, request.groupes[at], fileNameText(destinations[at])),
-                        folderOf(destinations[at])});
-    }
-    return jobs;
+    return OperationsAudio::exportJobs(request.groupes, choiceOf(request.exportState), request.destination);
 }
 
 QString nameOf(const std::filesystem::path& file) { return toQt(fileNameText(file)); }
@@ -272,10 +260,6 @@ OperationOutcome reported(const OperationRequest& request, const OperationServic
 }
 
 }  // namespace
-
-int trackCount(const GroupeFichiers& groupe) noexcept {
-    return groupe.estPoly ? std::max(0, groupe.fichiers.front().channels) : static_cast<int>(groupe.fichiers.size());
-}
 
 TrackChoices TrackChoices::standard(const GroupeFichiers& groupe) {
     TrackChoices choices;

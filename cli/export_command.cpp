@@ -5,8 +5,6 @@
 #include "cli/operation_command.h"
 #include "editing/save_rename_plan.h"
 #include "model/audio_metadata.h"
-#include "operations/export_destination.h"
-#include "operations/export_run.h"
 #include "operations/track_eligibility.h"
 #include "platform/lame/lame_encoder.h"
 #include "platform/media/lazy_aac_encoders.h"
@@ -21,11 +19,10 @@
 namespace dravik {
 namespace {
 
-using Format = ExportOptions::Format;
+using Format = ExportAudioFormat;
 
 constexpr std::string_view noneEligible = "No Compatible Take to Export";
 constexpr std::string_view why = "Export requires a poly WAV, a mono WAV, or an existing mono group.";
-constexpr int defaultBitRate = 256;  ///< kbit/s
 
 /// The codecs of exports, for as long as the command runs.
 struct Codecs {
@@ -34,10 +31,6 @@ struct Codecs {
     std::unique_ptr<MP3Encoders> mp3 = makeLameEncoders();
     std::unique_ptr<SampleDecoder> decoder = makeLazySampleDecoder();
 };
-
-std::string_view extensionOf(Format format) noexcept {
-    return format == Format::wav ? ".wav" : format == Format::aac ? ".m4a" : ".mp3";
-}
 
 void checkOptions(const ExportOptions& options) {
     const bool wav = options.format == Format::wav;
@@ -56,43 +49,22 @@ void checkOptions(const ExportOptions& options) {
     }
 }
 
-OperationAudioExportRouting routeFor(const ExportOptions& options, const GroupeFichiers& groupe) {
-    if (options.route) return *options.route;
-    if (options.format == Format::wav) return routing::Poly{};
-    const int tracks = groupe.estPoly ? groupe.fichiers.front().channels : static_cast<int>(groupe.fichiers.size());
-    if (tracks >= 2) return routing::Stereo{};
-    return routing::Mono{};
-}
-
-AnyExportConfiguration configurationFor(const ExportOptions& options, const GroupeFichiers& groupe,
-                                        std::string destinationName) {
-    const OperationAudioExportRouting route = routeFor(options, groupe);
-    const int bitRate = options.bitRate.value_or(defaultBitRate);
-    const std::optional<double> rate = options.rate ? std::optional<double>(*options.rate) : std::nullopt;
-    switch (options.format) {
-        case Format::aac:
-            return OperationAudioAACExportConfiguration{groupe, std::move(destinationName), route, bitRate};
-        case Format::mp3:
-            return OperationAudioMP3ExportConfiguration{groupe, std::move(destinationName), route, bitRate, rate};
-        case Format::wav:
-            break;
+ExportChoice choiceOf(const ExportOptions& options) {
+    ExportChoice choice;
+    choice.format = options.format;
+    if (options.route) choice.route = [route = *options.route](const GroupeFichiers&) { return route; };
+    if (options.depth) {
+        choice.isFloat = options.depth == "32f";
+        choice.bitDepth = choice.isFloat ? 32 : options.depth == "16" ? 16 : 24;
     }
-    const std::string depth = options.depth.value_or("24");
-    const bool isFloat = depth == "32f";
-    return OperationAudioExportConfiguration{
-        groupe, std::move(destinationName), route, isFloat ? 32 : depth == "16" ? 16 : 24, isFloat,
-        rate,   options.ditherSeed};
+    if (options.rate) choice.sampleRate = *options.rate;
+    choice.bitRate = options.bitRate.value_or(defaultExportBitRate);
+    choice.ditherSeed = options.ditherSeed;
+    return choice;
 }
 
 std::vector<ExportJob> jobsFor(const ExportOptions& options, const std::vector<GroupeFichiers>& groupes) {
-    const std::vector<std::filesystem::path> destinations =
-        OperationsAudio::exportDestinations(groupes, extensionOf(options.format), options.dest, options.name);
-    std::vector<ExportJob> jobs;
-    for (std::size_t at = 0; at < groupes.size(); ++at) {
-        jobs.push_back(
-            {configurationFor(options, groupes[at], fileNameText(destinations[at])), folderOf(destinations[at])});
-    }
-    return jobs;
+    return OperationsAudio::exportJobs(groupes, choiceOf(options), options.dest, options.name);
 }
 
 ExitCode rehearse(const std::vector<ExportJob>& jobs, const ExportServices& exports, bool json, Services& services) {

@@ -52,7 +52,7 @@ struct BatchRenameChoice {
     OperationAudioBatchRenameMode mode = OperationAudioBatchRenameMode::renameInPlace;
     std::filesystem::path destination = {};  ///< of copies; empty: not chosen yet, and only names can be compared
     OperationsAudio::EmptyTokens emptyTokens = OperationsAudio::EmptyTokens::takeSeparatorsAlong;
-    bool keepBoth = false;            ///< number every name that collides
+    bool keepBoth = false;                             ///< number every name that collides
     std::set<std::filesystem::path> keepBothFor = {};  ///< or those of these files
 };
 
