@@ -2,12 +2,12 @@
 
 #include "app/take_rows.h"
 #include "app/text.h"
-#include "base/file_error.h"
 #include "base/paths.h"
 #include "model/audio_metadata.h"
 #include "operations/batch_rename.h"
 #include "operations/delete_tracks.h"
 #include "operations/merge_tracks.h"
+#include "operations/run_preview.h"
 #include "operations/split_tracks.h"
 #include "report/report_place.h"
 
@@ -68,42 +68,33 @@ QString filesText(std::size_t files, std::uint64_t bytes) {
     return QStringLiteral("%1, about %2").arg(counted(files, QStringLiteral("file")), toQt(sizeText(bytes)));
 }
 
-/// The rows of takes whose files were planned one after the other, and what they come to together.
-class PreviewRows {
-  public:
-    void add(const QString& source, const std::filesystem::path& target, std::uint64_t bytes,
-             const QString& remark = {}) {
-        preview_.rows.push_back({source, nameOf(target), {}, false, false, remark});
-        ++files_;
-        bytes_ += bytes;
-        needed_.push_back({target, bytes});
-    }
-    void addUnchanged(const QString& source, const QString& why) { preview_.rows.push_back({source, why, {}, true}); }
-    void addProblem(const QString& source, const QString& problem) {
-        preview_.rows.push_back({source, {}, problem, false});
-        ++problems_;
-    }
-    [[nodiscard]] OperationPreview finish(FileOps& files) {
-        preview_.summary = files_ > 0 ? filesText(files_, bytes_) : QStringLiteral("Nothing would be made");
-        preview_.canRun = files_ > 0;
-        if (problems_ > 0) {
-            preview_.problems = problems_ == 1 ? QStringLiteral("1 take cannot be used")
-                                               : QStringLiteral("%1 takes cannot be used").arg(problems_);
+/// The rows of takes, one a file, and what they come to together.
+OperationPreview shownPreview(const RunPreview& planned, const std::vector<GroupeFichiers>& takes) {
+    OperationPreview preview;
+    for (std::size_t at = 0; at < planned.takes.size(); ++at) {
+        const PreviewedTake& take = planned.takes[at];
+        const QString source = toQt(takes[at].nom);
+        if (!take.error.empty()) {
+            preview.rows.push_back({source, {}, toQt(take.error)});
+        } else if (take.files.empty()) {
+            preview.rows.push_back({source, toQt(take.message), {}, true});
         }
-        for (const FileToMake& folder : OperationsAudio::foldersShortOfRoom(files, needed_)) {
-            preview_.problems = QStringLiteral("There is not enough room in “%1”: %2 are needed.")
-                                    .arg(toQt(folder.destination), toQt(sizeText(folder.bytes)));
-            preview_.canRun = false;
-        }
-        return std::move(preview_);
+        for (const PreviewedFile& file : take.files)
+            preview.rows.push_back({source, nameOf(file.destination), {}, false, false, toQt(take.note)});
     }
-
-  private:
-    OperationPreview preview_;
-    std::size_t files_ = 0, problems_ = 0;
-    std::uint64_t bytes_ = 0;
-    std::vector<FileToMake> needed_;
-};
+    const std::size_t files = planned.files().size();
+    preview.summary = files > 0 ? filesText(files, planned.bytes()) : QStringLiteral("Nothing would be made");
+    QStringList problems;
+    if (const std::size_t failed = planned.failed(); failed > 0) {
+        problems << (failed == 1 ? QStringLiteral("1 take cannot be used.")
+                                 : QStringLiteral("%1 takes cannot be used.").arg(failed));
+    }
+    for (const FileToMake& folder : planned.foldersShort)
+        problems << toQt(OperationsAudio::roomText(folder));
+    preview.problems = problems.join(QLatin1Char(' '));
+    preview.canRun = files > 0 && planned.foldersShort.empty();
+    return preview;
+}
 
 /// Has something been chosen for the take? Splitting and deleting pass over the others.
 bool isChosen(const OperationRequest& request, const GroupeFichiers& groupe) {
@@ -128,36 +119,7 @@ OperationPreview previewOfTracks(const OperationRequest& request, FileOps& files
         nothing.waits = true;
         return nothing;
     }
-    const auto planned = OperationsAudio::planGroups(files, takes, plannerOf(request, files), task);
-    PreviewRows rows;
-    for (std::size_t at = 0; at < planned.size(); ++at) {
-        const OperationPlan& plan = planned[at].plan;
-        const QString source = toQt(takes[at].nom);
-        if (!planned[at].error.empty()) {
-            rows.addProblem(source, toQt(planned[at].error));
-        } else if (plan.outputs.empty()) {
-            rows.addUnchanged(source, toQt(plan.message));
-        }
-        for (const PlannedOutput& output : plan.outputs)
-            rows.add(source, output.destination, output.size(), toQt(plan.note));
-    }
-    return rows.finish(files);
-}
-
-OperationPreview previewOfExports(const OperationRequest& request, const ExportServices& exports,
-                                  const TaskContext& task) {
-    PreviewRows rows;
-    for (const ExportJob& job : jobsOf(request)) {
-        task.checkCancelled();
-        const QString source = toQt(job.groupe().nom);
-        try {
-            const FileToMake planned = OperationsAudio::planExport(job, exports);
-            rows.add(source, planned.destination, planned.bytes);
-        } catch (const std::exception& error) {
-            rows.addProblem(source, toQt(userText(error)));
-        }
-    }
-    return rows.finish(exports.ops);
+    return shownPreview(OperationsAudio::previewTracks(files, takes, plannerOf(request, files), task), takes);
 }
 
 /// Is the folder of the copies still to be chosen?
@@ -273,7 +235,8 @@ OperationPreview previewOf(const OperationRequest& request, const OperationServi
                            const TaskContext& task) {
     switch (request.tab) {
         case OperationsTab::export_:
-            return previewOfExports(request, services.exports, task);
+            return shownPreview(OperationsAudio::previewExports(jobsOf(request), services.exports, task),
+                                request.groupes);
         case OperationsTab::rename:
             return previewOfRenaming(request);
         case OperationsTab::report:

@@ -67,39 +67,6 @@ std::vector<ExportJob> jobsFor(const ExportOptions& options, const std::vector<G
     return OperationsAudio::exportJobs(groupes, choiceOf(options), options.dest, options.name);
 }
 
-ExitCode rehearse(const std::vector<ExportJob>& jobs, const ExportServices& exports, bool json, Services& services) {
-    Console& console = services.console;
-    std::vector<OperationLine> lines;
-    std::string text;
-    std::size_t failed = 0;
-    std::vector<FileToMake> needed;
-    for (const ExportJob& job : jobs) {
-        if (services.token.isCancelled()) throw Cancelled();
-        OperationLine& line = lines.emplace_back();
-        line.source = sourceOf(job.groupe());
-        const std::filesystem::path destination = job.folder / job.destinationName();
-        try {
-            needed.push_back(OperationsAudio::planExport(job, exports));
-            line.outputs = {destination};
-            line.message = "Would create " + job.destinationName();
-            text += fmt::format("{}\n    {}  about {}\n",
-                                styled(printable(job.groupe().nom), Style::strong, console.outputHasColour()),
-                                shown(destination), sizeText(needed.back().bytes));
-        } catch (const std::exception& error) {
-            ++failed;
-            line.ok = false;
-            line.message = userText(error);
-            console.message(fmt::format("{}: {}", printable(job.groupe().nom), line.message));
-        }
-    }
-    text += fmt::format("\nDry run: {} would be made. No files were made.\n", counted(jobs.size() - failed, "file"));
-    const bool room = hasRoomFor(needed, services);
-    console.print(json ? operationJson(lines) : text);
-    if (!room) return ExitCode::refused;
-    if (failed == 0) return ExitCode::done;
-    return failed == jobs.size() ? ExitCode::refused : ExitCode::someFailed;
-}
-
 }  // namespace
 
 ExitCode runExport(const ExportOptions& options, Services& services) {
@@ -112,8 +79,8 @@ ExitCode runExport(const ExportOptions& options, Services& services) {
                                     if (options.name && groupes.size() > 1)
                                         throw UsageError("--name is for one take at a time.");
                                 },
-                                [&](const std::vector<GroupeFichiers>& groupes) {
-                                    return rehearse(jobsFor(options, groupes), exports, options.json, services);
+                                [&](const std::vector<GroupeFichiers>& groupes, const TaskContext& task) {
+                                    return OperationsAudio::previewExports(jobsFor(options, groupes), exports, task);
                                 },
                                 [&](const std::vector<GroupeFichiers>& groupes, const TaskContext& task) {
                                     return OperationsAudio::runExports(jobsFor(options, groupes), exports, task);
