@@ -127,11 +127,10 @@ bool lacksFolder(const BatchRenameChoice& choice) {
     return choice.mode == OperationAudioBatchRenameMode::copyAndRename && choice.destination.empty();
 }
 
-OperationPreview previewOfRenaming(const OperationRequest& request) {
+OperationPreview previewOfRenaming(const OperationRequest& request, FileOps& files) {
     FolderNames onDisk;
     const RenamePreview planned = OperationsAudio::previewBatchRename(request.fichiers, request.rename, onDisk);
     OperationPreview preview;
-    std::size_t changed = 0;
     for (std::size_t at = 0; at < planned.rows.size(); ++at) {
         const RenamePreviewRow& row = planned.rows[at];
         OperationPreviewRow& shown = preview.rows.emplace_back();
@@ -140,14 +139,18 @@ OperationPreview previewOfRenaming(const OperationRequest& request) {
         shown.target = toQt(row.newName);
         shown.unchanged = row.unchanged;
         if (row.unchanged) shown.remark = QStringLiteral("keeps its name");
-        shown.canKeepBoth = row.conflict && row.conflict->kind != RenameConflictCause::Kind::invalidName;
-        if (row.conflict) shown.problem = toQt(row.conflict->text());
-        changed += !row.unchanged && !row.conflict ? 1U : 0U;
+        shown.canKeepBoth = row.isCollision();
+        shown.problem = toQt(row.explanation());
     }
     const bool copies = request.rename.mode == OperationAudioBatchRenameMode::copyAndRename;
+    const std::size_t changed = planned.changes();
     preview.summary = copies ? QStringLiteral("%1 will be copied").arg(counted(changed, QStringLiteral("file")))
                              : toQt(toBeRenamedText(changed));
-    if (planned.conflicts() > 0) preview.problems = toQt(planned.conflictsText());
+    QStringList problems;
+    if (planned.conflicts() > 0) problems << toQt(planned.conflictsText());
+    for (const std::string& problem : OperationsAudio::renameProblems(files, request.fichiers, request.rename, planned))
+        problems << toQt(problem);
+    preview.problems = problems.join(QStringLiteral(". "));
     if (lacksFolder(request.rename)) {
         preview.problems = QString::fromUtf8(noDestinationFolder.data(), std::ssize(noDestinationFolder));
         preview.waits = true;
@@ -238,7 +241,7 @@ OperationPreview previewOf(const OperationRequest& request, const OperationServi
             return shownPreview(OperationsAudio::previewExports(jobsOf(request), services.exports, task),
                                 request.groupes);
         case OperationsTab::rename:
-            return previewOfRenaming(request);
+            return previewOfRenaming(request, services.exports.ops);
         case OperationsTab::report:
             return previewOfReport(request);
         default:
