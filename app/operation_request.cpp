@@ -163,13 +163,13 @@ OperationPreview previewOfReport(const OperationRequest& request) {
     OperationPreview preview;
     preview.summary = QStringLiteral("%1 in the report").arg(counted(request.fichiers.size(), QStringLiteral("file")));
     if (!request.destination) {
-        preview.problems = QStringLiteral("No destination folder selected");
+        preview.problems = toQt(noDestinationSelected);
         preview.waits = true;
         return preview;
     }
     const WrittenReport names = reportNames(request.fichiers, request.report, *request.destination);
-    if (names.pdf) preview.rows.push_back({QStringLiteral("PDF"), nameOf(*names.pdf), {}, false});
-    if (names.csv) preview.rows.push_back({QStringLiteral("CSV"), nameOf(*names.csv), {}, false});
+    for (const NamedReportFile& file : filesOf(names))
+        preview.rows.push_back({toQt(file.kind), nameOf(file.path), {}, false});
     preview.canRun = !preview.rows.empty() && !request.fichiers.empty();
     if (preview.rows.empty()) preview.problems = QStringLiteral("Choose PDF, CSV, or both.");
     return preview;
@@ -204,22 +204,18 @@ OperationOutcome renamed(const OperationRequest& request, FileOps& files, const 
 }
 
 OperationOutcome reported(const OperationRequest& request, const OperationServices& services, const TaskContext& task) {
-    if (!request.destination) throw Error("No destination folder selected");
-    const WrittenReport written = genererRapport(request.fichiers, request.report, *request.destination,
+    const WrittenReport written = genererRapport(request.fichiers, request.report, request.destination.value_or(""),
                                                  {services.exports.ops, services.pdf, today(), customaryPaper()}, task);
     OperationOutcome outcome;
-    const auto add = [&](const std::optional<std::filesystem::path>& file, const char* line) {
-        if (!file) return;
+    for (const NamedReportFile& file : filesOf(written)) {
         OperationAudioResult& result = outcome.results.emplace_back();
         result.id = Uuid::random();
-        result.sourceName = fileNameText(*file);
-        result.destinationURL = *file;
-        result.destinationURLs = {*file};
-        result.message = line;
+        result.sourceName = fileNameText(file.path);
+        result.destinationURL = file.path;
+        result.destinationURLs = {file.path};
+        result.message = file.createdLine();
         result.success = true;
-    };
-    add(written.pdf, "PDF report created");
-    add(written.csv, "CSV report created");
+    }
     outcome.message = toQt(successMessage(written));
     return outcome;
 }
