@@ -1,5 +1,7 @@
 #include "app/export_audio_session_state.h"
 
+#include "operations/track_eligibility.h"
+
 #include <algorithm>
 
 namespace dravik {
@@ -48,7 +50,7 @@ bool holds(const Values& values, const Value& value) {
     return std::find(values.begin(), values.end(), value) != values.end();
 }
 
-OperationAudioExportRouting routingOf(const ExportAudioSessionState& state, std::size_t tracks) {
+OperationAudioExportRouting routingOf(const ExportAudioSessionState& state, int tracks) {
     if (state.modeCanaux == ExportAudioChannelMode::polyWAV) return routing::Poly{};
     if (state.modeCanaux == ExportAudioChannelMode::stereo && tracks > 1)
         return routing::Stereo{state.pisteGauche, state.pisteDroite};
@@ -108,12 +110,12 @@ QString bitRateLabel(int kilobitsPerSecond) { return QStringLiteral("%1 kbit/s")
 
 std::vector<ExportSampleRate> ratesFor(ExportAudioFormat format) {
     std::vector<ExportSampleRate> rates = {ExportSampleRate::original()};
-    if (format == ExportAudioFormat::aac) return rates;
-    for (const int hertz : fixedExportSampleRates) {
-        // An MP3 has no other rates.
-        if (format == ExportAudioFormat::wav || hertz == 44100 || hertz == 48000)
+    const auto add = [&](const auto& offered) {
+        for (const int hertz : offered)
             rates.push_back(ExportSampleRate::fixed(hertz));
-    }
+    };
+    if (format == ExportAudioFormat::wav) add(fixedExportSampleRates);
+    if (format == ExportAudioFormat::mp3) add(mp3ExportSampleRates);
     return rates;
 }
 
@@ -168,25 +170,16 @@ void rememberExportState(UserDefaults& settings, const ExportAudioSessionState& 
     settings.store(QLatin1String(allKey), state.appliquerTous);
 }
 
-AnyExportConfiguration exportConfiguration(const ExportAudioSessionState& asked, const GroupeFichiers& groupe,
-                                           std::string destinationName) {
+ExportChoice choiceOf(const ExportAudioSessionState& asked) {
     const ExportAudioSessionState state = asked.allowed();
-    const std::size_t tracks = groupe.estPoly ? static_cast<std::size_t>(std::max(0, groupe.fichiers.front().channels))
-                                              : groupe.fichiers.size();
-    const OperationAudioExportRouting route = routingOf(state, tracks);
-    const std::optional<double> rate =
-        state.frequence.hertz ? std::optional<double>(*state.frequence.hertz) : std::nullopt;
-    switch (state.format) {
-        case ExportAudioFormat::mp3:
-            return OperationAudioMP3ExportConfiguration{groupe, std::move(destinationName), route, state.debit, rate};
-        case ExportAudioFormat::aac:
-            return OperationAudioAACExportConfiguration{groupe, std::move(destinationName), route, state.debit};
-        case ExportAudioFormat::wav:
-            break;
-    }
-    const bool isFloat = state.profondeurWAV == ExportWAVBitDepth::float32;
-    const int bits = isFloat ? 32 : state.profondeurWAV == ExportWAVBitDepth::pcm16 ? 16 : 24;
-    return OperationAudioExportConfiguration{groupe, std::move(destinationName), route, bits, isFloat, rate, {}};
+    ExportChoice choice;
+    choice.format = state.format;
+    choice.route = [state](const GroupeFichiers& groupe) { return routingOf(state, trackCount(groupe)); };
+    choice.isFloat = state.profondeurWAV == ExportWAVBitDepth::float32;
+    choice.bitDepth = choice.isFloat ? 32 : state.profondeurWAV == ExportWAVBitDepth::pcm16 ? 16 : 24;
+    if (state.frequence.hertz) choice.sampleRate = *state.frequence.hertz;
+    choice.bitRate = state.debit;
+    return choice;
 }
 
 }  // namespace dravik

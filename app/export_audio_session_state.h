@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/user_defaults.h"
-#include "operations/export_run.h"
+#include "operations/export_choice.h"
 
 #include <QString>
 #include <array>
@@ -14,10 +14,9 @@
 namespace dravik {
 
 /// What the export's form holds: the choices as a user sees them, remembered from one time to the next. What an export
-/// is given instead is made of them by `exportConfiguration`. Values; tracks are positions in the take, from 0.
+/// is given instead is made of them by `choiceOf`. Values; tracks are positions in the take, from 0.
 
 enum class ExportAudioChannelMode { mono, stereo, polyWAV };
-enum class ExportAudioFormat { wav, mp3, aac };
 enum class ExportWAVBitDepth { pcm16, pcm24, float32 };
 enum class ExportMonoAverageGain { minus3, minus6 };
 
@@ -51,7 +50,7 @@ struct ExportAudioSessionState {
     ExportAudioFormat format = ExportAudioFormat::wav;
     ExportWAVBitDepth profondeurWAV = ExportWAVBitDepth::pcm24;
     ExportSampleRate frequence;
-    int debit = 256;  ///< kbit/s
+    int debit = defaultExportBitRate;  ///< kbit/s
     ExportMonoAverageGain gainMoyenneMono = ExportMonoAverageGain::minus3;
     std::optional<int> pisteMonoSource1;  ///< absent: the first track
     std::optional<int> pisteMonoSource2;  ///< absent: one track alone, no average
@@ -73,8 +72,7 @@ struct ExportAudioSessionState {
 [[nodiscard]] ExportAudioSessionState rememberedExportState(const UserDefaults& settings);
 void rememberExportState(UserDefaults& settings, const ExportAudioSessionState& state);
 
-/// The export of one take. A take that is exported as stereo and has one track only becomes mono.
-[[nodiscard]] AnyExportConfiguration exportConfiguration(const ExportAudioSessionState& state,
-                                                         const GroupeFichiers& groupe, std::string destinationName);
+/// What exports are given. A take that is exported as stereo and has one track only becomes mono.
+[[nodiscard]] ExportChoice choiceOf(const ExportAudioSessionState& state);
 
 }  // namespace dravik

@@ -2,13 +2,12 @@
 
 #include "app/take_rows.h"
 #include "app/text.h"
-#include "base/file_error.h"
 #include "base/paths.h"
 #include "model/audio_metadata.h"
 #include "operations/batch_rename.h"
 #include "operations/delete_tracks.h"
-#include "operations/export_destination.h"
 #include "operations/merge_tracks.h"
+#include "operations/run_preview.h"
 #include "operations/split_tracks.h"
 #include "report/report_place.h"
 
@@ -59,19 +58,8 @@ OperationsAudio::GroupPlanner plannerOf(const OperationRequest& request, FileOps
     };
 }
 
-std::string_view extensionOf(ExportAudioFormat format) noexcept {
-    return format == ExportAudioFormat::wav ? ".wav" : format == ExportAudioFormat::mp3 ? ".mp3" : ".m4a";
-}
-
 std::vector<ExportJob> jobsOf(const OperationRequest& request) {
-    const std::vector<std::filesystem::path> destinations = OperationsAudio::exportDestinations(
-        request.groupes, extensionOf(request.exportState.format), request.destination);
-    std::vector<ExportJob> jobs;
-    for (std::size_t at = 0; at < request.groupes.size(); ++at) {
-        jobs.push_back({exportConfiguration(request.exportState, request.groupes[at], fileNameText(destinations[at])),
-                        folderOf(destinations[at])});
-    }
-    return jobs;
+    return OperationsAudio::exportJobs(request.groupes, choiceOf(request.exportState), request.destination);
 }
 
 QString nameOf(const std::filesystem::path& file) { return toQt(fileNameText(file)); }
@@ -80,42 +68,33 @@ QString filesText(std::size_t files, std::uint64_t bytes) {
     return QStringLiteral("%1, about %2").arg(counted(files, QStringLiteral("file")), toQt(sizeText(bytes)));
 }
 
-/// The rows of takes whose files were planned one after the other, and what they come to together.
-class PreviewRows {
-  public:
-    void add(const QString& source, const std::filesystem::path& target, std::uint64_t bytes,
-             const QString& remark = {}) {
-        preview_.rows.push_back({source, nameOf(target), {}, false, false, remark});
-        ++files_;
-        bytes_ += bytes;
-        needed_.push_back({target, bytes});
-    }
-    void addUnchanged(const QString& source, const QString& why) { preview_.rows.push_back({source, why, {}, true}); }
-    void addProblem(const QString& source, const QString& problem) {
-        preview_.rows.push_back({source, {}, problem, false});
-        ++problems_;
-    }
-    [[nodiscard]] OperationPreview finish(FileOps& files) {
-        preview_.summary = files_ > 0 ? filesText(files_, bytes_) : QStringLiteral("Nothing would be made");
-        preview_.canRun = files_ > 0;
-        if (problems_ > 0) {
-            preview_.problems = problems_ == 1 ? QStringLiteral("1 take cannot be used")
-                                               : QStringLiteral("%1 takes cannot be used").arg(problems_);
+/// The rows of takes, one a file, and what they come to together.
+OperationPreview shownPreview(const RunPreview& planned, const std::vector<GroupeFichiers>& takes) {
+    OperationPreview preview;
+    for (std::size_t at = 0; at < planned.takes.size(); ++at) {
+        const PreviewedTake& take = planned.takes[at];
+        const QString source = toQt(takes[at].nom);
+        if (!take.error.empty()) {
+            preview.rows.push_back({source, {}, toQt(take.error)});
+        } else if (take.files.empty()) {
+            preview.rows.push_back({source, toQt(take.message), {}, true});
         }
-        for (const FileToMake& folder : OperationsAudio::foldersShortOfRoom(files, needed_)) {
-            preview_.problems = QStringLiteral("There is not enough room in “%1”: %2 are needed.")
-                                    .arg(toQt(folder.destination), toQt(sizeText(folder.bytes)));
-            preview_.canRun = false;
-        }
-        return std::move(preview_);
+        for (const PreviewedFile& file : take.files)
+            preview.rows.push_back({source, nameOf(file.destination), {}, false, false, toQt(take.note)});
     }
-
-  private:
-    OperationPreview preview_;
-    std::size_t files_ = 0, problems_ = 0;
-    std::uint64_t bytes_ = 0;
-    std::vector<FileToMake> needed_;
-};
+    const std::size_t files = planned.files().size();
+    preview.summary = files > 0 ? filesText(files, planned.bytes()) : QStringLiteral("Nothing would be made");
+    QStringList problems;
+    if (const std::size_t failed = planned.failed(); failed > 0) {
+        problems << (failed == 1 ? QStringLiteral("1 take cannot be used.")
+                                 : QStringLiteral("%1 takes cannot be used.").arg(failed));
+    }
+    for (const FileToMake& folder : planned.foldersShort)
+        problems << toQt(OperationsAudio::roomText(folder));
+    preview.problems = problems.join(QLatin1Char(' '));
+    preview.canRun = files > 0 && planned.foldersShort.empty();
+    return preview;
+}
 
 /// Has something been chosen for the take? Splitting and deleting pass over the others.
 bool isChosen(const OperationRequest& request, const GroupeFichiers& groupe) {
@@ -140,36 +119,7 @@ OperationPreview previewOfTracks(const OperationRequest& request, FileOps& files
         nothing.waits = true;
         return nothing;
     }
-    const auto planned = OperationsAudio::planGroups(files, takes, plannerOf(request, files), task);
-    PreviewRows rows;
-    for (std::size_t at = 0; at < planned.size(); ++at) {
-        const OperationPlan& plan = planned[at].plan;
-        const QString source = toQt(takes[at].nom);
-        if (!planned[at].error.empty()) {
-            rows.addProblem(source, toQt(planned[at].error));
-        } else if (plan.outputs.empty()) {
-            rows.addUnchanged(source, toQt(plan.message));
-        }
-        for (const PlannedOutput& output : plan.outputs)
-            rows.add(source, output.destination, output.size(), toQt(plan.note));
-    }
-    return rows.finish(files);
-}
-
-OperationPreview previewOfExports(const OperationRequest& request, const ExportServices& exports,
-                                  const TaskContext& task) {
-    PreviewRows rows;
-    for (const ExportJob& job : jobsOf(request)) {
-        task.checkCancelled();
-        const QString source = toQt(job.groupe().nom);
-        try {
-            const FileToMake planned = OperationsAudio::planExport(job, exports);
-            rows.add(source, planned.destination, planned.bytes);
-        } catch (const std::exception& error) {
-            rows.addProblem(source, toQt(userText(error)));
-        }
-    }
-    return rows.finish(exports.ops);
+    return shownPreview(OperationsAudio::previewTracks(files, takes, plannerOf(request, files), task), takes);
 }
 
 /// Is the folder of the copies still to be chosen?
@@ -177,11 +127,10 @@ bool lacksFolder(const BatchRenameChoice& choice) {
     return choice.mode == OperationAudioBatchRenameMode::copyAndRename && choice.destination.empty();
 }
 
-OperationPreview previewOfRenaming(const OperationRequest& request) {
+OperationPreview previewOfRenaming(const OperationRequest& request, FileOps& files) {
     FolderNames onDisk;
     const RenamePreview planned = OperationsAudio::previewBatchRename(request.fichiers, request.rename, onDisk);
     OperationPreview preview;
-    std::size_t changed = 0;
     for (std::size_t at = 0; at < planned.rows.size(); ++at) {
         const RenamePreviewRow& row = planned.rows[at];
         OperationPreviewRow& shown = preview.rows.emplace_back();
@@ -190,14 +139,18 @@ OperationPreview previewOfRenaming(const OperationRequest& request) {
         shown.target = toQt(row.newName);
         shown.unchanged = row.unchanged;
         if (row.unchanged) shown.remark = QStringLiteral("keeps its name");
-        shown.canKeepBoth = row.conflict && row.conflict->kind != RenameConflictCause::Kind::invalidName;
-        if (row.conflict) shown.problem = toQt(row.conflict->text());
-        changed += !row.unchanged && !row.conflict ? 1U : 0U;
+        shown.canKeepBoth = row.isCollision();
+        shown.problem = toQt(row.explanation());
     }
     const bool copies = request.rename.mode == OperationAudioBatchRenameMode::copyAndRename;
+    const std::size_t changed = planned.changes();
     preview.summary = copies ? QStringLiteral("%1 will be copied").arg(counted(changed, QStringLiteral("file")))
                              : toQt(toBeRenamedText(changed));
-    if (planned.conflicts() > 0) preview.problems = toQt(planned.conflictsText());
+    QStringList problems;
+    if (planned.conflicts() > 0) problems << toQt(planned.conflictsText());
+    for (const std::string& problem : OperationsAudio::renameProblems(files, request.fichiers, request.rename, planned))
+        problems << toQt(problem);
+    preview.problems = problems.join(QStringLiteral(". "));
     if (lacksFolder(request.rename)) {
         preview.problems = QString::fromUtf8(noDestinationFolder.data(), std::ssize(noDestinationFolder));
         preview.waits = true;
@@ -210,13 +163,13 @@ OperationPreview previewOfReport(const OperationRequest& request) {
     OperationPreview preview;
     preview.summary = QStringLiteral("%1 in the report").arg(counted(request.fichiers.size(), QStringLiteral("file")));
     if (!request.destination) {
-        preview.problems = QStringLiteral("No destination folder selected");
+        preview.problems = toQt(noDestinationSelected);
         preview.waits = true;
         return preview;
     }
     const WrittenReport names = reportNames(request.fichiers, request.report, *request.destination);
-    if (names.pdf) preview.rows.push_back({QStringLiteral("PDF"), nameOf(*names.pdf), {}, false});
-    if (names.csv) preview.rows.push_back({QStringLiteral("CSV"), nameOf(*names.csv), {}, false});
+    for (const NamedReportFile& file : filesOf(names))
+        preview.rows.push_back({toQt(file.kind), nameOf(file.path), {}, false});
     preview.canRun = !preview.rows.empty() && !request.fichiers.empty();
     if (preview.rows.empty()) preview.problems = QStringLiteral("Choose PDF, CSV, or both.");
     return preview;
@@ -251,31 +204,23 @@ OperationOutcome renamed(const OperationRequest& request, FileOps& files, const 
 }
 
 OperationOutcome reported(const OperationRequest& request, const OperationServices& services, const TaskContext& task) {
-    if (!request.destination) throw Error("No destination folder selected");
-    const WrittenReport written = genererRapport(request.fichiers, request.report, *request.destination,
+    const WrittenReport written = genererRapport(request.fichiers, request.report, request.destination.value_or(""),
                                                  {services.exports.ops, services.pdf, today(), customaryPaper()}, task);
     OperationOutcome outcome;
-    const auto add = [&](const std::optional<std::filesystem::path>& file, const char* line) {
-        if (!file) return;
+    for (const NamedReportFile& file : filesOf(written)) {
         OperationAudioResult& result = outcome.results.emplace_back();
         result.id = Uuid::random();
-        result.sourceName = fileNameText(*file);
-        result.destinationURL = *file;
-        result.destinationURLs = {*file};
-        result.message = line;
+        result.sourceName = fileNameText(file.path);
+        result.destinationURL = file.path;
+        result.destinationURLs = {file.path};
+        result.message = file.createdLine();
         result.success = true;
-    };
-    add(written.pdf, "PDF report created");
-    add(written.csv, "CSV report created");
+    }
     outcome.message = toQt(successMessage(written));
     return outcome;
 }
 
 }  // namespace
-
-int trackCount(const GroupeFichiers& groupe) noexcept {
-    return groupe.estPoly ? std::max(0, groupe.fichiers.front().channels) : static_cast<int>(groupe.fichiers.size());
-}
 
 TrackChoices TrackChoices::standard(const GroupeFichiers& groupe) {
     TrackChoices choices;
@@ -289,9 +234,10 @@ OperationPreview previewOf(const OperationRequest& request, const OperationServi
                            const TaskContext& task) {
     switch (request.tab) {
         case OperationsTab::export_:
-            return previewOfExports(request, services.exports, task);
+            return shownPreview(OperationsAudio::previewExports(jobsOf(request), services.exports, task),
+                                request.groupes);
         case OperationsTab::rename:
-            return previewOfRenaming(request);
+            return previewOfRenaming(request, services.exports.ops);
         case OperationsTab::report:
             return previewOfReport(request);
         default:

@@ -10,6 +10,7 @@
 #include "operations/export_services.h"
 #include "operations/operation_audio_result.h"
 #include "operations/reorder_tracks.h"
+#include "operations/track_eligibility.h"
 #include "report/generateur_rapport.h"
 
 #include <QString>
@@ -38,9 +39,6 @@ struct TrackChoices {
     [[nodiscard]] static TrackChoices standard(const GroupeFichiers& groupe);
     friend bool operator==(const TrackChoices&, const TrackChoices&) = default;
 };
-
-/// How many tracks the take has.
-[[nodiscard]] int trackCount(const GroupeFichiers& groupe) noexcept;
 
 struct OperationRequest {
     OperationsTab tab = OperationsTab::merge;

@@ -506,9 +506,9 @@ class Grammar {
         sub.add_option_function<std::string>(
                "--format",
                [this](const std::string& text) {
-                   export_.format = text == "aac"   ? ExportOptions::Format::aac
-                                    : text == "mp3" ? ExportOptions::Format::mp3
-                                                    : ExportOptions::Format::wav;
+                   export_.format = text == "aac"   ? ExportAudioFormat::aac
+                                    : text == "mp3" ? ExportAudioFormat::mp3
+                                                    : ExportAudioFormat::wav;
                },
                "wav, aac or mp3")
             ->type_name("FORMAT")

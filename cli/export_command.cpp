@@ -5,8 +5,6 @@
 #include "cli/operation_command.h"
 #include "editing/save_rename_plan.h"
 #include "model/audio_metadata.h"
-#include "operations/export_destination.h"
-#include "operations/export_run.h"
 #include "operations/track_eligibility.h"
 #include "platform/lame/lame_encoder.h"
 #include "platform/media/lazy_aac_encoders.h"
@@ -21,11 +19,10 @@
 namespace dravik {
 namespace {
 
-using Format = ExportOptions::Format;
+using Format = ExportAudioFormat;
 
 constexpr std::string_view noneEligible = "No Compatible Take to Export";
 constexpr std::string_view why = "Export requires a poly WAV, a mono WAV, or an existing mono group.";
-constexpr int defaultBitRate = 256;  ///< kbit/s
 
 /// The codecs of exports, for as long as the command runs.
 struct Codecs {
@@ -34,10 +31,6 @@ struct Codecs {
     std::unique_ptr<MP3Encoders> mp3 = makeLameEncoders();
     std::unique_ptr<SampleDecoder> decoder = makeLazySampleDecoder();
 };
-
-std::string_view extensionOf(Format format) noexcept {
-    return format == Format::wav ? ".wav" : format == Format::aac ? ".m4a" : ".mp3";
-}
 
 void checkOptions(const ExportOptions& options) {
     const bool wav = options.format == Format::wav;
@@ -56,76 +49,22 @@ void checkOptions(const ExportOptions& options) {
     }
 }
 
-OperationAudioExportRouting routeFor(const ExportOptions& options, const GroupeFichiers& groupe) {
-    if (options.route) return *options.route;
-    if (options.format == Format::wav) return routing::Poly{};
-    const int tracks = groupe.estPoly ? groupe.fichiers.front().channels : static_cast<int>(groupe.fichiers.size());
-    if (tracks >= 2) return routing::Stereo{};
-    return routing::Mono{};
-}
-
-AnyExportConfiguration configurationFor(const ExportOptions& options, const GroupeFichiers& groupe,
-                                        std::string destinationName) {
-    const OperationAudioExportRouting route = routeFor(options, groupe);
-    const int bitRate = options.bitRate.value_or(defaultBitRate);
-    const std::optional<double> rate = options.rate ? std::optional<double>(*options.rate) : std::nullopt;
-    switch (options.format) {
-        case Format::aac:
-            return OperationAudioAACExportConfiguration{groupe, std::move(destinationName), route, bitRate};
-        case Format::mp3:
-            return OperationAudioMP3ExportConfiguration{groupe, std::move(destinationName), route, bitRate, rate};
-        case Format::wav:
-            break;
+ExportChoice choiceOf(const ExportOptions& options) {
+    ExportChoice choice;
+    choice.format = options.format;
+    if (options.route) choice.route = [route = *options.route](const GroupeFichiers&) { return route; };
+    if (options.depth) {
+        choice.isFloat = options.depth == "32f";
+        choice.bitDepth = choice.isFloat ? 32 : options.depth == "16" ? 16 : 24;
     }
-    const std::string depth = options.depth.value_or("24");
-    const bool isFloat = depth == "32f";
-    return OperationAudioExportConfiguration{
-        groupe, std::move(destinationName), route, isFloat ? 32 : depth == "16" ? 16 : 24, isFloat,
-        rate,   options.ditherSeed};
+    if (options.rate) choice.sampleRate = *options.rate;
+    choice.bitRate = options.bitRate.value_or(defaultExportBitRate);
+    choice.ditherSeed = options.ditherSeed;
+    return choice;
 }
 
 std::vector<ExportJob> jobsFor(const ExportOptions& options, const std::vector<GroupeFichiers>& groupes) {
-    const std::vector<std::filesystem::path> destinations =
-        OperationsAudio::exportDestinations(groupes, extensionOf(options.format), options.dest, options.name);
-    std::vector<ExportJob> jobs;
-    for (std::size_t at = 0; at < groupes.size(); ++at) {
-        jobs.push_back(
-            {configurationFor(options, groupes[at], fileNameText(destinations[at])), folderOf(destinations[at])});
-    }
-    return jobs;
-}
-
-ExitCode rehearse(const std::vector<ExportJob>& jobs, const ExportServices& exports, bool json, Services& services) {
-    Console& console = services.console;
-    std::vector<OperationLine> lines;
-    std::string text;
-    std::size_t failed = 0;
-    std::vector<FileToMake> needed;
-    for (const ExportJob& job : jobs) {
-        if (services.token.isCancelled()) throw Cancelled();
-        OperationLine& line = lines.emplace_back();
-        line.source = sourceOf(job.groupe());
-        const std::filesystem::path destination = job.folder / job.destinationName();
-        try {
-            needed.push_back(OperationsAudio::planExport(job, exports));
-            line.outputs = {destination};
-            line.message = "Would create " + job.destinationName();
-            text += fmt::format("{}\n    {}  about {}\n",
-                                styled(printable(job.groupe().nom), Style::strong, console.outputHasColour()),
-                                shown(destination), sizeText(needed.back().bytes));
-        } catch (const std::exception& error) {
-            ++failed;
-            line.ok = false;
-            line.message = userText(error);
-            console.message(fmt::format("{}: {}", printable(job.groupe().nom), line.message));
-        }
-    }
-    text += fmt::format("\nDry run: {} would be made. No files were made.\n", counted(jobs.size() - failed, "file"));
-    const bool room = hasRoomFor(needed, services);
-    console.print(json ? operationJson(lines) : text);
-    if (!room) return ExitCode::refused;
-    if (failed == 0) return ExitCode::done;
-    return failed == jobs.size() ? ExitCode::refused : ExitCode::someFailed;
+    return OperationsAudio::exportJobs(groupes, choiceOf(options), options.dest, options.name);
 }
 
 }  // namespace
@@ -140,8 +79,8 @@ ExitCode runExport(const ExportOptions& options, Services& services) {
                                     if (options.name && groupes.size() > 1)
                                         throw UsageError("--name is for one take at a time.");
                                 },
-                                [&](const std::vector<GroupeFichiers>& groupes) {
-                                    return rehearse(jobsFor(options, groupes), exports, options.json, services);
+                                [&](const std::vector<GroupeFichiers>& groupes, const TaskContext& task) {
+                                    return OperationsAudio::previewExports(jobsFor(options, groupes), exports, task);
                                 },
                                 [&](const std::vector<GroupeFichiers>& groupes, const TaskContext& task) {
                                     return OperationsAudio::runExports(jobsFor(options, groupes), exports, task);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cli/track_commands.h"
-#include "operations/export_configuration.h"
+#include "operations/export_choice.h"
 
 #include <cstdint>
 #include <optional>
@@ -10,9 +10,7 @@
 namespace dravik {
 
 struct ExportOptions : OperationOptions {
-    enum class Format { wav, aac, mp3 };
-
-    Format format = Format::wav;
+    ExportAudioFormat format = ExportAudioFormat::wav;
     std::optional<OperationAudioExportRouting> route;  ///< absent: all tracks for WAV, the first two else
     std::optional<int> rate;                           ///< Hz; absent: as the source
     std::optional<std::string> depth;                  ///< "16", "24", "32f"; WAV only; absent: 24

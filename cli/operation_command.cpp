@@ -27,70 +27,52 @@ std::string namesOf(const std::vector<std::filesystem::path>& paths) {
     return names;
 }
 
-/// "1 take, 2 failed": done unless something failed; refused when that was all and nothing was begun.
+/// Done unless something failed; refused when that was all and nothing was begun.
 ExitCode codeFor(std::size_t all, std::size_t failed, std::size_t refused) {
     if (failed == 0) return ExitCode::done;
     return refused == all ? ExitCode::refused : ExitCode::someFailed;
 }
 
-/// The tracks of a file to come: "2 tracks: Boom, Lav".
-std::string tracksText(const PlannedOutput& output) {
-    std::string names;
-    for (const OutputTrack& track : output.tracks) {
-        names.append(names.empty() ? "" : ", ");
-        names.append(printable(OperationsAudio::trackLabel(track)));
-    }
-    return fmt::format("{}: {}", counted(output.tracks.size(), "track"), names);
+/// "2.3 MB, 2 tracks: Boom, Lav".
+std::string detailsOf(const PreviewedFile& file) {
+    const std::string size = (file.isEstimate ? "about " : "") + sizeText(file.bytes);
+    if (file.tracks.empty()) return size;
+    return fmt::format("{}, {}: {}", size, counted(file.tracks.size(), "track"),
+                       printable(fmt::to_string(fmt::join(file.tracks, ", "))));
 }
 
-ExitCode rehearse(const std::vector<GroupeFichiers>& groupes, const TrackCommand& command, bool json,
-                  Services& services) {
-    const auto planned = OperationsAudio::planGroups(services.files, groupes, command.planner, {&services.token, {}});
+/// Tells what would be made, and whether the run would be refused.
+ExitCode rehearse(const RunPreview& preview, const std::vector<GroupeFichiers>& groupes, bool json, Console& console) {
     std::vector<OperationLine> lines;
     std::string text;
-    std::size_t files = 0;
-    std::size_t failed = 0;
-    std::vector<FileToMake> needed;
-    for (std::size_t at = 0; at < planned.size(); ++at) {
-        const OperationPlan& plan = planned[at].plan;
+    for (std::size_t at = 0; at < preview.takes.size(); ++at) {
+        const PreviewedTake& take = preview.takes[at];
         OperationLine& line = lines.emplace_back();
         line.source = sourceOf(groupes[at]);
-        line.ok = planned[at].error.empty();
+        line.ok = take.error.empty();
         if (!line.ok) {
-            ++failed;
-            line.message = planned[at].error;
-            services.console.message(fmt::format("{}: {}", printable(groupes[at].nom), line.message));
+            line.message = take.error;
+            console.message(fmt::format("{}: {}", printable(groupes[at].nom), line.message));
             continue;
         }
-        line.outputs = plan.destinations();
-        line.message = plan.outputs.empty() ? plan.message : fmt::format("Would create {}", namesOf(line.outputs));
-        if (!plan.note.empty()) line.message += ". " + plan.note;
-        files += plan.outputs.size();
-        text += styled(printable(groupes[at].nom), Style::strong, services.console.outputHasColour()) + "\n";
-        if (plan.outputs.empty()) text += fmt::format("    {}\n", plan.message);
-        for (const PlannedOutput& output : plan.outputs) {
-            text +=
-                fmt::format("    {}  {}, {}\n", shown(output.destination), sizeText(output.size()), tracksText(output));
-            needed.push_back({output.destination, output.size()});
-        }
-        if (!plan.note.empty()) text += fmt::format("    {}\n", plan.note);
+        line.outputs = take.destinations();
+        line.message = take.files.empty() ? take.message : "Would create " + namesOf(line.outputs);
+        if (!take.note.empty()) line.message += ". " + take.note;
+        text += styled(printable(groupes[at].nom), Style::strong, console.outputHasColour()) + "\n";
+        if (take.files.empty()) text += fmt::format("    {}\n", take.message);
+        for (const PreviewedFile& file : take.files)
+            text += fmt::format("    {}  {}\n", shown(file.destination), detailsOf(file));
+        if (!take.note.empty()) text += fmt::format("    {}\n", take.note);
     }
-    const bool room = hasRoomFor(needed, services);
-    text += fmt::format("\nDry run: {} would be made. {}\n", counted(files, "file"), nothingMade);
-    services.console.print(json ? operationJson(lines) : text);
-    return room ? codeFor(planned.size(), failed, failed) : ExitCode::refused;
+    for (const FileToMake& folder : preview.foldersShort)
+        console.message(fmt::format("{} {}", printable(OperationsAudio::roomText(folder)), nothingMade));
+    text += fmt::format("\nDry run: {} would be made. {}\n", counted(preview.files().size(), "file"), nothingMade);
+    console.print(json ? operationJson(lines) : text);
+    return preview.foldersShort.empty() ? codeFor(preview.takes.size(), preview.failed(), preview.failed())
+                                        : ExitCode::refused;
 }
 
 }  // namespace
-
-bool hasRoomFor(const std::vector<FileToMake>& files, Services& services) {
-    const std::vector<FileToMake> missing = OperationsAudio::foldersShortOfRoom(services.files, files);
-    for (const FileToMake& folder : missing) {
-        services.console.message(fmt::format("{}: there is no room for the {} of the new files. {}",
-                                             shown(folder.destination), sizeText(folder.bytes), nothingMade));
-    }
-    return missing.empty();
-}
 
 std::filesystem::path sourceOf(const GroupeFichiers& groupe) {
     const std::filesystem::path& first = groupe.fichiers.front().url;
@@ -199,7 +181,8 @@ ExitCode runOperationCommand(const OperationOptions& options, const OperationCom
     }
     ExitCode code = ExitCode::done;
     if (options.dryRun) {
-        code = command.rehearse(takes.groupes);
+        code = rehearse(command.preview(takes.groupes, {&services.token, {}}), takes.groupes, options.json,
+                        services.console);
     } else {
         RunOutcome outcome;
         try {
@@ -219,7 +202,9 @@ ExitCode runTrackCommand(const OperationOptions& options, const TrackCommand& co
     return runOperationCommand(
         options,
         {command.verb, command.noneEligible, command.why, command.isEligible, command.checkSelection,
-         [&](const std::vector<GroupeFichiers>& groupes) { return rehearse(groupes, command, options.json, services); },
+         [&](const std::vector<GroupeFichiers>& groupes, const TaskContext& task) {
+             return OperationsAudio::previewTracks(services.files, groupes, command.planner, task);
+         },
          [&](const std::vector<GroupeFichiers>& groupes, const TaskContext& task) {
              return OperationsAudio::runTrackOperation(services.files, groupes, command.planner, task);
          }},

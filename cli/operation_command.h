@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cli/track_commands.h"
-#include "operations/operation_run.h"
+#include "operations/run_preview.h"
 
 #include <functional>
 #include <string>
@@ -28,15 +28,11 @@ struct OperationCommand {
     std::string verb, noneEligible, why;
     std::function<bool(const GroupeFichiers&)> isEligible;
     std::function<void(const std::vector<GroupeFichiers>&)> checkSelection;
-    /// Shows what would be made.
-    std::function<ExitCode(const std::vector<GroupeFichiers>&)> rehearse;
+    std::function<RunPreview(const std::vector<GroupeFichiers>&, const TaskContext&)> preview;
     std::function<RunOutcome(const std::vector<GroupeFichiers>&, const TaskContext&)> run;
 };
 [[nodiscard]] ExitCode runOperationCommand(const OperationOptions& options, const OperationCommand& command,
                                            Services& services);
-/// Does every folder have room for what is to be made in it? Where not, it is told.
-[[nodiscard]] bool hasRoomFor(const std::vector<FileToMake>& files, Services& services);
-
 [[nodiscard]] ExitCode runTrackCommand(const OperationOptions& options, const TrackCommand& command,
                                        Services& services);
 

@@ -8,7 +8,6 @@
 #include "cli/take_selection.h"
 #include "operations/batch_rename.h"
 
-#include <algorithm>
 #include <set>
 
 #include <fmt/format.h>
@@ -84,81 +83,46 @@ class RenameRun {
         return ExitCode::refused;
     }
 
-    [[nodiscard]] std::filesystem::path destinationOf(std::size_t at) const {
-        const std::filesystem::path folder = options_.copyTo ? *options_.copyTo : fichiers_[at].url.parent_path();
-        return folder / preview_.rows[at].newName;
-    }
-
-    /// Why the file cannot have its new name.
-    [[nodiscard]] static std::string conflictText(const RenamePreviewRow& row) {
-        return row.newName.empty() ? row.conflict->text() + "the pattern gives nothing for this file"
-                                   : row.conflict->text();
-    }
-
     /// What the preview says about a file, for the document.
     [[nodiscard]] OperationLine plannedLine(std::size_t at) const {
         const RenamePreviewRow& row = preview_.rows[at];
-        if (row.conflict) return {fichiers_[at].url, {}, false, conflictText(row)};
+        if (row.conflict) return {fichiers_[at].url, {}, false, row.explanation()};
         std::string message = "Unchanged";
         if (!row.unchanged) message = (options_.copyTo ? "Would create " : "Would rename to ") + row.newName;
-        return {fichiers_[at].url, {destinationOf(at)}, true, std::move(message)};
+        return {fichiers_[at].url, {row.destination}, true, std::move(message)};
     }
 
     ExitCode rehearse() {
         std::vector<OperationLine> lines;
         std::string text;
         const bool colour = services_.console.outputHasColour();
-        std::size_t willChange = 0;
-        std::uint64_t bytes = 0;
         for (std::size_t at = 0; at < fichiers_.size(); ++at) {
             const RenamePreviewRow& row = preview_.rows[at];
             const OperationLine& line = lines.emplace_back(plannedLine(at));
-            willChange += line.ok && !row.unchanged ? 1U : 0U;
-            bytes += fichiers_[at].taille;
             if (row.unchanged && line.ok) {
                 text += fmt::format("{}: Unchanged\n", shown(line.source));
                 continue;
             }
             const std::string target = row.newName.empty() ? "(no name)" : printable(row.newName);
             text += fmt::format("{} -> {}", shown(line.source), target);
-            if (row.conflict) text += "  " + styled(printable(conflictText(row)), Style::bad, colour);
+            if (row.conflict) text += "  " + styled(printable(row.explanation()), Style::bad, colour);
             text += "\n";
         }
         const std::string sum = preview_.conflicts() > 0 ? preview_.conflictsText()
-                                : options_.copyTo        ? counted(willChange, "file") + " would be made"
-                                                         : toBeRenamedText(willChange);
+                                : options_.copyTo        ? counted(preview_.changes(), "file") + " would be made"
+                                                         : toBeRenamedText(preview_.changes());
         text += fmt::format("\nDry run: {}. {}\n", sum, nothingChanged);
         services_.console.print(options_.json ? operationJson(lines) : text);
-        if (options_.copyTo && pathExists(*options_.copyTo) &&
-            !reportsRoom(services_.files, *options_.copyTo / "new.wav", bytes)) {
-            services_.console.message(fmt::format("{}: there is not enough room.", shown(*options_.copyTo)));
-        }
+        const std::vector<std::string> problems =
+            OperationsAudio::renameProblems(services_.files, fichiers_, choice_, preview_);
+        for (const std::string& problem : problems)
+            services_.console.message(printable(problem));
         if (preview_.conflicts() > 0) tellConflictCount();
-        const bool writable = options_.copyTo || foldersAreWritable();
-        return preview_.conflicts() == 0 && writable ? ExitCode::done : ExitCode::refused;
-    }
-
-    [[nodiscard]] bool foldersAreWritable() {
-        std::set<std::filesystem::path> folders;
-        for (std::size_t at = 0; at < fichiers_.size(); ++at) {
-            if (!preview_.rows[at].unchanged) folders.insert(folderOf(fichiers_[at].url));
-        }
-        bool all = true;
-        for (const std::filesystem::path& folder : folders) {
-            const std::error_code problem = services_.files.creationError(folder);
-            if (!problem) continue;
-            services_.console.message(fmt::format("{}: {}", shown(folder), problem.message()));
-            all = false;
-        }
-        return all;
+        return preview_.conflicts() == 0 && problems.empty() ? ExitCode::done : ExitCode::refused;
     }
 
     void tellConflictCount() {
-        const auto collides = [](const RenamePreviewRow& row) {
-            return row.conflict && row.conflict->kind != RenameConflictCause::Kind::invalidName;
-        };
-        const bool numbersHelp =
-            !options_.keepBoth && std::any_of(preview_.rows.begin(), preview_.rows.end(), collides);
+        const bool numbersHelp = !options_.keepBoth && preview_.collisions() > 0;
         services_.console.message(fmt::format("{}: the run {} refused.{}", preview_.conflictsText(),
                                               options_.dryRun ? "would be" : "is",
                                               numbersHelp ? " --keep-both numbers names that collide." : ""));

@@ -20,16 +20,9 @@ constexpr std::string_view nothingMade = "No files were made.";
 /// The files that a run writes, or has written, as the lines of the commands that make files.
 std::vector<OperationLine> linesOf(const std::filesystem::path& folder, const WrittenReport& report, bool done) {
     std::vector<OperationLine> lines;
-    const auto add = [&](const std::optional<std::filesystem::path>& path, std::string_view kind) {
-        if (!path) return;
+    for (const NamedReportFile& file : filesOf(report))
         lines.push_back(
-            {folder,
-             {*path},
-             true,
-             done ? fmt::format("{} report created", kind) : fmt::format("Would create {}", fileNameText(*path))});
-    };
-    add(report.pdf, "PDF");
-    add(report.csv, "CSV");
+            {folder, {file.path}, true, done ? file.createdLine() : "Would create " + fileNameText(file.path)});
     return lines;
 }
 

@@ -107,6 +107,15 @@ void makeFolder(FileOps& ops, const std::filesystem::path& folder) {
     }
 }
 
+/// Why no file can be made in the folder; empty when one can.
+std::string creationProblem(FileOps& ops, const std::filesystem::path& folder) {
+    std::error_code none;
+    const std::error_code error = std::filesystem::is_directory(folder, none)
+                                      ? ops.creationError(folder)
+                                      : std::make_error_code(std::errc::not_a_directory);
+    return error ? fmt::format("{}: {}.", pathText(folder), error.message()) : std::string();
+}
+
 RunOutcome copyAndRename(FileOps& ops, const std::vector<PlanRenommageBatch>& plan,
                          const std::filesystem::path& destination, const TaskContext& task) {
     std::vector<OperationItem> items;
@@ -150,6 +159,33 @@ std::vector<RenameMove> movesOf(const std::vector<PlanRenommageBatch>& plan, std
         result.push_back({entry.sourceURL, std::move(temp), entry.destinationURL});
     }
     return result;
+}
+
+std::vector<std::string> renameProblems(FileOps& ops, const std::vector<InfoFichier>& fichiers,
+                                        const BatchRenameChoice& choice, const RenamePreview& preview) {
+    const bool copies = choice.mode == OperationAudioBatchRenameMode::copyAndRename;
+    if (preview.changes() == 0 || (copies && choice.destination.empty())) return {};
+    std::set<std::filesystem::path> folders;
+    std::uint64_t bytes = 0;
+    for (std::size_t at = 0; at < fichiers.size(); ++at) {
+        if (!preview.rows.at(at).changes()) continue;
+        folders.insert(copies ? nearestFolder(choice.destination) : folderOf(fichiers[at].url));
+        bytes += fichiers[at].taille;
+    }
+    std::vector<std::string> problems;
+    for (const std::filesystem::path& folder : folders) {
+        if (std::string problem = creationProblem(ops, folder); !problem.empty())
+            problems.push_back(std::move(problem));
+    }
+    if (copies && problems.empty() && !reportsRoom(ops, *folders.begin() / "copy", bytes))
+        problems.push_back(roomText({choice.destination, bytes}));
+    if (!problems.empty() || preview.conflicts() > 0) return problems;
+    try {
+        (void)planBatchRename(itemsOf(fichiers, preview), choice.mode, choice.destination);
+    } catch (const OperationAudioError& error) {
+        problems.emplace_back(error.what());
+    }
+    return problems;
 }
 
 RunOutcome runBatchRename(FileOps& ops, const std::vector<OperationAudioBatchRenameItem>& items,

@@ -4,7 +4,9 @@
 #include "operations/batch_rename_plan.h"
 #include "operations/operation_run.h"
 
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace dravik::OperationsAudio {
 
@@ -19,6 +21,12 @@ namespace dravik::OperationsAudio {
 [[nodiscard]] RunOutcome runBatchRename(FileOps& ops, const std::vector<OperationAudioBatchRenameItem>& items,
                                         OperationAudioBatchRenameMode mode, const std::filesystem::path& destination,
                                         const TaskContext& task);
+
+/// What else would refuse the run of a preview, one sentence each: a folder in which nothing can be made, no room for
+/// the copies, what `planBatchRename` finds. Names that collide, and a folder of copies that is not chosen yet, are the
+/// preview's own affair. Asks only; nothing is made.
+[[nodiscard]] std::vector<std::string> renameProblems(FileOps& ops, const std::vector<InfoFichier>& fichiers,
+                                                      const BatchRenameChoice& choice, const RenamePreview& preview);
 
 /// The moves of the entries that change their name, with hidden names of this run that are free. Throws
 /// OperationAudioError when no free one is found for a file.

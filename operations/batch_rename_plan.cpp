@@ -120,6 +120,7 @@ class Previewer {
             ++wanted_[keyOf(fichier, row.newName)];
         }
         row.unchanged = hasName(fichier, row.newName);
+        row.destination = pathOf(fichier, row.newName);
         if (!isAcceptable(row.newName)) {
             row.conflict = {Kind::invalidName, row.newName};
         } else if (wanted_[keyOf(fichier, row.newName)] > 1) {
@@ -231,9 +232,26 @@ std::string RenameConflictCause::text() const {
     return "A file with this name already exists.";
 }
 
+bool RenamePreviewRow::isCollision() const noexcept {
+    return conflict && conflict->kind != RenameConflictCause::Kind::invalidName;
+}
+
+std::string RenamePreviewRow::explanation() const {
+    if (!conflict) return {};
+    return newName.empty() ? conflict->text() + "the pattern gives nothing for this file" : conflict->text();
+}
+
 std::size_t RenamePreview::conflicts() const noexcept {
     return static_cast<std::size_t>(
         std::count_if(rows.begin(), rows.end(), [](const RenamePreviewRow& row) { return row.conflict.has_value(); }));
+}
+std::size_t RenamePreview::collisions() const noexcept {
+    return static_cast<std::size_t>(
+        std::count_if(rows.begin(), rows.end(), [](const RenamePreviewRow& row) { return row.isCollision(); }));
+}
+std::size_t RenamePreview::changes() const noexcept {
+    return static_cast<std::size_t>(
+        std::count_if(rows.begin(), rows.end(), [](const RenamePreviewRow& row) { return row.changes(); }));
 }
 
 std::string RenamePreview::conflictsText() const {

@@ -61,12 +61,21 @@ struct RenamePreviewRow {
     std::string newName;  ///< empty where the pattern gives nothing for this file
     bool unchanged = false;
     std::optional<RenameConflictCause> conflict;
+    std::filesystem::path destination;  ///< where it would be; the name alone while the folder of copies is not chosen
+
+    [[nodiscard]] bool changes() const noexcept { return !unchanged && !conflict; }
+    /// Is the name good, but another's? A number would help.
+    [[nodiscard]] bool isCollision() const noexcept;
+    /// Why the file cannot have the name, for the user; empty when it can.
+    [[nodiscard]] std::string explanation() const;
 };
 struct RenamePreview {
     std::vector<RenamePreviewRow> rows;  ///< in the order of the files
 
     [[nodiscard]] std::size_t conflicts() const noexcept;
-    [[nodiscard]] std::string conflictsText() const;  ///< "1 filename conflict", "3 filename conflicts"
+    [[nodiscard]] std::size_t collisions() const noexcept;
+    [[nodiscard]] std::size_t changes() const noexcept;  ///< files that would be renamed or copied
+    [[nodiscard]] std::string conflictsText() const;     ///< "1 filename conflict", "3 filename conflicts"
 };
 
 [[nodiscard]] std::string toBeRenamedText(std::size_t files);      ///< "1 file will be renamed"

@@ -29,6 +29,9 @@ struct Poly {};
 }  // namespace routing
 using OperationAudioExportRouting = std::variant<routing::Mono, routing::Stereo, routing::Poly>;
 
+/// Of a listening copy when none is asked for.
+inline constexpr int defaultExportBitRate = 256;  ///< kbit/s
+
 /// A new WAV file.
 struct OperationAudioExportConfiguration {
     GroupeFichiers groupe;
@@ -45,7 +48,7 @@ struct OperationAudioAACExportConfiguration {
     GroupeFichiers groupe;
     std::string destinationName;  ///< ends in ".m4a"
     OperationAudioExportRouting routing = routing::Stereo{};
-    int bitRate = 256;  ///< kbit/s
+    int bitRate = defaultExportBitRate;  ///< kbit/s
 };
 
 /// A listening copy in MP3.
@@ -53,7 +56,7 @@ struct OperationAudioMP3ExportConfiguration {
     GroupeFichiers groupe;
     std::string destinationName;  ///< ends in ".mp3"
     OperationAudioExportRouting routing = routing::Stereo{};
-    int bitRate = 256;                      ///< kbit/s
+    int bitRate = defaultExportBitRate;     ///< kbit/s
     std::optional<double> sampleRate = {};  ///< Hz; absent: the source's
 };
 
@@ -64,5 +67,6 @@ inline constexpr double mostExportSampleRate = 768000;  ///< Hz
 inline constexpr std::array fixedExportSampleRates = {44100, 48000, 88200, 96000, 192000};  ///< Hz
 inline constexpr std::array aacExportBitRates = {96, 128, 160, 192, 256, 320};              ///< kbit/s
 inline constexpr std::array mp3ExportBitRates = {128, 192, 256, 320};                       ///< kbit/s
+inline constexpr std::array mp3ExportSampleRates = {44100, 48000};                          ///< Hz; MP3 takes no other
 
 }  // namespace dravik

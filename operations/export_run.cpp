@@ -1,5 +1,7 @@
 #include "operations/export_run.h"
 
+#include "operations/run_preview.h"
+
 #include <algorithm>
 #include <atomic>
 #include <mutex>
@@ -144,16 +146,8 @@ FileToMake planExport(const ExportJob& job, const ExportServices& services) {
 }
 
 RunOutcome runExports(const std::vector<ExportJob>& jobs, const ExportServices& services, const TaskContext& task) {
-    std::vector<FileToMake> files;
-    for (const ExportJob& job : jobs) {
-        task.checkCancelled();
-        try {
-            files.push_back(planExport(job, services));
-        } catch (const std::exception&) {
-            continue;  // its own turn says why
-        }
-    }
-    ensureRoomForAll(services.ops, files);
+    // What cannot be planned says why in its own turn.
+    ensureRoomForAll(services.ops, previewExports(jobs, services, task).files());
     std::vector<OperationItem> items;
     items.reserve(jobs.size());
     bool encodes = true;

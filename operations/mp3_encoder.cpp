@@ -9,9 +9,11 @@
 namespace dravik {
 
 bool MP3EncoderConfiguration::isValid() const noexcept {
-    const bool rateIsKnown =
-        std::find(mp3ExportBitRates.begin(), mp3ExportBitRates.end(), bitRate) != mp3ExportBitRates.end();
-    return (channels == 1 || channels == 2) && (sampleRate == 44100 || sampleRate == 48000) && rateIsKnown;
+    const auto isOneOf = [](const auto& values, int value) {
+        return std::find(values.begin(), values.end(), value) != values.end();
+    };
+    return (channels == 1 || channels == 2) && isOneOf(mp3ExportSampleRates, sampleRate) &&
+           isOneOf(mp3ExportBitRates, bitRate);
 }
 
 MP3EncoderError MP3EncoderError::initializationFailed(int code) {

@@ -48,7 +48,8 @@ Preparation::Preparation(const OperationAudioMP3ExportConfiguration& configurati
     encoder.channels = static_cast<int>(reader->channelCount());
     encoder.bitRate = configuration.bitRate;
     // What is no rate of MP3 is no rate of the configuration either.
-    encoder.sampleRate = rate == 44100.0 || rate == 48000.0 ? static_cast<int>(rate) : 0;
+    const auto* const known = std::find(mp3ExportSampleRates.begin(), mp3ExportSampleRates.end(), rate);
+    encoder.sampleRate = known == mp3ExportSampleRates.end() ? 0 : *known;
     if (!encoder.isValid()) throw MP3EncoderError::invalidConfiguration();
     frames = convertedFrames(reader->frameLength(), reader->sampleRate(), rate);
     if (frames == 0) {

@@ -3,6 +3,7 @@
 #include "base/file_error.h"
 #include "base/paths.h"
 #include "base/temp_name.h"
+#include "model/audio_metadata.h"
 
 #include <map>
 
@@ -38,6 +39,11 @@ std::vector<FileToMake> foldersShortOfRoom(FileOps& ops, const std::vector<FileT
         if (!reportsRoom(ops, needed.destination, needed.bytes)) shortOf.push_back({folder, needed.bytes});
     }
     return shortOf;
+}
+
+std::string roomText(const FileToMake& folder) {
+    return fmt::format("There is not enough room in “{}”: {} are needed.", pathText(folder.destination),
+                       sizeText(folder.bytes));
 }
 
 void ensureRoomForAll(FileOps& ops, const std::vector<FileToMake>& files) {

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <string>
 #include <vector>
 
 namespace dravik {
@@ -33,6 +34,8 @@ void ensureCreatable(FileOps& ops, const std::filesystem::path& destination);
 
 /// The folders whose volumes report too little room for what is to be made in them, each with the bytes needed.
 [[nodiscard]] std::vector<FileToMake> foldersShortOfRoom(FileOps& ops, const std::vector<FileToMake>& files);
+/// Says so of such a folder: "There is not enough room in “/day”: 3.4 GB are needed."
+[[nodiscard]] std::string roomText(const FileToMake& folder);
 /// Refuses a run for which a folder has no room: std::filesystem::filesystem_error, nothing is created.
 void ensureRoomForAll(FileOps& ops, const std::vector<FileToMake>& files);
 

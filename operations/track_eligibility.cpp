@@ -2,7 +2,13 @@
 
 #include <algorithm>
 
-namespace dravik::OperationsAudio {
+namespace dravik {
+
+int trackCount(const GroupeFichiers& groupe) noexcept {
+    return groupe.estPoly ? std::max(0, groupe.fichiers.front().channels) : static_cast<int>(groupe.fichiers.size());
+}
+
+namespace OperationsAudio {
 namespace {
 
 bool isWave(const InfoFichier& fichier) noexcept { return isEditable(fichier.url) && fichier.estRiff; }
@@ -35,4 +41,5 @@ bool isExportable(const GroupeFichiers& groupe) noexcept {
     });
 }
 
-}  // namespace dravik::OperationsAudio
+}  // namespace OperationsAudio
+}  // namespace dravik

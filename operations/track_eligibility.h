@@ -2,7 +2,12 @@
 
 #include "model/groupe_fichiers.h"
 
-namespace dravik::OperationsAudio {
+namespace dravik {
+
+/// How many tracks the take has, as far as the probe knows.
+[[nodiscard]] int trackCount(const GroupeFichiers& groupe) noexcept;
+
+namespace OperationsAudio {
 
 /// Which takes an operation is offered for, out of what the probe knows: no file is opened. That a take is eligible
 /// does not mean that it qualifies: the operation reads its files more strictly.
@@ -17,4 +22,5 @@ namespace dravik::OperationsAudio {
 /// WAV, BWF or RF64 files, whose form does not matter as nothing of it goes into the new file: for exporting.
 [[nodiscard]] bool isExportable(const GroupeFichiers& groupe) noexcept;
 
-}  // namespace dravik::OperationsAudio
+}  // namespace OperationsAudio
+}  // namespace dravik

@@ -73,7 +73,7 @@ WrittenReport genererRapport(const std::vector<InfoFichier>& fichiers, const Gen
                              const std::filesystem::path& dossierDestination, const ReportServices& services,
                              const TaskContext& task) {
     if (fichiers.empty()) throw Error("No files available.");
-    if (dossierDestination.empty()) throw Error("No destination folder selected");
+    if (dossierDestination.empty()) throw Error(std::string(noDestinationSelected));
     if (!parametres.exporterPDF && !parametres.exporterCSV) throw Error("Neither a PDF nor a CSV file is asked for.");
     const ReportDocument document = composeReport(fichiers, parametres, services.today);
     task.checkCancelled();
@@ -89,6 +89,15 @@ WrittenReport genererRapport(const std::vector<InfoFichier>& fichiers, const Gen
     task.checkCancelled();
     commitAll(services.files, files);
     return names;
+}
+
+std::string NamedReportFile::createdLine() const { return kind + " report created"; }
+
+std::vector<NamedReportFile> filesOf(const WrittenReport& report) {
+    std::vector<NamedReportFile> files;
+    if (report.pdf) files.push_back({"PDF", *report.pdf});
+    if (report.csv) files.push_back({"CSV", *report.csv});
+    return files;
 }
 
 std::string successMessage(const WrittenReport& written) {

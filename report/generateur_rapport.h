@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace dravik {
@@ -43,6 +44,18 @@ struct ReportServices {
 struct WrittenReport {
     std::optional<std::filesystem::path> pdf, csv;
 };
+
+/// One of its files, as it is told of.
+struct NamedReportFile {
+    std::string kind;  ///< "PDF"
+    std::filesystem::path path;
+
+    [[nodiscard]] std::string createdLine() const;  ///< "PDF report created"
+};
+[[nodiscard]] std::vector<NamedReportFile> filesOf(const WrittenReport& report);
+
+/// A report goes nowhere by itself.
+inline constexpr std::string_view noDestinationSelected = "No destination folder selected";
 
 /// The names that the files of a report get: "<folder>_SoundReport.pdf", both with "-1", "-2" behind the folder where
 /// one of them is taken. The folder is the one that the first file lies in.

@@ -381,6 +381,37 @@ TEST_F(BatchRenameCopy, LooksForRoomBeforeItMakesAnything) {
     EXPECT_THAT(namesIn(folder.path()), ElementsAre("a.wav", "b.wav"));
 }
 
+TEST_F(BatchRename, IsKnownToBeRefusedBeforeItIsTried) {
+    have({"a.wav", "b.wav"});
+    const auto problems = [&](const char* pattern, Mode mode, std::vector<InfoFichier> files) {
+        for (InfoFichier& one : files)
+            one.taille = 5;
+        BatchRenameChoice choice;
+        choice.pattern = parsePattern(pattern);
+        choice.mode = mode;
+        if (mode == Mode::copyAndRename) choice.destination = folder / "out" / "deep";
+        FolderNames onDisk;
+        return renameProblems(ops, files, choice, previewBatchRename(files, choice, onDisk));
+    };
+    const std::vector<InfoFichier> both = {file("a.wav"), file("b.wav")};
+    EXPECT_THAT(problems("new_{originalName}", Mode::renameInPlace, both), IsEmpty());
+    EXPECT_THAT(problems("new_{originalName}", Mode::renameInPlace, {file("gone.wav")}),
+                ElementsAre(HasSubstr("Source file does not exist: ")));
+    ops.free = 9;
+    EXPECT_THAT(problems("{originalName}", Mode::copyAndRename, both),
+                ElementsAre(HasSubstr("out/deep”: 10 B are needed.")));
+    EXPECT_THAT(problems("{originalName}", Mode::copyAndRename, {both[0]}), IsEmpty());
+    EXPECT_THAT(problems("same{text:}", Mode::copyAndRename, both), IsEmpty()) << "what conflicts needs no room";
+    EXPECT_THAT(problems("new_{originalName}", Mode::renameInPlace, both), IsEmpty()) << "nor does a rename";
+    ops.readOnlyFolders = true;
+    EXPECT_THAT(problems("new_{originalName}", Mode::renameInPlace, both),
+                ElementsAre(HasSubstr(folder.path().native())));
+    EXPECT_THAT(problems("new_{originalName}", Mode::copyAndRename, both),
+                ElementsAre(HasSubstr(folder.path().native())));
+    EXPECT_THAT(problems("{originalName}", Mode::renameInPlace, both), IsEmpty()) << "nothing is renamed";
+    EXPECT_THAT(namesIn(folder.path()), ElementsAre("a.wav", "b.wav"));
+}
+
 TEST_F(BatchRenameCopy, KeepsWhatACancelFindsDone) {
     have({"a.wav", "b.wav"});
     CancellationToken token;
