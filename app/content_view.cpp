@@ -214,16 +214,24 @@ void ContentView::askToStopOperation() {
 void ContentView::setOperationsEnCours(bool running) {
     if (running == operationsEnCours_) return;
     operationsEnCours_ = running;
+    if (running) operationIsOfListing_ = true;
     listing_.setQuiet(saves_.isRunning() || running);
     emit pendingChanged();
     if (!running && std::exchange(quitsAfterOperation_, false)) services_.termination.applicationShouldTerminate();
 }
 
 void ContentView::filesMade(const std::vector<std::filesystem::path>& made) {
+    // Made of what was shown before: what is being opened is not to be disturbed.
+    if (!operationIsOfListing_) return;
     if (dossier_) {
         toSelect_.clear();
-        std::copy_if(made.begin(), made.end(), std::back_inserter(toSelect_),
-                     [this](const std::filesystem::path& file) { return folderOf(file) == *dossier_; });
+        std::error_code none;
+        for (const std::filesystem::path& file : made) {
+            const std::filesystem::path folder = folderOf(file);
+            // By another name it may be the same one; it has just been written to, and answers.
+            if (folder == *dossier_ || std::filesystem::equivalent(folder, *dossier_, none))
+                toSelect_.push_back(*dossier_ / file.filename());
+        }
     } else {
         // Files that were opened one by one stand in a list, to which those belong that are made of them.
         fichiersDossier_.insert(fichiersDossier_.end(), made.begin(), made.end());
@@ -234,7 +242,7 @@ void ContentView::filesMade(const std::vector<std::filesystem::path>& made) {
 
 void ContentView::filesRenamed(const FileMoves& moved) {
     followMoves(moved);
-    readAgain(FolderListing::Reuse::unchanged);
+    if (operationIsOfListing_) readAgain(FolderListing::Reuse::unchanged);
 }
 
 void ContentView::perform(const ActionEnAttente& action) {
@@ -354,6 +362,7 @@ void ContentView::openFolder(const std::filesystem::path& folder, bool isThere,
     dossier_ = error ? folder : whole.has_filename() ? whole : whole.parent_path();
     fichiersDossier_.clear();
     toSelect_.clear();
+    operationIsOfListing_ = false;
     for (const std::filesystem::path& file : select)
         toSelect_.push_back(*dossier_ / file.filename());
     clearSelection();
@@ -375,6 +384,7 @@ void ContentView::openFiles(std::vector<std::filesystem::path> files) {
     dossier_.reset();
     fichiersDossier_ = std::move(files);
     toSelect_ = fichiersDossier_;
+    operationIsOfListing_ = false;
     clearSelection();
     loadNone();
     emit folderChanged();

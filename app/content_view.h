@@ -201,6 +201,7 @@ class ContentView : public QObject {
     TakeRows::Reading reading_ = TakeRows::Reading::last;
     bool missedReading_ = false;  ///< rows came while a save ran
     bool operationsEnCours_ = false;
+    bool operationIsOfListing_ = false;  ///< of takes of what is shown now
     bool quitsAfterOperation_ = false;
     LooseBackground looking_;     ///< for what a volume may leave without an answer
     std::optional<Uuid> lookID_;  ///< of what is about to be opened

@@ -37,6 +37,19 @@ int OperationItems::checkedCount() const noexcept {
         std::count_if(items_.begin(), items_.end(), [](const OperationChoiceItem& item) { return item.checked; }));
 }
 
+std::vector<std::string> OperationItems::checkedKeys() const {
+    std::vector<std::string> keys;
+    for (const OperationChoiceItem& item : items_) {
+        if (item.checked) keys.push_back(item.key);
+    }
+    return keys;
+}
+
+void OperationItems::forgetUnchecked() {
+    for (auto& [tab, state] : tabs_)
+        state.unchecked.clear();
+}
+
 const GroupeFichiers* OperationItems::takeOf(const OperationChoiceItem& item) const {
     const auto row = static_cast<std::size_t>(item.row);
     return row < rows_.groupesTableau().size() ? &rows_.groupesTableau()[row].groupe : nullptr;

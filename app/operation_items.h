@@ -33,6 +33,7 @@ class OperationItems {
 
     [[nodiscard]] const std::vector<OperationChoiceItem>& all() const noexcept { return items_; }
     [[nodiscard]] int checkedCount() const noexcept;
+    [[nodiscard]] std::vector<std::string> checkedKeys() const;
     /// Index of the item that is looked at; -1 for none.
     [[nodiscard]] int current() const noexcept { return current_; }
     /// Its take, and that of any item, as the table shows it; null without one.
@@ -63,6 +64,7 @@ class OperationItems {
     }
     /// Keys of those that were left out of a tab, also of other folders.
     [[nodiscard]] std::set<std::string> unchecked(OperationsTab tab) const;
+    void forgetUnchecked();
     /// Files have other names.
     void follow(const FileMoves& moved);
 

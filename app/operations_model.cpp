@@ -8,12 +8,14 @@
 #include <QPointer>
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 namespace dravik {
 namespace {
 
 constexpr auto rowsSettle = std::chrono::milliseconds(60);
 constexpr auto typingSettle = std::chrono::milliseconds(120);
+constexpr int mostPlans = 4;
 
 /// What the form begins with.
 RenamePattern firstPattern(const UserDefaults& settings) {
@@ -50,16 +52,29 @@ OperationsModel::OperationsModel(const Services& services)
     rowsDelay_.setSingleShot(true);
     rowsDelay_.setInterval(rowsSettle);
     connect(&rowsDelay_, &QTimer::timeout, this, &OperationsModel::onRowsChanged);
-    const auto rowsChange = [this] { rowsDelay_.start(); };
+    const auto rowsChange = [this] {
+        rowsDelay_.start();
+        emit previewChanged();  // what is shown is not of these rows
+    };
     connect(&content.rows(), &TakeRows::rowsReset, this, [this] {
         listItems();  // at once: what it names is gone
         rowsDelay_.start();
+        emit previewChanged();
     });
     connect(&content.rows(), &TakeRows::rowsAppended, this, rowsChange);
     connect(&content.rows(), &TakeRows::rowsChanged, this, rowsChange);
     connect(&content, &ContentView::filesMoved, this, &OperationsModel::follow);
     connect(&content, &ContentView::folderChanged, this, [this] {
-        reportTape_.clear();  // is of the folder's day
+        // Another card may have other recordings under the same names; and what is typed is of one day.
+        choices_.clear();
+        items_.forgetUnchecked();
+        rename_.keepBothFor.clear();
+        reportTape_.clear();
+        // Whoever asks the volume of the folder before may never come back.
+        if (*inFlight_ > 0) {
+            planner_ = std::make_unique<LooseBackground>();
+            inFlight_ = std::make_shared<int>(0);
+        }
         emit choicesChanged();
     });
     checks_.setSingleShot(true);
@@ -113,7 +128,7 @@ void OperationsModel::demander(std::optional<OperationsTab> tab) {
 
 bool OperationsModel::setTab(OperationsTab tab) {
     if (tab == tab_) return true;
-    if (run_.isRunning()) {
+    if (run_.isRunning() || confirmed_) {
         emit notice(finishCurrentFirst());
         return false;
     }
@@ -197,6 +212,11 @@ void OperationsModel::onRowsChanged() {
 
 void OperationsModel::follow(const FileMoves& moved) {
     items_.follow(moved);
+    if (confirmed_) {
+        for (std::string& key : confirmed_->keys) {
+            if (const auto found = moved.find(key); found != moved.end()) key = found->second.native();
+        }
+    }
     std::map<std::string, TrackChoices> come;  // after all that go: files may have exchanged their names
     for (const auto& [before, now] : moved) {
         if (auto node = choices_.extract(before.native()); !node.empty()) {
@@ -356,29 +376,49 @@ OperationRequest OperationsModel::request() const {
     request.tab = tab_.value_or(OperationsTab::merge);
     request.destination = destination();
     request.preserveTrackNumbers = preserveTrackNumbers_;
-    request.exportState = exportState();
-    for (const OperationChoiceItem& item : items_.all()) {
-        const GroupeFichiers* found = items_.takeOf(item);
-        if (!item.checked || found == nullptr) continue;
-        const GroupeFichiers& groupe = *found;
-        if (tab_ == OperationsTab::rename || tab_ == OperationsTab::report) {
-            for (InfoFichier& file : filesAsShown(groupe)) {
-                if (tab_ == OperationsTab::report || file.url.native() == item.key)
-                    request.fichiers.push_back(std::move(file));
-            }
-        } else {
-            request.groupes.push_back(groupe);
-            request.choices.emplace(item.key, choicesOf(groupe));
-        }
-    }
+    request.exportState = exportState_;
     request.rename = rename_;
     request.rename.destination = request.destination.value_or(std::filesystem::path());
-    if (tab_ == OperationsTab::report) {
-        request.report = parametersOf(reportForm_, request.fichiers);
-        if (!reportTape_.isEmpty()) request.report.tape = reportTape_.toStdString();
-        request.report = completed(std::move(request.report), request.fichiers);
-    }
+    fill(request, items_.checkedKeys());
     return request;
+}
+
+void OperationsModel::fill(OperationRequest& request, const std::vector<std::string>& keys) const {
+    const TakeRows& rows = services_.content.rows();
+    for (const std::string& key : keys) {
+        const int row = rows.indexOfFile(key);
+        if (row < 0) continue;
+        const GroupeFichiers& groupe = rows.groupesTableau()[static_cast<std::size_t>(row)].groupe;
+        if (request.tab == OperationsTab::rename) {
+            request.fichiers.push_back(fileAsSaved(row, key));
+        } else if (request.tab == OperationsTab::report) {
+            const std::vector<InfoFichier> files = filesAsShown(groupe);
+            request.fichiers.insert(request.fichiers.end(), files.begin(), files.end());
+        } else {
+            request.groupes.push_back(groupe);
+            request.choices.emplace(TakeRows::keyOf(groupe), choicesOf(groupe));
+        }
+    }
+    if (request.tab != OperationsTab::report) return;
+    request.report = parametersOf(reportForm_, request.fichiers);
+    if (!reportTape_.isEmpty()) request.report.tape = reportTape_.toStdString();
+    request.report = completed(std::move(request.report), request.fichiers);
+}
+
+InfoFichier OperationsModel::fileAsSaved(int row, const std::string& key) const {
+    const TakeRows& rows = services_.content.rows();
+    const RowState& state = rows.groupesTableau()[static_cast<std::size_t>(row)];
+    const std::vector<InfoFichier> files = filesAsShown(state.groupe);
+    const auto isIt = [&](const InfoFichier& file) { return file.url.native() == key; };
+    InfoFichier file = *std::find_if(files.begin(), files.end(), isIt);
+    if (!rows.isEdited(row)) return file;
+    for (const SaveItem& item : planSave(state, rows.groupesOriginauxTableau()[static_cast<std::size_t>(row)])) {
+        if (!item.newName || !isIt(item.fichier)) continue;
+        file.nom = *item.newName;
+        file.url.replace_filename(*item.newName + file.url.extension().native());
+        break;
+    }
+    return file;
 }
 
 void OperationsModel::stopPlanning() {
@@ -395,9 +435,17 @@ void OperationsModel::replan() {
 }
 
 void OperationsModel::plan() {
+    // A volume that does not answer keeps the threads that ask it: not one more for every choice.
+    if (*inFlight_ >= mostPlans) {
+        planDue_ = true;
+        emit previewChanged();
+        return;
+    }
+    planDue_ = false;
     const auto token = std::make_shared<CancellationToken>();
     planning_ = token;
-    planner_.run(
+    ++*inFlight_;
+    planner_->run(
         this,
         [request = request(), services = services_.operations, token]() -> OperationPreview {
             if (request.groupes.empty() && request.fichiers.empty()) return {};
@@ -411,20 +459,29 @@ void OperationsModel::plan() {
                 return preview;
             }
         },
-        [this, token](OperationPreview preview) {
-            if (planning_ != token) return;
-            planning_.reset();
-            preview_ = std::move(preview);
-            emit previewChanged();
+        [this, token, inFlight = inFlight_](OperationPreview preview) {
+            --*inFlight;
+            if (planning_ == token) {
+                planning_.reset();
+                preview_ = std::move(preview);
+                emit previewChanged();
+            }
+            if (planDue_) plan();
         });
 }
 
-bool OperationsModel::canRun() const noexcept { return !run_.overlay() && !isPlanning() && preview_.canRun; }
+bool OperationsModel::isPlanning() const noexcept {
+    return planning_ != nullptr || planDue_ || delay_.isActive() || rowsDelay_.isActive();
+}
+
+bool OperationsModel::canRun() const noexcept {
+    return !run_.overlay() && !confirmed_ && !isPlanning() && preview_.canRun;
+}
 
 // --- The run -------------------------------------------------------------------------------------------------------
 
 void OperationsModel::run() {
-    if (run_.isRunning()) {
+    if (run_.isRunning() || confirmed_) {
         emit notice(finishCurrentFirst());
         return;
     }
@@ -436,42 +493,65 @@ void OperationsModel::run() {
     }
     content.commitEditing();
     if (!content.hasUnsavedChanges()) {
-        begin();
+        begin(request());
         return;
     }
     Alert alert;
     alert.title = QStringLiteral("Unsaved modifications");
     alert.text = QStringLiteral("New files are made from what is on disk. Do you want to save your changes first?");
     alert.buttons = {QStringLiteral("Save and Continue"), QStringLiteral("Cancel")};
+    // What is done is what was asked for now, whatever is chosen until the save has ended; the takes are looked up
+    // then, as they are on disk.
+    confirmed_ = Confirmed{request(), items_.checkedKeys()};
+    emit previewChanged();
     services_.dialogs.ask(alert, [this](AlertAnswer answer) {
-        if (answer.button != 0) return;
-        services_.content.saveAll([this](bool saved) {
-            if (!saved) return;
-            listItems();  // files may have got other names
-            begin();
+        const auto drop = [this] {
+            confirmed_.reset();
+            emit previewChanged();
+        };
+        if (answer.button != 0) {
+            drop();
+            return;
+        }
+        services_.content.saveAll([this, drop](bool saved) {
+            if (!saved || !confirmed_) {
+                drop();
+                return;
+            }
+            Confirmed asked = std::move(*confirmed_);
+            confirmed_.reset();
+            asked.request.fichiers.clear();
+            asked.request.groupes.clear();
+            asked.request.choices.clear();
+            fill(asked.request, asked.keys);
+            begin(std::move(asked.request));
         });
     });
 }
 
-void OperationsModel::begin() {
-    if (run_.overlay() || !tab_) return;
+void OperationsModel::begin(OperationRequest request) {
+    if (run_.overlay()) return;
     stopPlanning();
-    OperationRequest asked = request();
-    const auto count = static_cast<int>(std::max(asked.groupes.size(), asked.fichiers.size()));
+    const OperationsTab tab = request.tab;
+    const auto count = static_cast<int>(std::max(request.groupes.size(), request.fichiers.size()));
     const QString folder = services_.content.folderLabel();
     services_.content.setOperationsEnCours(true);
-    run_.start(*tab_, count, folder.section(QLatin1Char('/'), -1),
-               [asked = std::move(asked), services = services_.operations](const TaskContext& task) {
-                   return perform(asked, services, task);
+    // A name that is typed meanwhile would be one for a file that is called otherwise by then.
+    locksRows_ = tab == OperationsTab::rename && request.rename.mode == OperationAudioBatchRenameMode::renameInPlace;
+    if (locksRows_) services_.content.rows().setLocked(true);
+    run_.start(tab, count, folder.section(QLatin1Char('/'), -1),
+               [request = std::move(request), services = services_.operations](const TaskContext& task) {
+                   return perform(request, services, task);
                });
 }
 
 void OperationsModel::onEnded(const std::vector<std::filesystem::path>& made, const FileMoves& moved) {
     ContentView& content = services_.content;
+    if (std::exchange(locksRows_, false)) content.rows().setLocked(false);
     content.setOperationsEnCours(false);
     if (!moved.empty()) {
         content.filesRenamed(moved);
-    } else if (tab_ == OperationsTab::report) {
+    } else if (tab_ == OperationsTab::report) {  // which cannot change during a run
         if (!made.empty()) reveal(made.front());
     } else {
         content.filesMade(made);
@@ -480,7 +560,7 @@ void OperationsModel::onEnded(const std::vector<std::filesystem::path>& made, co
 }
 
 void OperationsModel::reveal(const std::filesystem::path& file) {
-    planner_.run(
+    revealing_.run(
         this, [&workspace = services_.workspace, file] { return workspace.reveal(file); },
         [this](const QString& problem) {
             if (!problem.isEmpty()) emit notice(problem);

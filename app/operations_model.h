@@ -116,7 +116,7 @@ class OperationsModel : public QObject {
     // --- What would come of it -------------------------------------------------------------------------------------
     [[nodiscard]] const OperationPreview& preview() const noexcept { return preview_; }
     /// Is what is shown about to be replaced?
-    [[nodiscard]] bool isPlanning() const noexcept { return planning_ != nullptr || delay_.isActive(); }
+    [[nodiscard]] bool isPlanning() const noexcept;
     [[nodiscard]] bool canRun() const noexcept;
 
     // --- The run ---------------------------------------------------------------------------------------------------
@@ -140,7 +140,12 @@ class OperationsModel : public QObject {
   private:
     [[nodiscard]] TrackChoices choicesOf(const GroupeFichiers& groupe) const;
     [[nodiscard]] std::vector<const GroupeFichiers*> similar() const;
+    /// What would be run now.
     [[nodiscard]] OperationRequest request() const;
+    /// Looks the takes up in the rows, by the paths of their files.
+    void fill(OperationRequest& request, const std::vector<std::string>& keys) const;
+    /// The file as it is when what is pending was saved, its name included.
+    [[nodiscard]] InfoFichier fileAsSaved(int row, const std::string& key) const;
     void listItems();
     void onRowsChanged();
     void follow(const FileMoves& moved);
@@ -149,7 +154,7 @@ class OperationsModel : public QObject {
     void replan();
     void plan();
     void stopPlanning();
-    void begin();
+    void begin(OperationRequest request);
     void onEnded(const std::vector<std::filesystem::path>& made, const FileMoves& moved);
 
     Services services_;
@@ -174,7 +179,19 @@ class OperationsModel : public QObject {
     QTimer checks_;     ///< and so do check marks
     QTimer delay_;      ///< so does what is typed
     std::shared_ptr<CancellationToken> planning_;
-    LooseBackground planner_;
+    /// Replaced when another folder is opened; with it the number of plans that have not come back.
+    std::unique_ptr<LooseBackground> planner_ = std::make_unique<LooseBackground>();
+    std::shared_ptr<int> inFlight_ = std::make_shared<int>(0);
+    bool planDue_ = false;  ///< as soon as one has come back
+
+    /// A run that waits for the save before it.
+    struct Confirmed {
+        OperationRequest request;
+        std::vector<std::string> keys;  ///< of what takes part
+    };
+    std::optional<Confirmed> confirmed_;
+    bool locksRows_ = false;
+    LooseBackground revealing_;
 };
 
 }  // namespace dravik

@@ -1,6 +1,7 @@
 #include "operations/track_eligibility.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace dravik {
 
@@ -24,12 +25,17 @@ bool isPolyWave(const GroupeFichiers& groupe) noexcept {
 }
 
 bool isMergeable(const GroupeFichiers& groupe) noexcept {
-    const InfoFichier& first = groupe.fichiers.front();
-    return isMonoWaveSet(groupe) &&
-           std::all_of(groupe.fichiers.begin(), groupe.fichiers.end(), [&](const InfoFichier& fichier) {
-               return fichier.sampleRate == first.sampleRate && fichier.bits == first.bits &&
-                      fichier.dureeSecondes == first.dureeSecondes;
-           });
+    if (!isMonoWaveSet(groupe)) return false;
+    const auto fits = [](const InfoFichier& a, const InfoFichier& b) {
+        return a.sampleRate == b.sampleRate && a.bits == b.bits && a.dureeSecondes == b.dureeSecondes;
+    };
+    // Members that do not fit can be left out.
+    for (auto one = groupe.fichiers.begin(); one != groupe.fichiers.end(); ++one) {
+        if (std::any_of(std::next(one), groupe.fichiers.end(),
+                        [&](const InfoFichier& other) { return fits(*one, other); }))
+            return true;
+    }
+    return false;
 }
 
 bool isReorderable(const GroupeFichiers& groupe) noexcept { return isPolyWave(groupe) || isMonoWaveSet(groupe); }

@@ -14,7 +14,7 @@ namespace OperationsAudio {
 
 /// A WAV file, by its name and its first bytes, of two channels or more: for splitting and deleting.
 [[nodiscard]] bool isPolyWave(const GroupeFichiers& groupe) noexcept;
-/// A mono set of WAV files of one format and length: for merging.
+/// A mono set of WAV files, at least two of one format and length: for merging.
 [[nodiscard]] bool isMergeable(const GroupeFichiers& groupe) noexcept;
 /// Either a poly file or a mono set, of WAV files: for reordering.
 [[nodiscard]] bool isReorderable(const GroupeFichiers& groupe) noexcept;

@@ -58,7 +58,7 @@ TEST(OperationEligibility, EachTabTakesWhatItIsFor) {
     EXPECT_THAT(eligibleRows(OperationsTab::report, folder, {3}, false), ElementsAre(0, 1, 2, 3));
     GroupeFichiers uneven = take({file("u_1.wav", 1), file("u_2.wav", 1)});
     uneven.fichiers.edit([](std::vector<InfoFichier>& files) { files.back().sampleRate = 44100; });
-    EXPECT_FALSE(isEligible(OperationsTab::merge, uneven));
+    EXPECT_FALSE(isEligible(OperationsTab::merge, uneven)) << "no two fit";
 }
 
 TEST(OperationEligibility, AFolderOfMonoFilesEnablesMergeAndSaysWhyItCannotSplit) {

@@ -53,6 +53,7 @@ QWidget* scrolling(QWidget* content, QWidget* parent) {
     auto* area = new QScrollArea(parent);
     area->setWidgetResizable(true);
     area->setFrameShape(QFrame::NoFrame);
+    area->setFocusPolicy(Qt::NoFocus);  // its content has the keyboard
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area->setMinimumWidth(content->minimumSizeHint().width());
     area->setWidget(content);

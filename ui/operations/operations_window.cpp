@@ -400,9 +400,28 @@ void OperationsWindow::closeEvent(QCloseEvent* event) {
     QWidget::closeEvent(event);
 }
 
+bool OperationsWindow::event(QEvent* event) {
+    // Plain keys are the controls' here, not the transport's of the main window.
+    if (event->type() == QEvent::ShortcutOverride &&
+        (static_cast<QKeyEvent*>(event)->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == Qt::NoModifier) {
+        event->accept();
+        return true;
+    }
+    return QWidget::event(event);
+}
+
 void OperationsWindow::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape) {
-        close();
+        // Whoever leaves a field does not leave the window.
+        const QWidget* focused = focusWidget();
+        const bool types = qobject_cast<const QLineEdit*>(focused) || qobject_cast<const QPlainTextEdit*>(focused);
+        if (!types) {
+            close();
+        } else if (takes_->isVisible()) {
+            takes_->setFocus();
+        } else {
+            tabs_->setFocus();
+        }
     } else {
         QWidget::keyPressEvent(event);
     }

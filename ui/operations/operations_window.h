@@ -41,6 +41,7 @@ class OperationsWindow : public QWidget {
     [[nodiscard]] OperationsModel& model() noexcept { return services_.model; }
 
   protected:
+    bool event(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;

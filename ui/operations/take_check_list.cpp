@@ -91,6 +91,8 @@ TakeCheckList::TakeCheckList(const Theme& theme, QWidget* parent)
       table_(new CheckTable(*model_, theme, QStringLiteral("Takes"), {}, this)),
       bar_(new CheckBar(QStringLiteral("take"), this)) {
     table_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    table_->setTextElideMode(Qt::ElideMiddle);  // names differ at their ends
+    setFocusProxy(table_);
     model_->userChanged = [this](int row, bool checked) {
         refreshCount();
         emit checkedChanged(row, checked);
