@@ -70,7 +70,7 @@ TEST_F(PreviewTable, KeepBothIsOfferedWhereItHelps) {
     QSignalSpy asked(&table, &OperationPreviewTable::keepBothRequested);
     openMenu(2);
     EXPECT_EQ(table.findChild<QMenu*>(), nullptr) << "not unless the caller has it offered";
-    table.setKeepBoth(OperationPreviewTable::KeepBoth::inMenuAndButton);
+    table.setKeepBothOffered(true);
     auto& button = named<QPushButton>(QStringLiteral("Keep Both"));
     for (const auto& [row, offered] : {std::pair{0, false}, {2, true}, {3, false}}) {
         table.table().selectRow(row);
