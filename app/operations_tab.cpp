@@ -1,6 +1,7 @@
 #include "app/operations_tab.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace dravik {
 namespace {
@@ -18,6 +19,15 @@ OperationsTab beside(OperationsTab tab, std::size_t steps) noexcept {
 }
 
 }  // namespace
+
+OperationCommand commandOf(OperationsTab tab) noexcept {
+    static constexpr OperationCommand commands[] = {&Commands::dravikMergeAudio,   &Commands::dravikSplitAudio,
+                                                    &Commands::dravikRemoveTracks, &Commands::dravikReorderTracks,
+                                                    &Commands::dravikBatchRename,  &Commands::dravikExportAudio,
+                                                    &Commands::dravikExportReport};
+    static_assert(std::size(commands) == allOperationsTabs.size());
+    return commands[static_cast<std::size_t>(tab)];
+}
 
 QString rawValue(OperationsTab tab) { return rawText(tab); }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/commands.h"
+
 #include <QString>
 #include <array>
 #include <optional>
@@ -12,6 +14,10 @@ enum class OperationsTab { merge, split, deleteTracks, reorderTracks, rename, ex
 inline constexpr std::array allOperationsTabs = {
     OperationsTab::merge,  OperationsTab::split,   OperationsTab::deleteTracks, OperationsTab::reorderTracks,
     OperationsTab::rename, OperationsTab::export_, OperationsTab::report};
+
+/// What opens a tab.
+using OperationCommand = void (Commands::*)();
+[[nodiscard]] OperationCommand commandOf(OperationsTab tab) noexcept;
 
 /// "deleteTracks": the text under which a tab is stored, and back.
 [[nodiscard]] QString rawValue(OperationsTab tab);

@@ -4,27 +4,23 @@
 #include "model/audio_metadata.h"
 #include "ui/floating_views.h"
 #include "ui/folder_browser.h"
-#include "ui/metrics.h"
+#include "ui/main_menu.h"
 #include "ui/mixer_view.h"
 #include "ui/operations/operations_window.h"
 #include "ui/status_line.h"
 #include "ui/take_editor.h"
 #include "ui/take_table.h"
-#include "ui/transport_actions.h"
 #include "ui/transport_bar.h"
 #include "ui/waveform_view.h"
 
-#include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFileInfo>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QStatusTipEvent>
-#include <QToolBar>
 #include <QVBoxLayout>
 #include <cmath>
-#include <tuple>
 #include <utility>
 
 namespace dravik {
@@ -72,17 +68,13 @@ MainWindow::MainWindow(const Services& services) : services_(services) {
     operations_ = new OperationsWindow(
         {services_.operations, services_.settings, services_.dialogs, services_.commands, services_.theme}, this);
     arrange();
-    makeActions();
-    makeMenus();
-    makeToolbar();
+    makeMenu();
     restoreLayout();
 
     ContentView& content = services_.content;
     connect(&content, &ContentView::commitRequested, table_, &TakeTable::commitEditing);
     connect(&content, &ContentView::commitRequested, editor_, &TakeEditor::commitPending);
-    connect(&content, &ContentView::pendingChanged, this, &MainWindow::refreshActions);
     connect(&content, &ContentView::pendingChanged, this, &MainWindow::refreshTitle);
-    connect(&content, &ContentView::selectionChanged, this, &MainWindow::refreshActions);
     connect(&content, &ContentView::folderChanged, this, [this] {
         status_->tell({});  // what was told is of the folder before
         refreshTitle();
@@ -100,9 +92,7 @@ MainWindow::MainWindow(const Services& services) : services_(services) {
         services_.operations.setSelectedRows(selected);
         refreshTitle();
     });
-    connect(table_, &TakeTable::selectionChanged, this, &MainWindow::refreshActions);
     connect(editor_, &TakeEditor::stepReplayed, table_, &TakeTable::showLastChange);
-    connect(&services_.theme, &Theme::changed, this, &MainWindow::refreshIcons);
 
     Commands& commands = services_.commands;
     connect(&commands, &Commands::dravikShowTable, this, [this] {
@@ -116,8 +106,6 @@ MainWindow::MainWindow(const Services& services) : services_(services) {
         if (const QString& error = services_.playback.error(); !error.isEmpty()) status_->tell(error);
     });
 
-    refreshIcons();
-    refreshActions();
     refreshTitle();
     refreshCounts();
     services_.windows.setMainWindow(this);
@@ -190,9 +178,9 @@ void MainWindow::restoreLayout() {
     const int below = presentation + (editor ? editorHeight : 0);
     const int table = std::clamp(tableHeight, leastTableHeight, std::max(leastTableHeight, room - below));
     down_->setSizes({table, presentation, std::max(editorHeight, room - table - presentation)});
-    showEditor_->setChecked(editor);
+    menu_->showEditor(editor);
     browser_->setVisible(services_.settings.value(settings::layoutNavigateurVisible));
-    showBrowser_->setChecked(services_.settings.value(settings::layoutNavigateurVisible));
+    menu_->showBrowser(services_.settings.value(settings::layoutNavigateurVisible));
     setPresentation(presentationMode(services_.settings.value(settings::layoutVueActive)));
 }
 
@@ -213,8 +201,8 @@ void MainWindow::setPresentation(PresentationMode mode) {
     if (mode != PresentationMode::table) dernierModeNonTable_ = mode;
     presentation_->setVisible(mode != PresentationMode::table);
     presentation_->setCurrentWidget(mode == PresentationMode::mixer ? static_cast<QWidget*>(mixer_) : waveform_);
-    editor_->setVisible(mode != PresentationMode::table && showEditor_->isChecked());
-    modes_.at(mode)->setChecked(true);
+    editor_->setVisible(mode != PresentationMode::table && menu_->isEditorShown());
+    menu_->showMode(mode);
     services_.settings.set(settings::layoutVueActive, toText(mode));
     QList<int> heights = down_->sizes();
     if (mode == PresentationMode::mixer && heights.at(1) < mixerHeight) {
@@ -230,248 +218,35 @@ void MainWindow::setPresentation(PresentationMode mode) {
 
 void MainWindow::setEditorVisible(bool visible) {
     services_.settings.set(settings::layoutEditorVisible, visible);
-    showEditor_->setChecked(visible);
+    menu_->showEditor(visible);
     // Asked for, it is shown: the table alone has no room for it.
     const PresentationMode mode = presentationMode(services_.settings.value(settings::layoutVueActive));
     setPresentation(visible && mode == PresentationMode::table ? dernierModeNonTable_ : mode);
 }
 
-// --- Actions -------------------------------------------------------------------------------------------------------
+// --- Menus and status line -----------------------------------------------------------------------------------------
 
-QAction* MainWindow::action(KeyId key, const QString& icon, const QString& help, std::function<void()> run) {
-    QAction* made = action(shortcut(key).name, icon, help, std::move(run));
-    made->setShortcut(keyOf(key));
-    made->setToolTip(QStringLiteral("%1 (%2)").arg(made->toolTip(), keyText(key)));
-    return made;
-}
-
-QAction* MainWindow::action(const QString& text, const QString& icon, const QString& help, std::function<void()> run) {
-    auto* made = new QAction(text, this);
-    made->setToolTip(help.isEmpty() ? text : help);
-    made->setStatusTip(help);
-    if (!icon.isEmpty()) icons_.emplace_back(made, icon);
-    if (run) connect(made, &QAction::triggered, this, [run = std::move(run)] { run(); });
-    return made;
-}
-
-void MainWindow::makeActions() {
-    saveAll_ = action(QStringLiteral("Save All"), QStringLiteral("save"), QStringLiteral("Save all pending changes"),
-                      [this] { emit services_.commands.dravikSaveChanges(); });
-    discard_ = action(QStringLiteral("Discard"), QStringLiteral("discard"),
-                      QStringLiteral("Discard all unsaved changes"), [this] { services_.content.discardAll(); });
-    undo_ = action(KeyId::undo, QStringLiteral("undo"), {}, [this] {
-        services_.content.undo();
-        table_->showLastChange();
+void MainWindow::makeMenu() {
+    menu_ = new MainMenu({services_.content, services_.settings, services_.commands, services_.theme,
+                          services_.playback, services_.operations.menuState(), *table_},
+                         *this);
+    connect(menu_, &MainMenu::editorShown, this, &MainWindow::setEditorVisible);
+    connect(menu_, &MainMenu::browserShown, this, [this](bool shown) {
+        browser_->setVisible(shown);
+        services_.settings.set(settings::layoutNavigateurVisible, shown);
     });
-    redo_ = action(KeyId::redo, QStringLiteral("redo"), {}, [this] {
-        services_.content.redo();
-        table_->showLastChange();
-    });
-    group_ = action(QStringLiteral("Group Mono Files"), {},
-                    QStringLiteral("Show the mono files of one take as one row"), [this] {
-                        services_.content.setRegrouperFichiersMono(group_->isChecked());
-                        refreshActions();  // it may have been refused
-                    });
-    group_->setCheckable(true);
-    loadFolder_ = action(KeyId::loadFolder, QStringLiteral("folder"), QStringLiteral("Open a folder of recordings"),
-                         [this] { emit services_.commands.dravikLoadFolder(); });
-    reload_ = action(KeyId::reload, {}, QStringLiteral("Read the folder again; unsaved changes stay"),
-                     [this] { browser_->refresh(); });
-    showBrowser_ = action(KeyId::showBrowser, QStringLiteral("browser"),
-                          QStringLiteral("Show or hide the folder browser"), [this] {
-                              browser_->setVisible(showBrowser_->isChecked());
-                              services_.settings.set(settings::layoutNavigateurVisible, showBrowser_->isChecked());
-                          });
-    showBrowser_->setCheckable(true);
-    showEditor_ = action(KeyId::showEditor, {}, QStringLiteral("Show or hide the fields of the selected take"),
-                         [this] { setEditorVisible(showEditor_->isChecked()); });
-    showEditor_->setCheckable(true);
-    auto* modes = new QActionGroup(this);
-    const auto mode = [&](PresentationMode which, KeyId key, const char* icon, const char* help,
-                          void (Commands::*shown)()) {
-        QAction* made = action(key, QString::fromLatin1(icon), QString::fromLatin1(help),
-                               [&commands = services_.commands, shown] { emit(commands.*shown)(); });
-        made->setCheckable(true);
-        modes_[which] = modes->addAction(made);
-    };
-    mode(PresentationMode::table, KeyId::showTable, "", "The table alone", &Commands::dravikShowTable);
-    mode(PresentationMode::waveforms, KeyId::showWaveforms, "waveform", "The waveform of the selected take below",
-         &Commands::dravikShowWaveforms);
-    mode(PresentationMode::mixer, KeyId::showMixer, "mixer", "The monitoring mixer below",
-         &Commands::dravikShowMixerView);
-}
-
-void MainWindow::makeMenus() {
-    const auto take = [this](const auto& what, const QString& help, void (TakeTable::*run)()) {
-        QAction* made = action(what, {}, help, {});
-        connect(made, &QAction::triggered, table_, run);
-        actionsOnTakes_.push_back(made);
-        return made;
-    };
-    QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
-    file->addAction(loadFolder_);
-    file->addAction(action(KeyId::loadFile, QStringLiteral("file"), QStringLiteral("Open a recording and its folder"),
-                           [this] { emit services_.commands.dravikLoadFile(); }));
-    file->addAction(reload_);
-    file->addSeparator();
-    file->addAction(action(KeyId::save, QStringLiteral("save"), QStringLiteral("Save all pending changes"),
-                           [this] { emit services_.commands.dravikSaveChanges(); }));
-    file->addAction(discard_);
-    file->addSeparator();
-    file->addAction(action(KeyId::preferences, {}, {}, [this] { emit preferencesRequested(); }));
-    file->addSeparator();
-    QAction* quit = action(KeyId::quit, {}, {}, [this] { this->quit(); });
-    quit->setMenuRole(QAction::QuitRole);
-    file->addAction(quit);
-
-    QMenu* edit = menuBar()->addMenu(QStringLiteral("&Edit"));
-    edit->addAction(undo_);
-    edit->addAction(redo_);
-    edit->addSeparator();
-    // The table has these keys while it has the keyboard; text fields keep their own.
-    edit->addAction(take(QStringLiteral("Copy Column"), QStringLiteral("Copy the current column of the selection"),
-                         &TakeTable::copy));
-    edit->addAction(take(QStringLiteral("Paste Column"),
-                         QStringLiteral("Paste lines downwards from the first selected row"), &TakeTable::paste));
-    edit->addSeparator();
-    edit->addAction(action(KeyId::find, QStringLiteral("search"), QStringLiteral("Filter the takes"),
-                           [this] { table_->focusFilter(); }));
-
-    QMenu* takes = menuBar()->addMenu(QStringLiteral("&Take"));
-    takes->addAction(take(QStringLiteral("Edit Cell"),
-                          QStringLiteral("Edit the current cell of the table (%1)").arg(keyText(KeyId::editCell)),
-                          &TakeTable::editCurrentCell));
-    takes->addAction(take(KeyId::toggleCircled, QStringLiteral("Circle the selected takes, or take the circle away"),
-                          &TakeTable::toggleCircled));
-    takes->addSeparator();
-    takes->addAction(take(KeyId::fillDown, QStringLiteral("The value of the first selected row for all selected rows"),
-                          &TakeTable::fillDown));
-    takes->addAction(take(KeyId::incrementTakes, QStringLiteral("Each selected row gets the take after its own"),
-                          &TakeTable::incrementTakes));
-    takes->addAction(take(QStringLiteral("Number Takes"), QStringLiteral("Count up from the first selected row's take"),
-                          &TakeTable::numberTakes));
-    takes->addSeparator();
-    takes->addAction(group_);
-
-    makeOperationsMenu();
-    makeViewMenus();
-
-    QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
-    help->addAction(action(KeyId::showShortcuts, {}, {}, [this] { emit shortcutsRequested(); }));
-    help->addAction(action(QStringLiteral("Third-Party Licenses…"), {}, {}, [this] { emit licencesRequested(); }));
-    help->addSeparator();
-    QAction* about = action(QStringLiteral("About Dravik"), {}, {}, [this] { emit aboutRequested(); });
-    about->setMenuRole(QAction::AboutRole);
-    help->addAction(about);
-}
-
-void MainWindow::makeOperationsMenu() {
-    Commands& commands = services_.commands;
-    QMenu* menu = menuBar()->addMenu(QStringLiteral("&Operations"));
-    showOperations_ = action(KeyId::showOperations, QStringLiteral("operations"),
-                             QStringLiteral("Make new files of the takes, rename them, or report them"),
-                             [&commands] { emit commands.dravikShowOperations(); });
-    menu->addAction(showOperations_);
-    menu->addSeparator();
-    const std::tuple<OperationsTab, std::optional<KeyId>, const char*, const char*, void (Commands::*)()> tabs[] = {
-        {OperationsTab::merge,
-         {},
-         "merge",
-         "Make one poly file of the mono files of a take",
-         &Commands::dravikMergeAudio},
-        {OperationsTab::split,
-         {},
-         "split",
-         "Make mono files of the tracks of a poly file",
-         &Commands::dravikSplitAudio},
-        {OperationsTab::deleteTracks,
-         {},
-         "delete_tracks",
-         "Make a poly file without some of its tracks",
-         &Commands::dravikRemoveTracks},
-        {OperationsTab::reorderTracks,
-         {},
-         "reorder",
-         "Make a file with its tracks in another order",
-         &Commands::dravikReorderTracks},
-        {OperationsTab::rename, KeyId::batchRename, "rename", "Give files names made of their metadata",
-         &Commands::dravikBatchRename},
-        {OperationsTab::export_, KeyId::exportAudio, "export", "Make WAV, MP3 or AAC files of the takes",
-         &Commands::dravikExportAudio},
-        {OperationsTab::report, KeyId::exportReport, "report", "Make the sound report of the day",
-         &Commands::dravikExportReport}};
-    for (const auto& [tab, key, icon, help, command] : tabs) {
-        const auto run = [&commands, command = command] { emit(commands.*command)(); };
-        const QString drawing = QString::fromLatin1(icon);
-        const QString hint = QString::fromLatin1(help);
-        QAction* made = key ? action(*key, drawing, hint, run) : action(textsOf(tab).title, drawing, hint, run);
-        operationActions_[tab] = made;
-        menu->addAction(made);
-    }
-    menu->addSeparator();
-    menu->addAction(action(KeyId::nextOperationsTab, {}, {}, [&commands] { emit commands.dravikOperationsNextTab(); }));
-    menu->addAction(
-        action(KeyId::previousOperationsTab, {}, {}, [&commands] { emit commands.dravikOperationsPreviousTab(); }));
-}
-
-void MainWindow::makeViewMenus() {
-    QMenu* view = menuBar()->addMenu(QStringLiteral("&View"));
-    for (const auto& [mode, shown] : modes_)
-        view->addAction(shown);
-    view->addSeparator();
-    view->addAction(showEditor_);
-    view->addAction(showBrowser_);
-    view->addSeparator();
-    view->addAction(action(KeyId::goToBrowser, {}, {}, [this] {
-        if (!showBrowser_->isChecked()) showBrowser_->trigger();
-        browser_->focusTree();
-    }));
-    view->addAction(action(KeyId::goToTable, {}, {}, [this] { table_->focusTable(); }));
-    view->addAction(action(KeyId::goToEditor, {}, {}, [this] {
+    connect(menu_, &MainMenu::browserRequested, browser_, &FolderBrowser::focusTree);
+    connect(menu_, &MainMenu::tableRequested, table_, &TakeTable::focusTable);
+    connect(menu_, &MainMenu::editorRequested, this, [this] {
         if (!editor_->isVisibleTo(this)) setEditorVisible(true);
         editor_->focusFirstField();
-    }));
-
-    QMenu* playback = menuBar()->addMenu(QStringLiteral("&Playback"));
-    auto* actions = new TransportActions(services_.content, services_.playback, services_.settings, this);
-    actions->fill(*playback);
-
-    QMenu* windows = menuBar()->addMenu(QStringLiteral("&Window"));
-    const std::tuple<KeyId, const char*, void (Commands::*)()> floating[] = {
-        {KeyId::mixerWindow, "mixer", &Commands::dravikShowFloatingMixer},
-        {KeyId::metersWindow, "meters", &Commands::dravikShowFloatingMeters},
-        {KeyId::floatingTransport, "transport", &Commands::dravikShowLargeTransport}};
-    for (const auto& [key, icon, shown] : floating) {
-        windows->addAction(action(key, QString::fromLatin1(icon), {},
-                                  [&commands = services_.commands, shown = shown] { emit(commands.*shown)(); }));
-    }
-}
-
-void MainWindow::makeToolbar() {
-    QToolBar* bar = addToolBar(QStringLiteral("Toolbar"));
-    bar->setObjectName(QStringLiteral("toolbar"));
-    bar->setMovable(false);
-    bar->setContextMenuPolicy(Qt::PreventContextMenu);
-    bar->setIconSize(QSize(metrics::toolIconSide, metrics::toolIconSide));
-    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    bar->addAction(showBrowser_);
-    bar->addAction(loadFolder_);
-    bar->addSeparator();
-    bar->addAction(undo_);
-    bar->addAction(redo_);
-    bar->addSeparator();
-    for (const PresentationMode mode : {PresentationMode::waveforms, PresentationMode::mixer})
-        bar->addAction(modes_.at(mode));
-    bar->addSeparator();
-    bar->addAction(showOperations_);
-    auto* space = new QWidget(bar);
-    space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-    bar->addWidget(space);
-    bar->addAction(discard_);
-    bar->addAction(saveAll_);
-    for (QAction* iconOnly : {showBrowser_, undo_, redo_}) {
-        qobject_cast<QToolButton*>(bar->widgetForAction(iconOnly))->setToolButtonStyle(Qt::ToolButtonIconOnly);
-    }
+    });
+    connect(menu_, &MainMenu::reloadRequested, browser_, &FolderBrowser::refresh);
+    connect(menu_, &MainMenu::quitRequested, this, &MainWindow::quit);
+    connect(menu_, &MainMenu::preferencesRequested, this, &MainWindow::preferencesRequested);
+    connect(menu_, &MainMenu::shortcutsRequested, this, &MainWindow::shortcutsRequested);
+    connect(menu_, &MainMenu::aboutRequested, this, &MainWindow::aboutRequested);
+    connect(menu_, &MainMenu::licencesRequested, this, &MainWindow::licencesRequested);
 }
 
 void MainWindow::connectStatusLine() {
@@ -488,7 +263,6 @@ void MainWindow::connectStatusLine() {
         }
     });
     connect(&content, &ContentView::sauvegardeEnCoursChanged, this, [this] {
-        refreshActions();
         if (!services_.content.sauvegardeEnCours()) {
             status_->endWork();
             return;
@@ -521,13 +295,6 @@ void MainWindow::connectStatusLine() {
 }
 
 void MainWindow::connectOperations() {
-    OperationMenuState& state = services_.operations.menuState();
-    const auto enable = [this, &state] {
-        for (const auto& [tab, made] : operationActions_)
-            made->setEnabled(state.availability().can(tab));
-    };
-    connect(&state, &OperationMenuState::changed, this, enable);
-    enable();
     // A run goes on when its window was closed: its progress is here then.
     OperationsRun& running = services_.operations.running();
     connect(&running, &OperationsRun::runningChanged, this, [this, &running] {
@@ -552,31 +319,6 @@ void MainWindow::connectOperations() {
 }
 
 // --- Showing the state ---------------------------------------------------------------------------------------------
-
-void MainWindow::refreshIcons() {
-    for (const auto& [made, name] : icons_)
-        made->setIcon(services_.theme.icon(name));
-}
-
-void MainWindow::refreshActions() {
-    const ContentView& content = services_.content;
-    const std::size_t pending = content.rows().editedRows().size();
-    const bool saving = content.sauvegardeEnCours();
-    saveAll_->setEnabled(pending > 0 && !saving);
-    saveAll_->setText(pending > 0 ? QStringLiteral("Save All (%1)").arg(static_cast<qulonglong>(pending))
-                                  : QStringLiteral("Save All"));
-    discard_->setEnabled(pending > 0 && !saving);
-    undo_->setEnabled(content.canUndo());
-    undo_->setText(content.canUndo() ? QStringLiteral("Undo %1").arg(content.undoName()) : QStringLiteral("Undo"));
-    redo_->setEnabled(content.canRedo());
-    redo_->setText(content.canRedo() ? QStringLiteral("Redo %1").arg(content.redoName()) : QStringLiteral("Redo"));
-    undo_->setToolTip(QStringLiteral("%1 (%2)").arg(undo_->text(), keyText(KeyId::undo)));
-    redo_->setToolTip(QStringLiteral("%1 (%2)").arg(redo_->text(), keyText(KeyId::redo)));
-    group_->setChecked(content.regrouperFichiersMono());
-    const bool any = !content.rows().groupesTableau().empty();
-    for (QAction* one : actionsOnTakes_)
-        one->setEnabled(any && !saving);
-}
 
 void MainWindow::refreshTitle() {
     const QString folder = services_.content.folderLabel();

@@ -7,19 +7,17 @@
 #include "app/take_playback.h"
 #include "app/take_waveform.h"
 #include "app/workspace.h"
-#include "ui/shortcuts.h"
 #include "ui/theme.h"
 
-#include <QAction>
 #include <QMainWindow>
 #include <QSplitter>
 #include <QStackedWidget>
-#include <map>
 
 namespace dravik {
 
 class FloatingViews;
 class FolderBrowser;
+class MainMenu;
 class MixerView;
 class OperationsWindow;
 class StatusLine;
@@ -77,13 +75,7 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     void dropEvent(QDropEvent* event) override;
 
   private:
-    QAction* action(KeyId key, const QString& icon, const QString& help, std::function<void()> run);
-    QAction* action(const QString& text, const QString& icon, const QString& help, std::function<void()> run);
-    void makeActions();
-    void makeMenus();
-    void makeOperationsMenu();
-    void makeViewMenus();
-    void makeToolbar();
+    void makeMenu();
     void connectStatusLine();
     void connectOperations();
     void quit();
@@ -91,8 +83,6 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     void restoreLayout();
     void rememberLayout();
     void setEditorVisible(bool visible);
-    void refreshIcons();
-    void refreshActions();
     void refreshTitle();
     void refreshCounts();
 
@@ -109,20 +99,7 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     QSplitter* across_ = nullptr;
     QSplitter* down_ = nullptr;
 
-    std::vector<std::pair<QAction*, QString>> icons_;  ///< with the name of its drawing
-    QAction* saveAll_ = nullptr;
-    QAction* discard_ = nullptr;
-    QAction* undo_ = nullptr;
-    QAction* redo_ = nullptr;
-    QAction* group_ = nullptr;
-    QAction* loadFolder_ = nullptr;
-    QAction* reload_ = nullptr;
-    QAction* showBrowser_ = nullptr;
-    QAction* showEditor_ = nullptr;
-    std::map<PresentationMode, QAction*> modes_;
-    QAction* showOperations_ = nullptr;
-    std::map<OperationsTab, QAction*> operationActions_;
-    std::vector<QAction*> actionsOnTakes_;                                ///< need a selected take
+    MainMenu* menu_ = nullptr;
     PresentationMode dernierModeNonTable_ = PresentationMode::waveforms;  ///< to come back to
 
     StatusLine* status_ = nullptr;

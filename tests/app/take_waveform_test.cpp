@@ -4,9 +4,9 @@
 #include "platform/media/lazy_sample_decoder.h"
 #include "tests/app/main_window_stage.h"
 #include "tests/support/files.h"
+#include "tests/support/silent_decoder.h"
 
 #include <QElapsedTimer>
-#include <semaphore>
 
 #include <gtest/gtest.h>
 
@@ -15,17 +15,6 @@ namespace {
 
 using test::MainWindowStage;
 using test::recorderFile;
-
-/// A volume that does not answer, for what is no linear WAV file.
-class SilentDecoder final : public SampleDecoder {
-  public:
-    [[nodiscard]] std::unique_ptr<SampleStream> open(const std::filesystem::path&) const override {
-        asked.release();
-        answer.acquire();
-        throw std::filesystem::filesystem_error("silent", std::make_error_code(std::errc::io_error));
-    }
-    mutable std::counting_semaphore<8> asked{0}, answer{0};
-};
 
 class TakeWaveformTest : public testing::Test, public MainWindowStage {
   protected:
@@ -47,7 +36,7 @@ class TakeWaveformTest : public testing::Test, public MainWindowStage {
         return QTest::qWaitFor([this] { return waveform->isComplete(); });
     }
 
-    SilentDecoder decoder;
+    test::SilentDecoder decoder;
     std::unique_ptr<LooseBackground> peaks = std::make_unique<LooseBackground>();
     int takes = 0;
     std::unique_ptr<TakeWaveform> waveform;

@@ -31,7 +31,7 @@ QString headingOf(OperationsTab tab) {
         case OperationsTab::split:
             return QStringLiteral("Tracks to split off");
         case OperationsTab::deleteTracks:
-            return QStringLiteral("Tracks to remove");
+            return QStringLiteral("Tracks to delete");
         case OperationsTab::reorderTracks:
             return QStringLiteral("New order of the tracks");
         case OperationsTab::rename:

@@ -143,16 +143,16 @@ void OperationPreviewTable::setRows(std::vector<OperationPreviewRow> rows) {
     showButton();
 }
 
-void OperationPreviewTable::setKeepBoth(KeepBoth offered) {
-    keepBoth_ = offered;
-    button_->setVisible(offered == KeepBoth::inMenuAndButton);
+void OperationPreviewTable::setKeepBothOffered(bool offered) {
+    keepBothOffered_ = offered;
+    button_->setVisible(offered);
     showButton();
 }
 
 const std::vector<OperationPreviewRow>& OperationPreviewTable::rows() const noexcept { return model_->rows(); }
 
 bool OperationPreviewTable::mayKeepBoth(int row) const {
-    if (keepBoth_ == KeepBoth::never || row < 0 || row >= model_->rowCount()) return false;
+    if (!keepBothOffered_ || row < 0 || row >= model_->rowCount()) return false;
     const OperationPreviewRow& one = rows()[static_cast<std::size_t>(row)];
     return !one.problem.isEmpty() && one.canKeepBoth;
 }

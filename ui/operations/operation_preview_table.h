@@ -18,8 +18,6 @@ class OperationPreviewModel;
 class OperationPreviewTable : public QWidget {
     Q_OBJECT
   public:
-    /// How another name is offered for a row with a problem.
-    enum class KeepBoth { never, inMenu, inMenuAndButton };
     OperationPreviewTable(const QString& accessibleName, const Theme& theme, QWidget* parent = nullptr);
 
     /// Titles of the columns: "File", "New Name".
@@ -28,7 +26,8 @@ class OperationPreviewTable : public QWidget {
     void setCounts(const QString& text, bool problems = false);
     /// As many rows as before leave the list where it was scrolled to.
     void setRows(std::vector<OperationPreviewRow> rows);
-    void setKeepBoth(KeepBoth offered);
+    /// Is another name offered where it would solve a row's problem?
+    void setKeepBothOffered(bool offered);
     [[nodiscard]] const std::vector<OperationPreviewRow>& rows() const noexcept;
     [[nodiscard]] QTableView& table() noexcept { return *table_; }
 
@@ -46,7 +45,7 @@ class OperationPreviewTable : public QWidget {
     [[nodiscard]] bool mayKeepBoth(int row) const;
 
     const Theme& theme_;
-    KeepBoth keepBoth_ = KeepBoth::never;
+    bool keepBothOffered_ = false;
     bool problems_ = false;
     OperationPreviewModel* model_;  // children, all of them
     QTableView* table_;

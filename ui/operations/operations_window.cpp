@@ -5,6 +5,7 @@
 #include "ui/metrics.h"
 #include "ui/operations/elided_label.h"
 #include "ui/operations/operation_forms.h"
+#include "ui/operations/operation_icons.h"
 #include "ui/operations/operation_preview_table.h"
 #include "ui/operations/take_check_list.h"
 #include "ui/shortcuts.h"
@@ -12,7 +13,6 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QSignalBlocker>
-#include <QTimer>
 #include <QVBoxLayout>
 
 namespace dravik {
@@ -32,45 +32,12 @@ constexpr int previewHeight = 210;
 constexpr int largeText = 16;
 constexpr std::chrono::seconds toldTime{6};
 
-/// The button that runs it.
+/// The button that runs it: called like its tab, but where that would not say what is done.
 QString verbOf(const OperationsModel& model) {
-    switch (*model.tab()) {
-        case OperationsTab::merge:
-            return QStringLiteral("Merge");
-        case OperationsTab::split:
-            return QStringLiteral("Split");
-        case OperationsTab::deleteTracks:
-            return QStringLiteral("Delete Tracks");
-        case OperationsTab::reorderTracks:
-            return QStringLiteral("Reorder Tracks");
-        case OperationsTab::rename:
-            return model.needsDestination() ? QStringLiteral("Copy && Rename") : QStringLiteral("Rename");
-        case OperationsTab::export_:
-            return QStringLiteral("Export");
-        case OperationsTab::report:
-            return QStringLiteral("Create Report");
-    }
-    return {};
-}
-
-const char* iconOf(OperationsTab tab) {
-    switch (tab) {
-        case OperationsTab::merge:
-            return "merge";
-        case OperationsTab::split:
-            return "split";
-        case OperationsTab::deleteTracks:
-            return "delete_tracks";
-        case OperationsTab::reorderTracks:
-            return "reorder";
-        case OperationsTab::rename:
-            return "rename";
-        case OperationsTab::export_:
-            return "export";
-        case OperationsTab::report:
-            return "report";
-    }
-    return "";
+    const OperationsTab tab = *model.tab();
+    if (tab == OperationsTab::report) return QStringLiteral("Create Report");
+    if (tab == OperationsTab::rename && model.needsDestination()) return QStringLiteral("Copy && Rename");
+    return textsOf(tab).title;
 }
 
 QWidget* line(Qt::Orientation orientation, QWidget* parent) {
@@ -107,26 +74,8 @@ OperationsWindow::OperationsWindow(const Services& services, QWidget* parent)
     column->addWidget(line(Qt::Horizontal, work));
     column->addWidget(makeFoot());
 
-    auto* empty = new QWidget(this);
-    auto* middle = new QVBoxLayout(empty);
-    middle->addStretch();
-    emptyTitle_ = new QLabel(empty);
-    QFont large = font();
-    large.setPixelSize(largeText);
-    emptyTitle_->setFont(large);
-    emptyMessage_ = new QLabel(empty);
-    emptyMessage_->setWordWrap(true);
-    auto* emptyAll = new QPushButton(QStringLiteral("Use All Takes of the Folder"), empty);
-    emptyAll->setObjectName(QStringLiteral("emptyAll"));
-    connect(emptyAll, &QPushButton::clicked, this, [this] { services_.model.setAppliquerTous(true); });
-    for (QWidget* one : std::initializer_list<QWidget*>{emptyTitle_, emptyMessage_, emptyAll}) {
-        if (auto* label = qobject_cast<QLabel*>(one)) label->setAlignment(Qt::AlignHCenter);
-        middle->addWidget(one, 0, one == emptyMessage_ ? Qt::Alignment() : Qt::AlignHCenter);
-    }
-    middle->addStretch();
-
     pages_ = new QStackedWidget(this);
-    pages_->addWidget(empty);
+    pages_->addWidget(makeEmpty());
     pages_->addWidget(work);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
@@ -148,6 +97,9 @@ OperationsWindow::OperationsWindow(const Services& services, QWidget* parent)
                 [&commands = services_.commands, command = command] { emit(commands.*command)(); });
         addAction(made);
     }
+    toldFor_.setSingleShot(true);
+    toldFor_.setInterval(toldTime);
+    connect(&toldFor_, &QTimer::timeout, told_, &QLabel::clear);
     connectModel();
     connect(&services_.theme, &Theme::changed, this, &OperationsWindow::applyTheme);
     applyTheme();
@@ -162,6 +114,27 @@ OperationsWindow::~OperationsWindow() {
 }
 
 // --- What it is made of --------------------------------------------------------------------------------------------
+
+QWidget* OperationsWindow::makeEmpty() {
+    auto* empty = new QWidget(this);
+    auto* middle = new QVBoxLayout(empty);
+    middle->addStretch();
+    emptyTitle_ = new QLabel(empty);
+    QFont large = font();
+    large.setPixelSize(largeText);
+    emptyTitle_->setFont(large);
+    emptyMessage_ = new QLabel(empty);
+    emptyMessage_->setWordWrap(true);
+    for (QLabel* label : {emptyTitle_, emptyMessage_})
+        label->setAlignment(Qt::AlignHCenter);
+    emptyAll_ = new QPushButton(QStringLiteral("Use All Takes of the Folder"), empty);
+    connect(emptyAll_, &QPushButton::clicked, this, [this] { services_.model.setAppliquerTous(true); });
+    middle->addWidget(emptyTitle_, 0, Qt::AlignHCenter);
+    middle->addWidget(emptyMessage_);
+    middle->addWidget(emptyAll_, 0, Qt::AlignHCenter);
+    middle->addStretch();
+    return empty;
+}
 
 QWidget* OperationsWindow::makeTabs() {
     tabs_ = new QListWidget(this);
@@ -283,8 +256,7 @@ void OperationsWindow::showTab() {
     takes_->setNoun(noun);
     preview_->setHeads(noun.at(0).toUpper() + noun.mid(1),
                        renames ? QStringLiteral("New Name") : QStringLiteral("New File"));
-    preview_->setKeepBoth(renames ? OperationPreviewTable::KeepBoth::inMenuAndButton
-                                  : OperationPreviewTable::KeepBoth::never);
+    preview_->setKeepBothOffered(renames);
     showItems();
     showDestination();
     showPreview();
@@ -309,8 +281,7 @@ void OperationsWindow::showItems() {
     emptyTitle_->setVisible(!empty.title.isEmpty());
     emptyMessage_->setText(empty.message);
     // The folder has some, the selection has not.
-    auto* emptyAll = findChild<QPushButton*>(QStringLiteral("emptyAll"));
-    emptyAll->setVisible(model.tab() && empty.title.isEmpty() && model.canChooseAll() && !model.appliquerTous());
+    emptyAll_->setVisible(model.tab() && empty.title.isEmpty() && model.canChooseAll() && !model.appliquerTous());
     pages_->setCurrentIndex(empty.isEmpty() ? 1 : 0);
     std::vector<TakeCheckRow> rows;
     rows.reserve(model.items().size());
@@ -360,7 +331,7 @@ void OperationsWindow::showRunning() {
 
 void OperationsWindow::applyTheme() {
     for (const auto& [tab, item] : tabItems_)
-        item->setIcon(services_.theme.icon(QLatin1String(iconOf(tab))));
+        item->setIcon(services_.theme.icon(QLatin1String(iconNameOf(tab))));
     tabs_->setPalette(listPalette(services_.theme));
     QPalette dimmed = palette();
     dimmed.setColor(QPalette::WindowText, services_.theme.dimmed());
@@ -373,9 +344,7 @@ void OperationsWindow::applyTheme() {
 
 void OperationsWindow::tell(const QString& text) {
     told_->setText(text);
-    QTimer::singleShot(toldTime, this, [this, text] {
-        if (told_->text() == text) told_->clear();
-    });
+    toldFor_.start();
 }
 
 // --- The window ----------------------------------------------------------------------------------------------------

@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QSplitter>
 #include <QStackedWidget>
+#include <QTimer>
 #include <QWidget>
 #include <map>
 
@@ -47,6 +48,7 @@ class OperationsWindow : public QWidget {
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
+    [[nodiscard]] QWidget* makeEmpty();
     [[nodiscard]] QWidget* makeTabs();
     [[nodiscard]] QWidget* makeTakes();
     [[nodiscard]] QWidget* makeForm();
@@ -69,6 +71,7 @@ class OperationsWindow : public QWidget {
     QListWidget* tabs_ = nullptr;  // children, all of them
     QStackedWidget* pages_ = nullptr;
     QLabel *emptyTitle_ = nullptr, *emptyMessage_ = nullptr;
+    QPushButton* emptyAll_ = nullptr;
     QCheckBox* all_ = nullptr;
     QWidget *takesPane_ = nullptr, *previewPane_ = nullptr;
     TakeCheckList* takes_ = nullptr;
@@ -78,6 +81,7 @@ class OperationsWindow : public QWidget {
     std::optional<QList<int>> downSizes_;  ///< of the other tabs, while the report's is shown
     ElidedLabel* destination_ = nullptr;
     QLabel* told_ = nullptr;
+    QTimer toldFor_;
     QPushButton *choose_ = nullptr, *beside_ = nullptr, *run_ = nullptr;
     OperationOverlay* overlay_ = nullptr;
     std::map<OperationsTab, QListWidgetItem*> tabItems_;

@@ -2,10 +2,10 @@
 #include "tests/playback/fake_take.h"
 #include "tests/playback/player/player_stage.h"
 #include "tests/playback/reference_mix.h"
+#include "tests/support/silent_decoder.h"
 
 #include <fstream>
 #include <numeric>
-#include <semaphore>
 
 #include <gtest/gtest.h>
 
@@ -334,19 +334,8 @@ TEST_F(Player, ADeviceChangeKeepsThePositionAndThePlayback) {
     EXPECT_TRUE(comes([&] { return player_.niveauxDB()[0] == meterMinimumDB; })) << "no level stands still";
 }
 
-/// A take whose volume does not answer.
-class SilentDecoder final : public SampleDecoder {
-  public:
-    [[nodiscard]] std::unique_ptr<SampleStream> open(const std::filesystem::path&) const override {
-        asked.release();
-        answer.acquire();
-        throw std::filesystem::filesystem_error("silent", std::make_error_code(std::errc::io_error));
-    }
-    mutable std::counting_semaphore<8> asked{0}, answer{0};
-};
-
 TEST_F(Player, AVolumeThatDoesNotAnswerKeepsNobodyFromPlayingAnotherTakeOrQuitting) {
-    const SilentDecoder silent;
+    const test::SilentDecoder silent;
     auto player = std::make_unique<LecteurCoreAudio>(
         settings_, silent, [] { return std::nullopt; }, output_.outputs());
     std::ofstream(folder_ / "hung.flac") << "for the codecs";

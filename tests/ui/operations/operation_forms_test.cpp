@@ -1,185 +1,112 @@
-#include "app/report_defaults.h"
-#include "tests/ui/operations/widget_stage.h"
-#include "ui/operations/export_form.h"
-#include "ui/operations/report_form_view.h"
+#include "ui/operations/operation_forms.h"
 
-#include <QComboBox>
+#include "tests/ui/operations/operations_stage.h"
+
 #include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QSignalSpy>
-#include <QStandardItemModel>
 
 namespace dravik {
 namespace {
 
-class OperationForms : public test::WidgetStage {
-  protected:
-    /// The entry, as it is chosen with keys.
-    void choose(const QString& box, const QString& entry) const {
-        auto& combo = named<QComboBox>(box);
-        const int place = combo.findText(entry);
-        ASSERT_GE(place, 0) << entry.toStdString();
-        combo.setFocus();
-        for (int key = 0; key < combo.count() && combo.currentIndex() != place; ++key)
-            QTest::keyClick(&combo, combo.currentIndex() < place ? Qt::Key_Down : Qt::Key_Up);
-        EXPECT_EQ(combo.currentText(), entry);
-    }
-    [[nodiscard]] QString shown(const QString& box) const { return named<QComboBox>(box).currentText(); }
-};
+using testing::ElementsAre;
 
-const std::vector<TrackName> four = {
-    {1, QStringLiteral("Mix")}, {2, QStringLiteral("Boom")}, {3, {}}, {4, QStringLiteral("Lav")}};
+/// What the forms send to the controller and show of it.
+using OperationFormsTest = test::OperationsStage;
 
-TEST_F(OperationForms, AnExportShowsWhatItsFormatAllowsAndGivesNothingElse) {
-    ExportForm form;
-    form.setTracks(four);
-    ExportAudioSessionState state;
-    state.frequence = ExportSampleRate::fixed(96000);
-    state.appliquerTous = true;
-    state.sourcesDesactivees = {"/day/A.wav"};
-    QSignalSpy changed(&form, &ExportForm::stateChanged);
-    form.setState(state);
-    show(form);
-    EXPECT_EQ(changed.count(), 0);
-    expectNamed();
-
-    choose(QStringLiteral("Format"), QStringLiteral("MP3"));
-    EXPECT_EQ(form.state().modeCanaux, ExportAudioChannelMode::stereo) << "an MP3 has two channels at most";
-    EXPECT_EQ(form.state().frequence, ExportSampleRate::original()) << "and not that rate";
-    EXPECT_TRUE(form.state().appliquerTous);
-    EXPECT_EQ(form.state().sourcesDesactivees, state.sourcesDesactivees);
-    EXPECT_EQ(changed.count(), 1);
-    EXPECT_FALSE(named<QComboBox>(QStringLiteral("Bit depth")).isVisible());
-    choose(QStringLiteral("Bit rate"), QStringLiteral("320 kbit/s"));
-    const auto& channels = named<QComboBox>(QStringLiteral("Channels"));
-    const auto* modes = qobject_cast<QStandardItemModel*>(channels.model());
-    EXPECT_FALSE(modes->item(channels.findText(QStringLiteral("Poly WAV")))->isEnabled());
-
-    choose(QStringLiteral("Format"), QStringLiteral("AAC"));
-    EXPECT_FALSE(named<QComboBox>(QStringLiteral("Sample rate")).isEnabled());
-    choose(QStringLiteral("Format"), QStringLiteral("WAV"));
-    EXPECT_TRUE(named<QComboBox>(QStringLiteral("Bit depth")).isVisible());
-    choose(QStringLiteral("Bit depth"), QStringLiteral("32-bit float"));
-    choose(QStringLiteral("Sample rate"), QStringLiteral("44.1 kHz"));
-    EXPECT_EQ(form.state().profondeurWAV, ExportWAVBitDepth::float32);
-    EXPECT_EQ(form.state().frequence, ExportSampleRate::fixed(44100));
-    EXPECT_EQ(form.state(), form.state().allowed());
-}
-
-TEST_F(OperationForms, TracksAreChosenForTheChannelsThatThereAre) {
-    ExportForm form;
-    form.setTracks(four);
-    ExportAudioSessionState state;
-    state.modeCanaux = ExportAudioChannelMode::mono;
-    form.setState(state);
-    show(form);
-    EXPECT_EQ(shown(QStringLiteral("Track")), QStringLiteral("1  Mix"));
-    auto& level = named<QComboBox>(QStringLiteral("Level of the mix"));
-    EXPECT_FALSE(level.isEnabled()) << "one track alone has none";
-    const int height = form.sizeHint().height();
-    choose(QStringLiteral("Mixed with"), QStringLiteral("4  Lav"));
-    EXPECT_TRUE(level.isEnabled());
-    choose(QStringLiteral("Level of the mix"), QStringLiteral("−6 dB"));
-    EXPECT_EQ(form.state().pisteMonoSource1, std::nullopt) << "the first track of whichever take";
-    EXPECT_EQ(form.state().pisteMonoSource2, 3);
-    EXPECT_EQ(form.state().gainMoyenneMono, ExportMonoAverageGain::minus6);
-    choose(QStringLiteral("Track"), QStringLiteral("Track 3"));
-    choose(QStringLiteral("Mixed with"), QStringLiteral("None"));
-    EXPECT_EQ(form.state().pisteMonoSource1, 2);
-    EXPECT_EQ(form.state().pisteMonoSource2, std::nullopt);
-
-    choose(QStringLiteral("Channels"), QStringLiteral("Stereo"));
-    choose(QStringLiteral("Right"), QStringLiteral("4  Lav"));
-    EXPECT_EQ(form.state().pisteDroite, 3);
-    EXPECT_EQ(form.sizeHint().height(), height) << "nothing jumps";
-    form.setTracks({four[0], four[1]});
-    EXPECT_EQ(shown(QStringLiteral("Right")), QStringLiteral("Track 4 — not in this take"));
-    choose(QStringLiteral("Left"), QStringLiteral("2  Boom"));
-    EXPECT_EQ(form.state().pisteDroite, 3) << "what another take has is kept";
-}
-
-class ReportView : public OperationForms {
-  protected:
-    ReportFormView view{settings, theme};
-};
-
-TEST_F(ReportView, AFieldForOwnTextAppearsWithCustom) {
-    show(view, {760, 460});
-    expectNamed();
-    struct Case {
-        const char* title;
-        std::string ReportForm::*mode;
-        std::string ReportForm::*text;
+TEST_F(OperationFormsTest, MarksOfTracksAreOfTheTakeThatIsShown) {
+    const struct {
+        void (Commands::*command)();
+        int row;  // of the list of tracks
+        std::function<bool(const TrackChoices&)> isChosen;
+    } cases[] = {
+        {&Commands::dravikSplitAudio, 0, [](const TrackChoices& one) { return one.stereoTracks12; }},
+        {&Commands::dravikSplitAudio, 2, [](const TrackChoices& one) { return one.monoCanaux == std::set{0}; }},
+        {&Commands::dravikRemoveTracks, 1, [](const TrackChoices& one) { return one.supprimes == std::set{1}; }},
+        {&Commands::dravikMergeAudio, 1, [](const TrackChoices& one) { return one.exclus == std::set{1}; }},
     };
-    const Case cases[] = {{"Reference Level", &ReportForm::referenceMode, &ReportForm::referenceAutre},
-                          {"Frame Rate", &ReportForm::framerateMode, &ReportForm::framerateAutre},
-                          {"Sample Rate", &ReportForm::sampleRateMode, &ReportForm::sampleRateAutre},
-                          {"Bit Depth", &ReportForm::bitDepthMode, &ReportForm::bitDepthAutre}};
-    const int height = view.sizeHint().height();
-    for (const Case& one : cases) {
-        const QString title = QString::fromLatin1(one.title);
-        const auto& custom = named<QLineEdit>(QStringLiteral("Custom %1").arg(title));
-        EXPECT_FALSE(custom.isVisible());
-        choose(title, QStringLiteral("Custom…"));
-        ASSERT_TRUE(custom.isVisible());
-        EXPECT_TRUE(custom.hasFocus()) << "to be typed at once";
-        type(QStringLiteral("own"));
-        EXPECT_EQ(view.form().*one.mode, "custom");
-        EXPECT_EQ(view.form().*one.text, "own");
+    for (const auto& [command, row, isChosen] : cases) {
+        show(command);
+        goTo(takes(), 0);
+        const QModelIndex mark = tracks().model()->index(row, 0);
+        const auto shown = [&] { return mark.data(Qt::CheckStateRole).toInt(); };
+        const int before = shown();
+        ASSERT_FALSE(isChosen(operations->currentChoices()));
+        spaceOn(tracks(), row);
+        EXPECT_TRUE(isChosen(operations->currentChoices()));
+        EXPECT_NE(shown(), before);
+        if (operations->items().size() < 2) continue;
+        goTo(takes(), 1);
+        EXPECT_FALSE(isChosen(operations->currentChoices()));
+        EXPECT_EQ(shown(), before) << "the other take has its own";
+        goTo(takes(), 0);
+        EXPECT_NE(shown(), before);
+        click(QStringLiteral("Use for 1 More Take"));
+        goTo(takes(), 1);
+        EXPECT_TRUE(isChosen(operations->currentChoices()));
+        EXPECT_NE(shown(), before);
     }
-    EXPECT_EQ(view.sizeHint().height(), height) << "nothing jumps";
-    choose(QStringLiteral("Frame Rate"), QStringLiteral("29.97 DF"));
-    EXPECT_EQ(view.form().framerateMode, "29.97 DF");
-    EXPECT_EQ(view.form().framerateAutre, "own") << "kept for the next time";
-    EXPECT_FALSE(named<QLineEdit>(QStringLiteral("Custom Frame Rate")).isVisible());
 }
 
-TEST_F(ReportView, DefaultsAreKeptWithTheirKeysAndLoadedAgain) {
-    show(view, {760, 460});
-    QSignalSpy changed(&view, &ReportFormView::formChanged);
-    named<QLineEdit>(QStringLiteral("Director")).setFocus();
-    type(QStringLiteral("A. B."));
-    named<QPlainTextEdit>(QStringLiteral("Report Notes")).setFocus();
-    type(QStringLiteral("note"));
+TEST_F(OperationFormsTest, AnOrderIsOfTheTakeThatIsShown) {
+    show(&Commands::dravikReorderTracks);
+    goTo(takes(), 0);
+    auto& order = child<TrackOrderList>();
+    goTo(order.view(), 0);
+    press(Qt::Key_Down, Qt::AltModifier);
+    EXPECT_THAT(operations->currentChoices().ordre, ElementsAre(1, 0));
+    goTo(takes(), 1);
+    EXPECT_THAT(order.order(), ElementsAre(0, 1));
+    goTo(takes(), 0);
+    EXPECT_THAT(order.order(), ElementsAre(1, 0));
+    EXPECT_FALSE(operations->preserveTrackNumbers());
+    click(QStringLiteral("Preserve Track Numbers"));
+    EXPECT_TRUE(operations->preserveTrackNumbers());
+}
+
+TEST_F(OperationFormsTest, ATakeThatIsLeftOutStaysOutWhateverTheExportIs) {
+    show(&Commands::dravikExportAudio);
+    spaceOn(takes(), 1);
+    choose(QStringLiteral("Channels"), QStringLiteral("Mono"));
+    choose(QStringLiteral("Mixed with"), QStringLiteral("2  Lav"));
+    EXPECT_EQ(operations->exportState().modeCanaux, ExportAudioChannelMode::mono);
+    EXPECT_EQ(operations->exportState().pisteMonoSource2, 1);
+    press(Qt::Key_PageDown, Qt::ControlModifier);
+    press(Qt::Key_PageUp, Qt::ControlModifier);
+    EXPECT_EQ(operations->tab(), OperationsTab::export_);
+    EXPECT_FALSE(operations->items()[1].checked);
+    EXPECT_EQ(operations->checkedCount(), 2);
+    EXPECT_EQ(seen<QComboBox>(QStringLiteral("Channels")).currentText(), "Mono") << "and the form is as it was left";
+}
+
+TEST_F(OperationFormsTest, NamesAreMadeOfTheBlocksAndRulesThatAreChosen) {
+    show(&Commands::dravikBatchRename);
+    clearPattern();
+    click(QStringLiteral("Scene"));
+    EXPECT_EQ(patternText(operations->renameChoice().pattern), "{scene}");
+    click(QStringLiteral("Keep Both wherever names collide"));
+    click(QStringLiteral("Keep separators of empty values"));
+    click(QStringLiteral("Copy && Rename"));
+    const BatchRenameChoice& choice = operations->renameChoice();
+    EXPECT_TRUE(choice.keepBoth);
+    EXPECT_EQ(choice.emptyTokens, OperationsAudio::EmptyTokens::leaveSeparators);
+    EXPECT_EQ(choice.mode, OperationAudioBatchRenameMode::copyAndRename);
+    press(Qt::Key_Left);
+    EXPECT_EQ(choice.mode, OperationAudioBatchRenameMode::renameInPlace) << "the one before, with an arrow";
+}
+
+TEST_F(OperationFormsTest, ATapeIsTypedForOneFolder) {
+    show(&Commands::dravikExportReport);
+    auto& tape = seen<QLineEdit>(QStringLiteral("Tape"));
+    tape.setFocus();
+    press(Qt::Key_7);
+    EXPECT_EQ(operations->reportTape(), "7");
     click(QStringLiteral("CSV"));
-    click(QStringLiteral("Format"));
-    EXPECT_EQ(changed.count(), 5 + 4 + 2);
-    EXPECT_TRUE(view.form().colonnes.format);
-    click(QStringLiteral("Set as Default"));
-    EXPECT_NO_THROW(static_cast<void>(named<QPushButton>(QStringLiteral("✓ Defaults Saved"))));
-    EXPECT_EQ(reportDefaults(settings), view.form());
-
-    ReportForm other;
-    other.realisateur = "C. D.";
-    other.bitDepthMode = "of a later version";
-    changed.clear();
-    view.setForm(other);
-    EXPECT_EQ(changed.count(), 0);
-    EXPECT_EQ(shown(QStringLiteral("Bit Depth")), QStringLiteral("of a later version"));
-    click(QStringLiteral("Load Defaults"));
-    EXPECT_EQ(view.form().realisateur, "A. B.");
-    EXPECT_FALSE(view.form().inclureCSV);
-    EXPECT_EQ(changed.count(), 1);
-    EXPECT_EQ(ReportFormView(settings, theme).form(), view.form()) << "a new form opens with them";
-}
-
-TEST_F(ReportView, WhatTheFilesSayShowsWhereNothingIsTyped) {
-    show(view, {760, 460});
-    QSignalSpy tape(&view, &ReportFormView::tapeChanged);
-    FileValues values;
-    values.tape = "24A08";
-    values.production = "Film";
-    values.sampleRate = "48 kHz";
-    view.setFileValues(values);
-    EXPECT_EQ(shown(QStringLiteral("Sample Rate")), QStringLiteral("From the files (48 kHz)"));
-    EXPECT_EQ(shown(QStringLiteral("Bit Depth")), QStringLiteral("From the files"));
-    auto& field = named<QLineEdit>(QStringLiteral("Tape"));
-    EXPECT_EQ(field.placeholderText(), QStringLiteral("24A08"));
-    EXPECT_EQ(view.tape(), QString()) << "what files say is not typed text";
-    field.setFocus();
-    type(QStringLiteral("B2"));
-    EXPECT_EQ(tape.count(), 2);
-    EXPECT_EQ(view.tape(), QStringLiteral("B2"));
+    EXPECT_FALSE(operations->reportForm().inclureCSV);
+    const test::TempFolder other;
+    test::recorderFile({}, {}, 4800).write(other / "B1.wav");
+    open(other.path());
+    EXPECT_EQ(operations->reportTape(), "");
+    EXPECT_EQ(tape.text(), "") << "the next folder is of another day";
+    EXPECT_FALSE(operations->reportForm().inclureCSV);
 }
 
 }  // namespace

@@ -45,11 +45,6 @@ class Overlay : public test::WidgetStage {
         below.setAccessibleName(QStringLiteral("Below"));
         below.setFocus();
     }
-    [[nodiscard]] bool says(const QString& text) const {
-        const auto labels = overlay.findChildren<QLabel*>();
-        return std::any_of(labels.begin(), labels.end(),
-                           [&](const QLabel* one) { return one->isVisible() && one->text() == text; });
-    }
     [[nodiscard]] QString line(int row) { return overlay.results().model()->index(row, 0).data().toString(); }
 
     QLineEdit below;

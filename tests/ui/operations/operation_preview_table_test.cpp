@@ -17,7 +17,8 @@ class PreviewTable : public test::WidgetStage {
         std::vector<OperationPreviewRow> all;
         for (int row = 0; row < count; ++row) {
             all.push_back({QStringLiteral("a%1.wav").arg(row), QStringLiteral("b%1.wav").arg(row),
-                           row == problemAt ? QStringLiteral("Duplicate filename: b.wav") : QString(), row == 1, true});
+                           row == problemAt ? QStringLiteral("Duplicate filename: b.wav") : QString(), row == 1, true,
+                           row == 1 ? QStringLiteral("keeps its name") : QString()});
         }
         return all;
     }
@@ -55,7 +56,7 @@ TEST_F(PreviewTable, AProblemIsToldInItsRowAndAColumnOfItsOwn) {
     EXPECT_EQ(problem.data().toString(), QStringLiteral("Duplicate filename: b.wav"));
     EXPECT_FALSE(problem.data(Qt::DecorationRole).value<QIcon>().isNull());
     EXPECT_TRUE(problem.siblingAtColumn(1).data(Qt::ToolTipRole).toString().contains(QStringLiteral("Duplicate")));
-    EXPECT_EQ(problem.sibling(1, 1).data(Qt::AccessibleTextRole).toString(), QStringLiteral("b1.wav, unchanged"));
+    EXPECT_EQ(problem.sibling(1, 1).data(Qt::AccessibleTextRole).toString(), QStringLiteral("b1.wav, keeps its name"));
     table.setRows(rows(4));
     EXPECT_TRUE(table.table().isColumnHidden(2));
 }
@@ -69,7 +70,7 @@ TEST_F(PreviewTable, KeepBothIsOfferedWhereItHelps) {
     QSignalSpy asked(&table, &OperationPreviewTable::keepBothRequested);
     openMenu(2);
     EXPECT_EQ(table.findChild<QMenu*>(), nullptr) << "not unless the caller has it offered";
-    table.setKeepBoth(OperationPreviewTable::KeepBoth::inMenuAndButton);
+    table.setKeepBothOffered(true);
     auto& button = named<QPushButton>(QStringLiteral("Keep Both"));
     for (const auto& [row, offered] : {std::pair{0, false}, {2, true}, {3, false}}) {
         table.table().selectRow(row);

@@ -141,10 +141,6 @@ class TakeMarks : public test::WidgetStage {
             all.push_back({QStringLiteral("Take %1").arg(row), QStringLiteral("2 tracks"), row % 2 == 0});
         return all;
     }
-    [[nodiscard]] bool says(const QString& text) const {
-        const auto labels = window.findChildren<QLabel*>();
-        return std::any_of(labels.begin(), labels.end(), [&](const QLabel* one) { return one->text() == text; });
-    }
 
     TakeCheckList list{theme};
 };

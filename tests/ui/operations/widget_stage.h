@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/app/main_window_stage.h"
+#include "tests/ui/by_keys.h"
 #include "ui/theme.h"
 
 #include <QAbstractButton>
@@ -38,6 +39,13 @@ class WidgetStage : public testing::Test {
     }
     void click(const QString& name) const {
         QTest::mouseClick(&named<QAbstractButton>(name), Qt::LeftButton, {}, {8, 8});
+    }
+    void choose(const QString& box, const QString& entry) const { chooseByKeys(named<QComboBox>(box), entry); }
+    [[nodiscard]] QString shown(const QString& box) const { return named<QComboBox>(box).currentText(); }
+    [[nodiscard]] bool says(const QString& text) const {
+        const auto labels = window.findChildren<QLabel*>();
+        return std::any_of(labels.begin(), labels.end(),
+                           [&](const QLabel* one) { return one->isVisible() && one->text() == text; });
     }
     /// Keys go where a user's would.
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const {

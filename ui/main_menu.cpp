@@ -1,0 +1,307 @@
+#include "ui/main_menu.h"
+
+#include "ui/metrics.h"
+#include "ui/operations/operation_icons.h"
+#include "ui/take_table.h"
+#include "ui/transport_actions.h"
+
+#include <QActionGroup>
+#include <QMenuBar>
+#include <QToolBar>
+#include <QToolButton>
+#include <optional>
+
+namespace dravik {
+namespace {
+
+/// What the menu says of an operation, beside its name; its key where it has one.
+struct OperationEntry {
+    std::optional<KeyId> key;
+    QString help;
+};
+OperationEntry entryOf(OperationsTab tab) {
+    switch (tab) {
+        case OperationsTab::merge:
+            return {{}, QStringLiteral("Make one poly file of the mono files of a take")};
+        case OperationsTab::split:
+            return {{}, QStringLiteral("Make mono files of the tracks of a poly file")};
+        case OperationsTab::deleteTracks:
+            return {{}, QStringLiteral("Make a poly file without some of its tracks")};
+        case OperationsTab::reorderTracks:
+            return {{}, QStringLiteral("Make a file with its tracks in another order")};
+        case OperationsTab::rename:
+            return {KeyId::batchRename, QStringLiteral("Give files names made of their metadata")};
+        case OperationsTab::export_:
+            return {KeyId::exportAudio, QStringLiteral("Make WAV, MP3 or AAC files of the takes")};
+        case OperationsTab::report:
+            return {KeyId::exportReport, QStringLiteral("Make the sound report of the day")};
+    }
+    return {};
+}
+
+}  // namespace
+
+MainMenu::MainMenu(const Services& services, QMainWindow& window)
+    : QObject(&window), services_(services), window_(window) {
+    makeShared();
+    makeFile();
+    makeEdit();
+    makeTake();
+    makeOperations();
+    makeView();
+    makePlaybackAndWindow();
+    makeHelp();
+    makeToolbar();
+
+    OperationMenuState& state = services_.operations;
+    const auto enable = [this, &state] {
+        for (const auto& [tab, made] : operations_)
+            made->setEnabled(state.availability().can(tab));
+    };
+    connect(&state, &OperationMenuState::changed, this, enable);
+    enable();
+    connect(&services_.content, &ContentView::pendingChanged, this, &MainMenu::refresh);
+    connect(&services_.content, &ContentView::selectionChanged, this, &MainMenu::refresh);
+    connect(&services_.content, &ContentView::sauvegardeEnCoursChanged, this, &MainMenu::refresh);
+    connect(&services_.table, &TakeTable::selectionChanged, this, &MainMenu::refresh);
+    connect(&services_.theme, &Theme::changed, this, &MainMenu::refreshIcons);
+    refreshIcons();
+    refresh();
+}
+
+// --- One action ----------------------------------------------------------------------------------------------------
+
+QAction* MainMenu::action(KeyId key, const QString& icon, const QString& help, std::function<void()> run) {
+    QAction* made = action(shortcut(key).name, icon, help, std::move(run));
+    made->setShortcut(keyOf(key));
+    made->setToolTip(QStringLiteral("%1 (%2)").arg(made->toolTip(), keyText(key)));
+    return made;
+}
+
+QAction* MainMenu::action(const QString& text, const QString& icon, const QString& help, std::function<void()> run) {
+    auto* made = new QAction(text, this);
+    made->setToolTip(help.isEmpty() ? text : help);
+    made->setStatusTip(help);
+    if (!icon.isEmpty()) icons_.emplace_back(made, icon);
+    if (run) connect(made, &QAction::triggered, this, [run = std::move(run)] { run(); });
+    return made;
+}
+
+QAction* MainMenu::post(KeyId key, const char* icon, const char* help, void (Commands::*command)()) {
+    return action(key, QString::fromLatin1(icon), QString::fromLatin1(help),
+                  [&commands = services_.commands, command] { emit(commands.*command)(); });
+}
+
+template <typename What>
+QAction* MainMenu::onTakes(const What& what, const QString& help, void (TakeTable::*run)()) {
+    QAction* made = action(what, {}, help, {});
+    connect(made, &QAction::triggered, &services_.table, run);
+    needTakes_.push_back(made);
+    return made;
+}
+
+QMenu* MainMenu::menu(const QString& title) { return window_.menuBar()->addMenu(title); }
+
+// --- The menus -----------------------------------------------------------------------------------------------------
+
+void MainMenu::makeShared() {
+    saveAll_ = action(QStringLiteral("Save All"), QStringLiteral("save"), QStringLiteral("Save all pending changes"),
+                      [this] { emit services_.commands.dravikSaveChanges(); });
+    discard_ = action(QStringLiteral("Discard"), QStringLiteral("discard"),
+                      QStringLiteral("Discard all unsaved changes"), [this] { services_.content.discardAll(); });
+    undo_ = action(KeyId::undo, QStringLiteral("undo"), {}, [this] {
+        services_.content.undo();
+        services_.table.showLastChange();
+    });
+    redo_ = action(KeyId::redo, QStringLiteral("redo"), {}, [this] {
+        services_.content.redo();
+        services_.table.showLastChange();
+    });
+    loadFolder_ = post(KeyId::loadFolder, "folder", "Open a folder of recordings", &Commands::dravikLoadFolder);
+    showBrowser_ =
+        action(KeyId::showBrowser, QStringLiteral("browser"), QStringLiteral("Show or hide the folder browser"),
+               [this] { emit browserShown(showBrowser_->isChecked()); });
+    showBrowser_->setCheckable(true);
+    auto* modes = new QActionGroup(this);
+    const auto mode = [&](PresentationMode which, QAction* made) {
+        made->setCheckable(true);
+        modes_[which] = modes->addAction(made);
+    };
+    mode(PresentationMode::table, post(KeyId::showTable, "", "The table alone", &Commands::dravikShowTable));
+    mode(PresentationMode::waveforms, post(KeyId::showWaveforms, "waveform", "The waveform of the selected take below",
+                                           &Commands::dravikShowWaveforms));
+    mode(PresentationMode::mixer,
+         post(KeyId::showMixer, "mixer", "The monitoring mixer below", &Commands::dravikShowMixerView));
+}
+
+void MainMenu::makeFile() {
+    QMenu* file = menu(QStringLiteral("&File"));
+    file->addAction(loadFolder_);
+    file->addAction(post(KeyId::loadFile, "file", "Open a recording and its folder", &Commands::dravikLoadFile));
+    file->addAction(action(KeyId::reload, {}, QStringLiteral("Read the folder again; unsaved changes stay"),
+                           [this] { emit reloadRequested(); }));
+    file->addSeparator();
+    file->addAction(post(KeyId::save, "save", "Save all pending changes", &Commands::dravikSaveChanges));
+    file->addAction(discard_);
+    file->addSeparator();
+    file->addAction(action(KeyId::preferences, {}, {}, [this] { emit preferencesRequested(); }));
+    file->addSeparator();
+    QAction* quit = action(KeyId::quit, {}, {}, [this] { emit quitRequested(); });
+    quit->setMenuRole(QAction::QuitRole);
+    file->addAction(quit);
+}
+
+void MainMenu::makeEdit() {
+    QMenu* edit = menu(QStringLiteral("&Edit"));
+    edit->addAction(undo_);
+    edit->addAction(redo_);
+    edit->addSeparator();
+    // The table has these keys while it has the keyboard; text fields keep their own.
+    edit->addAction(onTakes(QStringLiteral("Copy Column"), QStringLiteral("Copy the current column of the selection"),
+                            &TakeTable::copy));
+    edit->addAction(onTakes(QStringLiteral("Paste Column"),
+                            QStringLiteral("Paste lines downwards from the first selected row"), &TakeTable::paste));
+    edit->addSeparator();
+    edit->addAction(action(KeyId::find, QStringLiteral("search"), QStringLiteral("Filter the takes"),
+                           [this] { services_.table.focusFilter(); }));
+}
+
+void MainMenu::makeTake() {
+    QMenu* take = menu(QStringLiteral("&Take"));
+    take->addAction(onTakes(QStringLiteral("Edit Cell"),
+                            QStringLiteral("Edit the current cell of the table (%1)").arg(keyText(KeyId::editCell)),
+                            &TakeTable::editCurrentCell));
+    take->addAction(onTakes(KeyId::toggleCircled, QStringLiteral("Circle the selected takes, or take the circle away"),
+                            &TakeTable::toggleCircled));
+    take->addSeparator();
+    take->addAction(onTakes(KeyId::fillDown,
+                            QStringLiteral("The value of the first selected row for all selected rows"),
+                            &TakeTable::fillDown));
+    take->addAction(onTakes(KeyId::incrementTakes, QStringLiteral("Each selected row gets the take after its own"),
+                            &TakeTable::incrementTakes));
+    take->addAction(onTakes(QStringLiteral("Number Takes"),
+                            QStringLiteral("Count up from the first selected row's take"), &TakeTable::numberTakes));
+    take->addSeparator();
+    group_ = action(QStringLiteral("Group Mono Files"), {},
+                    QStringLiteral("Show the mono files of one take as one row"), [this] {
+                        services_.content.setRegrouperFichiersMono(group_->isChecked());
+                        refresh();  // it may have been refused
+                    });
+    group_->setCheckable(true);
+    take->addAction(group_);
+}
+
+void MainMenu::makeOperations() {
+    Commands& commands = services_.commands;
+    QMenu* operations = menu(QStringLiteral("&Operations"));
+    showOperations_ = post(KeyId::showOperations, "operations",
+                           "Make new files of the takes, rename them, or report them", &Commands::dravikShowOperations);
+    operations->addAction(showOperations_);
+    operations->addSeparator();
+    for (const OperationsTab tab : allOperationsTabs) {
+        const OperationEntry entry = entryOf(tab);
+        const auto run = [&commands, command = commandOf(tab)] { emit(commands.*command)(); };
+        const QString icon = QString::fromLatin1(iconNameOf(tab));
+        operations_[tab] =
+            entry.key ? action(*entry.key, icon, entry.help, run) : action(textsOf(tab).title, icon, entry.help, run);
+        operations->addAction(operations_[tab]);
+    }
+    operations->addSeparator();
+    operations->addAction(post(KeyId::nextOperationsTab, "", "", &Commands::dravikOperationsNextTab));
+    operations->addAction(post(KeyId::previousOperationsTab, "", "", &Commands::dravikOperationsPreviousTab));
+}
+
+void MainMenu::makeView() {
+    QMenu* view = menu(QStringLiteral("&View"));
+    for (const auto& [mode, shown] : modes_)
+        view->addAction(shown);
+    view->addSeparator();
+    showEditor_ = action(KeyId::showEditor, {}, QStringLiteral("Show or hide the fields of the selected take"),
+                         [this] { emit editorShown(showEditor_->isChecked()); });
+    showEditor_->setCheckable(true);
+    view->addAction(showEditor_);
+    view->addAction(showBrowser_);
+    view->addSeparator();
+    view->addAction(action(KeyId::goToBrowser, {}, {}, [this] {
+        if (!showBrowser_->isChecked()) showBrowser_->trigger();
+        emit browserRequested();
+    }));
+    view->addAction(action(KeyId::goToTable, {}, {}, [this] { emit tableRequested(); }));
+    view->addAction(action(KeyId::goToEditor, {}, {}, [this] { emit editorRequested(); }));
+}
+
+void MainMenu::makePlaybackAndWindow() {
+    auto* transport = new TransportActions(services_.content, services_.playback, services_.settings, this);
+    transport->fill(*menu(QStringLiteral("&Playback")));
+
+    QMenu* windows = menu(QStringLiteral("&Window"));
+    windows->addAction(post(KeyId::mixerWindow, "mixer", "", &Commands::dravikShowFloatingMixer));
+    windows->addAction(post(KeyId::metersWindow, "meters", "", &Commands::dravikShowFloatingMeters));
+    windows->addAction(post(KeyId::floatingTransport, "transport", "", &Commands::dravikShowLargeTransport));
+}
+
+void MainMenu::makeHelp() {
+    QMenu* help = menu(QStringLiteral("&Help"));
+    help->addAction(action(KeyId::showShortcuts, {}, {}, [this] { emit shortcutsRequested(); }));
+    help->addAction(action(QStringLiteral("Third-Party Licenses…"), {}, {}, [this] { emit licencesRequested(); }));
+    help->addSeparator();
+    QAction* about = action(QStringLiteral("About Dravik"), {}, {}, [this] { emit aboutRequested(); });
+    about->setMenuRole(QAction::AboutRole);
+    help->addAction(about);
+}
+
+void MainMenu::makeToolbar() {
+    QToolBar* bar = window_.addToolBar(QStringLiteral("Toolbar"));
+    bar->setObjectName(QStringLiteral("toolbar"));
+    bar->setMovable(false);
+    bar->setContextMenuPolicy(Qt::PreventContextMenu);
+    bar->setIconSize(QSize(metrics::toolIconSide, metrics::toolIconSide));
+    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    bar->addAction(showBrowser_);
+    bar->addAction(loadFolder_);
+    bar->addSeparator();
+    bar->addAction(undo_);
+    bar->addAction(redo_);
+    bar->addSeparator();
+    for (const PresentationMode mode : {PresentationMode::waveforms, PresentationMode::mixer})
+        bar->addAction(modes_.at(mode));
+    bar->addSeparator();
+    bar->addAction(showOperations_);
+    auto* space = new QWidget(bar);
+    space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    bar->addWidget(space);
+    bar->addAction(discard_);
+    bar->addAction(saveAll_);
+    for (QAction* iconOnly : {showBrowser_, undo_, redo_}) {
+        qobject_cast<QToolButton*>(bar->widgetForAction(iconOnly))->setToolButtonStyle(Qt::ToolButtonIconOnly);
+    }
+}
+
+// --- Showing the state ---------------------------------------------------------------------------------------------
+
+void MainMenu::refreshIcons() {
+    for (const auto& [made, name] : icons_)
+        made->setIcon(services_.theme.icon(name));
+}
+
+void MainMenu::refresh() {
+    const ContentView& content = services_.content;
+    const std::size_t pending = content.rows().editedRows().size();
+    const bool saving = content.sauvegardeEnCours();
+    saveAll_->setEnabled(pending > 0 && !saving);
+    saveAll_->setText(pending > 0 ? QStringLiteral("Save All (%1)").arg(static_cast<qulonglong>(pending))
+                                  : QStringLiteral("Save All"));
+    discard_->setEnabled(pending > 0 && !saving);
+    undo_->setEnabled(content.canUndo());
+    undo_->setText(content.canUndo() ? QStringLiteral("Undo %1").arg(content.undoName()) : QStringLiteral("Undo"));
+    redo_->setEnabled(content.canRedo());
+    redo_->setText(content.canRedo() ? QStringLiteral("Redo %1").arg(content.redoName()) : QStringLiteral("Redo"));
+    undo_->setToolTip(QStringLiteral("%1 (%2)").arg(undo_->text(), keyText(KeyId::undo)));
+    redo_->setToolTip(QStringLiteral("%1 (%2)").arg(redo_->text(), keyText(KeyId::redo)));
+    group_->setChecked(content.regrouperFichiersMono());
+    const bool any = !content.rows().groupesTableau().empty();
+    for (QAction* one : needTakes_)
+        one->setEnabled(any && !saving);
+}
+
+}  // namespace dravik
