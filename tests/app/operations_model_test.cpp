@@ -263,7 +263,9 @@ TEST_F(OperationsModelTest, ATakeThatIsLeftOutStaysSoWhateverElseIsChosenOrRenam
     other.format = ExportAudioFormat::mp3;
     model.setChecked(0, false);
     model.setExportState(other);  // of a form that has not heard of it
+    content->setOperationsEnCours(true);
     std::filesystem::rename(folder / "A1.wav", folder / "B1.wav");
+    content->setOperationsEnCours(false);
     content->filesRenamed({{folder / "A1.wav", folder / "B1.wav"}});
     settle();
     ASSERT_TRUE(model.setTab(OperationsTab::split));
