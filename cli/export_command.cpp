@@ -1,20 +1,15 @@
 #include "cli/export_command.h"
 
-#include "base/paths.h"
-#include "cli/display_text.h"
 #include "cli/operation_command.h"
 #include "editing/save_rename_plan.h"
-#include "model/audio_metadata.h"
 #include "operations/track_eligibility.h"
 #include "platform/lame/lame_encoder.h"
 #include "platform/media/lazy_aac_encoders.h"
 #include "platform/media/lazy_sample_decoder.h"
 #include "platform/soxr/soxr_converter.h"
 
-#include <algorithm>
-
-#include <fmt/format.h>
-#include <fmt/ranges.h>
+#include <filesystem>
+#include <memory>
 
 namespace dravik {
 namespace {
