@@ -71,9 +71,9 @@ OperationsModel::OperationsModel(const Services& services)
         rename_.keepBothFor.clear();
         reportTape_.clear();
         // Whoever asks the volume of the folder before may never come back.
-        if (*inFlight_ > 0) {
+        if (*plansOut_ > 0) {
             planner_ = std::make_unique<LooseBackground>();
-            inFlight_ = std::make_shared<int>(0);
+            plansOut_ = std::make_shared<int>(0);
         }
         emit choicesChanged();
     });
@@ -87,17 +87,8 @@ OperationsModel::OperationsModel(const Services& services)
     connect(&content, &ContentView::operationStopRequested, &run_, &OperationsRun::cancel);
 
     Commands& commands = services_.commands;
-    const std::pair<void (Commands::*)(), OperationsTab> tabs[] = {
-        {&Commands::dravikMergeAudio, OperationsTab::merge},
-        {&Commands::dravikSplitAudio, OperationsTab::split},
-        {&Commands::dravikRemoveTracks, OperationsTab::deleteTracks},
-        {&Commands::dravikReorderTracks, OperationsTab::reorderTracks},
-        {&Commands::dravikBatchRename, OperationsTab::rename},
-        {&Commands::dravikExportAudio, OperationsTab::export_},
-        {&Commands::dravikExportReport, OperationsTab::report},
-    };
-    for (const auto& [command, tab] : tabs)
-        connect(&commands, command, this, [this, tab = tab] { demander(tab); });
+    for (const OperationsTab tab : allOperationsTabs)
+        connect(&commands, commandOf(tab), this, [this, tab] { demander(tab); });
     connect(&commands, &Commands::dravikShowOperations, this, [this] { demander(std::nullopt); });
     connect(&commands, &Commands::dravikOperationsNextTab, this, [this] { demander(dravik::nextTab(tab_)); });
     connect(&commands, &Commands::dravikOperationsPreviousTab, this, [this] { demander(dravik::previousTab(tab_)); });
@@ -436,7 +427,7 @@ void OperationsModel::replan() {
 
 void OperationsModel::plan() {
     // A volume that does not answer keeps the threads that ask it: not one more for every choice.
-    if (*inFlight_ >= mostPlans) {
+    if (*plansOut_ >= mostPlans) {
         planDue_ = true;
         emit previewChanged();
         return;
@@ -444,7 +435,7 @@ void OperationsModel::plan() {
     planDue_ = false;
     const auto token = std::make_shared<CancellationToken>();
     planning_ = token;
-    ++*inFlight_;
+    ++*plansOut_;
     planner_->run(
         this,
         [request = request(), services = services_.operations, token]() -> OperationPreview {
@@ -459,8 +450,8 @@ void OperationsModel::plan() {
                 return preview;
             }
         },
-        [this, token, inFlight = inFlight_](OperationPreview preview) {
-            --*inFlight;
+        [this, token, plansOut = plansOut_](OperationPreview preview) {
+            --*plansOut;
             if (planning_ == token) {
                 planning_.reset();
                 preview_ = std::move(preview);

@@ -181,7 +181,7 @@ class OperationsModel : public QObject {
     std::shared_ptr<CancellationToken> planning_;
     /// Replaced when another folder is opened; with it the number of plans that have not come back.
     std::unique_ptr<LooseBackground> planner_ = std::make_unique<LooseBackground>();
-    std::shared_ptr<int> inFlight_ = std::make_shared<int>(0);
+    std::shared_ptr<int> plansOut_ = std::make_shared<int>(0);
     bool planDue_ = false;  ///< as soon as one has come back
 
     /// A run that waits for the save before it.

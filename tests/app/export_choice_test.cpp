@@ -40,62 +40,7 @@ std::string textOf(const AnyExportConfiguration& any) {
     return fmt::format("AAC, {}, {} kbit/s", textOf(aac.routing), aac.bitRate);
 }
 
-using Mode = ExportAudioChannelMode;
 using Format = ExportAudioFormat;
-
-TEST(ExportChoice, IsWhatTheFormShowsAsFarAsFormatAndTakeAllowIt) {
-    using State = ExportAudioSessionState;
-    const struct {
-        void (*choose)(State&);
-        int tracks;
-        const char* given;
-    } cases[] = {
-        {[](State&) {}, 8, "WAV, poly, 24, 0 Hz"},
-        {[](State& state) { state.profondeurWAV = ExportWAVBitDepth::float32; }, 1, "WAV, poly, 32 float, 0 Hz"},
-        {[](State& state) {
-             state.profondeurWAV = ExportWAVBitDepth::pcm16;
-             state.frequence = ExportSampleRate::fixed(96000);
-             state.modeCanaux = Mode::stereo;
-             state.pisteGauche = 3;
-             state.pisteDroite = 0;
-         },
-         4, "WAV, stereo 4,1, 16, 96000 Hz"},
-        {[](State& state) { state.modeCanaux = Mode::stereo; }, 1, "WAV, mono 1, 24, 0 Hz"},
-        {[](State& state) {
-             state.modeCanaux = Mode::mono;
-             state.pisteMonoSource1 = 1;
-         },
-         2, "WAV, mono 2, 24, 0 Hz"},
-        {[](State& state) {
-             state.modeCanaux = Mode::mono;
-             state.pisteMonoSource2 = 1;
-             state.gainMoyenneMono = ExportMonoAverageGain::minus6;
-         },
-         2, "WAV, mono 1+2 -6 dB, 24, 0 Hz"},
-        {[](State& state) {
-             state.format = Format::mp3;
-             state.debit = 96;
-             state.frequence = ExportSampleRate::fixed(96000);
-         },
-         2, "MP3, stereo 1,2, 256 kbit/s, 0 Hz"},
-        {[](State& state) {
-             state.format = Format::mp3;
-             state.debit = 128;
-             state.frequence = ExportSampleRate::fixed(44100);
-         },
-         2, "MP3, stereo 1,2, 128 kbit/s, 44100 Hz"},
-        {[](State& state) {
-             state.format = Format::aac;
-             state.debit = 96;
-         },
-         1, "AAC, mono 1, 96 kbit/s"},
-    };
-    for (const auto& [choose, tracks, given] : cases) {
-        State state;
-        choose(state);
-        EXPECT_EQ(textOf(OperationsAudio::configurationOf(choiceOf(state), takeOf(tracks), "take.out")), given);
-    }
-}
 
 TEST(ExportChoice, WithoutARouteIsAllTracksOfAWavAndTheFirstTwoOfAListeningCopy) {
     const struct {

@@ -109,7 +109,8 @@ TEST(ExportState, IsHandedToTheEngineAsTheFormatAndTheTakeAllow) {
     };
     for (const auto& [state, tracks, given] : cases) {
         for (const bool poly : {true, false})
-            EXPECT_EQ(said(exportConfiguration(state, take(tracks, poly), "new")), given) << "poly: " << poly;
+            EXPECT_EQ(said(OperationsAudio::configurationOf(choiceOf(state), take(tracks, poly), "new")), given)
+                << "poly: " << poly;
     }
 }
 

@@ -277,6 +277,45 @@ TEST_F(OperationsModelTest, ATakeThatIsLeftOutStaysSoWhateverElseIsChosenOrRenam
     EXPECT_EQ(model.checkedCount(), 2);
 }
 
+TEST_F(OperationsModelTest, DoesWhatWasConfirmedWhateverIsChosenWhileItSaves) {
+    show(OperationsTab::split, true);
+    model.setChecked(1, false);
+    edit(0, RowField::name, "Z1");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return targets().contains("Z1_split_T01_Boom.wav"); }));
+    model.run();
+    ASSERT_EQ(dialogs.asked.size(), 1U);
+    EXPECT_FALSE(model.setTab(OperationsTab::rename));
+    model.setChecked(1, true);
+    dialogs.answer(0);
+    model.setAfficherOperations(false);  // the window is closed while it saves
+    ASSERT_TRUE(QTest::qWaitFor([this] { return model.running().overlay().has_value(); }));
+    EXPECT_EQ(ended().title(), "Split Complete");
+    EXPECT_THAT(test::namesIn(folder.path()),
+                ElementsAre("A2.wav", "S_1.wav", "S_2.wav", "Z1.wav", "Z1_split_T01_Boom.wav", "Z1_split_T02_Lav.wav"));
+}
+
+TEST_F(OperationsModelTest, ShowsNewNamesMadeOfNamesThatAreStillPending) {
+    show(OperationsTab::rename, true);
+    model.setRenamePattern(parsePattern("{originalName}_x"));
+    edit(0, RowField::name, "Z1");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return targets().contains("Z1_x.wav"); }))
+        << targets().join(' ').toStdString();
+}
+
+TEST_F(OperationsModelTest, AnotherFolderHasNoneOfTheChoices) {
+    show(OperationsTab::deleteTracks, true);
+    TrackChoices second = model.currentChoices();
+    second.supprimes = {1};
+    model.setCurrentChoices(second);
+    model.setChecked(1, false);
+    planned();
+    EXPECT_EQ(targets(), QStringList({"A1_del.wav"}));
+    open();  // the next card is mounted at the same path
+    planned();
+    EXPECT_EQ(targets(), QStringList());
+    EXPECT_EQ(model.checkedCount(), 2);
+}
+
 TEST_F(OperationsModelTest, QuittingAsksWhileItRuns) {
     show(OperationsTab::split, true);
     model.run();

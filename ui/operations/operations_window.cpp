@@ -305,8 +305,9 @@ void OperationsWindow::showDestination() {
     } else if (folder) {
         destination_->show(toQt(*folder));
     } else {
-        destination_->show(model.needsDestination() ? QStringLiteral("No destination folder selected")
-                                                    : QStringLiteral("Beside the recordings"));
+        destination_->show(model.needsDestination()
+                               ? QString::fromUtf8(noDestinationSelected.data(), std::ssize(noDestinationSelected))
+                               : QStringLiteral("Beside the recordings"));
     }
     run_->setText(verbOf(model));
 }
