@@ -242,6 +242,8 @@ void ContentView::filesMade(const std::vector<std::filesystem::path>& made) {
 
 void ContentView::filesRenamed(const FileMoves& moved) {
     followMoves(moved);
+    saves_.forgetUndoOf(moved);
+    emit pendingChanged();
     if (operationIsOfListing_) readAgain(FolderListing::Reuse::unchanged);
 }
 

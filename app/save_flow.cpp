@@ -259,6 +259,13 @@ void SaveFlow::remember(SaveSnapshot snapshot) {
     }
 }
 
+void SaveFlow::forgetUndoOf(const FileMoves& moved) {
+    std::erase_if(saves_, [&](const SaveSnapshot& save) {
+        return std::any_of(save.files.begin(), save.files.end(),
+                           [&](const SaveSnapshot::File& file) { return moved.contains(file.after); });
+    });
+}
+
 QString SaveFlow::undoName() const {
     // Not under edits that were made since: they may be of what the save has changed.
     if (isRunning() || saves_.empty() || services_.rows.hasEdits()) return {};

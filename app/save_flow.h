@@ -47,6 +47,8 @@ class SaveFlow : public QObject {
 
     /// The last save of this run, as a step that can be undone; empty when there is none.
     [[nodiscard]] QString undoName() const;
+    /// These files were renamed by other means: what a save did to them cannot be undone any more.
+    void forgetUndoOf(const FileMoves& moved);
     /// Puts its files back as they were, after a question.
     void undoLast();
 

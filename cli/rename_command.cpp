@@ -112,9 +112,15 @@ class RenameRun {
                                 : options_.copyTo        ? counted(preview_.changes(), "file") + " would be made"
                                                          : toBeRenamedText(preview_.changes());
         text += fmt::format("\nDry run: {}. {}\n", sum, nothingChanged);
-        services_.console.print(options_.json ? operationJson(lines) : text);
         const std::vector<std::string> problems =
             OperationsAudio::renameProblems(services_.files, fichiers_, choice_, preview_);
+        if (preview_.conflicts() > 0 || !problems.empty()) {
+            // All or none: the document says of each file what that of the run would.
+            for (OperationLine& line : lines) {
+                if (line.ok) line = {line.source, {}, false, std::string(nothingChanged)};
+            }
+        }
+        services_.console.print(options_.json ? operationJson(lines) : text);
         for (const std::string& problem : problems)
             services_.console.message(printable(problem));
         if (preview_.conflicts() > 0) tellConflictCount();

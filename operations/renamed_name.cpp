@@ -5,6 +5,7 @@
 #include "base/text.h"
 #include "model/audio_metadata.h"
 #include "operations/name_characters.h"
+#include "operations/xml_text.h"
 
 #include <algorithm>
 #include <vector>
@@ -26,13 +27,13 @@ std::string fitForName(std::string_view value) {
 }
 
 std::string fieldText(const std::optional<std::string>& stored) {
-    return stored ? fitForName(displayName(*stored)) : std::string();
+    return stored ? fitForName(unescapedXml(*stored)) : std::string();
 }
 
 std::string trackNames(const InfoFichier& fichier) {
     std::string names;
     for (const auto& [number, stored] : fichier.nomsPistes) {
-        const std::string name = fitForName(displayName(stored));
+        const std::string name = fitForName(unescapedXml(stored));
         if (name.empty()) continue;
         names.append(names.empty() ? "" : "-").append(name);
     }

@@ -141,7 +141,12 @@ TEST_F(OperationPreviewTest, OfARenamingRefusesWhatADryRunRefuses) {
         EXPECT_EQ(preview.canRun, preview.problems.isEmpty());
         EXPECT_EQ(dry.exitCode, canRun ? 0 : 3) << pattern << " " << copyTo << dry.err;
         if (copyTo.rfind(blocked, 0) == 0) continue;  // is told as the folder's fault alone
-        EXPECT_EQ(shownBy(preview), toldBy(dry)) << pattern;
+        auto expected = shownBy(preview);
+        for (auto& line : expected) {
+            // A script is told of each file what becomes of it: all or none are renamed.
+            if (!canRun && !line.first.starts_with('!')) line = {"!No files were changed.", ""};
+        }
+        EXPECT_EQ(expected, toldBy(dry)) << pattern;
     }
 }
 

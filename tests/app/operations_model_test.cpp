@@ -212,6 +212,7 @@ TEST_F(OperationsModelTest, RenamesWithEditsInTheNamesAndConflictsShown) {
     EXPECT_THAT(test::namesIn(folder.path()),
                 ElementsAre("12A_Boom-Lav_A1.wav", "77_Boom-Lav_A2.wav", "S_1.wav", "S_2.wav"));
     EXPECT_GE(content->selectedRow(), 0) << "the loaded take went along";
+    EXPECT_EQ(content->undoName(), "") << "the save before it was into files of other names";
     EXPECT_EQ(patternText(rememberedRenamePattern(settings)), "{scene}_{trackName}_{originalName}");
 }
 

@@ -61,6 +61,8 @@ TEST(TokenText, IsTheFilesValueAsAPartOfAName) {
     EXPECT_EQ(tokenText(T::sampleRate, other), "48kHz");
     EXPECT_EQ(tokenText(T::fps, other), "25");
     EXPECT_EQ(tokenText(T::originalName, other), "a-b.c");
+    other.scene = "<![CDATA[A & B]]> &#233;<!-- no -->";
+    EXPECT_EQ(tokenText(T::scene, other), "A & B \xC3\xA9");
 }
 
 TEST(AssembledName, TakesTheSeparatorsOfEmptyTokensAlong) {
