@@ -36,7 +36,7 @@ class FolderCommandsTest : public testing::Test {
         QObject::connect(stage.content.get(), &ContentView::notice, commands.get(),
                          [this](const QString& text) { notices << text; });
         commands->askVolumes();
-        ASSERT_TRUE(QTest::qWaitFor([this] { return commands->volumes().size() == 1; }));
+        ASSERT_TRUE(QTest::qWaitFor([this] { return commands->volumes().size() == 1; }, 20'000));
     }
     void TearDown() override {
         workspace.setHangs(false);
@@ -67,46 +67,46 @@ class FolderCommandsTest : public testing::Test {
 TEST_F(FolderCommandsTest, OfFoldersOpenedInARowTheLastOneIsOpenedThroughTheGate) {
     commands->open(day);
     commands->open(stage.folder / "Day 10");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return isOpen(stage.folder / "Day 10"); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return isOpen(stage.folder / "Day 10"); }, 20'000));
     stage.settle();
     stage.edit(0, RowField::scene, "99");
     commands->open(stage.folder / "Day 10");
     commands->open(day);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return lastTitle() == "Unsaved modifications"; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return lastTitle() == "Unsaved modifications"; }, 20'000));
     EXPECT_EQ(stage.dialogs.asked.size(), 1U);
     EXPECT_TRUE(isOpen(stage.folder / "Day 10"));
     commands->open(stage.folder / "gone");
     stage.dialogs.answer(1);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return isOpen(day); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return isOpen(day); }, 20'000));
 }
 
 TEST_F(FolderCommandsTest, ANewFolderIsMadeBesideOthersOfItsNameAndWaitsForItsOwn) {
     fs::create_directory(day / "New Folder");
     commands->createIn(day);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !created.empty(); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !created.empty(); }, 20'000));
     EXPECT_THAT(created, ElementsAre(day / "New Folder 2"));
     EXPECT_THAT(changed, ElementsAre(day));
     commands->createIn(stage.folder / "gone");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return lastTitle() == "New Folder Failed"; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return lastTitle() == "New Folder Failed"; }, 20'000));
     EXPECT_EQ(created.size(), 1U);
 }
 
 TEST_F(FolderCommandsTest, WhatIsShownFollowsARenamedFolder) {
     stage.open(day / "inner");
     commands->rename(day, "Monday");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return isOpen(stage.folder / "Monday" / "inner"); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return isOpen(stage.folder / "Monday" / "inner"); }, 20'000));
     EXPECT_THAT(arrived, ElementsAre(stage.folder / "Monday"));
     EXPECT_THAT(changed, ElementsAre(stage.folder.path()));
 
     stage.open(stage.folder / "Day 10");
     commands->rename(stage.folder / "Monday", "Day 9");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return arrived.size() == 2; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return arrived.size() == 2; }, 20'000));
     EXPECT_TRUE(isOpen(stage.folder / "Day 10"));
 
     openBoth();
     commands->rename(day, "Tuesday");
-    ASSERT_TRUE(
-        QTest::qWaitFor([&] { return stage.content->rows().indexOfFile(stage.folder / "Tuesday" / "a.wav") >= 0; }));
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return stage.content->rows().indexOfFile(stage.folder / "Tuesday" / "a.wav") >= 0; }, 20'000));
     stage.settle();
     EXPECT_GE(stage.content->rows().indexOfFile(stage.folder / "Day 10" / "b.wav"), 0);
     EXPECT_EQ(stage.rowCount(), 2U);
@@ -115,7 +115,7 @@ TEST_F(FolderCommandsTest, WhatIsShownFollowsARenamedFolder) {
 TEST_F(FolderCommandsTest, ARenameThatFailsIsToldAndMovesNothing) {
     stage.open(day);
     commands->rename(day, "Day 10");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return lastTitle() == "Rename Failed"; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return lastTitle() == "Rename Failed"; }, 20'000));
     EXPECT_TRUE(isOpen(day));
     EXPECT_TRUE(arrived.empty());
     EXPECT_TRUE(fs::exists(day / "a.wav"));
@@ -142,7 +142,7 @@ TEST_F(FolderCommandsTest, NothingIsDoneToAFolderWhoseTakesHaveUnsavedChanges) {
 
     // Another folder is free.
     commands->rename(stage.folder / "Day 10", "Sunday");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return fs::exists(stage.folder / "Sunday"); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return fs::exists(stage.folder / "Sunday"); }, 20'000));
     EXPECT_EQ(stage.dialogs.asked.size(), 3U);
     EXPECT_TRUE(stage.content->hasUnsavedChanges());
 }
@@ -170,7 +170,7 @@ TEST_F(FolderCommandsTest, OfAnOpenFolderInTheTrashItIsSaidThatItIsGone) {
     stage.open(day);
     commands->moveToTrash(day);
     stage.dialogs.answer(0);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !notices.isEmpty(); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !notices.isEmpty(); }, 20'000));
     stage.settle();
     EXPECT_TRUE(notices.back().contains("cannot be reached")) << notices.back().toStdString();
     EXPECT_THAT(arrived, ElementsAre(stage.folder.path()));
@@ -186,7 +186,7 @@ TEST_F(FolderCommandsTest, VolumesAreNeitherRenamedNorMovedNorCopied) {
     EXPECT_TRUE(stage.dialogs.asked.empty());
     commands->eject(day);  // no volume
     commands->reveal(day);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !workspace.revealed().empty(); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !workspace.revealed().empty(); }, 20'000));
     EXPECT_TRUE(workspace.ejected().empty());
 }
 
@@ -198,14 +198,14 @@ TEST_F(FolderCommandsTest, AnOpenVolumeThatIsEjectedIsLetGoAndSaidToBeGone) {
     workspace.ejectFails = true;
     commands->eject(stage.folder.path());
     EXPECT_TRUE(isLetGo);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return lastTitle() == "Eject Failed"; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return lastTitle() == "Eject Failed"; }, 20'000));
     EXPECT_TRUE(notices.isEmpty());
     ASSERT_TRUE(commands->isEjectable(stage.folder.path()));
 
     workspace.ejectFails = false;
     commands->eject(stage.folder.path());
     fs::rename(stage.folder.path(), workspace.trash / "gone");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return commands->volumes().empty() && !notices.isEmpty(); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return commands->volumes().empty() && !notices.isEmpty(); }, 20'000));
     EXPECT_EQ(stage.rowCount(), 1U);
 }
 
@@ -216,8 +216,8 @@ TEST_F(FolderCommandsTest, AVolumeThatDoesNotAnswerKeepsNobodyFromWorkingOrQuitt
     commands->eject(stage.folder.path());
     commands->eject(stage.folder.path());
     commands->createIn(day);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !created.empty(); }));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return workspace.ejected().size() == 1; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !created.empty(); }, 20'000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return workspace.ejected().size() == 1; }, 20'000));
     QElapsedTimer quitting;
     quitting.start();
     commands.reset();
@@ -242,12 +242,12 @@ TEST_F(FolderCommandsTest, AFolderThatIsBeingCopiedStaysAndACancelledCopyLeavesN
     EXPECT_EQ(lastTitle(), "Eject Refused");
     commands->cancelCopy();
     isHeld = false;
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !commands->isCopying(); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !commands->isCopying(); }, 20'000));
     EXPECT_THAT(namesIn(stage.folder.path()), ElementsAre("Day 10", "Day 9"));
     EXPECT_TRUE(notices.back().contains("nothing is left of the copy"));
 
     commands->duplicate(day);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !arrived.empty(); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !arrived.empty(); }, 20'000));
     EXPECT_THAT(arrived, ElementsAre(stage.folder / "Day 9 copy"));
     EXPECT_EQ(readFile(arrived.front() / "a.wav"), readFile(day / "a.wav"));
 }

@@ -106,10 +106,10 @@ TEST_F(FolderListingTest, WhatComesAndGoesIsReadAndWhatStayedIsNotProbedAnew) {
     EXPECT_THAT(names(), ElementsAre("A", "B"));
     const int asked = codecs.asked;
     writeOld(folder / "C.wav");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return names() == std::vector<std::string>{"A", "B", "C"}; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return names() == std::vector<std::string>{"A", "B", "C"}; }, 20'000));
     EXPECT_EQ(codecs.asked, asked);
     fs::remove(folder / "A.wav");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return names() == std::vector<std::string>{"B", "C"}; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return names() == std::vector<std::string>{"B", "C"}; }, 20'000));
     EXPECT_EQ(codecs.asked, asked);
 
     // Who asks for a reading wants one.
@@ -132,7 +132,7 @@ TEST_F(FolderListingTest, AFileThatGrowsIsProbedAgainWheneverItHasGrown) {
     for (const std::size_t size : {end - 40, end}) {
         fs::resize_file(folder / "A.wav", 0);
         writeFile(folder / "A.wav", ByteSpan(whole).first(size));
-        ASSERT_TRUE(QTest::qWaitFor([&] { return length() == size; })) << size;
+        ASSERT_TRUE(QTest::qWaitFor([&] { return length() == size; }, 20'000)) << size;
     }
     EXPECT_THAT(names(), ElementsAre("A", "B"));
 }
@@ -143,7 +143,7 @@ TEST_F(FolderListingTest, AnOldTimeDoesNotHideThatAFileGrows) {
     read();
     appendToFile(folder / "A.wav", "more");
     fs::last_write_time(folder / "A.wav", fs::file_time_type::clock::now() - 24h);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return rows.front().fichiers.front().taille == size + 4; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return rows.front().fichiers.front().taille == size + 4; }, 20'000));
 }
 
 TEST_F(FolderListingTest, OwnWritingIsNotReportedAsAChange) {
@@ -165,12 +165,12 @@ TEST_F(FolderListingTest, FilesOfSeveralFoldersAreAllWatched) {
     ASSERT_TRUE(settles(1));
     EXPECT_THAT(names(), ElementsAre("A", "B"));
     fs::remove(other / "B.wav");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return names() == std::vector<std::string>{"A"}; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return names() == std::vector<std::string>{"A"}; }, 20'000));
     writeOld(other / "B.wav");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return names() == std::vector<std::string>{"A", "B"}; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return names() == std::vector<std::string>{"A", "B"}; }, 20'000));
     // A folder that is gone is no reason to take its rows away: it may be a card that comes back.
     fs::rename(other.path(), other.path().string() + "-away");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return unreachable == 1; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return unreachable == 1; }, 20'000));
     EXPECT_THAT(names(), ElementsAre("A", "B"));
     fs::rename(other.path().string() + "-away", other.path());
 }
@@ -180,7 +180,7 @@ TEST_F(FolderListingTest, AFolderThatComesBackIsReadAgain) {
     read();
     const fs::path away = folder.path().string() + "-away";
     fs::rename(folder.path(), away);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return unreachable == 1; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return unreachable == 1; }, 20'000));
     const std::size_t before = counts.size();
     writeOld(away / "B.wav");
     fs::rename(away, folder.path());

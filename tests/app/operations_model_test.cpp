@@ -63,7 +63,7 @@ class OperationsModelTest : public testing::Test, public test::MainWindowStage {
         planned();
     }
     void planned() {
-        ASSERT_TRUE(QTest::qWaitFor([this] { return !model.isPlanning(); }));
+        ASSERT_TRUE(QTest::qWaitFor([this] { return !model.isPlanning(); }, 20'000));
     }
     [[nodiscard]] QStringList targets() const {
         QStringList targets;
@@ -114,7 +114,7 @@ TEST_F(OperationsModelTest, WorksOnTheSelectionUnlessAllTakesAreAskedFor) {
     show(OperationsTab::split, false);
     EXPECT_EQ(model.emptyState().message, "No compatible current poly file.");
     model.setSelectedRows({1, 2});
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !model.items().empty(); }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !model.items().empty(); }, 20'000));
     ASSERT_EQ(model.items().size(), 1U);
     EXPECT_EQ(model.items()[0].name, "A2");
     EXPECT_THAT(model.items()[0].summary.toStdString(), HasSubstr("2 tracks · 48"));
@@ -176,7 +176,7 @@ TEST_F(OperationsModelTest, SavesBeforeItRunsAndNotWhileItDoes) {
     model.run();
     EXPECT_FALSE(model.running().isRunning()) << "the question was answered with Cancel";
     model.run();
-    ASSERT_TRUE(QTest::qWaitFor([this] { return model.running().isRunning(); }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return model.running().isRunning(); }, 20'000));
     edit(1, RowField::scene, "100");
     bool saved = true;
     content->saveAll([&](bool ok) { saved = ok; });
@@ -202,12 +202,12 @@ TEST_F(OperationsModelTest, RenamesWithEditsInTheNamesAndConflictsShown) {
     model.setChecked(2, false);
     model.setChecked(3, false);
     edit(1, RowField::scene, "77");
-    ASSERT_TRUE(QTest::qWaitFor([this] { return targets().contains("77_Boom-Lav_A2.wav"); }))
+    ASSERT_TRUE(QTest::qWaitFor([this] { return targets().contains("77_Boom-Lav_A2.wav"); }, 20'000))
         << targets().join(QLatin1Char(0x20)).toStdString();
     EXPECT_EQ(model.preview().summary, "2 files will be renamed");
     dialogs.answers = {{0}};
     model.run();
-    ASSERT_TRUE(QTest::qWaitFor([this] { return model.running().overlay().has_value(); }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return model.running().overlay().has_value(); }, 20'000));
     EXPECT_EQ(ended().successMessage, "2 renamed successfully.");
     EXPECT_THAT(test::namesIn(folder.path()),
                 ElementsAre("12A_Boom-Lav_A1.wav", "77_Boom-Lav_A2.wav", "S_1.wav", "S_2.wav"));
@@ -228,7 +228,7 @@ TEST_F(OperationsModelTest, CopiesAndReportsNeedAFolder) {
     EXPECT_EQ(info.title(), "Sound Report Complete");
     EXPECT_EQ(info.successMessage, "PDF and CSV created successfully.");
     EXPECT_EQ(info.results[0].message, "PDF report created");
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !workspace.revealed().empty(); }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !workspace.revealed().empty(); }, 20'000));
     EXPECT_EQ(workspace.revealed()[0].extension(), ".pdf");
 
     model.running().dismiss();
@@ -282,14 +282,14 @@ TEST_F(OperationsModelTest, DoesWhatWasConfirmedWhateverIsChosenWhileItSaves) {
     show(OperationsTab::split, true);
     model.setChecked(1, false);
     edit(0, RowField::name, "Z1");
-    ASSERT_TRUE(QTest::qWaitFor([this] { return targets().contains("Z1_split_T01_Boom.wav"); }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return targets().contains("Z1_split_T01_Boom.wav"); }, 20'000));
     model.run();
     ASSERT_EQ(dialogs.asked.size(), 1U);
     EXPECT_FALSE(model.setTab(OperationsTab::rename));
     model.setChecked(1, true);
     dialogs.answer(0);
     model.setAfficherOperations(false);  // the window is closed while it saves
-    ASSERT_TRUE(QTest::qWaitFor([this] { return model.running().overlay().has_value(); }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return model.running().overlay().has_value(); }, 20'000));
     EXPECT_EQ(ended().title(), "Split Complete");
     EXPECT_THAT(test::namesIn(folder.path()),
                 ElementsAre("A2.wav", "S_1.wav", "S_2.wav", "Z1.wav", "Z1_split_T01_Boom.wav", "Z1_split_T02_Lav.wav"));
@@ -299,7 +299,7 @@ TEST_F(OperationsModelTest, ShowsNewNamesMadeOfNamesThatAreStillPending) {
     show(OperationsTab::rename, true);
     model.setRenamePattern(parsePattern("{originalName}_x"));
     edit(0, RowField::name, "Z1");
-    ASSERT_TRUE(QTest::qWaitFor([this] { return targets().contains("Z1_x.wav"); }))
+    ASSERT_TRUE(QTest::qWaitFor([this] { return targets().contains("Z1_x.wav"); }, 20'000))
         << targets().join(' ').toStdString();
 }
 
@@ -324,13 +324,13 @@ TEST_F(OperationsModelTest, QuittingAsksWhileItRuns) {
     ASSERT_EQ(dialogs.asked.size(), 1U);
     EXPECT_FALSE(terminated);
     dialogs.answer(1);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return terminated; }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return terminated; }, 20'000));
     EXPECT_FALSE(content->operationsEnCours());
 }
 
 TEST_F(OperationsModelTest, CommandsOpenTheirTabAndTheMenuKnowsWhatMakesSense) {
     open();
-    ASSERT_TRUE(QTest::qWaitFor([this] { return model.menuState().availability().canSplitAudio; }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return model.menuState().availability().canSplitAudio; }, 20'000));
     EXPECT_TRUE(model.menuState().availability().canMergeAudio);
     QSignalSpy presented(&model, &OperationsModel::presentRequested);
     emit commands.dravikRemoveTracks();

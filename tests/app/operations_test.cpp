@@ -120,7 +120,7 @@ class OperationsRunTest : public testing::Test {
         };
     }
     const OperationCompletionInfo& completed() {
-        EXPECT_TRUE(QTest::qWaitFor([this] { return !run.isRunning(); }));
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !run.isRunning(); }, 20'000));
         return std::get<OperationCompletionInfo>(*run.overlay());
     }
 
@@ -157,7 +157,8 @@ TEST_F(OperationsRunTest, OneRunsAtATimeTellsHowFarItIsAndStopsWhenItIsCancelled
     }));
     begun.acquire();
     EXPECT_FALSE(run.start(OperationsTab::split, 1, {}, gives({true})));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return std::get<OperationWorking>(*run.overlay()).fraction.has_value(); }));
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return std::get<OperationWorking>(*run.overlay()).fraction.has_value(); }, 20'000));
     EXPECT_EQ(std::get<OperationWorking>(*run.overlay()).fraction, 0.25);
     EXPECT_EQ(std::get<OperationWorking>(*run.overlay()).fileName, "take_merge.wav");
     run.cancel();

@@ -22,7 +22,7 @@ class TakePlaybackTest : public testing::Test, public MainWindowStage {
             .write(folder / "A.wav");
         recorderFile({.scene = "2"}, {.channels = 2}, 4800).write(folder / "B.wav");
         open();
-        EXPECT_TRUE(QTest::qWaitFor([this] { return player.pret(); }));
+        EXPECT_TRUE(QTest::qWaitFor([this] { return player.pret(); }, 20'000));
     }
     ~TakePlaybackTest() override = default;
 
@@ -51,7 +51,7 @@ TEST_F(TakePlaybackTest, WhatIsSelectedIsWhatIsLoadedAndASaveOfItsFieldsDoesNotI
     content->selectionnerLigne(content->rows().indexOfFile(folder / "B.wav"));
     EXPECT_FALSE(player.pret()) << "nothing of another take is heard";
     EXPECT_TRUE(playback.isLoading());
-    ASSERT_TRUE(QTest::qWaitFor([this] { return player.pret(); }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return player.pret(); }, 20'000));
     EXPECT_EQ(player.urlFichier(), folder / "B.wav");
     EXPECT_EQ(loads, 1);
     content->gererActionProtegee(OuvrirDossier{settingsFolder.path()});
@@ -63,7 +63,7 @@ TEST_F(TakePlaybackTest, WhatIsSelectedIsWhatIsLoadedAndASaveOfItsFieldsDoesNotI
 TEST_F(TakePlaybackTest, ATakeThatCannotBeHeardSaysWhy) {
     std::filesystem::remove(folder / "B.wav");
     content->selectionnerLigne(1);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !playback.error().isEmpty(); }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !playback.error().isEmpty(); }, 20'000));
     EXPECT_TRUE(playback.error().contains(QStringLiteral("B.wav"))) << playback.error().toStdString();
     content->selectionnerLigne(0);
     EXPECT_TRUE(playback.error().isEmpty());

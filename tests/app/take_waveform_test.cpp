@@ -33,7 +33,7 @@ class TakeWaveformTest : public testing::Test, public MainWindowStage {
         return made;
     }
     bool isComplete() {
-        return QTest::qWaitFor([this] { return waveform->isComplete(); });
+        return QTest::qWaitFor([this] { return waveform->isComplete(); }, 20'000);
     }
 
     test::SilentDecoder decoder;
@@ -67,7 +67,7 @@ TEST_F(TakeWaveformTest, ShowsTheSelectedTakeAndKeepsItsWaveformOverASaveAndARen
 TEST_F(TakeWaveformTest, AFileThatCannotBeReadSaysWhy) {
     std::filesystem::remove(folder / "B.wav");
     content->selectionnerLigne(1);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !waveform->error().isEmpty(); }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !waveform->error().isEmpty(); }, 20'000));
     EXPECT_TRUE(waveform->error().contains(QStringLiteral("B.wav")));
     content->selectionnerLigne(0);
     EXPECT_TRUE(waveform->error().isEmpty());
@@ -92,7 +92,7 @@ TEST_F(TakeWaveformTest, AVolumeThatDoesNotAnswerKeepsNobodyFromWorkingOrQuittin
     const int row = content->rows().indexOfFile(folder / "H.flac");
     ASSERT_GE(row, 0);
     content->selectionnerLigne(row);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return decoder.asked.try_acquire(); }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return decoder.asked.try_acquire(); }, 20'000));
     content->selectionnerLigne(content->rows().indexOfFile(folder / "B.wav"));
     EXPECT_TRUE(isComplete());
     QElapsedTimer quitting;

@@ -49,7 +49,7 @@ class DialogsTest : public testing::Test, public test::WindowStage {
             outcome.order << button->text();
         if (check) QTest::mouseClick(box->checkBox(), Qt::LeftButton, {}, {8, box->checkBox()->height() / 2});
         QTest::keyClick(box, key);
-        EXPECT_TRUE(QTest::qWaitFor([] { return alert() == nullptr; }));
+        EXPECT_TRUE(QTest::qWaitFor([] { return alert() == nullptr; }, 20'000));
         return outcome;
     }
 };
@@ -203,14 +203,16 @@ TEST_F(DialogsTest, EveryControlOfEveryWindowHasAName) {
     for (const auto& show : {&showShortcuts, &showAbout, &showLicences}) {
         show(*window);
         QWidget* dialog = nullptr;
-        ASSERT_TRUE(QTest::qWaitFor([&] {
-            dialog = QApplication::activeWindow();
-            return dialog != nullptr && dialog != window.get();
-        }));
+        ASSERT_TRUE(QTest::qWaitFor(
+            [&] {
+                dialog = QApplication::activeWindow();
+                return dialog != nullptr && dialog != window.get();
+            },
+            20'000));
         expectNamed(*dialog);
         QTest::keyClick(dialog, Qt::Key_Escape);
         const QPointer<QWidget> closing(dialog);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return closing.isNull(); }));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return closing.isNull(); }, 20'000));
     }
     asking.ask(question({QStringLiteral("OK")}), [](AlertAnswer) {});
     QTRY_VERIFY(alert() != nullptr);
@@ -221,7 +223,7 @@ TEST_F(DialogsTest, EveryControlOfEveryWindowHasAName) {
 TEST_F(DialogsTest, AboutSaysWhichVersionItIs) {
     QApplication::setApplicationVersion(QStringLiteral("9.8.7"));
     showAbout(*window);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() != window.get(); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() != window.get(); }, 20'000));
     QDialog* about = qobject_cast<QDialog*>(QApplication::activeWindow());
     ASSERT_NE(about, nullptr);
     const auto labels = about->findChildren<QLabel*>();
@@ -230,7 +232,7 @@ TEST_F(DialogsTest, AboutSaysWhichVersionItIs) {
     }));
     QTest::mouseClick(about->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Close), Qt::LeftButton);
     const QPointer<QDialog> closing(about);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return closing.isNull(); }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return closing.isNull(); }, 20'000));
 }
 
 }  // namespace

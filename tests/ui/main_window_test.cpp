@@ -66,7 +66,7 @@ TEST_F(MainWindowTest, ADaysWorkWithTheKeyboardAlone) {
     window->takeTable().focusTable();
     key(Qt::Key_Home, Qt::ControlModifier);
     key(Qt::Key_Down);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return content->fichierSelectionne() == folder / "B.wav"; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return content->fichierSelectionne() == folder / "B.wav"; }, 20'000));
     settle();
     // Name, circled, wild, scene: type into it, go to the row below, type again.
     for (int column = 0; column < 3; ++column)

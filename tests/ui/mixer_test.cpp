@@ -26,7 +26,7 @@ class MixerTest : public testing::Test, public MainWindowStage {
         recorderFile({.tracks = {{1, 1, "Boom"}, {2, 2, "Mid"}, {3, 3, "Side"}, {4, 4, "Lav"}}}, {.channels = 4}, 48000)
             .write(folder / "A.wav");
         open();
-        EXPECT_TRUE(QTest::qWaitFor([this] { return player.pret(); }));
+        EXPECT_TRUE(QTest::qWaitFor([this] { return player.pret(); }, 20'000));
         mixer.resize(500, 420);
         mixer.show();
         mixer.activateWindow();
@@ -152,7 +152,7 @@ TEST_F(MixerTest, MetersAndSwitchesShowWhatThePlayerSays) {
     EXPECT_EQ(play.accessibleName(), "Pause");
     outputs.run(9600);
     auto& counter = named<CounterView>(bar, QStringLiteral("Position"));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return player.frameCourante() >= 9600; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return player.frameCourante() >= 9600; }, 20'000));
     EXPECT_EQ(counter.text(), "10:00:00:05");
     QTest::mouseClick(&counter, Qt::LeftButton);
     EXPECT_EQ(counter.text(), "00:00:00.20");

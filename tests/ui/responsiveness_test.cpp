@@ -56,10 +56,10 @@ TEST_F(Responsiveness, NoEventKeepsTheWindowBusyInAFolderOfTwoThousandTakes) {
     expectFluid("sort");
     key(Qt::Key_F, Qt::ControlModifier);
     type(QStringLiteral("t119"));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return window->takeTable().visibleRows() == 100; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window->takeTable().visibleRows() == 100; }, 20'000));
     expectFluid("filter");
     key(Qt::Key_Escape);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return window->takeTable().visibleRows() == takes; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window->takeTable().visibleRows() == takes; }, 20'000));
     expectFluid("show all");
     key(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_NE(row(takes - 1).groupe.scene, "77");

@@ -335,7 +335,7 @@ TEST_F(TakeTableTest, TheLastChangeIsShownAlsoWhenTheFilterHidesIt) {
     table.showLastChange();
     EXPECT_TRUE(isInView(95));
     filter->setText("T101");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return table.visibleRows() == 1; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return table.visibleRows() == 1; }, 20'000));
     content->undo();
     table.showLastChange();
     EXPECT_EQ(table.visibleRows(), 100);

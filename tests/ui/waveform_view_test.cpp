@@ -44,7 +44,7 @@ class WaveformViewTest : public testing::Test, public MainWindowStage {
         view.activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&view));
         open();
-        EXPECT_TRUE(QTest::qWaitFor([this] { return player.pret() && waveform.isComplete(); }));
+        EXPECT_TRUE(QTest::qWaitFor([this] { return player.pret() && waveform.isComplete(); }, 20'000));
     }
     [[nodiscard]] QPoint at(double frame, int y = 100) const {
         return {view.lanesArea().left() + static_cast<int>(std::lround(view.shown().xOf(frame))), y};
@@ -126,21 +126,21 @@ TEST_F(WaveformViewTest, FollowsThePlayheadByPagesOrInTheMiddleUntilTheUserLooks
     const double before = view.shown().firstFrame();
     playback.togglePlay();
     outputs.run(240'000);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return player.frameCourante() >= 240'000; }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return player.frameCourante() >= 240'000; }, 20'000));
     EXPECT_GT(view.shown().firstFrame(), before);
     playback.togglePageOrScroll();
     outputs.run(60'000);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return player.frameCourante() >= 300'000; }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return player.frameCourante() >= 300'000; }, 20'000));
     // The position is published a moment after it is reached.
     const auto away = [this] {
         return std::abs(view.shown().xOf(static_cast<double>(player.frameCourante())) - view.shown().width() / 2.0);
     };
-    EXPECT_TRUE(QTest::qWaitFor([&] { return away() < 1; })) << away();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return away() < 1; }, 20'000)) << away();
     for (int turn = 0; turn < 200; ++turn)
         wheel(120, at(0), Qt::ShiftModifier);
     EXPECT_EQ(view.shown().firstFrame(), 0);
     outputs.run(60'000);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return player.frameCourante() >= 360'000; }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return player.frameCourante() >= 360'000; }, 20'000));
     EXPECT_EQ(view.shown().firstFrame(), 0);
 }
 
@@ -174,7 +174,8 @@ TEST_F(WaveformViewTest, NoiseFillsItsLanesFromFarAndNear) {
     content->reload();
     settle();
     content->selectionnerLigne(content->rows().indexOfFile(folder / "Noise.wav"));
-    ASSERT_TRUE(QTest::qWaitFor([this] { return player.nbCanaux() == 4 && player.pret() && waveform.isComplete(); }));
+    ASSERT_TRUE(
+        QTest::qWaitFor([this] { return player.nbCanaux() == 4 && player.pret() && waveform.isComplete(); }, 20'000));
     while (view.shown().framesPerPixel() > 0.1) {
         const QImage drawn = view.grab().toImage();
         const QPoint middle = view.lanesArea().center();

@@ -56,7 +56,7 @@ class OperationsStage : public testing::Test, public WindowStage {
         planned();
     }
     void planned() {
-        ASSERT_TRUE(QTest::qWaitFor([this] { return !operations->isPlanning(); }));
+        ASSERT_TRUE(QTest::qWaitFor([this] { return !operations->isPlanning(); }, 20'000));
     }
     /// Keys go to what has the keyboard.
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
