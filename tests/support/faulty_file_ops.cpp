@@ -23,9 +23,13 @@ int FaultyFileOps::calls(Call call) const {
 }
 
 bool FaultyFileOps::isDue(Call call) {
-    ++calls_;
-    ++callsOf_[call];
-    if (hook_) hook_(call, calls_);
+    int number = 0;
+    {
+        const std::lock_guard lock(counting_);
+        number = ++calls_;
+        ++callsOf_[call];
+    }
+    if (hook_) hook_(call, number);
     if (!fault_) return false;
     const bool canThrow = call != Call::lock && call != Call::share;
     if (fault_->kinds.empty() ? !canThrow : !fault_->kinds.contains(call)) return false;

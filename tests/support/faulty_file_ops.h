@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <set>
 
@@ -29,7 +30,7 @@ enum class Call {
 };
 
 /// The native file operations, with faults. Counts every call; fails those it is told to, before they have any effect;
-/// runs a hook before each. One thread at a time.
+/// runs a hook before each. One thread at a time where faults are set.
 class FaultyFileOps final : public FileOps {
   public:
     FaultyFileOps();
@@ -95,6 +96,7 @@ class FaultyFileOps final : public FileOps {
     int met_ = 0;
     int failures_ = 0;
     int calls_ = 0;
+    std::mutex counting_;  ///< runs without faults may be of several threads
     std::map<Call, int> callsOf_;
     std::function<void(Call, int)> hook_;
 };
