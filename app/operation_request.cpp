@@ -146,6 +146,8 @@ OperationPreview previewOfRenaming(const OperationRequest& request, FileOps& fil
     const std::size_t changed = planned.changes();
     preview.summary = copies ? QStringLiteral("%1 will be copied").arg(counted(changed, QStringLiteral("file")))
                              : toQt(toBeRenamedText(changed));
+    if (request.fichiers.size() == 1)
+        preview.summary = QStringLiteral("%1 · %2").arg(toQt(selectedText(1)), preview.summary);
     QStringList problems;
     if (planned.conflicts() > 0) problems << toQt(planned.conflictsText());
     for (const std::string& problem : OperationsAudio::renameProblems(files, request.fichiers, request.rename, planned))

@@ -297,10 +297,13 @@ TEST_F(OperationsModelTest, DoesWhatWasConfirmedWhateverIsChosenWhileItSaves) {
 
 TEST_F(OperationsModelTest, ShowsNewNamesMadeOfNamesThatAreStillPending) {
     show(OperationsTab::rename, true);
+    model.setAllChecked(false);
+    model.setChecked(0, true);
     model.setRenamePattern(parsePattern("{originalName}_x"));
     edit(0, RowField::name, "Z1");
     ASSERT_TRUE(QTest::qWaitFor([this] { return targets().contains("Z1_x.wav"); }, 20'000))
         << targets().join(' ').toStdString();
+    EXPECT_EQ(model.preview().summary, QString::fromUtf8("1 file selected · 1 file will be renamed"));
 }
 
 TEST_F(OperationsModelTest, AnotherFolderHasNoneOfTheChoices) {
