@@ -6,6 +6,7 @@
 #include "bench/measure.h"
 #include "operations/aac_export.h"
 #include "operations/export_pcm_reader.h"
+#include "operations/export_run.h"
 #include "operations/mp3_export.h"
 #include "operations/wav_export.h"
 #include "platform/lame/lame_encoder.h"
@@ -178,6 +179,32 @@ void mp3Export(benchmark::State& state) {
     });
 }
 BENCHMARK(mp3Export)->Name("export/mp3")->UseRealTime()->Unit(benchmark::kMillisecond)->Iterations(1);
+
+constexpr int severalTakes = 4;
+
+/// As many takes as MP3 in one run: each has its own file.
+void severalMp3Exports(benchmark::State& state) {
+    const Workshop workshop;
+    std::vector<ExportJob> jobs;
+    for (int number = 0; number < severalTakes; ++number) {
+        OperationAudioMP3ExportConfiguration configuration;
+        configuration.groupe = take(encodedSeconds);
+        configuration.destinationName = "several" + std::to_string(number) + ".mp3";
+        configuration.bitRate = bitRate;
+        jobs.push_back({configuration, outFolder()});
+    }
+    for (auto _ : state) {
+        const RunOutcome outcome = OperationsAudio::runExports(jobs, workshop.services(), {});
+        state.PauseTiming();
+        for (const OperationAudioResult& result : outcome.results) {
+            if (!result.success) state.SkipWithError(result.message.c_str());
+        }
+        for (const ExportJob& job : jobs)
+            std::filesystem::remove(job.folder / job.destinationName());
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(severalMp3Exports)->Name("export/mp3_of_four")->UseRealTime()->Unit(benchmark::kMillisecond)->Iterations(1);
 
 class Nowhere final : public EncodedOutput {
   public:

@@ -5,12 +5,15 @@
 #include "operations/export_pipeline.h"
 #include "operations/listening_copy.h"
 #include "operations/operation_audio_error.h"
+#include "operations/parallel_rounds.h"
 #include "operations/source_states.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <limits>
 #include <optional>
+#include <vector>
 
 namespace dravik::OperationsAudio {
 namespace {
@@ -127,23 +130,44 @@ bool isMpeg1LayerIII(const FileHandle& file) {
         "The completed MP3 file did not decode with the requested format.");
 }
 
-/// Decodes all of it: what was asked for, and as long.
+/// Decodes up to `most` frames; how many there were.
+std::uint64_t decodedFrames(SampleStream& stream, std::uint64_t most, const TaskContext& task) {
+    constexpr std::size_t blockFrames = 65536;
+    const auto channels = static_cast<std::size_t>(stream.format().channels);
+    std::vector<float> block(blockFrames * channels);
+    std::uint64_t frames = 0;
+    while (frames < most) {
+        const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(blockFrames, most - frames));
+        const std::size_t got = stream.read({block.data(), wanted * channels});
+        if (got == 0) break;
+        frames += got;
+        task.checkCancelled();
+    }
+    return frames;
+}
+
+/// Decodes all of it, its second half on a thread of its own: what was asked for, and as long.
 void validate(const SafeFile& file, const Preparation& expected, const SampleDecoder& decoder,
               const TaskContext& task) {
     try {
-        const std::unique_ptr<SampleStream> stream = decoder.open(file.temporaryPath());
-        const AudioFormat& format = stream->format();
-        if (format.channels != expected.encoder.channels || format.sampleRate != expected.encoder.sampleRate) {
-            refuseDecoded();
-        }
-        constexpr std::size_t blockFrames = 65536;
-        std::vector<float> block(blockFrames * static_cast<std::size_t>(format.channels));
-        std::uint64_t frames = 0;
-        while (const std::size_t got = stream->read(block)) {
-            frames += got;
-            task.checkCancelled();
-        }
-        if (frames == 0 || frames != expected.frames) refuseDecoded();
+        const auto open = [&] {
+            std::unique_ptr<SampleStream> stream = decoder.open(file.temporaryPath());
+            const AudioFormat& format = stream->format();
+            if (format.channels != expected.encoder.channels || format.sampleRate != expected.encoder.sampleRate) {
+                refuseDecoded();
+            }
+            return stream;
+        };
+        constexpr std::uint64_t toItsEnd = std::numeric_limits<std::uint64_t>::max();
+        const std::unique_ptr<SampleStream> first = open(), second = open();
+        const std::uint64_t middle = expected.frames / 2;
+        const bool halved = second->skipTo(static_cast<std::int64_t>(middle));
+        std::uint64_t frames = 0, behind = 0;
+        std::vector<ParallelRounds::Task> halves{
+            [&] { frames = decodedFrames(*first, halved ? middle : toItsEnd, task); }};
+        if (halved) halves.emplace_back([&] { behind = decodedFrames(*second, toItsEnd, task); });
+        ParallelRounds().run(halves);
+        if (frames + behind == 0 || frames + behind != expected.frames) refuseDecoded();
     } catch (const std::filesystem::filesystem_error&) {
         refuseDecoded();
     }

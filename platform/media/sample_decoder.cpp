@@ -81,6 +81,9 @@ class Mpg123Stream final : public SampleStream {
         if (said == MPG123_ERR) refuse(::mpg123_strerror(decoder_.get()), file_);
         return bytes / sizeof(float) / static_cast<std::size_t>(format_.channels);
     }
+    [[nodiscard]] bool skipTo(std::int64_t frame) override {
+        return ::mpg123_seek(decoder_.get(), frame, SEEK_SET) == frame;
+    }
 
   private:
     std::filesystem::path file_;
