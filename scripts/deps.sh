@@ -17,7 +17,7 @@ dravik_packages() {
             ;;
         test) # libraries of tests and benchmarks, and the programs that judge the files we make
             printf '%s\n' libgtest-dev libgmock-dev libpcre2-dev libbenchmark-dev nlohmann-json3-dev python3 \
-                ffmpeg sox sndfile-programs mediainfo poppler-utils qpdf pulseaudio pulseaudio-utils \
+                ffmpeg sox sndfile-programs mediainfo poppler-utils qpdf jq pulseaudio pulseaudio-utils \
                 xvfb xauth openbox xdotool # a display, a window manager and keys for the window's end-to-end test
             ;;
         checks) printf '%s\n' clang-format-14 shellcheck codespell ;;

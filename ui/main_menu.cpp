@@ -242,6 +242,7 @@ void MainMenu::makePlaybackAndWindow() {
 
 void MainMenu::makeHelp() {
     QMenu* help = menu(QStringLiteral("&Help"));
+    help->addAction(action(KeyId::showManual, {}, {}, [this] { emit manualRequested(); }));
     help->addAction(action(KeyId::showShortcuts, {}, {}, [this] { emit shortcutsRequested(); }));
     help->addAction(action(QStringLiteral("Third-Party Licenses…"), {}, {}, [this] { emit licencesRequested(); }));
     help->addSeparator();

@@ -58,6 +58,7 @@ class MainMenu : public QObject {
     void reloadRequested();
     void quitRequested();
     void preferencesRequested();
+    void manualRequested();
     void shortcutsRequested();
     void aboutRequested();
     void licencesRequested();

@@ -5,6 +5,7 @@
 #include "ui/floating_views.h"
 #include "ui/folder_browser.h"
 #include "ui/main_menu.h"
+#include "ui/manual_window.h"
 #include "ui/mixer_view.h"
 #include "ui/operations/operations_window.h"
 #include "ui/status_line.h"
@@ -198,12 +199,17 @@ void MainWindow::rememberLayout() {
 }
 
 void MainWindow::setPresentation(PresentationMode mode) {
+    const bool hadPanes = presentation_->isVisibleTo(this);
     if (mode != PresentationMode::table) dernierModeNonTable_ = mode;
+    if (mode == PresentationMode::table && hadPanes) heightsWithPanes_ = down_->sizes();
     presentation_->setVisible(mode != PresentationMode::table);
     presentation_->setCurrentWidget(mode == PresentationMode::mixer ? static_cast<QWidget*>(mixer_) : waveform_);
     editor_->setVisible(mode != PresentationMode::table && menu_->isEditorShown());
     menu_->showMode(mode);
     services_.settings.set(settings::layoutVueActive, toText(mode));
+    // By itself the splitter would give what comes back the least that it takes.
+    if (mode != PresentationMode::table && !hadPanes && !heightsWithPanes_.isEmpty())
+        down_->setSizes(heightsWithPanes_);
     QList<int> heights = down_->sizes();
     if (mode == PresentationMode::mixer && heights.at(1) < mixerHeight) {
         // First what the editor has beyond its need, then the table's.
@@ -244,9 +250,17 @@ void MainWindow::makeMenu() {
     connect(menu_, &MainMenu::reloadRequested, browser_, &FolderBrowser::refresh);
     connect(menu_, &MainMenu::quitRequested, this, &MainWindow::quit);
     connect(menu_, &MainMenu::preferencesRequested, this, &MainWindow::preferencesRequested);
+    connect(menu_, &MainMenu::manualRequested, this, [this] { manualWindow().present(); });
     connect(menu_, &MainMenu::shortcutsRequested, this, &MainWindow::shortcutsRequested);
     connect(menu_, &MainMenu::aboutRequested, this, &MainWindow::aboutRequested);
     connect(menu_, &MainMenu::licencesRequested, this, &MainWindow::licencesRequested);
+}
+
+ManualWindow& MainWindow::manualWindow() {
+    if (manual_ == nullptr) {
+        manual_ = new ManualWindow({services_.settings, services_.theme, services_.workspace, services_.dialogs}, this);
+    }
+    return *manual_;
 }
 
 void MainWindow::connectStatusLine() {

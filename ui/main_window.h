@@ -18,6 +18,7 @@ namespace dravik {
 class FloatingViews;
 class FolderBrowser;
 class MainMenu;
+class ManualWindow;
 class MixerView;
 class OperationsWindow;
 class StatusLine;
@@ -59,6 +60,8 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     [[nodiscard]] TakeEditor& takeEditor() noexcept { return *editor_; }
     [[nodiscard]] FloatingViews& floatingViews() noexcept { return *floating_; }
     [[nodiscard]] OperationsWindow& operationsWindow() noexcept { return *operations_; }
+    /// Made when it is first asked for.
+    [[nodiscard]] ManualWindow& manualWindow();
     void setPresentation(PresentationMode mode);
     [[nodiscard]] StatusLine& statusLine() noexcept { return *status_; }
 
@@ -96,10 +99,12 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
     TransportBar* transport_ = nullptr;
     FloatingViews* floating_ = nullptr;
     OperationsWindow* operations_ = nullptr;
+    ManualWindow* manual_ = nullptr;
     QSplitter* across_ = nullptr;
     QSplitter* down_ = nullptr;
 
     MainMenu* menu_ = nullptr;
+    QList<int> heightsWithPanes_;  ///< of table, presentation and editor, when the table took all of it
     PresentationMode dernierModeNonTable_ = PresentationMode::waveforms;  ///< to come back to
 
     StatusLine* status_ = nullptr;

@@ -3,6 +3,7 @@
 #include "app/table_edits.h"
 #include "ui/about_windows.h"
 #include "ui/floating_views.h"
+#include "ui/manual_window.h"
 #include "ui/operations/operations_window.h"
 #include "ui/preferences_window.h"
 #include "ui/status_line.h"
@@ -151,6 +152,8 @@ struct Album {
 
     void listening() const {
         MainWindow& window = windows.window;
+        run([&window] { window.setPresentation(PresentationMode::table); });
+        main(QStringLiteral("main-takes"));
         run([&window] { window.setPresentation(PresentationMode::mixer); });
         main(QStringLiteral("main-mixer"));
         run([&window] { window.setPresentation(PresentationMode::waveforms); });
@@ -265,6 +268,14 @@ struct Album {
         dialog(QStringLiteral("about"));
         run([&window] { showLicences(window); });
         dialog(QStringLiteral("licences"));
+        run([&window] { window.manualWindow().present(); });
+        for (const char* name : {"index", "edit", "command-line"}) {
+            run([&window, name] { window.manualWindow().showPage(QString::fromLatin1(name)); });
+            steps.emplace_back([&window, to = file(QStringLiteral("manual-%1").arg(QString::fromLatin1(name)))] {
+                return draw(window.manualWindow(), to);
+            });
+        }
+        run([&window] { window.manualWindow().close(); });
         for (const QSize size : {QSize(900, 600), QSize(2560, 1440)}) {
             run([&window, size] { window.resize(size); });
             main(QStringLiteral("main-%1x%2").arg(size.width()).arg(size.height()));

@@ -68,6 +68,7 @@ std::vector<Shortcut> make() {
     add(KeyId::floatingTransport, "Floating Transport", {control | shift | Qt::Key_T});
     group = QStringLiteral("Help");
     add(KeyId::showShortcuts, "Show Keyboard Shortcuts", {Qt::Key_F1});
+    add(KeyId::showManual, "Dravik Manual", {shift | Qt::Key_F1});
 
     context = K::table;
     group = QStringLiteral("Take table");

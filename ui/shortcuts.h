@@ -43,6 +43,7 @@ enum class KeyId {
     goToTable,
     goToEditor,
     showShortcuts,
+    showManual,
     // playback
     playPause,
     returnToBeginning,

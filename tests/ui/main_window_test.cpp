@@ -251,6 +251,17 @@ TEST_F(MainWindowTest, TheTableAloneLeadsBackToWhatWasThereBefore) {
     EXPECT_EQ(settings.value(settings::layoutVueActive), QStringLiteral("mixer"));
 }
 
+TEST_F(MainWindowTest, PanesComeBackAsHighAsTheyWereBeforeTheTableWasAlone) {
+    auto* down = window->findChild<QSplitter*>(QStringLiteral("down"));
+    down->setSizes({150, 300, 250});
+    const QList<int> before = down->sizes();
+    window->setPresentation(PresentationMode::table);
+    QTest::qWait(1);
+    window->setPresentation(PresentationMode::waveforms);
+    QTest::qWait(1);
+    EXPECT_EQ(down->sizes(), before);
+}
+
 TEST_F(MainWindowTest, AFloatingWindowThatWasOpenAtTheEndOpensAgainWhereItStoodAndAClosedOneDoesNot) {
     FloatingWindow& mixer = window->floatingViews().mixer();
     emit commands.dravikShowFloatingMixer();
