@@ -110,9 +110,13 @@ std::string paragraphs(std::string_view text) {
     return result;
 }
 
-std::string options(const std::vector<UsageOption>& all) {
+std::string options(const Usage& usage) {
     std::string result;
-    for (const UsageOption& option : all) {
+    for (const UsageArgument& argument : usage.arguments) {
+        if (argument.description.empty()) continue;
+        result += ".TP\n" + line(italic(argument.value.name)) + line(running(argument.description));
+    }
+    for (const UsageOption& option : usage.options) {
         std::string names;
         for (const std::string& name : option.names)
             names += (names.empty() ? "" : ", ") + bold(name);
@@ -147,13 +151,13 @@ std::string manPage(const Usage& program, std::string_view version, const std::v
     page += heading("SH", "NAME") + line(escaped(program.name) + " \\- " + escaped(summary));
     page += heading("SH", "SYNOPSIS") + line(bold(program.name) + ' ' + placeholders(synopsis(program)));
     page += heading("SH", "DESCRIPTION") + line(running(program.description)) + paragraphs(program.footer);
-    page += heading("SH", "OPTIONS") + options(program.options);
+    page += heading("SH", "OPTIONS") + options(program);
     if (!program.commands.empty()) page += heading("SH", "COMMANDS");
     for (const Usage& command : program.commands) {
         page += heading("SS", program.name + ' ' + command.name);
         page += line(bold(program.name + ' ' + command.name) + ' ' + placeholders(synopsis(command)));
         page += ".PP\n" + line(running(command.description) + '.');
-        page += options(command.options) + paragraphs(command.footer);
+        page += options(command) + paragraphs(command.footer);
     }
     if (!seeAlso.empty()) {
         page += heading("SH", "SEE ALSO");

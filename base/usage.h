@@ -30,6 +30,7 @@ struct UsageArgument {
     UsageValue value;
     bool isOptional = false;
     bool repeats = false;
+    std::string description = {};  ///< empty where the name says it
 };
 
 /// A program, or one of its commands.

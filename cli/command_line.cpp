@@ -622,8 +622,9 @@ class Grammar {
         chosenBy(sub, demo_);
     }
     void completions() {
-        CLI::App& sub = command("completions", "Print what teaches a shell to complete dravik-cli", completionsFooter);
-        oneOf(sub.add_option("SHELL", shell_, "bash, zsh or fish")->required(), {"bash", "zsh", "fish"});
+        CLI::App& sub =
+            command("completions", "Print what teaches bash, zsh or fish to complete dravik-cli", completionsFooter);
+        oneOf(sub.add_option("SHELL", shell_)->required(), {"bash", "zsh", "fish"});
         sub.callback([this] {
             const Shell shell = shell_ == "bash" ? Shell::bash : shell_ == "zsh" ? Shell::zsh : Shell::fish;
             command_ = Told{ExitCode::done, dravik::completions(usageOf(app_, offers_), shell)};

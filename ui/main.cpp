@@ -238,7 +238,7 @@ void declareOptions(QCommandLineParser& parser, const Usage& usage) {
     }
     for (const UsageArgument& argument : usage.arguments) {
         const QString name = toQt(argument.value.name);
-        parser.addPositionalArgument(name, QString(), QStringLiteral("[%1...]").arg(name));
+        parser.addPositionalArgument(name, commandLineText(argument.description), QStringLiteral("[%1...]").arg(name));
     }
 }
 
@@ -246,7 +246,8 @@ void declareOptions(QCommandLineParser& parser, const Usage& usage) {
 /// system to connect to.
 bool tell(int argc, char** argv) {
     const auto given = [&](std::string_view brief, std::string_view whole) {
-        return std::any_of(argv + 1, argv + argc, [&](std::string_view one) { return one == brief || one == whole; });
+        return std::any_of(argv + std::min(argc, 1), argv + argc,
+                           [&](std::string_view one) { return one == brief || one == whole; });
     };
     const Usage usage = programUsage();
     if (given("-v", "--version")) {

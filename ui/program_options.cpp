@@ -23,7 +23,8 @@ Usage programUsage() {
          UsageValue{"DIR", ValueKind::folder},
          QT_TRANSLATE_NOOP("CommandLine", "Draw every window into this folder, and end.")},
     };
-    usage.arguments = {{UsageValue{"PATH", ValueKind::path}, true, true}};
+    usage.arguments = {{UsageValue{"PATH", ValueKind::path}, true, true,
+                        QT_TRANSLATE_NOOP("CommandLine", "A folder, or files, to open.")}};
     return usage;
 }
 

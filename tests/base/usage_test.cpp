@@ -43,7 +43,7 @@ TEST(ManPage, ShowsTextsAsTheyAreTyped) {
     const TempFolder folder;
     writeFile(folder / "odd-tool.1", manPage(awkward(), "1.0", {"other-tool"}));
     const std::string shown =
-        said("LC_ALL=C.UTF-8 MANWIDTH=100 man --warnings -l " + quoted(folder / "odd-tool.1") + " 2>&1 | col -b");
+        said("LC_ALL=C.UTF-8 MANWIDTH=100 man --warnings -l " + quoted(folder / "odd-tool.1") + " 2>&1 | col -bx");
     for (const char* text : {"odd-tool - doesn't harm $HOME", "odd-tool [options] [PATH...]", "First odd-tool -x here.",
                              ".so is no request", "a'b  -- \\n ~^`", ".PP", "It's [50%]: \"a\\b\" c $(exit 3) *",
                              "-x, --list A:B", "other-tool(1)"}) {

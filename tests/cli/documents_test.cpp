@@ -14,7 +14,6 @@ using ::testing::Contains;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::IsSupersetOf;
-using ::testing::Not;
 
 std::vector<std::string> linesOf(const std::string& text) {
     std::vector<std::string> lines;
@@ -46,17 +45,14 @@ std::vector<std::string> optionsOf(const std::string& help) {
     return options;
 }
 
-std::string textOf(const std::filesystem::path& file) {
-    const Bytes bytes = readFile(file);
-    return {bytes.begin(), bytes.end()};
-}
-
 class Documents : public ::testing::Test {
   protected:
     void SetUp() override {
         for (const char* shell : {"bash", "zsh", "fish"})
-            writeFile(scripts_ / shell, run({"completions", shell}).out);
-        writeFile(scripts_ / "dravik-cli.1", run({"man-page"}).out);
+            texts_[shell] = run({"completions", shell}).out;
+        texts_["dravik-cli.1"] = run({"man-page"}).out;
+        for (const auto& [name, text] : texts_)
+            writeFile(scripts_ / name, text);
     }
     /// What a Tab in bash offers behind these words.
     [[nodiscard]] std::vector<std::string> bashOffers(const std::vector<std::string>& words) const {
@@ -67,16 +63,14 @@ class Documents : public ::testing::Test {
         writeFile(scripts_ / "asked", line);
         return linesOf(said("bash " + quoted(scripts_ / "asked")));
     }
-    TempFolder scripts_;
+    std::map<std::string, std::string> texts_;
+    TempFolder scripts_;  ///< the same as files
 };
 
 TEST_F(Documents, NameEveryCommandAndEveryOptionOfTheHelp) {
     const std::vector<std::string> commands = listed(run({"--help"}).out, "Subcommands:");
     ASSERT_THAT(commands, IsSupersetOf({"scan", "export", "completions"}));
     EXPECT_EQ(bashOffers({""}), commands);
-    const std::string page = textOf(scripts_ / "dravik-cli.1");
-    const std::string zsh = textOf(scripts_ / "zsh");
-    const std::string fish = textOf(scripts_ / "fish");
     for (const std::string& command : commands) {
         const std::vector<std::string> options = optionsOf(run({command, "--help"}).out);
         ASSERT_THAT(options, Contains("--help"));
@@ -84,12 +78,12 @@ TEST_F(Documents, NameEveryCommandAndEveryOptionOfTheHelp) {
         const auto section = [&](const std::string& all, const std::string& begin, const std::string& end) {
             const std::size_t at = all.find(begin);
             EXPECT_NE(at, std::string::npos) << begin;
-            return at == std::string::npos ? "" : all.substr(at, all.find(end, at + begin.size()) - at);
+            return at == std::string::npos ? std::string() : all.substr(at, all.find(end, at + begin.size()) - at);
         };
         std::string dashed = command;
         if (const std::size_t dash = dashed.find('-'); dash != std::string::npos) dashed.insert(dash, "\\");
-        const std::string inPage = section(page, ".SS \"dravik\\-cli " + dashed + "\"", ".SS");
-        const std::string inZsh = section(zsh, "                " + command + ")\n", ";;");
+        const std::string inPage = section(texts_["dravik-cli.1"], ".SS \"dravik\\-cli " + dashed + "\"", ".SS");
+        const std::string inZsh = section(texts_["zsh"], "                " + command + ")\n", ";;");
         for (const std::string& option : options) {
             std::string escaped = option;
             for (std::size_t at = 0; (at = escaped.find('-', at)) != std::string::npos; at += 2)
@@ -97,7 +91,7 @@ TEST_F(Documents, NameEveryCommandAndEveryOptionOfTheHelp) {
             EXPECT_THAT(inPage, HasSubstr("\\fB" + escaped + "\\fR")) << command;
             EXPECT_THAT(inZsh, HasSubstr(option)) << command;
             const std::string name = option.starts_with("--") ? " -l " + option.substr(2) : " -s " + option.substr(1);
-            EXPECT_THAT(fish, ::testing::ContainsRegex("from " + command + "'.*" + name + " ")) << command;
+            EXPECT_THAT(texts_["fish"], ::testing::ContainsRegex("from " + command + "'.*" + name + " ")) << command;
         }
     }
 }
