@@ -1,8 +1,14 @@
 #include "cli/command_line.h"
 
+#include "base/build_info.h"
+#include "base/completions.h"
+#include "base/man_page.h"
 #include "base/text.h"
+#include "cli/command_help.h"
 #include "cli/export_route.h"
 #include "editing/row_edits.h"
+#include "model/wave/timecode.h"
+#include "report/sound_report_columns.h"
 
 #include <algorithm>
 #include <charconv>
@@ -140,6 +146,13 @@ Examples:
   dravik-cli rename --pattern "{scene}_{take}_{trackName}" --dry-run /media/card/day1
   dravik-cli rename --pattern "{recordingDate}_{scene}T{take}_{circled}" 12A-T03.WAV
   dravik-cli rename --pattern "{project}-{originalName}" --copy-to delivery /media/card/day1)";
+
+constexpr const char* completionsFooter =
+    R"(An installed Dravik completes by itself. This is for one that is not:
+  source <(dravik-cli completions bash)      in ~/.bashrc
+  source <(dravik-cli completions zsh)       in ~/.zshrc, behind compinit
+  dravik-cli completions fish | source       in ~/.config/fish/config.fish)";
+
 constexpr const char* reportFooter =
     R"(The day's paper for editorial: "FOLDER_SoundReport.pdf" and ".csv", one line a file. Where a name is taken, both get
 "-1", "-2" behind the folder's name. Without --pdf or --csv both are written. What is not given is taken from the
@@ -152,30 +165,6 @@ Examples:
   dravik-cli report --dest paper /media/card/day1
   dravik-cli report --pdf --dest . --work-title "The Long Tide" --sound-mixer "A. Weir" --reference "-20 dBFS" day1
   dravik-cli report --csv --columns scene,take,circled,tcStart --dest . day1)";
-
-/// CLI11's help without its shouting: "--scene TEXT", not "--scene TEXT REQUIRED".
-class HelpFormatter final : public CLI::Formatter {
-  public:
-    HelpFormatter() {
-        column_width(30);
-        label("OPTIONS", "options");
-        label("Subcommands", "Commands");
-    }
-    std::string make_option_opts(const CLI::Option* option) const override {
-        const std::string type = option->get_type_name();
-        return type.empty() || option->get_items_expected_max() == 0 ? std::string() : " " + type;
-    }
-    std::string make_positionals(const CLI::App*) const override { return {}; }
-    std::string make_usage(const CLI::App* app, std::string name) const override {
-        std::string usage = "\nUsage: " + (name.empty() ? app->get_name() : name);
-        if (app->get_parent() == nullptr) return usage + " COMMAND [options]\n";
-        usage += " [options]";
-        for (const CLI::Option* option : app->get_options([](const CLI::Option* o) { return o->get_positional(); })) {
-            usage += " " + option->get_name(true) + (option->get_items_expected_max() > 1 ? "..." : "");
-        }
-        return usage + "\n";
-    }
-};
 
 /// "N=TEXT" or "N" split at the first "=".
 struct NumberedText {
@@ -217,7 +206,7 @@ void refuseSecond(const std::string& option, const std::vector<std::pair<int, Va
 class Grammar {
   public:
     Grammar() {
-        app_.set_version_flag("--version", std::string("dravik-cli ") + DRAVIK_VERSION, "Print the version");
+        app_.set_version_flag("--version", "dravik-cli " + versionText(), "Print the version");
         app_.set_help_flag("-h,--help", "Print this help");
         app_.formatter(std::make_shared<HelpFormatter>());
         app_.require_subcommand(1);
@@ -235,6 +224,8 @@ class Grammar {
         rename();
         report();
         demo();
+        completions();
+        manPage();
     }
 
     Command parse(int argc, const char* const* argv) {
@@ -316,6 +307,11 @@ class Grammar {
                           const char* type) {
         return sub.add_option(name, target, description)->type_name(type)->allow_extra_args(false);
     }
+    /// One of these alone.
+    void oneOf(CLI::Option* option, const std::vector<std::string>& choices) {
+        option->check(CLI::IsMember(choices).description(""));
+        offers_[option] = {choices};
+    }
     template <typename Paths>
     void paths(CLI::App& sub, const char* name, Paths& target) {
         sub.add_option(name, target)->required();
@@ -361,6 +357,7 @@ class Grammar {
         yesNo(sub, "wild", set_.wild, "Mark it as a wild track", "It is no wild track");
         text(sub, "--timecode", set_.timecode, "Start timecode, HH:MM:SS:FF or HHMMSSFF", "TC");
         text(sub, "--framerate", set_.framerate, "Frame rate", "LABEL");
+        offers_[sub.get_option("--framerate")].choices.assign(std::begin(framerateLabels), std::end(framerateLabels));
         repeated(sub, "--track", trackArguments_, "Name of track N of the take; may be repeated", "N=NAME");
         repeated(sub, "--channel", channelArguments_, "Recorder's channel number of track N; may be repeated", "N=NUM");
         text(sub, "--name", set_.name, "New file name, without extension; mono files keep their track suffix", "NEW");
@@ -512,8 +509,8 @@ class Grammar {
                },
                "wav, aac or mp3")
             ->type_name("FORMAT")
-            ->required()
-            ->check(CLI::IsMember({"wav", "aac", "mp3"}).description(""));
+            ->required();
+        oneOf(sub.get_option("--format"), {"wav", "aac", "mp3"});
         sub.add_option_function<std::string>(
                "--route",
                [this](const std::string& text) {
@@ -529,9 +526,8 @@ class Grammar {
         sub.add_option("--rate", export_.rate, "Sample rate (as the take); wav and mp3")
             ->type_name("HZ")
             ->check(CLI::Range(1, std::numeric_limits<int>::max()).description(""));
-        sub.add_option("--depth", export_.depth, "16, 24 or 32f, wav only (24)")
-            ->type_name("BITS")
-            ->check(CLI::IsMember({"16", "24", "32f"}).description(""));
+        oneOf(sub.add_option("--depth", export_.depth, "16, 24 or 32f, wav only (24)")->type_name("BITS"),
+              {"16", "24", "32f"});
         sub.add_option("--bitrate", export_.bitRate, "kbit/s, mp3 and aac (256)")
             ->type_name("KBPS")
             ->check(CLI::Range(1, std::numeric_limits<int>::max()).description(""));
@@ -602,6 +598,10 @@ class Grammar {
                },
                "Columns of the table, see below")
             ->type_name("LIST");
+        Offer& columns = offers_[sub.get_option("--columns")];
+        columns.isList = true;
+        for (const ReportColumnInfo& info : optionalColumns())
+            columns.choices.emplace_back(info.key);
         dryRun(sub, report_.dryRun);
         json(sub, report_.json);
         sub.callback([this] {
@@ -621,7 +621,26 @@ class Grammar {
         sub.add_option("--seed", demo_.seed, "Which day (1)")->type_name("S");
         chosenBy(sub, demo_);
     }
+    void completions() {
+        CLI::App& sub =
+            command("completions", "Print what teaches bash, zsh or fish to complete dravik-cli", completionsFooter);
+        oneOf(sub.add_option("SHELL", shell_)->required(), {"bash", "zsh", "fish"});
+        sub.callback([this] {
+            const Shell shell = shell_ == "bash" ? Shell::bash : shell_ == "zsh" ? Shell::zsh : Shell::fish;
+            command_ = Told{ExitCode::done, dravik::completions(usageOf(app_, offers_), shell)};
+        });
+    }
+    /// For the build, which installs it.
+    void manPage() {
+        CLI::App& sub = command("man-page", "Print the manual page", "");
+        sub.group("");
+        sub.callback([this] {
+            const std::string page = dravik::manPage(usageOf(app_, offers_), buildInfo().version, {"dravik"});
+            command_ = Told{ExitCode::done, page};
+        });
+    }
 
+    Offers offers_;
     CLI::App app_{"Reads and edits the metadata of production sound recordings.", "dravik-cli"};
     Command command_;
     ScanOptions scan_;
@@ -639,6 +658,7 @@ class Grammar {
     RenameOptions rename_;
     ReportOptions report_;
     bool pdfAlone_ = false, csvAlone_ = false;
+    std::string shell_;
     std::vector<std::string> trackArguments_, addArguments_, removeArguments_, renameArguments_;
 };
 

@@ -1,5 +1,6 @@
 #include "cli/json_output.h"
 
+#include "base/build_info.h"
 #include "base/paths.h"
 #include "cli/display_text.h"
 #include "cli/json_writer.h"
@@ -144,7 +145,7 @@ template <typename Members>
 std::string document(Members members) {
     JsonWriter json;
     json.beginObject();
-    json.member("version", DRAVIK_VERSION);
+    json.member("version", buildInfo().version);
     members(json);
     json.endObject();
     return std::move(json).text();

@@ -1,5 +1,6 @@
 #include "cli/operation_command.h"
 
+#include "base/build_info.h"
 #include "base/paths.h"
 #include "cli/display_text.h"
 #include "cli/failure.h"
@@ -82,7 +83,7 @@ std::filesystem::path sourceOf(const GroupeFichiers& groupe) {
 std::string operationJson(const std::vector<OperationLine>& lines) {
     JsonWriter json;
     json.beginObject();
-    json.member("version", DRAVIK_VERSION);
+    json.member("version", buildInfo().version);
     json.key("results");
     json.beginArray();
     for (const OperationLine& line : lines) {

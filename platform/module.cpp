@@ -31,7 +31,8 @@ ModuleFunction moduleFunction(const std::string& module, const char* function) {
     const std::string moduleName = module + ending;
     std::optional<std::string> reason;
     const std::filesystem::path folder = programFolder();
-    for (const std::filesystem::path& place : {folder / moduleName, folder / ".." / "lib" / "dravik" / moduleName}) {
+    for (const std::filesystem::path& place :
+         {folder / moduleName, folder / DRAVIK_MODULES_FROM_PROGRAMS / moduleName}) {
         // Never unloaded: the libraries keep threads and tables of their own.
         void* library = ::dlopen(place.c_str(), RTLD_NOW | RTLD_LOCAL);
         void* symbol = library != nullptr ? ::dlsym(library, function) : nullptr;

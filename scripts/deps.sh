@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what Dravik is built, tested and checked with, as far as it is missing.
 #
-#   scripts/deps.sh [build] [test] [checks] [clang]     (all of them when none is named)
+#   scripts/deps.sh [build] [test] [checks] [clang] [package] [proof]     (the first four when none is named)
 #
 # Or source it and call: dravik_install SET...
 # Only Debian and Ubuntu are known by their package names. On another system the names are printed as a hint, and the
@@ -13,14 +13,19 @@ dravik_packages() {
         build) # what the program is made of
             printf '%s\n' g++ cmake ninja-build pkg-config ccache mold \
                 libfmt-dev libutf8proc-dev libsndfile1-dev libmpg123-dev libavformat-dev libavcodec-dev libavutil-dev \
-                libsoxr-dev libmp3lame-dev qt6-base-dev qt6-svg-dev libsdl2-dev libspdlog-dev fonts-dejavu-core libcli11-dev
+                libsoxr-dev libmp3lame-dev qt6-base-dev qt6-svg-dev libsdl2-dev libspdlog-dev fonts-dejavu-core libcli11-dev \
+                librsvg2-bin
             ;;
         test) # libraries of tests and benchmarks, and the programs that judge the files we make
             printf '%s\n' libgtest-dev libgmock-dev libpcre2-dev libbenchmark-dev nlohmann-json3-dev python3 \
                 ffmpeg sox sndfile-programs mediainfo poppler-utils qpdf jq pulseaudio pulseaudio-utils \
                 xvfb xauth openbox xdotool # a display, a window manager and keys for the window's end-to-end test
             ;;
-        checks) printf '%s\n' clang-format-14 shellcheck codespell ;;
+        package) # what package.sh packs with
+            printf '%s\n' dpkg-dev file xz-utils git lintian
+            ;;
+        proof) printf '%s\n' mmdebstrap ;; # a fresh system for tools/prove_package
+        checks) printf '%s\n' clang-format-14 shellcheck codespell desktop-file-utils appstream man-db zsh fish ;;
         clang) # clang-tidy and the fuzz targets; Debian 12 has it in its security archive
             printf '%s\n' clang-22 clang-tidy-22 libclang-rt-22-dev
             ;;

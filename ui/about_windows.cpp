@@ -1,5 +1,7 @@
 #include "ui/about_windows.h"
 
+#include "app/text.h"
+#include "base/build_info.h"
 #include "ui/shortcuts.h"
 
 #include <QApplication>
@@ -89,11 +91,10 @@ void showShortcuts(QWidget& parent) {
 }
 
 void showAbout(QWidget& parent) {
-    auto* content = new QLabel(
-        QStringLiteral(
-            "<h2>Dravik %1</h2><p>Metadata of production sound: see takes instead of files,<br>correct them, "
-            "and lose nothing.</p>")
-            .arg(QApplication::applicationVersion().toHtmlEscaped()));
+    auto* content = new QLabel(QStringLiteral("<h2>Dravik %1</h2><p>Build %2, commit %3</p><p>Metadata of production "
+                                              "sound: see takes instead of files,<br>correct them, "
+                                              "and lose nothing.</p>")
+                                   .arg(toQt(buildInfo().version), toQt(buildInfo().build), toQt(buildInfo().commit)));
     content->setTextInteractionFlags(Qt::TextSelectableByMouse);
     auto* picture = new QLabel;
     picture->setPixmap(QIcon(QStringLiteral(":/icons/dravik.svg")).pixmap(QSize(64, 64)));

@@ -5,6 +5,7 @@
 #include "app/take_waveform.h"
 #include "app/text.h"
 #include "base/abandoned_work.h"
+#include "base/build_info.h"
 #include "platform/available_memory.h"
 #include "platform/desktop_workspace.h"
 #include "platform/lame/lame_encoder.h"
@@ -21,6 +22,7 @@
 #include "ui/main_window.h"
 #include "ui/pictures.h"
 #include "ui/preferences_window.h"
+#include "ui/program_options.h"
 #include "ui/qt_dialogs.h"
 #include "ui/theme.h"
 
@@ -29,12 +31,14 @@
 #include <QFileOpenEvent>
 #include <QStandardPaths>
 #include <QTimer>
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <optional>
+#include <string_view>
 
 #include <fmt/format.h>
 #include <spdlog/sinks/stdout_color_sinks.h>
@@ -221,34 +225,63 @@ int runWindows(Application& application, System& system, const std::vector<std::
     return QApplication::exec();
 }
 
+QString commandLineText(const std::string& text) { return QCoreApplication::translate("CommandLine", text.c_str()); }
+
+void declareOptions(QCommandLineParser& parser, const Usage& usage) {
+    parser.setApplicationDescription(commandLineText(usage.description));
+    for (const UsageOption& option : usage.options) {
+        QStringList names;
+        for (const std::string& name : option.names)
+            names << toQt(name.substr(name.find_first_not_of('-')));
+        parser.addOption(QCommandLineOption(names, commandLineText(option.description),
+                                            option.value ? toQt(option.value->name) : QString()));
+    }
+    for (const UsageArgument& argument : usage.arguments) {
+        const QString name = toQt(argument.value.name);
+        parser.addPositionalArgument(name, commandLineText(argument.description), QStringLiteral("[%1...]").arg(name));
+    }
+}
+
+/// Prints the version or the help when that is asked for. Neither needs a display, so it comes before there is a window
+/// system to connect to.
+bool tell(int argc, char** argv) {
+    const auto given = [&](std::string_view brief, std::string_view whole) {
+        return std::any_of(argv + std::min(argc, 1), argv + argc,
+                           [&](std::string_view one) { return one == brief || one == whole; });
+    };
+    const Usage usage = programUsage();
+    if (given("-v", "--version")) {
+        fmt::print("{} {}\n", usage.name, versionText());
+        return true;
+    }
+    if (given("-h", "--help")) {
+        const QCoreApplication application(argc, argv);
+        QCommandLineParser parser;
+        declareOptions(parser, usage);
+        fmt::print("{}\n{}\n", parser.helpText().toStdString(), commandLineText(usage.footer).toStdString());
+        return true;
+    }
+    return false;
+}
+
 int run(int argc, char** argv) {
     // A program that was to read what we say may be gone.
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
+    if (tell(argc, argv)) return 0;
     Application application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Dravik"));
-    QApplication::setApplicationVersion(QStringLiteral(DRAVIK_VERSION));
+    QApplication::setApplicationVersion(toQt(buildInfo().version));
     QApplication::setDesktopFileName(QStringLiteral("dravik"));
     QApplication::setQuitOnLastWindowClosed(false);
 
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("See, edit and save the metadata of production sound recordings."));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    const QCommandLineOption verbose(QStringLiteral("verbose"), QStringLiteral("Say on standard error what is done."));
-    parser.addOption(verbose);
-    const QCommandLineOption picture(QStringLiteral("picture"),
-                                     QStringLiteral("Draw the main window into this PNG file, and end."),
-                                     QStringLiteral("file"));
-    const QCommandLineOption pictures(QStringLiteral("pictures"),
-                                      QStringLiteral("Draw every window into this folder, and end."),
-                                      QStringLiteral("folder"));
-    parser.addOptions({picture, pictures});
-    parser.addPositionalArgument(QStringLiteral("paths"), QStringLiteral("A folder, or files, to open."),
-                                 QStringLiteral("[paths...]"));
+    const Usage usage = programUsage();
+    declareOptions(parser, usage);
     parser.process(application);
+    const bool verbose = parser.isSet(QStringLiteral("verbose"));
     spdlog::set_default_logger(spdlog::stderr_color_mt("dravik"));  // standard output is not for chatter
-    spdlog::set_level(parser.isSet(verbose) ? spdlog::level::info : spdlog::level::warn);
-    if (parser.isSet(verbose)) application.startWatch();
+    spdlog::set_level(verbose ? spdlog::level::info : spdlog::level::warn);
+    if (verbose) application.startWatch();
 
     std::vector<std::filesystem::path> files;
     for (const QString& path : parser.positionalArguments()) {
@@ -257,7 +290,8 @@ int run(int argc, char** argv) {
         files.push_back(error ? toPath(path) : whole.lexically_normal());
     }
     System system;
-    const int code = runWindows(application, system, files, parser.value(picture), parser.value(pictures));
+    const int code = runWindows(application, system, files, parser.value(QStringLiteral("picture")),
+                                parser.value(QStringLiteral("pictures")));
     if (!waitForAbandonedWork(std::chrono::milliseconds(0))) {
         // Somewhere a volume does not answer, and whoever asked it would come back to what is being destroyed. All that
         // matters is on disk.
