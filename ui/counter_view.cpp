@@ -18,8 +18,8 @@ const QString widest = QStringLiteral("00:00:00:00");
 
 CounterView::CounterView(TakePlayback& playback, UserDefaults& defaults, QWidget* parent)
     : QWidget(parent), playback_(playback), defaults_(defaults) {
-    setAccessibleName(QStringLiteral("Position"));
-    setToolTip(QStringLiteral("Toggle timecode / elapsed time"));
+    setAccessibleName(tr("Position"));
+    setToolTip(tr("Toggle timecode / elapsed time"));
     setFocusPolicy(Qt::TabFocus);
     setCursor(Qt::PointingHandCursor);
     redraw_.setTimerType(Qt::PreciseTimer);

@@ -38,7 +38,7 @@ Fader::Fader(const Theme& theme, QWidget* parent) : QWidget(parent), theme_(them
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
     setMinimumHeight(leastHeight);
-    setToolTip(QStringLiteral("Drag, with Shift finely; double click for 0 dB"));
+    setToolTip(tr("Drag, with Shift finely; double click for 0 dB"));
 }
 
 double Fader::placeOf(double dB) noexcept {

@@ -81,7 +81,7 @@ class FolderDelegate final : public QStyledItemDelegate {
     QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem&, const QModelIndex&) const override {
         auto* line = new QLineEdit(parent);
         line->setPalette(QApplication::palette());  // selected text as in other fields
-        line->setAccessibleName(QStringLiteral("Name of the folder"));
+        line->setAccessibleName(FolderTree::tr("Name of the folder"));
         tree_.typingStarted();
         return line;
     }
@@ -147,7 +147,7 @@ bool FolderTree::viewportEvent(QEvent* event) {
     if (event->type() == QEvent::ToolTip) {
         auto* help = static_cast<QHelpEvent*>(event);
         if (ejectAt(help->pos()).isValid()) {
-            QToolTip::showText(help->globalPos(), QStringLiteral("Eject (%1)").arg(keyText(KeyId::ejectVolume)), this);
+            QToolTip::showText(help->globalPos(), tr("Eject (%1)").arg(keyText(KeyId::ejectVolume)), this);
             return true;
         }
     }

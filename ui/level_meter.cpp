@@ -43,7 +43,7 @@ double MeterScale::fraction(float dB) const noexcept {
 
 LevelMeter::LevelMeter(const UserDefaults& defaults, const Theme& theme, Qt::Orientation orientation, QWidget* parent)
     : QWidget(parent), defaults_(defaults), theme_(theme), orientation_(orientation) {
-    setToolTip(QStringLiteral("Level of the file's own samples. Click to clear the clip signs."));
+    setToolTip(tr("Level of the file's own samples. Click to clear the clip signs."));
     connect(&defaults, &UserDefaults::changed, this, qOverload<>(&QWidget::update));
     setSizePolicy(orientation == Qt::Vertical ? QSizePolicy::Fixed : QSizePolicy::Expanding,
                   orientation == Qt::Vertical ? QSizePolicy::Expanding : QSizePolicy::Fixed);

@@ -25,8 +25,8 @@ QSize PanControl::sizeHint() const { return {56, 18}; }
 
 QString PanControl::textOf(double pan) {
     const int part = static_cast<int>(std::lround(std::abs(pan) * 100));
-    if (part == 0) return QStringLiteral("C");
-    return (pan < 0 ? QStringLiteral("L %1") : QStringLiteral("R %1")).arg(part);
+    if (part == 0) return tr("C");
+    return (pan < 0 ? tr("L %1") : tr("R %1")).arg(part);
 }
 
 void PanControl::setPan(double pan) {

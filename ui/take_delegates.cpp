@@ -115,7 +115,7 @@ void TakeDelegate::paintFlag(QPainter& painter, const QRect& cell, const QColor&
         font.setBold(true);
         painter.setFont(font);
         painter.setPen(colour);
-        painter.drawText(cell, Qt::AlignCenter, QStringLiteral("W"));
+        painter.drawText(cell, Qt::AlignCenter, tr("W"));
     }
     painter.setOpacity(1);
     painter.setRenderHint(QPainter::Antialiasing, false);

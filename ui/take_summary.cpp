@@ -15,7 +15,7 @@ TakeSummary::TakeSummary(const ContentView& content, const Theme& theme, QWidget
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
     layout->setSpacing(metrics::fieldSpacing);
-    auto* title = new QLabel(QStringLiteral("Format"), this);
+    auto* title = new QLabel(tr("Format"), this);
     title->setFont(metrics::smallFont(*title));
     captions_.push_back(title);
     layout->addWidget(title);
@@ -36,12 +36,12 @@ TakeSummary::TakeSummary(const ContentView& content, const Theme& theme, QWidget
         grid->addWidget(value, row++, 1);
         return value;
     };
-    format_ = line(QStringLiteral("Container"));
-    duration_ = line(QStringLiteral("Duration"));
-    sampleRate_ = line(QStringLiteral("Sample rate"));
-    bits_ = line(QStringLiteral("Bit depth"));
-    trackCount_ = line(QStringLiteral("Tracks"));
-    date_ = line(QStringLiteral("Recorded"));
+    format_ = line(tr("Container"));
+    duration_ = line(tr("Duration"));
+    sampleRate_ = line(tr("Sample rate"));
+    bits_ = line(tr("Bit depth"));
+    trackCount_ = line(tr("Tracks"));
+    date_ = line(tr("Recorded"));
     layout->addLayout(grid);
     files_ = new QPlainTextEdit(this);
     files_->setReadOnly(true);
@@ -50,7 +50,7 @@ TakeSummary::TakeSummary(const ContentView& content, const Theme& theme, QWidget
     files_->setTabChangesFocus(true);
     files_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     files_->setFont(metrics::smallFont(*files_));
-    files_->setAccessibleName(QStringLiteral("Files"));
+    files_->setAccessibleName(tr("Files"));
     files_->viewport()->setAutoFillBackground(false);
     files_->document()->setDocumentMargin(0);
     files_->setMinimumHeight(30);
@@ -70,14 +70,13 @@ void TakeSummary::refresh(const GroupeFichiers& groupe) {
     trackCount_->setText(toQt(summary.nbPistes));
     const auto date = groupe.recordingDate();
     date_->setText(date ? toQt(formatRecordingDate(*date))
-                   : groupe.recordingDateStatus() == GroupeFichiers::RecordingDateStatus::mixed
-                       ? QStringLiteral("Mixed dates")
-                       : QStringLiteral("No date"));
+                   : groupe.recordingDateStatus() == GroupeFichiers::RecordingDateStatus::mixed ? tr("Mixed dates")
+                                                                                                : tr("No date"));
     QStringList lines;
     for (const InfoFichier& fichier : groupe.fichiers)
         lines << toQt(fichier.url.filename());
     const QString folder = toQt(folderOf(groupe.fichiers.front().url));
-    lines << QStringLiteral("in %1").arg(folder);
+    lines << tr("in %1").arg(folder);
     const QString text = lines.join(QLatin1Char('\n'));
     if (files_->toPlainText() != text) files_->setPlainText(text);
     files_->setToolTip(text);

@@ -82,7 +82,7 @@ TakeTableView::TakeTableView(TakeTableModel& model, const Theme& theme, QWidget*
     setHeader(new ListHeader(metrics::cellPadding, this));
     setModel(&model);
     setItemDelegate(delegate_);
-    setAccessibleName(QStringLiteral("Takes"));
+    setAccessibleName(tr("Takes"));
     setFrameShape(QFrame::NoFrame);
     setUniformRowHeights(true);
     setSelectionMode(ExtendedSelection);
@@ -105,7 +105,7 @@ TakeTableView::TakeTableView(TakeTableModel& model, const Theme& theme, QWidget*
     header()->setStretchLastSection(false);
     header()->setSortIndicatorClearable(true);
     header()->setMinimumSectionSize(28);
-    header()->setAccessibleName(QStringLiteral("Columns of the takes"));
+    header()->setAccessibleName(tr("Columns of the takes"));
     header()->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(header(), &QWidget::customContextMenuRequested, this, [this](const QPoint& at) {
         auto* menu = new QMenu(this);

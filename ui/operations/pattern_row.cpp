@@ -28,7 +28,7 @@ BlocRenommage blockOf(const QString& text) {
 
 PatternRow::PatternRow(const Theme& theme, QWidget* parent)
     : QWidget(parent), theme_(theme), flow_(new FlowLayout(gap, gap, this)) {
-    setAccessibleName(QStringLiteral("Pattern of the new names"));
+    setAccessibleName(tr("Pattern of the new names"));
     setFocusPolicy(Qt::StrongFocus);
     setMinimumHeight(leastHeight);
     flow_->setContentsMargins(margin, margin, margin, margin);
@@ -222,7 +222,7 @@ void PatternRow::paintEvent(QPaintEvent*) {
     if (chips_.empty()) {
         painter.setPen(palette().color(QPalette::PlaceholderText));
         painter.drawText(rect().adjusted(2 * margin, 0, -2 * margin, 0), int(Qt::AlignVCenter | Qt::TextWordWrap),
-                         QStringLiteral("Click tokens below to put a name together, or type"));
+                         tr("Click tokens below to put a name together, or type"));
     } else if (hasFocus() && !dragPosition_) {
         // Where typed text would begin.
         const QRect last = chips_.back()->geometry();
