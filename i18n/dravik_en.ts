@@ -618,6 +618,10 @@ Re-enable Group Mono Files to edit detected mono sets together.</source>
         <source>Drag, with Shift finely; double click for 0 dB</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>%1 dB</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>dravik::FloatingWindow</name>
@@ -803,6 +807,14 @@ Re-enable Group Mono Files to edit detected mono sets together.</source>
     <name>dravik::LevelMeter</name>
     <message>
         <source>Level of the file&apos;s own samples. Click to clear the clip signs.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 dBFS</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1, clipped</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -1150,6 +1162,10 @@ Shift + Click Solo: Add/remove Solo in OR mode</source>
     </message>
     <message>
         <source>Width %1%</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Level</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

@@ -20,6 +20,7 @@ CounterView::CounterView(TakePlayback& playback, UserDefaults& defaults, QWidget
     : QWidget(parent), playback_(playback), defaults_(defaults) {
     setAccessibleName(tr("Position"));
     setToolTip(tr("Toggle timecode / elapsed time"));
+    setLayoutDirection(Qt::LeftToRight);
     setFocusPolicy(Qt::TabFocus);
     setCursor(Qt::PointingHandCursor);
     redraw_.setTimerType(Qt::PreciseTimer);
@@ -80,6 +81,7 @@ QSize CounterView::minimumSizeHint() const { return growing_ ? QSize(160, 32) : 
 
 void CounterView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
+    painter.setLayoutDirection(layoutDirection());
     shown_ = text();
     painter.setFont(digits());
     const QColor colour =

@@ -107,6 +107,7 @@ CueList::CueList(ContentView& content, const Theme& theme, QWidget* parent)
     table_->viewport()->installEventFilter(this);
     connect(table_, &QTableView::doubleClicked, this, &CueList::renameCurrent);
 
+    position_->setLayoutDirection(Qt::LeftToRight);
     position_->setAccessibleName(tr("Position of a new cue"));
     position_->installEventFilter(this);
     connect(position_, &QLineEdit::returnPressed, this, &CueList::addTyped);

@@ -74,6 +74,13 @@ void Fader::setDB(double dB) {
     if (dB == dB_) return;
     dB_ = dB;
     update();
+    tellValue(*this, dB_);
+}
+
+QString Fader::spokenValue() const { return tr("%1 dB").arg(textOf(dB_)); }
+
+std::optional<SpokenControl::Range> Fader::spokenRange() const {
+    return Range{dB_, MixerState::faderMinimumDB, MixerState::faderMaximumDB};
 }
 
 void Fader::move(double dB) {

@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QPainter>
+#include <QStyle>
 
 namespace dravik {
 
@@ -24,7 +25,8 @@ void ListHeader::paintSection(QPainter* painter, const QRect& rect, int section)
     painter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), line);
     // Where a column can be made wider.
     if (sectionResizeMode(section) == Interactive) {
-        painter->fillRect(QRect(rect.right(), rect.top() + 5, 1, rect.height() - 10), line);
+        const int end = layoutDirection() == Qt::RightToLeft ? rect.left() : rect.right();
+        painter->fillRect(QRect(end, rect.top() + 5, 1, rect.height() - 10), line);
     }
     QRect text = rect.adjusted(padding_, 0, -padding_, 0);
     painter->setPen(colours.color(sorted ? QPalette::WindowText : QPalette::PlaceholderText));
@@ -34,12 +36,13 @@ void ListHeader::paintSection(QPainter* painter, const QRect& rect, int section)
         const int middle = rect.center().y();
         const int tip = middle + (up ? -2 : 2);
         const int foot = middle + (up ? 2 : -2);
-        const int right = rect.right() - 4;
+        const bool mirrored = layoutDirection() == Qt::RightToLeft;
+        const int right = mirrored ? rect.left() + 4 + arrow : rect.right() - 4;
         painter->setRenderHint(QPainter::Antialiasing);
         painter->setBrush(painter->pen().color());
         painter->drawPolygon(QPolygon({{right - arrow, foot}, {right, foot}, {right - arrow / 2, tip}}));
         painter->setRenderHint(QPainter::Antialiasing, false);
-        text.setRight(right - arrow - 3);
+        mirrored ? text.setLeft(right + 3) : text.setRight(right - arrow - 3);
     }
     painter->setFont(metrics::smallFont(*this));
     const QVariant alignment = model()->headerData(section, orientation(), Qt::TextAlignmentRole);
@@ -83,6 +86,17 @@ QPalette listPalette(const Theme& theme) {
     palette.setColor(QPalette::Active, QPalette::Highlight, mixed(base, theme.accent(), 0.24));
     palette.setColor(QPalette::Inactive, QPalette::Highlight, mixed(base, text, 0.13));
     return palette;
+}
+
+int textFlags(Qt::Alignment alignment, Qt::LayoutDirection direction, const QString& text) {
+    const Qt::Alignment side = QStyle::visualAlignment(direction, alignment) | Qt::AlignAbsolute;
+    return static_cast<int>(side) | (text.isRightToLeft() ? Qt::TextForceRightToLeft : Qt::TextForceLeftToRight);
+}
+
+QString inItsOwnDirection(const QString& text, Qt::LayoutDirection direction) {
+    if (text.isEmpty() || text.isRightToLeft() == (direction == Qt::RightToLeft)) return text;
+    constexpr QChar firstStrongIsolate(0x2068), popDirectionalIsolate(0x2069);
+    return firstStrongIsolate + text + popDirectionalIsolate;
 }
 
 void stopListeningToChildren(QObject& widget) {

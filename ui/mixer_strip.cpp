@@ -145,7 +145,6 @@ QWidget* MixerStrip::makePairCard() {
     column->addLayout(buttons);
     width_ = new QSlider(Qt::Horizontal, card);
     width_->setRange(0, 100);
-    width_->setAccessibleName(tr("Width of the M/S pair"));
     widthText_ = new QLabel(card);
     widthText_->setAlignment(Qt::AlignCenter);
     widthText_->setFont(smaller(*this));
@@ -193,7 +192,9 @@ void MixerStrip::setTrack(const TrackName& track) {
           std::pair<QWidget*, QString>(solo_, tr("Solo")),
           std::pair<QWidget*, QString>(polarity_, tr("Reverse Polarity")),
           std::pair<QWidget*, QString>(fader_, tr("Fader")), std::pair<QWidget*, QString>(value_, tr("Fader value")),
-          std::pair<QWidget*, QString>(link_, tr("Link")), std::pair<QWidget*, QString>(ms_, tr("M/S"))}) {
+          std::pair<QWidget*, QString>(link_, tr("Link")), std::pair<QWidget*, QString>(ms_, tr("M/S")),
+          std::pair<QWidget*, QString>(width_, tr("Width of the M/S pair")),
+          std::pair<QWidget*, QString>(meter_, tr("Level"))}) {
         widget->setAccessibleName(QStringLiteral("%1: %2").arg(shown, what));
     }
 }

@@ -69,6 +69,7 @@ void MixerView::rebuild() {
         strips_.clear();
         scales_.clear();
         auto* page = new QWidget;
+        page->setLayoutDirection(Qt::LeftToRight);  // the channels stand as they are panned
         auto* row = new QHBoxLayout(page);
         row->setContentsMargins(6, 0, 6, 0);
         row->setSpacing(0);

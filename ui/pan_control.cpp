@@ -33,6 +33,7 @@ void PanControl::setPan(double pan) {
     if (pan == pan_) return;
     pan_ = pan;
     update();
+    tellValue(*this, pan_);
 }
 
 void PanControl::move(double pan) {
@@ -43,6 +44,7 @@ void PanControl::move(double pan) {
 
 void PanControl::paintEvent(QPaintEvent*) {
     QPainter painter(this);
+    painter.setLayoutDirection(layoutDirection());
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF box = QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5);
     painter.setPen(QPen(palette().color(QPalette::Mid), 1));

@@ -221,6 +221,7 @@ QWidget* TakeEditor::makeFields() {
         content_.rows().endCollapsing();
     });
     timecode_ = new QLineEdit(form);
+    timecode_->setLayoutDirection(Qt::LeftToRight);
     timecode_->setMinimumWidth(timecode_->fontMetrics().horizontalAdvance(QStringLiteral("00:00:00:00")) + 16);
     timecode_->installEventFilter(this);
     connect(timecode_, &QLineEdit::textEdited, this, &TakeEditor::timecodeTyped);

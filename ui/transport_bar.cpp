@@ -99,6 +99,7 @@ QWidget* TransportBar::makeBoost() {
     row->setSpacing(6);
     auto* caption = new QLabel(tr("Boost"), group);
     auto* slider = new BoostSlider(Qt::Horizontal, group);
+    slider->setLayoutDirection(Qt::LeftToRight);  // louder is right, as on the meters
     slider->setRange(boostMinimum, boostMaximum);
     slider->setPageStep(3);
     slider->setFixedWidth(110);
@@ -126,7 +127,10 @@ void TransportBar::layOut(Form form, QWidget* boost) {
     const QSize icon = large ? QSize(26, 26) : QSize(18, 18);
     for (const auto& [made, name] : icons_)
         made->setIconSize(icon);
-    auto* buttons = new QHBoxLayout;
+    auto* order = new QWidget(this);
+    order->setLayoutDirection(Qt::LeftToRight);  // backward is left, as on the waveform
+    auto* buttons = new QHBoxLayout(order);
+    buttons->setContentsMargins({});
     buttons->setSpacing(large ? 6 : 2);
     for (QToolButton* made : {back_, nudgeBack_, play_, nudgeForward_})
         buttons->addWidget(made);
@@ -138,7 +142,7 @@ void TransportBar::layOut(Form form, QWidget* boost) {
         auto* row = new QHBoxLayout(this);
         row->setContentsMargins(8, 3, 8, 3);
         row->setSpacing(12);
-        row->addLayout(buttons);
+        row->addWidget(order);
         row->addWidget(counter_);
         row->addLayout(options);
         row->addStretch(1);
@@ -153,7 +157,7 @@ void TransportBar::layOut(Form form, QWidget* boost) {
     auto* row = new QHBoxLayout;
     row->addLayout(options);
     row->addStretch(1);
-    row->addLayout(buttons);
+    row->addWidget(order);
     row->addStretch(1);
     row->addWidget(boost);
     column->addLayout(row);

@@ -37,6 +37,7 @@ QString WaveformView::message() const {
 
 void WaveformView::paintEvent(QPaintEvent* event) {
     QPainter painter(viewport());
+    painter.setLayoutDirection(layoutDirection());  // it begins with that of the program
     painter.fillRect(event->rect(), palette().color(QPalette::Base));
     if (const QString text = message(); !text.isEmpty()) {
         painter.setPen(theme_.dimmed());

@@ -36,6 +36,7 @@ WaveformView::WaveformView(ContentView& content, TakePlayback& playback, TakeWav
       defaults_(defaults),
       theme_(theme) {
     setAccessibleName(tr("Waveform"));
+    setLayoutDirection(Qt::LeftToRight);  // time runs so in every language
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::StrongFocus);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -206,6 +207,26 @@ void WaveformView::goInOverview(double x) {
     const double middle = x / overviewArea().width() * static_cast<double>(view_.frameTotal());
     view_.scrollTo(middle - view_.visibleFrames() / 2);
     lookAround();
+}
+
+// --- For those who hear instead of see -----------------------------------------------------------------------------
+
+QString WaveformView::spokenValue() const {
+    if (const QString text = message(); !text.isEmpty()) return text;
+    const LecteurCoreAudio& player = playback_.player();
+    return toQt(defaults_.value(settings::counterShowsElapsedTime) ? player.timecodeMillis()
+                                                                   : player.timecodeCourant());
+}
+
+std::optional<SpokenControl::Range> WaveformView::spokenRange() const {
+    const double rate = sampleRate();
+    if (rate <= 0) return Range{0, 0, 0};
+    return Range{secondsOf(playhead_, rate), 0, secondsOf(frameTotal(), rate)};
+}
+
+void WaveformView::setSpokenNumber(double seconds) {
+    LecteurCoreAudio& player = playback_.player();
+    if (player.pret()) player.setFrame(std::llround(seconds * player.sampleRate()));
 }
 
 // --- Drawing -------------------------------------------------------------------------------------------------------

@@ -1,5 +1,6 @@
 #include "ui/operations/export_form.h"
 
+#include "ui/list_looks.h"
 #include "ui/metrics.h"
 #include "ui/operations/elided_box.h"
 
@@ -56,7 +57,7 @@ ExportForm::ExportForm(QWidget* parent)
     for (const ExportAudioChannelMode one : allExportAudioChannelModes)
         channels_->addItem(label(one), int(one));
     for (const ExportWAVBitDepth one : allExportWAVBitDepths)
-        depth_->addItem(label(one), int(one));
+        depth_->addItem(inItsOwnDirection(label(one), layoutDirection()), int(one));
     depthOrRate_->addWidget(depth_);
     depthOrRate_->addWidget(bitRate_);
     depthOrRate_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
@@ -96,7 +97,7 @@ void ExportForm::makeTracks() {
     mono2_ = box(tr("Mixed with"), tr("A second track, averaged with the first"));
     gain_ = box(tr("Level of the mix"), tr("Level of each of the two tracks in the mix"));
     for (const ExportMonoAverageGain one : allExportMonoAverageGains)
-        gain_->addItem(label(one), int(one));
+        gain_->addItem(inItsOwnDirection(label(one), layoutDirection()), int(one));
     form->addRow(tr("&Track:"), mono1_);
     form->addRow(tr("&Mixed with:"), mono2_);
     form->addRow(tr("&Level:"), gain_);
@@ -171,7 +172,7 @@ void ExportForm::fillTracks(QComboBox& box, std::optional<int> chosenTrack, bool
     if (optional) box.addItem(tr("None"), noTrack);
     int position = 0;
     for (const TrackName& track : tracks_)
-        box.addItem(track.text(), position++);
+        box.addItem(inItsOwnDirection(track.text(), layoutDirection()), position++);
     if (chosenTrack && *chosenTrack >= position) {
         const QString absent = TrackName{*chosenTrack + 1, {}}.label();
         box.addItem(tracks_.empty() ? absent : tr("%1 — not in this take").arg(absent), *chosenTrack);
@@ -189,7 +190,7 @@ void ExportForm::refresh() {
     choose(*depth_, int(state_.profondeurWAV));
     bitRate_->clear();
     for (const int rate : bitRatesFor(state_.format))
-        bitRate_->addItem(bitRateLabel(rate), rate);
+        bitRate_->addItem(inItsOwnDirection(bitRateLabel(rate), layoutDirection()), rate);
     choose(*bitRate_, state_.debit);
     depthOrRate_->setCurrentIndex(isWav ? 0 : 1);
     depthLabel_->setText(isWav ? tr("&Bit depth:") : tr("&Bit rate:"));
@@ -198,7 +199,7 @@ void ExportForm::refresh() {
     const std::vector<ExportSampleRate> rates = ratesFor(state_.format);
     rate_->clear();
     for (const ExportSampleRate& rate : rates)
-        rate_->addItem(label(rate), rate.hertz.value_or(0));
+        rate_->addItem(inItsOwnDirection(label(rate), layoutDirection()), rate.hertz.value_or(0));
     choose(*rate_, state_.frequence.hertz.value_or(0));
     rate_->setEnabled(rates.size() > 1);
     rate_->setToolTip(rates.size() > 1 ? tr("Sample rate of the new files")

@@ -39,7 +39,7 @@ void makeRows(QGridLayout& grid) {
 /// An entry of the list, and the text it shows.
 void addEntries(QComboBox& box, std::span<const std::string_view> entries) {
     for (const std::string_view entry : entries)
-        box.addItem(toQt(entry), toQt(entry));
+        box.addItem(inItsOwnDirection(toQt(entry), box.layoutDirection()), toQt(entry));
 }
 
 }  // namespace
