@@ -18,18 +18,27 @@ void install(QCoreApplication& application, const QLocale& locale, const QString
     QCoreApplication::installTranslator(translator.release());
 }
 
-/// Is there a catalogue of it, rather than of another language that the user also reads?
 bool isTranslated(const QLocale& locale) {
     QTranslator translator;
     return translator.load(locale, QStringLiteral("dravik"), QStringLiteral("_"), catalogues) &&
            QLocale(translator.language()).language() == locale.language();
 }
 
+/// The first of the languages that the user reads, by preference, of which there is a catalogue.
+QLocale localeOfTexts(const QLocale& wanted, const QLocale& english) {
+    for (const QString& name : wanted.uiLanguages()) {
+        const QLocale one(name);
+        if (one.language() == QLocale::English) return english;
+        if (isTranslated(one)) return one.language() == wanted.language() ? wanted : one;
+    }
+    return english;
+}
+
 }  // namespace
 
 QLocale installLanguage(QCoreApplication& application, const QLocale& wanted) {
     const QLocale english(QLocale::English);
-    const QLocale texts = isTranslated(wanted) ? wanted : english;
+    const QLocale texts = localeOfTexts(wanted, english);
     // Always: the source texts lack the plural forms, which another catalogue may lack, too.
     install(application, english, QStringLiteral("dravik"), catalogues);
     if (texts.language() != QLocale::English) {

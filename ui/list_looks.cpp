@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QPainter>
 #include <QStyle>
+#include <algorithm>
 
 namespace dravik {
 
@@ -59,8 +60,12 @@ void makeDense(QTableView& table, const Theme& theme, const QString& accessibleN
     header->setStretchLastSection(true);
     header->setSectionResizeMode(QHeaderView::Fixed);
     int column = 0;
-    for (const int width : widths)
-        header->resizeSection(column++, width);
+    for (const int width : widths) {
+        // For English these are the widths; a title of another language may need more.
+        const QString title = table.model()->headerData(column, Qt::Horizontal).toString();
+        const int needed = header->fontMetrics().horizontalAdvance(title) + 2 * metrics::listPadding;
+        header->resizeSection(column++, std::max(width, needed));
+    }
     table.setAccessibleName(accessibleName);
     table.verticalHeader()->hide();
     table.verticalHeader()->setMinimumSectionSize(metrics::rowHeight);

@@ -4,6 +4,7 @@
 #include "model/audio_metadata.h"
 #include "ui/floating_views.h"
 #include "ui/folder_browser.h"
+#include "ui/list_looks.h"
 #include "ui/main_menu.h"
 #include "ui/mixer_view.h"
 #include "ui/operations/operations_window.h"
@@ -346,9 +347,10 @@ void MainWindow::refreshCounts() {
         status_->setCounts({});
         return;
     }
-    const QString counts = QStringLiteral("%1 · %2 · %3 · %4")
-                               .arg(counted(part ? selected.size() : rows.size(), Noun::take),
-                                    counted(files, Noun::file), clockText(seconds), toQt(sizeText(bytes)));
+    const QString counts =
+        QStringLiteral("%1 · %2 · %3 · %4")
+            .arg(counted(part ? selected.size() : rows.size(), Noun::take), counted(files, Noun::file),
+                 clockText(seconds), inItsOwnDirection(toQt(sizeText(bytes)), layoutDirection()));
     status_->setCounts(part ? tr("Selected: %1").arg(counts) : counts);
 }
 

@@ -9,8 +9,10 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QSpinBox>
+#include <QTabBar>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace dravik {
 namespace {
@@ -68,7 +70,8 @@ PreferencesWindow::PreferencesWindow(UserDefaults& settings, Commands& commands,
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(tabs_);
     layout->addWidget(buttons);
-    setMinimumWidth(560);
+    const QMargins around = layout->contentsMargins();
+    setMinimumWidth(std::max(560, tabs_->tabBar()->sizeHint().width() + around.left() + around.right()));
     setSizeGripEnabled(false);
 }
 

@@ -2,11 +2,13 @@
 
 #include "app/text.h"
 #include "base/paths.h"
+#include "ui/list_looks.h"
 #include "ui/metrics.h"
 
 #include <QGridLayout>
 #include <QScrollBar>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace dravik {
 
@@ -56,7 +58,12 @@ TakeSummary::TakeSummary(const ContentView& content, const Theme& theme, QWidget
     files_->setMinimumHeight(30);
     layout->addSpacing(metrics::fieldSpacing);
     layout->addWidget(files_, 1);
-    setMinimumWidth(150);
+    const QFontMetrics letters(metrics::smallFont(*this));
+    int widest = 0;
+    for (const QLabel* caption : captions_)
+        widest = std::max(widest, letters.horizontalAdvance(caption->text()));
+    setMinimumWidth(
+        std::max(150, widest + grid->horizontalSpacing() + letters.horizontalAdvance(QStringLiteral("00:00:00.000"))));
     connect(&theme_, &Theme::changed, this, &TakeSummary::applyTheme);
     applyTheme();
 }
@@ -76,7 +83,7 @@ void TakeSummary::refresh(const GroupeFichiers& groupe) {
     for (const InfoFichier& fichier : groupe.fichiers)
         lines << toQt(fichier.url.filename());
     const QString folder = toQt(folderOf(groupe.fichiers.front().url));
-    lines << tr("in %1").arg(folder);
+    lines << tr("in %1").arg(inItsOwnDirection(folder, layoutDirection()));
     const QString text = lines.join(QLatin1Char('\n'));
     if (files_->toPlainText() != text) files_->setPlainText(text);
     files_->setToolTip(text);

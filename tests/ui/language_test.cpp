@@ -9,6 +9,7 @@
 
 #include <QFile>
 #include <QSet>
+#include <QToolButton>
 #include <QTranslator>
 #include <QXmlStreamReader>
 #include <algorithm>
@@ -35,7 +36,7 @@ std::set<std::pair<QString, QString>> catalogue() {
     return all;
 }
 
-/// A language in which every text is the English one in brackets, and longer if need be.
+/// A language in which every text is the English one in brackets, or, with a growth, that much longer.
 class Brackets final : public QTranslator {
   public:
     explicit Brackets(double growth = 0) : growth_(growth) {}
@@ -49,8 +50,9 @@ class Brackets final : public QTranslator {
             const std::lock_guard lock(mutex_);  // previews are worked out in the background
             unlisted_.insert(of + QStringLiteral(": ") + source);
         }
-        const auto more = static_cast<qsizetype>(std::ceil(growth_ * static_cast<double>(source.size())));
-        return QLatin1Char('[') + source + QString(more, QLatin1Char('~')) + QLatin1Char(']');
+        if (growth_ == 0) return QLatin1Char('[') + source + QLatin1Char(']');
+        const auto more = static_cast<qsizetype>(std::lround(growth_ * static_cast<double>(source.size())));
+        return source + QString(more, QLatin1Char('~'));
     }
     [[nodiscard]] bool isEmpty() const override { return false; }
     /// What was asked for under another name than it is listed under.
@@ -192,9 +194,11 @@ bool isCut(const QWidget& widget) {
         return !label->wordWrap() && label->sizePolicy().horizontalPolicy() != QSizePolicy::Ignored &&
                label->sizeHint().width() > label->width();
     }
-    if (const auto* button = qobject_cast<const QAbstractButton*>(&widget))
-        return !button->text().isEmpty() && button->sizeHint().width() > button->width();
-    return false;
+    const auto* tool = qobject_cast<const QToolButton*>(&widget);
+    if (tool != nullptr && tool->toolButtonStyle() == Qt::ToolButtonIconOnly && !tool->icon().isNull()) return false;
+    const auto* button = qobject_cast<const QAbstractButton*>(&widget);
+    return button != nullptr &&
+           button->fontMetrics().size(Qt::TextShowMnemonic, button->text()).width() > button->width();
 }
 
 TEST_F(LongLanguage, TextsThatAreAThirdLongerStillHaveTheirRoom) {

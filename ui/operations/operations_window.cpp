@@ -14,6 +14,7 @@
 #include <QKeyEvent>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace dravik {
 namespace {
@@ -140,15 +141,17 @@ QWidget* OperationsWindow::makeTabs() {
     tabs_ = new QListWidget(this);
     tabs_->setAccessibleName(tr("Operations"));
     tabs_->setFrameShape(QFrame::NoFrame);
-    tabs_->setFixedWidth(tabsWidth);
     tabs_->setUniformItemSizes(true);
     tabs_->setIconSize(QSize(metrics::toolIconSide, metrics::toolIconSide));
     tabs_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     for (const OperationsTab tab : allOperationsTabs) {
-        auto* item = new QListWidgetItem(textsOf(tab).title, tabs_);
-        item->setSizeHint(QSize(tabsWidth, tabHeight));
-        tabItems_[tab] = item;
+        tabItems_[tab] = new QListWidgetItem(textsOf(tab).title, tabs_);
+        tabItems_[tab]->setIcon(services_.theme.icon(QString::fromLatin1(iconNameOf(tab))));
     }
+    const int width = std::max(tabsWidth, tabs_->sizeHintForColumn(0));
+    tabs_->setFixedWidth(width);
+    for (const auto& [tab, item] : tabItems_)
+        item->setSizeHint(QSize(width, tabHeight));
     connect(tabs_, &QListWidget::currentRowChanged, this, [this](int row) {
         if (row < 0) return;
         const OperationsTab tab = allOperationsTabs[static_cast<std::size_t>(row)];

@@ -286,7 +286,9 @@ void ReportFormView::refreshChoices() {
         if (choice.ofFiles == nullptr) continue;
         const QString said = toQt(ofFiles_.*choice.ofFiles);
         choice.box->setItemText(choice.box->findData(toQt(filesChoice)),
-                                said.isEmpty() ? tr("From the files") : tr("From the files (%1)").arg(said));
+                                said.isEmpty()
+                                    ? tr("From the files")
+                                    : tr("From the files (%1)").arg(inItsOwnDirection(said, layoutDirection())));
         choice.box->setToolTip(choice.box->currentText());
     }
 }
