@@ -45,19 +45,18 @@ ContentView::ContentView(const Services& services)
             lines << toQt(line);
         for (const std::string& line : recovery.failures)
             lines << toQt(line);
-        showError(services_.dialogs,
-                  recovery.failures.empty() ? QStringLiteral("Interrupted Work Was Put Right")
-                                            : QStringLiteral("Critical Rename Recovery Needed"),
-                  lines.join(QLatin1Char('\n')));
+        showError(
+            services_.dialogs,
+            recovery.failures.empty() ? tr("Interrupted Work Was Put Right") : tr("Critical Rename Recovery Needed"),
+            lines.join(QLatin1Char('\n')));
     });
     connect(&listing_, &FolderListing::unreachable, this, [this] {
         if (reading_ == TakeRows::Reading::again) {
             // A card that was pulled may come back: its rows and their edits stay.
-            emit notice(
-                QStringLiteral("%1 cannot be reached. What is shown is what was read before.").arg(folderLabel()));
+            emit notice(tr("%1 cannot be reached. What is shown is what was read before.").arg(folderLabel()));
         } else {
-            showError(services_.dialogs, QStringLiteral("Folder Not Found"),
-                      QStringLiteral("%1 is not there, or cannot be read.").arg(folderLabel()));
+            showError(services_.dialogs, tr("Folder Not Found"),
+                      tr("%1 is not there, or cannot be read.").arg(folderLabel()));
         }
     });
     connectSaves();
@@ -159,7 +158,7 @@ void ContentView::gererActionProtegee(const ActionEnAttente& action) {
     }
     if (sauvegardeEnCours()) {
         // What a save writes is neither pending nor on disk.
-        emit notice(QStringLiteral("Wait until saving is done, or cancel it."));
+        emit notice(tr("Wait until saving is done, or cancel it."));
         refuse();
         return;
     }
@@ -169,10 +168,10 @@ void ContentView::gererActionProtegee(const ActionEnAttente& action) {
     }
     actionEnAttente_ = action;
     Alert alert;
-    alert.title = QStringLiteral("Unsaved modifications");
-    alert.text = quits ? QStringLiteral("Do you want to save your changes before quitting?")
-                       : QStringLiteral("Do you want to save your changes before continuing?");
-    alert.buttons = {QStringLiteral("Save"), QStringLiteral("Discard changes"), QStringLiteral("Cancel")};
+    alert.title = tr("Unsaved modifications");
+    alert.text = quits ? tr("Do you want to save your changes before quitting?")
+                       : tr("Do you want to save your changes before continuing?");
+    alert.buttons = {tr("Save"), tr("Discard changes"), tr("Cancel")};
     services_.dialogs.ask(alert, [this, refuse](AlertAnswer answer) {
         const auto go = [this] {
             const ActionEnAttente waiting = *std::exchange(actionEnAttente_, std::nullopt);
@@ -195,10 +194,9 @@ void ContentView::gererActionProtegee(const ActionEnAttente& action) {
 
 void ContentView::askToStopOperation() {
     Alert alert;
-    alert.title = QStringLiteral("New files are being made");
-    alert.text = QStringLiteral(
-        "Do you want to stop and quit? Files that are complete stay; the one in progress is taken back.");
-    alert.buttons = {QStringLiteral("Keep Working"), QStringLiteral("Stop and Quit")};
+    alert.title = tr("New files are being made");
+    alert.text = tr("Do you want to stop and quit? Files that are complete stay; the one in progress is taken back.");
+    alert.buttons = {tr("Keep Working"), tr("Stop and Quit")};
     alert.cancelButton = 0;
     services_.dialogs.ask(alert, [this](AlertAnswer answer) {
         if (answer.button == 0) return;
@@ -277,7 +275,7 @@ void ContentView::lookAt(const ActionEnAttente& action, std::vector<std::filesys
     lookID_ = Uuid::random();
     if (!paths.empty()) {
         services_.clock.after(answerTime, this, [this, look = *lookID_, name = toQt(paths.front().filename())] {
-            if (lookID_ == look) emit notice(QStringLiteral("“%1” does not answer.").arg(name));
+            if (lookID_ == look) emit notice(tr("“%1” does not answer.").arg(name));
         });
     }
     looking_.run(
@@ -307,7 +305,7 @@ void ContentView::openDropped(const OuvrirDepotFichiers& dropped, const std::vec
     if (folder != dropped.fichiers.end()) {
         openFolder(*folder, true, {});
         if (dropped.fichiers.size() > 1) {
-            emit notice(QStringLiteral("%1 is open; one folder is shown at a time.").arg(toQt(folder->filename())));
+            emit notice(tr("%1 is open; one folder is shown at a time.").arg(toQt(folder->filename())));
         }
     } else if (dropped.dossier) {
         openFolder(*dropped.dossier, areFolders.back(), dropped.fichiers);
@@ -331,8 +329,8 @@ void ContentView::takeNextAction() {
 
 void ContentView::loadFile() {
     OpenPanel panel;
-    panel.title = QStringLiteral("Load File");
-    panel.prompt = QStringLiteral("Load");
+    panel.title = tr("Load File");
+    panel.prompt = tr("Load");
     panel.start = dossier_.value_or(std::filesystem::path());
     panel.nameFilters = listedNameFilters();
     services_.dialogs.choose(panel, [this](const std::optional<std::filesystem::path>& url) {
@@ -342,8 +340,8 @@ void ContentView::loadFile() {
 
 void ContentView::loadFolder() {
     OpenPanel panel;
-    panel.title = QStringLiteral("Load Folder");
-    panel.prompt = QStringLiteral("Load");
+    panel.title = tr("Load Folder");
+    panel.prompt = tr("Load");
     panel.folders = true;
     panel.start = dossier_.value_or(std::filesystem::path());
     services_.dialogs.choose(panel, [this](const std::optional<std::filesystem::path>& url) {
@@ -354,8 +352,8 @@ void ContentView::loadFolder() {
 void ContentView::openFolder(const std::filesystem::path& folder, bool isThere,
                              std::vector<std::filesystem::path> select) {
     if (!isThere) {
-        showError(services_.dialogs, QStringLiteral("Folder Not Found"),
-                  QStringLiteral("%1 is not there, or cannot be read.").arg(toQt(folder)));
+        showError(services_.dialogs, tr("Folder Not Found"),
+                  tr("%1 is not there, or cannot be read.").arg(toQt(folder)));
         return;
     }
     // The one form in which listed files are named, so that files named from outside are found among them.
@@ -379,8 +377,7 @@ void ContentView::openFolder(const std::filesystem::path& folder, bool isThere,
 void ContentView::openFiles(std::vector<std::filesystem::path> files) {
     std::erase_if(files, [](const std::filesystem::path& file) { return !isListed(file); });
     if (files.empty()) {
-        showError(services_.dialogs, QStringLiteral("Nothing to Open"),
-                  QStringLiteral("None of these is an audio file that Dravik can open."));
+        showError(services_.dialogs, tr("Nothing to Open"), tr("None of these is an audio file that Dravik can open."));
         return;
     }
     dossier_.reset();
@@ -428,8 +425,8 @@ void ContentView::onRowsRead(const std::shared_ptr<ReadRows>& rows, bool complet
     services_.background.letGo(std::move(*rows));
     if (complete) reading_ = TakeRows::Reading::last;
     if (const std::size_t missing = rows_.missingRows().size(); complete && missing > missingBefore) {
-        emit notice(QStringLiteral("%1 with unsaved changes not in the folder any more. The changes are kept.")
-                        .arg(missing == 1 ? QStringLiteral("1 take is") : QStringLiteral("%1 takes are").arg(missing)));
+        emit notice(tr("%n take(s) with unsaved changes not in the folder any more. The changes are kept.", nullptr,
+                       pluralOf(missing)));
     }
     selectAfterReading(complete);
 }
@@ -469,7 +466,7 @@ QString ContentView::folderLabel() const {
             folders.insert(folderOf(file));
     }
     if (folders.empty()) return {};
-    return folders.size() == 1 ? toQt(*folders.begin()) : QStringLiteral("Multiple folders");
+    return folders.size() == 1 ? toQt(*folders.begin()) : tr("Multiple folders");
 }
 
 bool ContentView::regrouperFichiersMono() const { return services_.settings.value(settings::regrouperFichiersMono); }
@@ -477,8 +474,7 @@ bool ContentView::regrouperFichiersMono() const { return services_.settings.valu
 void ContentView::setRegrouperFichiersMono(bool regrouper) {
     if (regrouper == regrouperFichiersMono()) return;
     if (hasUnsavedChanges() || sauvegardeEnCours()) {
-        showError(services_.dialogs, QStringLiteral("Group Mono Files"),
-                  QStringLiteral("Save changes before changing mono grouping."));
+        showError(services_.dialogs, tr("Group Mono Files"), tr("Save changes before changing mono grouping."));
         return;
     }
     services_.settings.set(settings::regrouperFichiersMono, regrouper);
@@ -486,13 +482,13 @@ void ContentView::setRegrouperFichiersMono(bool regrouper) {
     reload();
     if (regrouper || services_.settings.value(settings::masquerAvertissementDesactivationGroupesMono)) return;
     Alert alert;
-    alert.title = QStringLiteral("Mono Group Detection Disabled");
-    alert.text = QStringLiteral(
+    alert.title = tr("Mono Group Detection Disabled");
+    alert.text = tr(
         "Dravik will now treat mono files individually.\n\nBe careful when editing metadata: files that belong to the "
         "same take may become inconsistent if only one mono file is modified.\n\nRe-enable Group Mono Files to edit "
         "detected mono sets together.");
-    alert.buttons = {QStringLiteral("OK")};
-    alert.checkBox = QStringLiteral("Don't show again");
+    alert.buttons = {tr("OK")};
+    alert.checkBox = tr("Don't show again");
     services_.dialogs.ask(alert, [this](AlertAnswer answer) {
         if (answer.checked) {
             services_.settings.set(settings::masquerAvertissementDesactivationGroupesMono, true);
@@ -607,10 +603,9 @@ void ContentView::saveAll(std::function<void(bool)> saved) {
 void ContentView::discardAll() {
     if (!hasUnsavedChanges() || sauvegardeEnCours()) return;
     Alert alert;
-    alert.title = QStringLiteral("Discard All Unsaved Changes?");
-    alert.text =
-        QStringLiteral("Dravik will revert all pending metadata, track name and cue changes. This cannot be undone.");
-    alert.buttons = {QStringLiteral("Discard"), QStringLiteral("Cancel")};
+    alert.title = tr("Discard All Unsaved Changes?");
+    alert.text = tr("Dravik will revert all pending metadata, track name and cue changes. This cannot be undone.");
+    alert.buttons = {tr("Discard"), tr("Cancel")};
     alert.destructive = true;
     services_.dialogs.ask(alert, [this](AlertAnswer answer) {
         if (answer.button == 0) rows_.discardAll();

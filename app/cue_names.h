@@ -10,7 +10,9 @@ namespace dravik {
 
 /// What a cue is called: its label, or its number from 1 in the order of the take.
 [[nodiscard]] inline QString cueName(const CueMarker& marker, std::size_t number) {
-    return marker.label && !marker.label->empty() ? toQt(*marker.label) : QStringLiteral("Cue %1").arg(number);
+    return marker.label && !marker.label->empty()
+               ? toQt(*marker.label)
+               : QCoreApplication::translate("dravik::CueNames", "Cue %1").arg(number);
 }
 
 }  // namespace dravik

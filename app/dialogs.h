@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 #include <QStringList>
 #include <filesystem>
@@ -29,7 +30,7 @@ struct TextQuestion {
     QString label;
     QString text;  ///< what the field holds at first
     QString hint;  ///< below the field
-    QString accept = QStringLiteral("OK");
+    QString accept = QCoreApplication::translate("dravik::Dialogs", "OK");
 };
 
 /// A panel that chooses one file or one folder.

@@ -2,10 +2,15 @@
 
 #include "operations/track_eligibility.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 
 namespace dravik {
 namespace {
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(dravik::ExportChoice)
+};
 
 // Under which names the choices are kept; the order is that of the enumerations.
 constexpr std::array modeNames = {"mono", "stereo", "polyWAV"};
@@ -64,11 +69,11 @@ OperationAudioExportRouting routingOf(const ExportAudioSessionState& state, int 
 QString label(ExportAudioChannelMode mode) {
     switch (mode) {
         case ExportAudioChannelMode::mono:
-            return QStringLiteral("Mono");
+            return Texts::tr("Mono");
         case ExportAudioChannelMode::stereo:
-            return QStringLiteral("Stereo");
+            return Texts::tr("Stereo");
         case ExportAudioChannelMode::polyWAV:
-            return QStringLiteral("Poly WAV");
+            return Texts::tr("Poly WAV");
     }
     return {};
 }
@@ -88,25 +93,25 @@ QString label(ExportAudioFormat format) {
 QString label(ExportWAVBitDepth depth) {
     switch (depth) {
         case ExportWAVBitDepth::pcm16:
-            return QStringLiteral("16-bit PCM");
+            return Texts::tr("16-bit PCM");
         case ExportWAVBitDepth::pcm24:
-            return QStringLiteral("24-bit PCM");
+            return Texts::tr("24-bit PCM");
         case ExportWAVBitDepth::float32:
-            return QStringLiteral("32-bit float");
+            return Texts::tr("32-bit float");
     }
     return {};
 }
 
 QString label(ExportMonoAverageGain gain) {
-    return gain == ExportMonoAverageGain::minus3 ? QStringLiteral("−3 dB") : QStringLiteral("−6 dB");
+    return gain == ExportMonoAverageGain::minus3 ? Texts::tr("−3 dB") : Texts::tr("−6 dB");
 }
 
 QString label(const ExportSampleRate& rate) {
-    if (!rate.hertz) return QStringLiteral("Original");
-    return QStringLiteral("%1 kHz").arg(*rate.hertz / 1000.0);
+    if (!rate.hertz) return Texts::tr("Original");
+    return Texts::tr("%1 kHz").arg(*rate.hertz / 1000.0);
 }
 
-QString bitRateLabel(int kilobitsPerSecond) { return QStringLiteral("%1 kbit/s").arg(kilobitsPerSecond); }
+QString bitRateLabel(int kilobitsPerSecond) { return Texts::tr("%1 kbit/s").arg(kilobitsPerSecond); }
 
 std::vector<ExportSampleRate> ratesFor(ExportAudioFormat format) {
     std::vector<ExportSampleRate> rates = {ExportSampleRate::original()};

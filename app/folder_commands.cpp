@@ -62,28 +62,26 @@ bool FolderCommands::isPlace(const std::filesystem::path& folder) const {
 QString FolderCommands::refusal(const std::filesystem::path& folder, const QString& doing) const {
     const QString name = shownName(folder);
     if (services_.content.operationsEnCours()) {
-        return QStringLiteral("New files are being made. Wait until that is done before %1 “%2”.").arg(doing, name);
+        return tr("New files are being made. Wait until that is done before %1 “%2”.").arg(doing, name);
     }
     const TakeRows& rows = services_.content.rows();
     for (const int row : rows.editedRows()) {
         for (const InfoFichier& fichier : rows.groupesTableau().at(static_cast<std::size_t>(row)).groupe.fichiers) {
             if (!isWithin(fichier.url, folder)) continue;
             return services_.content.sauvegardeEnCours()
-                       ? QStringLiteral("“%1” is being saved into. Wait until that is done before %2 it.")
-                             .arg(name, doing)
-                       : QStringLiteral("“%1” holds takes with unsaved changes. Save or discard them before %2 it.")
+                       ? tr("“%1” is being saved into. Wait until that is done before %2 it.").arg(name, doing)
+                       : tr("“%1” holds takes with unsaved changes. Save or discard them before %2 it.")
                              .arg(name, doing);
         }
     }
     if (!rows.editedRows().empty() && isShown(folder)) {
         // What is shown would have to be opened anew, elsewhere, and the edits of the other takes would not survive it.
-        return QStringLiteral(
-                   "Takes of “%1” are shown beside others with unsaved changes. Save or discard them before "
-                   "%2 it.")
+        return tr("Takes of “%1” are shown beside others with unsaved changes. Save or discard them before "
+                  "%2 it.")
             .arg(name, doing);
     }
     if (isCopying() && (isWithin(copied_, folder) || isWithin(folder, copied_))) {
-        return QStringLiteral("“%1” is being copied. Wait until that is done, or cancel it, before %2 “%3”.")
+        return tr("“%1” is being copied. Wait until that is done, or cancel it, before %2 “%3”.")
             .arg(shownName(copied_), doing, name);
     }
     return {};
@@ -142,7 +140,7 @@ void FolderCommands::eject(const std::filesystem::path& root) {
     const auto volume =
         std::find_if(volumes_.begin(), volumes_.end(), [&](const Volume& one) { return one.root == root; });
     if (volume == volumes_.end() || !volume->ejectable || ejecting_.contains(root)) return;
-    if (isRefused(root, QStringLiteral("Eject Refused"), QStringLiteral("ejecting"))) return;
+    if (isRefused(root, tr("Eject Refused"), tr("ejecting"))) return;
     // A volume that is being read is busy, and would not go.
     FolderListing& listing = services_.content.listing();
     const bool wasReading = isShown(root) && listing.isReading();
@@ -159,7 +157,7 @@ void FolderCommands::eject(const std::filesystem::path& root) {
         [this, root, wasReading](const QString& error) {
             ejecting_.erase(root);
             if (!error.isEmpty()) {
-                showError(services_.dialogs, QStringLiteral("Eject Failed"), error);
+                showError(services_.dialogs, tr("Eject Failed"), error);
                 services_.content.takeUpAgain();
             }
             // Goes on reading, or says that what is shown is of a volume that is gone.
@@ -182,7 +180,7 @@ void FolderCommands::reveal(const std::filesystem::path& folder) {
     asking_.run(
         this, [&workspace = services_.workspace, folder] { return workspace.reveal(folder); },
         [this](const QString& error) {
-            if (!error.isEmpty()) showError(services_.dialogs, QStringLiteral("Show in File Manager"), error);
+            if (!error.isEmpty()) showError(services_.dialogs, tr("Show in File Manager"), error);
         });
 }
 
@@ -192,7 +190,7 @@ void FolderCommands::createIn(const std::filesystem::path& parent) {
         this, [&files = services_.files, parent] { return outcomeOf([&] { return createFolder(files, parent); }); },
         [this, parent](const Outcome& outcome) {
             if (!outcome.error.isEmpty()) {
-                showError(services_.dialogs, QStringLiteral("New Folder Failed"), outcome.error);
+                showError(services_.dialogs, tr("New Folder Failed"), outcome.error);
                 return;
             }
             emit contentsChanged(parent);
@@ -202,7 +200,7 @@ void FolderCommands::createIn(const std::filesystem::path& parent) {
 
 void FolderCommands::rename(const std::filesystem::path& folder, const QString& name) {
     if (isPlace(folder)) return;
-    if (isRefused(folder, QStringLiteral("Rename Refused"), QStringLiteral("renaming"))) return;
+    if (isRefused(folder, tr("Rename Refused"), tr("renaming"))) return;
     writing_.run(
         this,
         [&files = services_.files, folder, name = name.toStdString()] {
@@ -210,7 +208,7 @@ void FolderCommands::rename(const std::filesystem::path& folder, const QString& 
         },
         [this, folder](const Outcome& outcome) {
             if (!outcome.error.isEmpty()) {
-                showError(services_.dialogs, QStringLiteral("Rename Failed"), outcome.error);
+                showError(services_.dialogs, tr("Rename Failed"), outcome.error);
                 return;
             }
             emit contentsChanged(folderOf(folder));
@@ -221,13 +219,13 @@ void FolderCommands::rename(const std::filesystem::path& folder, const QString& 
 
 void FolderCommands::moveToTrash(const std::filesystem::path& folder) {
     if (isPlace(folder)) return;
-    const QString refused = QStringLiteral("Move to Trash Refused");
-    const QString doing = QStringLiteral("moving");
+    const QString refused = tr("Move to Trash Refused");
+    const QString doing = tr("moving");
     if (isRefused(folder, refused, doing)) return;
     Alert alert;
-    alert.title = QStringLiteral("Move “%1” to the Trash?").arg(shownName(folder));
-    alert.text = QStringLiteral("The folder %1 goes there with everything in it.").arg(toQt(folder));
-    alert.buttons = {QStringLiteral("Move to Trash"), QStringLiteral("Cancel")};
+    alert.title = tr("Move “%1” to the Trash?").arg(shownName(folder));
+    alert.text = tr("The folder %1 goes there with everything in it.").arg(toQt(folder));
+    alert.buttons = {tr("Move to Trash"), tr("Cancel")};
     alert.destructive = true;
     const auto move = [this, folder] {
         writing_.run(
@@ -235,7 +233,7 @@ void FolderCommands::moveToTrash(const std::filesystem::path& folder) {
             [this, folder](const QString& error) {
                 emit contentsChanged(folderOf(folder));
                 if (!error.isEmpty()) {
-                    showError(services_.dialogs, QStringLiteral("Move to Trash Failed"), error);
+                    showError(services_.dialogs, tr("Move to Trash Failed"), error);
                     return;
                 }
                 emit arrived(folderOf(folder));
@@ -259,15 +257,14 @@ void FolderCommands::cancelCopy() {
 void FolderCommands::duplicate(const std::filesystem::path& folder) {
     if (isCopying() || isPlace(folder)) return;
     // Unsaved edits are no hindrance: what is on disk is copied.
-    if (services_.content.sauvegardeEnCours() &&
-        isRefused(folder, QStringLiteral("Duplicate Refused"), QStringLiteral("duplicating"))) {
+    if (services_.content.sauvegardeEnCours() && isRefused(folder, tr("Duplicate Refused"), tr("duplicating"))) {
         return;
     }
     copying_ = std::make_shared<CancellationToken>();
     copied_ = folder;
     copyTime_.start();
     emit copyingChanged();
-    emit copyProgressed(0, QStringLiteral("Copying “%1”…").arg(shownName(folder)), {});
+    emit copyProgressed(0, tr("Copying “%1”…").arg(shownName(folder)), {});
     auto work = [this, &files = services_.files, self = QPointer<QObject>(this), token = copying_, folder] {
         std::chrono::steady_clock::time_point told;
         const auto report = [&](const Progress& progress) {
@@ -292,9 +289,9 @@ void FolderCommands::onCopied(const std::filesystem::path& folder, const std::fi
     copied_.clear();
     emit copyingChanged();
     if (cancelled) {
-        services_.content.tell(QStringLiteral("Copying was cancelled; nothing is left of the copy."));
+        services_.content.tell(tr("Copying was cancelled; nothing is left of the copy."));
     } else if (!error.isEmpty()) {
-        showError(services_.dialogs, QStringLiteral("Duplicate Failed"), error);
+        showError(services_.dialogs, tr("Duplicate Failed"), error);
     } else {
         emit contentsChanged(folderOf(folder));
         emit arrived(copy);

@@ -44,7 +44,7 @@ std::vector<int> eligibleRows(OperationsTab tab, const std::vector<GroupeFichier
 
 EmptyState emptyState(OperationsTab tab, const std::vector<GroupeFichiers>& groupes, const std::vector<int>& selected,
                       bool appliquerTous) {
-    const OperationTexts& texts = textsOf(tab);
+    const OperationTexts texts = textsOf(tab);
     if (eligibleRows(tab, groupes, {}, true).empty()) {
         // With all takes asked for the line names what was looked for; the title says it of the folder.
         return {texts.emptyTitle, appliquerTous && !texts.noneFound.isEmpty() ? texts.noneFound : texts.emptyMessage};

@@ -5,22 +5,27 @@
 #include "app/text.h"
 #include "base/paths.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 
 namespace dravik {
 namespace {
 
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(dravik::OperationItems)
+};
+
 QString summaryOf(const GroupeFichiers& groupe) {
     QStringList parts;
-    parts << counted(static_cast<std::size_t>(trackCount(groupe)), QStringLiteral("track"));
+    parts << counted(static_cast<std::size_t>(trackCount(groupe)), Noun::track);
     if (const QString rate = toQt(cellText(groupe, TakeColumn::sampleRate)); !rate.isEmpty()) parts << rate;
     return parts.join(QStringLiteral(" · "));
 }
 
 QString summaryOf(const InfoFichier& fichier) {
     QStringList parts;
-    if (fichier.scene) parts << QStringLiteral("Scene %1").arg(toQt(displayName(*fichier.scene)));
-    if (fichier.prise) parts << QStringLiteral("Take %1").arg(toQt(displayName(*fichier.prise)));
+    if (fichier.scene) parts << Texts::tr("Scene %1").arg(toQt(displayName(*fichier.scene)));
+    if (fichier.prise) parts << Texts::tr("Take %1").arg(toQt(displayName(*fichier.prise)));
     return parts.join(QStringLiteral(" · "));
 }
 

@@ -11,12 +11,17 @@
 #include "operations/split_tracks.h"
 #include "report/report_place.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 #include <numeric>
 #include <stdexcept>
 
 namespace dravik {
 namespace {
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(dravik::OperationPreview)
+};
 
 using OperationsAudio::DestinationNames;
 
@@ -65,7 +70,7 @@ std::vector<ExportJob> jobsOf(const OperationRequest& request) {
 QString nameOf(const std::filesystem::path& file) { return toQt(fileNameText(file)); }
 
 QString filesText(std::size_t files, std::uint64_t bytes) {
-    return QStringLiteral("%1, about %2").arg(counted(files, QStringLiteral("file")), toQt(sizeText(bytes)));
+    return Texts::tr("%Ln file(s), about %1", nullptr, pluralOf(files)).arg(toQt(sizeText(bytes)));
 }
 
 /// The rows of takes, one a file, and what they come to together.
@@ -83,11 +88,10 @@ OperationPreview shownPreview(const RunPreview& planned, const std::vector<Group
             preview.rows.push_back({source, nameOf(file.destination), {}, false, false, toQt(take.note)});
     }
     const std::size_t files = planned.files().size();
-    preview.summary = files > 0 ? filesText(files, planned.bytes()) : QStringLiteral("Nothing would be made");
+    preview.summary = files > 0 ? filesText(files, planned.bytes()) : Texts::tr("Nothing would be made");
     QStringList problems;
     if (const std::size_t failed = planned.failed(); failed > 0) {
-        problems << (failed == 1 ? QStringLiteral("1 take cannot be used.")
-                                 : QStringLiteral("%1 takes cannot be used.").arg(failed));
+        problems << Texts::tr("%n take(s) cannot be used.", nullptr, pluralOf(failed));
     }
     for (const FileToMake& folder : planned.foldersShort)
         problems << toQt(OperationsAudio::roomText(folder));
@@ -114,8 +118,8 @@ OperationPreview previewOfTracks(const OperationRequest& request, FileOps& files
     const std::vector<GroupeFichiers> takes = chosenTakes(request);
     if (takes.empty()) {
         OperationPreview nothing;
-        nothing.problems = request.tab == OperationsTab::split ? QStringLiteral("Select at least one split output.")
-                                                               : QStringLiteral("Select at least one track to remove.");
+        nothing.problems = request.tab == OperationsTab::split ? Texts::tr("Select at least one split output.")
+                                                               : Texts::tr("Select at least one track to remove.");
         nothing.waits = true;
         return nothing;
     }
@@ -138,14 +142,14 @@ OperationPreview previewOfRenaming(const OperationRequest& request, FileOps& fil
         shown.source = nameOf(shown.file);
         shown.target = toQt(row.newName);
         shown.unchanged = row.unchanged;
-        if (row.unchanged) shown.remark = QStringLiteral("keeps its name");
+        if (row.unchanged) shown.remark = Texts::tr("keeps its name");
         shown.canKeepBoth = row.isCollision();
         shown.problem = toQt(row.explanation());
     }
     const bool copies = request.rename.mode == OperationAudioBatchRenameMode::copyAndRename;
     const std::size_t changed = planned.changes();
-    preview.summary = copies ? QStringLiteral("%1 will be copied").arg(counted(changed, QStringLiteral("file")))
-                             : toQt(toBeRenamedText(changed));
+    preview.summary =
+        copies ? Texts::tr("%Ln file(s) will be copied", nullptr, pluralOf(changed)) : toQt(toBeRenamedText(changed));
     if (request.fichiers.size() == 1)
         preview.summary = QStringLiteral("%1 · %2").arg(toQt(selectedText(1)), preview.summary);
     QStringList problems;
@@ -163,7 +167,7 @@ OperationPreview previewOfRenaming(const OperationRequest& request, FileOps& fil
 
 OperationPreview previewOfReport(const OperationRequest& request) {
     OperationPreview preview;
-    preview.summary = QStringLiteral("%1 in the report").arg(counted(request.fichiers.size(), QStringLiteral("file")));
+    preview.summary = Texts::tr("%Ln file(s) in the report", nullptr, pluralOf(request.fichiers.size()));
     if (!request.destination) {
         preview.problems = toQt(noDestinationSelected);
         preview.waits = true;
@@ -173,7 +177,7 @@ OperationPreview previewOfReport(const OperationRequest& request) {
     for (const NamedReportFile& file : filesOf(names))
         preview.rows.push_back({toQt(file.kind), nameOf(file.path), {}, false});
     preview.canRun = !preview.rows.empty() && !request.fichiers.empty();
-    if (preview.rows.empty()) preview.problems = QStringLiteral("Choose PDF, CSV, or both.");
+    if (preview.rows.empty()) preview.problems = Texts::tr("Choose PDF, CSV, or both.");
     return preview;
 }
 
@@ -181,10 +185,8 @@ OperationOutcome outcomeOf(RunOutcome outcome) {
     std::size_t made = 0;
     for (const OperationAudioResult& result : outcome.results)
         made += result.destinationURLs.size();
-    return {std::move(outcome.results),
-            outcome.cancelled,
-            QStringLiteral("Created %1.").arg(counted(made, QStringLiteral("file"))),
-            {}};
+    return {
+        std::move(outcome.results), outcome.cancelled, Texts::tr("Created %Ln file(s).", nullptr, pluralOf(made)), {}};
 }
 
 OperationOutcome renamed(const OperationRequest& request, FileOps& files, const TaskContext& task) {

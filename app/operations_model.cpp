@@ -341,8 +341,8 @@ bool OperationsModel::needsDestination() const noexcept {
 void OperationsModel::chooseDestination() {
     if (!tab_) return;
     OpenPanel panel;
-    panel.title = QStringLiteral("Choose a destination folder");
-    panel.prompt = QStringLiteral("Choose");
+    panel.title = tr("Choose a destination folder");
+    panel.prompt = tr("Choose");
     panel.folders = true;
     panel.start = destination().value_or(services_.content.dossierSelectionne().value_or(std::filesystem::path()));
     services_.dialogs.choose(panel, [this, tab = *tab_](const std::optional<std::filesystem::path>& folder) {
@@ -479,7 +479,7 @@ void OperationsModel::run() {
     if (!canRun()) return;
     ContentView& content = services_.content;
     if (content.sauvegardeEnCours()) {
-        emit notice(QStringLiteral("Wait until saving is done, or cancel it."));
+        emit notice(tr("Wait until saving is done, or cancel it."));
         return;
     }
     content.commitEditing();
@@ -488,9 +488,9 @@ void OperationsModel::run() {
         return;
     }
     Alert alert;
-    alert.title = QStringLiteral("Unsaved modifications");
-    alert.text = QStringLiteral("New files are made from what is on disk. Do you want to save your changes first?");
-    alert.buttons = {QStringLiteral("Save and Continue"), QStringLiteral("Cancel")};
+    alert.title = tr("Unsaved modifications");
+    alert.text = tr("New files are made from what is on disk. Do you want to save your changes first?");
+    alert.buttons = {tr("Save and Continue"), tr("Cancel")};
     // What is done is what was asked for now, whatever is chosen until the save has ended; the takes are looked up
     // then, as they are on disk.
     confirmed_ = Confirmed{request(), items_.checkedKeys()};

@@ -47,17 +47,16 @@ QString OperationCompletionInfo::title() const {
         case Ending::cancelled:
             break;
     }
-    return QStringLiteral("Operation Cancelled");
+    return OperationsRun::tr("Operation Cancelled");
 }
 
 QString OperationCompletionInfo::summary() const {
     const QString all = counted(results.size(), noun);
-    if (cancelled && results.empty()) return QStringLiteral("Nothing was made.");
-    if (cancelled && succeeded() == results.size()) return QStringLiteral("%1 finished.").arg(all);
+    if (cancelled && results.empty()) return OperationsRun::tr("Nothing was made.");
+    if (cancelled && succeeded() == results.size()) return OperationsRun::tr("%1 finished.").arg(all);
     if (ending() == Ending::done) return successMessage;
     if (succeeded() == 0) return {};
-    return QStringLiteral("%1 of %2 succeeded.")
-        .arg(QLocale(QLocale::English).toString(static_cast<qulonglong>(succeeded())), all);
+    return OperationsRun::tr("%1 of %2 succeeded.").arg(QLocale().toString(static_cast<qulonglong>(succeeded())), all);
 }
 
 OperationsRun::~OperationsRun() {
@@ -118,7 +117,7 @@ void OperationsRun::end(OperationsTab tab, OperationOutcome outcome) {
     std::vector<std::filesystem::path> made;
     for (const OperationAudioResult& result : outcome.results)
         made.insert(made.end(), result.destinationURLs.begin(), result.destinationURLs.end());
-    const OperationTexts& texts = textsOf(tab);
+    const OperationTexts texts = textsOf(tab);
     overlay_ = OperationCompletionInfo{
         texts.succeeded, texts.failed, outcome.message, texts.noun, std::move(outcome.results), outcome.cancelled};
     emit overlayChanged();

@@ -18,7 +18,7 @@ namespace dravik {
 /// What a run ended with: the list that the window shows until "OK".
 struct OperationCompletionInfo {
     QString successTitle, failedTitle, successMessage;
-    QString noun;  ///< what a result is of: "take"
+    Noun noun{};  ///< what a result is of
     std::vector<OperationAudioResult> results;
     bool cancelled = false;
 

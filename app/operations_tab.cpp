@@ -1,10 +1,15 @@
 #include "app/operations_tab.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 #include <iterator>
 
 namespace dravik {
 namespace {
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(dravik::OperationTexts)
+};
 
 const QString& rawText(OperationsTab tab) {
     static const QString texts[] = {QStringLiteral("merge"),        QStringLiteral("split"),
@@ -45,52 +50,96 @@ OperationsTab previousTab(std::optional<OperationsTab> tab) noexcept {
     return tab ? beside(*tab, allOperationsTabs.size() - 1) : allOperationsTabs.back();
 }
 
-const OperationTexts& textsOf(OperationsTab tab) {
-    static const OperationTexts texts[] = {
-        {QStringLiteral("Merge"), QStringLiteral("No Files to Merge in this Folder"),
-         QStringLiteral("Merge requires compatible mono WAV files."),
-         QStringLiteral("No compatible current file or mono group."), QStringLiteral("No compatible mono group found."),
-         QStringLiteral("take"), QStringLiteral("Merging Files…"), QStringLiteral("Merge Complete"),
-         QStringLiteral("Merge Failed")},
-        {QStringLiteral("Split"), QStringLiteral("No Poly WAV Files to Split in this Folder"),
-         QStringLiteral("Split requires poly WAV files with multiple tracks."),
-         QStringLiteral("No compatible current poly file."), QStringLiteral("No compatible poly file found."),
-         QStringLiteral("take"), QStringLiteral("Splitting Files…"), QStringLiteral("Split Complete"),
-         QStringLiteral("Split Failed")},
-        {QStringLiteral("Delete Tracks"), QStringLiteral("No Compatible Files for Track Deletion"),
-         QStringLiteral("Track deletion requires poly WAV files with multiple tracks."),
-         QStringLiteral("No compatible current poly file."), QStringLiteral("No compatible poly file found."),
-         QStringLiteral("take"), QStringLiteral("Deleting Tracks…"), QStringLiteral("Delete Tracks Complete"),
-         QStringLiteral("Delete Tracks Failed")},
-        {QStringLiteral("Reorder Tracks"), QStringLiteral("No Compatible Files for Track Reorder"),
-         QStringLiteral("Reorder Tracks requires poly WAV files or mono groups with multiple tracks."),
-         QStringLiteral("No compatible current group."), QStringLiteral("No compatible poly file or mono group found."),
-         QStringLiteral("take"), QStringLiteral("Reordering Tracks..."), QStringLiteral("Reorder Tracks Complete"),
-         QStringLiteral("Reorder Tracks Failed")},
-        {QStringLiteral("Rename"), QStringLiteral("No Compatible Files to Rename"),
-         QStringLiteral("Select a folder that contains audio files to rename."), QString(), QString(),
-         QStringLiteral("file"), QStringLiteral("Renaming Files…"), QStringLiteral("Rename Complete"),
-         QStringLiteral("Rename Failed")},
-        {QStringLiteral("Export"), QStringLiteral("No Compatible Take to Export"),
-         QStringLiteral("Export requires a poly WAV, a mono WAV, or an existing mono group."),
-         QStringLiteral("No compatible current file or mono group."), QStringLiteral("No compatible take found."),
-         QStringLiteral("take"), QStringLiteral("Exporting %1"), QStringLiteral("Export Complete"),
-         QStringLiteral("Export Failed")},
-        {QStringLiteral("Sound Report"), QStringLiteral("No Files Available for Sound Report"),
-         QStringLiteral("Select a folder that contains audio files to build a report."), QString(), QString(),
-         QStringLiteral("document"), QStringLiteral("Generating Sound Report…"),
-         QStringLiteral("Sound Report Complete"), QStringLiteral("Sound Report Failed")},
-    };
-    return texts[static_cast<std::size_t>(tab)];
+OperationTexts textsOf(OperationsTab tab) {
+    switch (tab) {
+        case OperationsTab::merge:
+            return {Texts::tr("Merge"),
+                    Texts::tr("No Files to Merge in this Folder"),
+                    Texts::tr("Merge requires compatible mono WAV files."),
+                    Texts::tr("No compatible current file or mono group."),
+                    Texts::tr("No compatible mono group found."),
+                    Noun::take,
+                    Texts::tr("Take"),
+                    Texts::tr("Merging Files…"),
+                    Texts::tr("Merge Complete"),
+                    Texts::tr("Merge Failed")};
+        case OperationsTab::split:
+            return {Texts::tr("Split"),
+                    Texts::tr("No Poly WAV Files to Split in this Folder"),
+                    Texts::tr("Split requires poly WAV files with multiple tracks."),
+                    Texts::tr("No compatible current poly file."),
+                    Texts::tr("No compatible poly file found."),
+                    Noun::take,
+                    Texts::tr("Take"),
+                    Texts::tr("Splitting Files…"),
+                    Texts::tr("Split Complete"),
+                    Texts::tr("Split Failed")};
+        case OperationsTab::deleteTracks:
+            return {Texts::tr("Delete Tracks"),
+                    Texts::tr("No Compatible Files for Track Deletion"),
+                    Texts::tr("Track deletion requires poly WAV files with multiple tracks."),
+                    Texts::tr("No compatible current poly file."),
+                    Texts::tr("No compatible poly file found."),
+                    Noun::take,
+                    Texts::tr("Take"),
+                    Texts::tr("Deleting Tracks…"),
+                    Texts::tr("Delete Tracks Complete"),
+                    Texts::tr("Delete Tracks Failed")};
+        case OperationsTab::reorderTracks:
+            return {Texts::tr("Reorder Tracks"),
+                    Texts::tr("No Compatible Files for Track Reorder"),
+                    Texts::tr("Reorder Tracks requires poly WAV files or mono groups with multiple tracks."),
+                    Texts::tr("No compatible current group."),
+                    Texts::tr("No compatible poly file or mono group found."),
+                    Noun::take,
+                    Texts::tr("Take"),
+                    Texts::tr("Reordering Tracks..."),
+                    Texts::tr("Reorder Tracks Complete"),
+                    Texts::tr("Reorder Tracks Failed")};
+        case OperationsTab::rename:
+            return {Texts::tr("Rename"),
+                    Texts::tr("No Compatible Files to Rename"),
+                    Texts::tr("Select a folder that contains audio files to rename."),
+                    QString(),
+                    QString(),
+                    Noun::file,
+                    Texts::tr("File"),
+                    Texts::tr("Renaming Files…"),
+                    Texts::tr("Rename Complete"),
+                    Texts::tr("Rename Failed")};
+        case OperationsTab::export_:
+            return {Texts::tr("Export"),
+                    Texts::tr("No Compatible Take to Export"),
+                    Texts::tr("Export requires a poly WAV, a mono WAV, or an existing mono group."),
+                    Texts::tr("No compatible current file or mono group."),
+                    Texts::tr("No compatible take found."),
+                    Noun::take,
+                    Texts::tr("Take"),
+                    Texts::tr("Exporting %1"),
+                    Texts::tr("Export Complete"),
+                    Texts::tr("Export Failed")};
+        case OperationsTab::report:
+            return {Texts::tr("Sound Report"),
+                    Texts::tr("No Files Available for Sound Report"),
+                    Texts::tr("Select a folder that contains audio files to build a report."),
+                    QString(),
+                    QString(),
+                    Noun::document,
+                    Texts::tr("Document"),
+                    Texts::tr("Generating Sound Report…"),
+                    Texts::tr("Sound Report Complete"),
+                    Texts::tr("Sound Report Failed")};
+    }
+    return {};
 }
 
 QString runningText(OperationsTab tab, int files) {
-    const QString& running = textsOf(tab).running;
+    const QString running = textsOf(tab).running;
     return tab == OperationsTab::export_ ? running.arg(files) : running;
 }
 
-QString chooseAnOperation() { return QStringLiteral("Choose an operation"); }
-QString finishCurrentFirst() { return QStringLiteral("Finish the current operation first"); }
-QString completedWithErrors() { return QStringLiteral("Operation Completed with Errors"); }
+QString chooseAnOperation() { return Texts::tr("Choose an operation"); }
+QString finishCurrentFirst() { return Texts::tr("Finish the current operation first"); }
+QString completedWithErrors() { return Texts::tr("Operation Completed with Errors"); }
 
 }  // namespace dravik

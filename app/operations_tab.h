@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/commands.h"
+#include "app/text.h"
 
 #include <QString>
 #include <array>
@@ -27,18 +28,19 @@ using OperationCommand = void (Commands::*)();
 [[nodiscard]] OperationsTab nextTab(std::optional<OperationsTab> tab) noexcept;
 [[nodiscard]] OperationsTab previousTab(std::optional<OperationsTab> tab) noexcept;
 
-/// What a tab says. Texts of the interface, as they are shown.
+/// What a tab says. Texts of the interface, in the language they are shown in.
 struct OperationTexts {
     QString title;         ///< of the tab and of its command
     QString emptyTitle;    ///< when nothing in the folder is for it
     QString emptyMessage;  ///< and why
     QString noneSelected;  ///< when the selection alone is not for it; empty for tabs that take the whole folder
     QString noneFound;     ///< when nothing is, with all takes asked for
-    QString noun;          ///< what it does one of after the other: "take"
+    Noun noun{};           ///< what it does one of after the other
+    QString heading;       ///< above a list of them: "Take"
     QString running;       ///< while it runs; the export's takes the number of files
     QString succeeded, failed;
 };
-[[nodiscard]] const OperationTexts& textsOf(OperationsTab tab);
+[[nodiscard]] OperationTexts textsOf(OperationsTab tab);
 /// The running text with the number of files, where the tab's has one.
 [[nodiscard]] QString runningText(OperationsTab tab, int files);
 

@@ -2,12 +2,17 @@
 
 #include "app/text.h"
 
+#include <QCoreApplication>
 #include <QStringList>
 #include <algorithm>
 #include <optional>
 
 namespace dravik {
 namespace {
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(dravik::RenamePatterns)
+};
 
 constexpr const char* savedKey = "renamePatterns";
 constexpr const char* rememberedKey = "renamePattern";
@@ -47,10 +52,10 @@ std::optional<RenamePattern> readable(const QString& text) {
 }  // namespace
 
 std::vector<NamedRenamePattern> builtInRenamePatterns() {
-    return {{QStringLiteral("Scene_Take"), parsePattern("{scene}_{take}")},
-            {QStringLiteral("Scene_Take_Track Name"), parsePattern("{scene}_{take}_{trackName}")},
-            {QStringLiteral("Project_Scene_Take"), parsePattern("{project}_{scene}_{take}")},
-            {QStringLiteral("Tape_Start Timecode"), parsePattern("{tape}_{startTimecode}")}};
+    return {{Texts::tr("Scene_Take"), parsePattern("{scene}_{take}")},
+            {Texts::tr("Scene_Take_Track Name"), parsePattern("{scene}_{take}_{trackName}")},
+            {Texts::tr("Project_Scene_Take"), parsePattern("{project}_{scene}_{take}")},
+            {Texts::tr("Tape_Start Timecode"), parsePattern("{tape}_{startTimecode}")}};
 }
 
 std::vector<NamedRenamePattern> savedRenamePatterns(const UserDefaults& settings) {

@@ -26,7 +26,7 @@ void addUnwritable(const GroupeFichiers& groupe, std::set<QString>& extensions) 
         std::string extension = fichier.url.extension().native();
         if (!extension.empty()) extension.erase(0, 1);
         const QString shown = toQt(extension).trimmed().toUpper();
-        extensions.insert(shown.isEmpty() ? QStringLiteral("this file") : shown);
+        extensions.insert(shown.isEmpty() ? QCoreApplication::translate("dravik::SaveFlow", "this file") : shown);
     }
 }
 
@@ -55,13 +55,11 @@ void SaveFlow::checkFormats(std::function<void(bool)> goOn) {
     }
     const QStringList shown(extensions.begin(), extensions.end());
     Alert alert;
-    alert.title = QStringLiteral("Format Not Supported for Editing");
-    alert.text =
-        shown.size() == 1
-            ? QStringLiteral("Dravik can open %1 files, but changes cannot be saved to this format.").arg(shown.front())
-            : QStringLiteral("Changes cannot be saved to these file formats: %1.")
-                  .arg(shown.join(QStringLiteral(", ")));
-    alert.text += QStringLiteral("\n\nWould you like to discard your changes?");
+    alert.title = tr("Format Not Supported for Editing");
+    alert.text = shown.size() == 1
+                     ? tr("Dravik can open %1 files, but changes cannot be saved to this format.").arg(shown.front())
+                     : tr("Changes cannot be saved to these file formats: %1.").arg(shown.join(QStringLiteral(", ")));
+    alert.text += QStringLiteral("\n\n") + tr("Would you like to discard your changes?");
     offerDiscard(std::move(alert), std::move(unwritable), std::move(goOn));
 }
 
@@ -76,12 +74,11 @@ void SaveFlow::checkMissing(std::function<void(bool)> goOn) {
     QStringList shown;
     for (std::size_t at = 0; at < std::min(names.size(), namedTakes); ++at)
         shown << toQt(names[at]);
-    if (names.size() > namedTakes) shown << QStringLiteral("and %1 more").arg(names.size() - namedTakes);
+    if (names.size() > namedTakes) shown << tr("and %n more", nullptr, pluralOf(names.size() - namedTakes));
     Alert alert;
-    alert.title = QStringLiteral("Takes Are Gone");
-    alert.text = QStringLiteral(
-                     "Changes of takes that are not in the folder any more cannot be saved: %1.\n\nWould you like to "
-                     "discard these changes?")
+    alert.title = tr("Takes Are Gone");
+    alert.text = tr("Changes of takes that are not in the folder any more cannot be saved: %1.\n\nWould you like to "
+                    "discard these changes?")
                      .arg(shown.join(QStringLiteral(", ")));
     offerDiscard(std::move(alert), std::move(missing), std::move(goOn));
 }
@@ -91,7 +88,7 @@ void SaveFlow::offerDiscard(Alert alert, std::set<int> rows, std::function<void(
         goOn(true);
         return;
     }
-    alert.buttons = {QStringLiteral("Discard"), QStringLiteral("Cancel")};
+    alert.buttons = {tr("Discard"), tr("Cancel")};
     alert.destructive = true;
     // By key: while the question is open the folder may be read again, and rows have other numbers.
     std::vector<std::string> keys;
@@ -204,10 +201,10 @@ void SaveFlow::finish(End end, const std::set<int>& planned, const std::function
         services_.rows.accept(planned);
         tellSuccess(written);
     } else if (end.cancelled) {
-        emit notice(QStringLiteral("Saving was cancelled. %1 saved; the other changes are still pending.")
-                        .arg(counted(written, QStringLiteral("file"))));
+        emit notice(tr("Saving was cancelled. %Ln file(s) saved; the other changes are still pending.", nullptr,
+                       pluralOf(written)));
     } else if (end.rollbackFailed) {
-        showError(services_.dialogs, QStringLiteral("Critical Rename Recovery Needed"), end.error);
+        showError(services_.dialogs, tr("Critical Rename Recovery Needed"), end.error);
     } else {
         tellFailure(end, planned);
     }
@@ -216,7 +213,7 @@ void SaveFlow::finish(End end, const std::set<int>& planned, const std::function
 }
 
 void SaveFlow::tellFailure(const End& end, const std::set<int>& planned) {
-    const QString title = QStringLiteral("Save Failed");
+    const QString title = tr("Save Failed");
     // By key: the folder is read again while the question is open.
     std::vector<std::string> others;
     for (const int row : planned) {
@@ -234,7 +231,7 @@ void SaveFlow::tellFailure(const End& end, const std::set<int>& planned) {
     Alert alert;
     alert.title = title;
     alert.text = end.error;
-    alert.buttons = {QStringLiteral("OK"), QStringLiteral("Save the Others")};
+    alert.buttons = {tr("OK"), tr("Save the Others")};
     alert.cancelButton = 0;
     services_.dialogs.ask(alert, [this, others = std::move(others)](AlertAnswer answer) {
         if (answer.button != 1 || isRunning()) return;
@@ -269,16 +266,16 @@ void SaveFlow::forgetUndoOf(const FileMoves& moved) {
 QString SaveFlow::undoName() const {
     // Not under edits that were made since: they may be of what the save has changed.
     if (isRunning() || saves_.empty() || services_.rows.hasEdits()) return {};
-    return QStringLiteral("Save of %1").arg(counted(saves_.back().files.size(), QStringLiteral("File")));
+    return tr("Save of %Ln File(s)", nullptr, pluralOf(saves_.back().files.size()));
 }
 
 void SaveFlow::undoLast() {
     if (undoName().isEmpty()) return;
     Alert alert;
-    alert.title = QStringLiteral("Undo the Last Save?");
-    alert.text = QStringLiteral("The metadata, cues and names of %1 will be put back as they were before it.")
-                     .arg(counted(saves_.back().files.size(), QStringLiteral("file")));
-    alert.buttons = {QStringLiteral("Undo Save"), QStringLiteral("Cancel")};
+    alert.title = tr("Undo the Last Save?");
+    alert.text = tr("The metadata, cues and names of %Ln file(s) will be put back as they were before it.", nullptr,
+                    pluralOf(saves_.back().files.size()));
+    alert.buttons = {tr("Undo Save"), tr("Cancel")};
     services_.dialogs.ask(alert, [this](AlertAnswer answer) {
         if (answer.button != 0 || saves_.empty() || services_.rows.hasEdits() || isRunning()) return;
         auto snapshot = std::make_shared<const SaveSnapshot>(saves_.back());
@@ -293,7 +290,7 @@ void SaveFlow::undoLast() {
 
 void SaveFlow::endUndo(const End& end, const SaveSnapshot& undone, const FileStates& states) {
     if (end.cancelled) {
-        emit notice(QStringLiteral("Undoing the save was cancelled."));
+        emit notice(tr("Undoing the save was cancelled."));
         // Stopped between two files: what is left of it cannot be told from other changes any more.
         if (end.report) saves_.pop_back();
         return;
@@ -302,20 +299,18 @@ void SaveFlow::endUndo(const End& end, const SaveSnapshot& undone, const FileSta
     if (end.error.isEmpty() || end.report) saves_.pop_back();
     if (!end.error.isEmpty()) {
         showError(services_.dialogs,
-                  end.rollbackFailed ? QStringLiteral("Critical Rename Recovery Needed")
-                                     : QStringLiteral("The Save Was Not Undone"),
+                  end.rollbackFailed ? tr("Critical Rename Recovery Needed") : tr("The Save Was Not Undone"),
                   end.error);
         return;
     }
     for (SaveSnapshot& older : saves_)
         restamp(older, undone, states);
     emit saveUndone();
-    emit notice(QStringLiteral("The save was undone."));
+    emit notice(tr("The save was undone."));
 }
 
 void SaveFlow::tellSuccess(std::size_t written) {
-    messageSucces_ =
-        written < 2 ? QStringLiteral("Saved") : QStringLiteral("Saved %1 files").arg(static_cast<qulonglong>(written));
+    messageSucces_ = written < 2 ? tr("Saved") : tr("Saved %n file(s)", nullptr, pluralOf(written));
     emit messageChanged();
     services_.clock.after(std::chrono::duration_cast<std::chrono::milliseconds>(successMessageTime), this,
                           [this, number = ++messageNumber_] {

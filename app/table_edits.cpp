@@ -2,10 +2,15 @@
 
 #include "app/text.h"
 
+#include <QCoreApplication>
 #include <functional>
 
 namespace dravik {
 namespace {
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(dravik::TableEdits)
+};
 
 bool isFlag(RowField field) { return field == RowField::circled || field == RowField::wild; }
 
@@ -48,54 +53,53 @@ TableEditResult editEach(TakeRows& rows, const std::vector<int>& which, const QS
 QString fieldTitle(RowField field) {
     switch (field) {
         case RowField::name:
-            return QStringLiteral("Name");
+            return Texts::tr("Name");
         case RowField::project:
-            return QStringLiteral("Project");
+            return Texts::tr("Project");
         case RowField::scene:
-            return QStringLiteral("Scene");
+            return Texts::tr("Scene");
         case RowField::prise:
-            return QStringLiteral("Take");
+            return Texts::tr("Take");
         case RowField::tape:
-            return QStringLiteral("Tape");
+            return Texts::tr("Tape");
         case RowField::note:
-            return QStringLiteral("Note");
+            return Texts::tr("Note");
         case RowField::circled:
-            return QStringLiteral("Circled");
+            return Texts::tr("Circled");
         case RowField::wild:
-            return QStringLiteral("Wild");
+            return Texts::tr("Wild");
         case RowField::timecode:
-            return QStringLiteral("Start TC");
+            return Texts::tr("Start TC");
         case RowField::framerate:
-            return QStringLiteral("Frame Rate");
+            return Texts::tr("Frame Rate");
         case RowField::tracks:
-            return QStringLiteral("Track Names");
+            return Texts::tr("Track Names");
         case RowField::trackNumbers:
-            return QStringLiteral("Recorder Number");
+            return Texts::tr("Recorder Number");
         case RowField::cues:
-            return QStringLiteral("Cues");
+            return Texts::tr("Cues");
     }
     return {};
 }
 
 TableEditResult setField(TakeRows& rows, const std::vector<int>& which, RowField field, const QString& text) {
     const std::string value = text.toStdString();
-    return editEach(rows, which, QStringLiteral("Edit %1").arg(fieldTitle(field)),
+    return editEach(rows, which, Texts::tr("Edit %1").arg(fieldTitle(field)),
                     [&](GroupeFichiers& groupe, std::size_t) { return setText(groupe, field, value); });
 }
 
 TableEditResult setFlagField(TakeRows& rows, const std::vector<int>& which, RowField field, bool valeur) {
-    return editEach(rows, which, QStringLiteral("Edit %1").arg(fieldTitle(field)),
-                    [&](GroupeFichiers& groupe, std::size_t) {
-                        setFlag(groupe, field, valeur);
-                        return true;
-                    });
+    return editEach(rows, which, Texts::tr("Edit %1").arg(fieldTitle(field)), [&](GroupeFichiers& groupe, std::size_t) {
+        setFlag(groupe, field, valeur);
+        return true;
+    });
 }
 
 TableEditResult fillDown(TakeRows& rows, const std::vector<int>& which, RowField field) {
     if (which.size() < 2) return {};
     const GroupeFichiers first = rows.groupesTableau().at(static_cast<std::size_t>(which.front())).groupe;
     const std::vector<int> below(which.begin() + 1, which.end());
-    return editEach(rows, below, QStringLiteral("Fill Down %1").arg(fieldTitle(field)),
+    return editEach(rows, below, Texts::tr("Fill Down %1").arg(fieldTitle(field)),
                     [&](GroupeFichiers& groupe, std::size_t) {
                         if (!isFlag(field)) return setText(groupe, field, textOf(first, field));
                         setFlag(groupe, field, flagOf(first, field));
@@ -108,7 +112,7 @@ TableEditResult paste(TakeRows& rows, const std::vector<int>& which, RowField fi
     std::vector<int> targets = which;
     const auto count = static_cast<std::size_t>(lines.size());
     if (count > 1 && targets.size() > count) targets.resize(count);
-    return editEach(rows, targets, QStringLiteral("Paste %1").arg(fieldTitle(field)),
+    return editEach(rows, targets, Texts::tr("Paste %1").arg(fieldTitle(field)),
                     [&](GroupeFichiers& groupe, std::size_t position) {
                         const QString& line = lines.at(count == 1 ? 0 : static_cast<qsizetype>(position));
                         if (!isFlag(field)) return setText(groupe, field, line.toStdString());
@@ -118,7 +122,7 @@ TableEditResult paste(TakeRows& rows, const std::vector<int>& which, RowField fi
 }
 
 TableEditResult incrementTakes(TakeRows& rows, const std::vector<int>& which) {
-    return editEach(rows, which, QStringLiteral("Increment Take"), [](GroupeFichiers& groupe, std::size_t) {
+    return editEach(rows, which, Texts::tr("Increment Take"), [](GroupeFichiers& groupe, std::size_t) {
         return setText(groupe, RowField::prise, incrementedTake(textOf(groupe, RowField::prise)));
     });
 }
@@ -128,7 +132,7 @@ TableEditResult numberTakes(TakeRows& rows, const std::vector<int>& which) {
     std::string take =
         textOf(rows.groupesTableau().at(static_cast<std::size_t>(which.front())).groupe, RowField::prise);
     const std::vector<int> below(which.begin() + 1, which.end());
-    return editEach(rows, below, QStringLiteral("Number Takes"), [&](GroupeFichiers& groupe, std::size_t) {
+    return editEach(rows, below, Texts::tr("Number Takes"), [&](GroupeFichiers& groupe, std::size_t) {
         take = incrementedTake(take);
         return setText(groupe, RowField::prise, take);
     });
@@ -137,10 +141,10 @@ TableEditResult numberTakes(TakeRows& rows, const std::vector<int>& which) {
 std::optional<QString> editTrackNumbers(TakeRows& rows, int row, const TrackNumbers& numeros) {
     const auto at = static_cast<std::size_t>(row);
     if (row < 0 || at >= rows.groupesTableau().size() || !rows.canEdit(row) || rows.isLocked()) {
-        return QStringLiteral("The recorder numbers of this take cannot be edited now.");
+        return Texts::tr("The recorder numbers of this take cannot be edited now.");
     }
     if (const auto problem = trackNumberProblem(rows.groupesTableau()[at].groupe, numeros)) return toQt(*problem);
-    static_cast<void>(editEach(rows, {row}, QStringLiteral("Edit %1").arg(fieldTitle(RowField::trackNumbers)),
+    static_cast<void>(editEach(rows, {row}, Texts::tr("Edit %1").arg(fieldTitle(RowField::trackNumbers)),
                                [&](GroupeFichiers& groupe, std::size_t) { return setTrackNumbers(groupe, numeros); }));
     return std::nullopt;
 }

@@ -4,6 +4,7 @@
 #include "model/audio_metadata.h"
 #include "model/wave/timecode.h"
 
+#include <QCoreApplication>
 #include <cmath>
 #include <numeric>
 
@@ -11,6 +12,10 @@
 
 namespace dravik {
 namespace {
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(dravik::TakeColumns)
+};
 
 /// The file as a take of its own, so that both are shown by the same rules.
 GroupeFichiers alone(const InfoFichier& fichier) {
@@ -26,41 +31,41 @@ GroupeFichiers alone(const InfoFichier& fichier) {
 QString columnTitle(TakeColumn column) {
     switch (column) {
         case TakeColumn::name:
-            return QStringLiteral("Name");
+            return Texts::tr("Name");
         case TakeColumn::circled:
-            return QStringLiteral("Circled");
+            return Texts::tr("Circled");
         case TakeColumn::wild:
-            return QStringLiteral("Wild");
+            return Texts::tr("Wild");
         case TakeColumn::scene:
-            return QStringLiteral("Scene");
+            return Texts::tr("Scene");
         case TakeColumn::take:
-            return QStringLiteral("Take");
+            return Texts::tr("Take");
         case TakeColumn::tape:
-            return QStringLiteral("Tape");
+            return Texts::tr("Tape");
         case TakeColumn::project:
-            return QStringLiteral("Project");
+            return Texts::tr("Project");
         case TakeColumn::note:
-            return QStringLiteral("Note");
+            return Texts::tr("Note");
         case TakeColumn::startTimecode:
-            return QStringLiteral("Start TC");
+            return Texts::tr("Start TC");
         case TakeColumn::endTimecode:
-            return QStringLiteral("End TC");
+            return Texts::tr("End TC");
         case TakeColumn::duration:
-            return QStringLiteral("Duration");
+            return Texts::tr("Duration");
         case TakeColumn::fps:
-            return QStringLiteral("fps");
+            return Texts::tr("fps");
         case TakeColumn::tracks:
-            return QStringLiteral("Tracks");
+            return Texts::tr("Tracks");
         case TakeColumn::sampleRate:
-            return QStringLiteral("Samplerate");
+            return Texts::tr("Samplerate");
         case TakeColumn::bits:
-            return QStringLiteral("Bits");
+            return Texts::tr("Bits");
         case TakeColumn::format:
-            return QStringLiteral("Format");
+            return Texts::tr("Format");
         case TakeColumn::size:
-            return QStringLiteral("Size");
+            return Texts::tr("Size");
         case TakeColumn::date:
-            return QStringLiteral("Date");
+            return Texts::tr("Date");
     }
     return {};
 }
@@ -174,25 +179,24 @@ bool flagOf(const GroupeFichiers& groupe, TakeColumn column) {
 
 QString whyNot(const GroupeFichiers& groupe, TakeColumn column, const QString& text) {
     const std::optional<RowField> field = fieldOf(column);
-    if (!field) return QStringLiteral("This column cannot be edited.");
+    if (!field) return Texts::tr("This column cannot be edited.");
     GroupeFichiers tried = groupe;
     if (isFlagColumn(column) || setText(tried, *field, text.toStdString())) return {};
     switch (column) {
         case TakeColumn::startTimecode:
-            return groupe.framerate
-                       ? QStringLiteral("Invalid Timecode")
-                       : QStringLiteral("Invalid Timecode: choose a frame rate first, which it is counted in.");
+            return groupe.framerate ? Texts::tr("Invalid Timecode")
+                                    : Texts::tr("Invalid Timecode: choose a frame rate first, which it is counted in.");
         case TakeColumn::name:
-            if (text.isEmpty()) return QStringLiteral("A name cannot be empty.");
-            if (text.contains(QLatin1Char('/'))) return QStringLiteral("A name cannot contain \"/\".");
+            if (text.isEmpty()) return Texts::tr("A name cannot be empty.");
+            if (text.contains(QLatin1Char('/'))) return Texts::tr("A name cannot contain \"/\".");
             if (text.startsWith(QLatin1Char('.'))) {
-                return QStringLiteral("A name cannot start with a dot: the file would be hidden.");
+                return Texts::tr("A name cannot start with a dot: the file would be hidden.");
             }
-            return QStringLiteral("No file can have this name, or it differs from the present one only in case.");
+            return Texts::tr("No file can have this name, or it differs from the present one only in case.");
         case TakeColumn::fps:
-            return QStringLiteral("This frame rate cannot be written.");
+            return Texts::tr("This frame rate cannot be written.");
         default:
-            return QStringLiteral("This text cannot be written.");
+            return Texts::tr("This text cannot be written.");
     }
 }
 
@@ -201,21 +205,20 @@ QString whyReadOnly(const GroupeFichiers& groupe) {
         if (isEditable(fichier.url)) {
             if (fichier.channels > 0 && fichier.estRiff) continue;
             if (fichier.channels > 0) {
-                return QStringLiteral("%1 is not a RIFF/WAVE file inside: Dravik can open it, but not change it.")
+                return Texts::tr("%1 is not a RIFF/WAVE file inside: Dravik can open it, but not change it.")
                     .arg(toQt(fichier.url.filename()));
             }
-            return QStringLiteral("%1 cannot be read as audio, and cannot be changed.")
-                .arg(toQt(fichier.url.filename()));
+            return Texts::tr("%1 cannot be read as audio, and cannot be changed.").arg(toQt(fichier.url.filename()));
         }
-        const QString format = fichier.format.empty() ? QStringLiteral("this file") : toQt(fichier.format);
-        return QStringLiteral("Dravik can open %1 files, but changes cannot be saved to this format.").arg(format);
+        const QString format = fichier.format.empty() ? Texts::tr("this file") : toQt(fichier.format);
+        return Texts::tr("Dravik can open %1 files, but changes cannot be saved to this format.").arg(format);
     }
     return {};
 }
 
 QString whyReadOnly(const TakeRows& rows, int row) {
     if (rows.isMissing(row)) {
-        return QStringLiteral(
+        return Texts::tr(
             "The files of this take are not in the folder any more. Its unsaved changes are kept until the files are "
             "back, or until you discard them.");
     }

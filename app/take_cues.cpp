@@ -99,8 +99,8 @@ void TakeCues::edit(const QString& name, std::vector<CueMarker> markers, const Q
     RowState state = rows_.groupesTableau().at(static_cast<std::size_t>(at));
     if (rows_.isLocked()) return;
     if (!rows_.canEdit(at)) {
-        emit notice(rows_.isMissing(at) ? QStringLiteral("The files of this take are gone.")
-                                        : QStringLiteral("Cues of this format are read-only."));
+        emit notice(rows_.isMissing(at) ? tr("The files of this take are gone.")
+                                        : tr("Cues of this format are read-only."));
         return;
     }
     std::stable_sort(markers.begin(), markers.end(),
@@ -120,7 +120,7 @@ void TakeCues::add(std::int64_t frame) {
     const std::int64_t last = lastFrameOf(rows_.groupesTableau().at(static_cast<std::size_t>(at)).groupe);
     all.push_back({Uuid::random(), std::clamp<std::int64_t>(frame, 0, last), std::nullopt});
     rows_.endCollapsing();
-    edit(QStringLiteral("Add Cue"), std::move(all));
+    edit(tr("Add Cue"), std::move(all));
 }
 
 void TakeCues::remove(const Uuid& id) {
@@ -131,19 +131,19 @@ void TakeCues::remove(const Uuid& id) {
         std::vector<CueMarker> now = markers();
         std::erase_if(now, [&](const CueMarker& one) { return one.id == id; });
         rows_.endCollapsing();
-        edit(QStringLiteral("Delete Cue"), std::move(now));
+        edit(tr("Delete Cue"), std::move(now));
     };
     if (!settings_.value(settings::confirmerSuppressionCues)) {
         remove();
         return;
     }
     Alert alert;
-    alert.title = QStringLiteral("Delete Cue?");
-    alert.text = QStringLiteral("Delete Cue \"%1\"?\n\nThis action will be applied when you save the file.")
+    alert.title = tr("Delete Cue?");
+    alert.text = tr("Delete Cue \"%1\"?\n\nThis action will be applied when you save the file.")
                      .arg(cueName(*marker, static_cast<std::size_t>(marker - all.begin()) + 1));
-    alert.buttons = {QStringLiteral("Delete"), QStringLiteral("Cancel")};
+    alert.buttons = {tr("Delete"), tr("Cancel")};
     alert.destructive = true;
-    alert.checkBox = QStringLiteral("Do not ask again");
+    alert.checkBox = tr("Do not ask again");
     dialogs_.ask(alert, [this, remove](AlertAnswer answer) {
         if (answer.button != 0) return;
         if (answer.checked) settings_.set(settings::confirmerSuppressionCues, false);
@@ -156,11 +156,11 @@ void TakeCues::rename(const Uuid& id) {
     const auto marker = find(all, id);
     if (marker == all.end()) return;
     TextQuestion question;
-    question.title = QStringLiteral("Edit Cue Name");
+    question.title = tr("Edit Cue Name");
     question.text = toQt(marker->label.value_or(""));
-    question.hint = QStringLiteral(
-        "Leave the name empty to remove it.\n"
-        "This action will be applied when you save the file.");
+    question.hint =
+        tr("Leave the name empty to remove it.\n"
+           "This action will be applied when you save the file.");
     dialogs_.askText(question, [this, id](const std::optional<QString>& text) {
         if (!text) return;
         std::vector<CueMarker> now = markers();
@@ -168,7 +168,7 @@ void TakeCues::rename(const Uuid& id) {
         if (renamed == now.end()) return;
         renamed->label = text->isEmpty() ? std::nullopt : std::optional(text->toStdString());
         rows_.endCollapsing();
-        edit(QStringLiteral("Edit Cue Name"), std::move(now));
+        edit(tr("Edit Cue Name"), std::move(now));
     });
 }
 
@@ -185,7 +185,7 @@ void TakeCues::drag(std::int64_t frame) {
     const auto dragged = find(moved, drag_->id);
     if (dragged == moved.end()) return;
     dragged->frame = std::clamp<std::int64_t>(frame, 0, last);
-    edit(QStringLiteral("Move Cue"), std::move(moved), drag_->collapseKey);
+    edit(tr("Move Cue"), std::move(moved), drag_->collapseKey);
 }
 
 void TakeCues::endDrag() {

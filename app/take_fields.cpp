@@ -117,7 +117,7 @@ void TakeFields::onEdited(RowField field) {
             return;
     }
     filling_ = true;  // the fields are what the row is about to become
-    rows_.edit(QStringLiteral("Edit %1").arg(fieldTitle(field)), {{row, std::move(state)}},
+    rows_.edit(tr("Edit %1").arg(fieldTitle(field)), {{row, std::move(state)}},
                QStringLiteral("field %1 of %2").arg(static_cast<int>(field)).arg(row));
     filling_ = false;
 }

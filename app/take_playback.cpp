@@ -104,9 +104,9 @@ void TakePlayback::nudge(LecteurCoreAudio::Direction direction) {
 
 QString TakePlayback::nudgeAmount() const {
     const QString value = defaults_.value(settings::nudgeValeur);
-    return value == QLatin1String("1s")   ? QStringLiteral("1 second")
-           : value == QLatin1String("5s") ? QStringLiteral("5 seconds")
-                                          : QStringLiteral("1 frame");
+    return value == QLatin1String("1s")   ? tr("1 second")
+           : value == QLatin1String("5s") ? tr("5 seconds")
+                                          : tr("1 frame");
 }
 
 void TakePlayback::toggleSoloMode() {

@@ -29,7 +29,11 @@ inline constexpr qsizetype longestCellText = 500;
     return text.size() <= limit ? text : text.left(limit) + QChar(0x2026);
 }
 
+/// What the interface counts.
+enum class Noun { take, file, track, audioFile, document };
 /// "1 file", "2 files", "1,204 files".
-[[nodiscard]] QString counted(std::size_t number, const QString& noun);
+[[nodiscard]] QString counted(std::size_t number, Noun noun);
+/// As the texts' plural forms want a number: what is beyond is as many as they can tell apart.
+[[nodiscard]] int pluralOf(std::size_t number);
 
 }  // namespace dravik

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 #include <algorithm>
 #include <cmath>
@@ -15,8 +16,8 @@ namespace dravik {
     if (elapsedMilliseconds < leastMilliseconds || fraction < leastFraction) return {};
     const double left = static_cast<double>(elapsedMilliseconds) / 1000 * (1 - std::min(fraction, 1.0)) / fraction;
     const auto seconds = std::max(1L, std::lround(left));
-    return seconds < 60 ? QStringLiteral("%1 s left").arg(seconds)
-                        : QStringLiteral("%1 min left").arg((seconds + 59) / 60);
+    return seconds < 60 ? QCoreApplication::translate("dravik::TimeLeft", "%1 s left").arg(seconds)
+                        : QCoreApplication::translate("dravik::TimeLeft", "%1 min left").arg((seconds + 59) / 60);
 }
 
 }  // namespace dravik

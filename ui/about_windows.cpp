@@ -5,6 +5,7 @@
 #include "ui/shortcuts.h"
 
 #include <QApplication>
+#include <QCoreApplication>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QIcon>
@@ -16,6 +17,10 @@
 namespace dravik {
 namespace {
 
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(dravik::AboutWindows)
+};
+
 struct Licence {
     const char* name;
     const char* use;
@@ -23,12 +28,17 @@ struct Licence {
 };
 /// The libraries that the program is linked with or loads.
 constexpr Licence licences[] = {
-    {"Qt 6", "windows, settings, network", "LGPL 3"},
-    {"FFmpeg (libavformat, libavcodec, libavutil)", "reading M4A", "LGPL 2.1 or later"},
-    {"libsndfile", "reading AIFF, CAF, FLAC, MP3", "LGPL 2.1 or later"},
-    {"utf8proc", "letter case of file names", "MIT"},
-    {"{fmt}", "text formatting", "MIT"},
-    {"spdlog", "logging", "MIT"},
+    {"Qt 6", QT_TRANSLATE_NOOP("dravik::AboutWindows", "windows, settings, network"),
+     QT_TRANSLATE_NOOP("dravik::AboutWindows", "LGPL 3")},
+    {"FFmpeg (libavformat, libavcodec, libavutil)", QT_TRANSLATE_NOOP("dravik::AboutWindows", "reading M4A"),
+     QT_TRANSLATE_NOOP("dravik::AboutWindows", "LGPL 2.1 or later")},
+    {"libsndfile", QT_TRANSLATE_NOOP("dravik::AboutWindows", "reading AIFF, CAF, FLAC, MP3"),
+     QT_TRANSLATE_NOOP("dravik::AboutWindows", "LGPL 2.1 or later")},
+    {"utf8proc", QT_TRANSLATE_NOOP("dravik::AboutWindows", "letter case of file names"),
+     QT_TRANSLATE_NOOP("dravik::AboutWindows", "MIT")},
+    {"{fmt}", QT_TRANSLATE_NOOP("dravik::AboutWindows", "text formatting"),
+     QT_TRANSLATE_NOOP("dravik::AboutWindows", "MIT")},
+    {"spdlog", QT_TRANSLATE_NOOP("dravik::AboutWindows", "logging"), QT_TRANSLATE_NOOP("dravik::AboutWindows", "MIT")},
 };
 
 QDialog* makeDialog(QWidget& parent, const QString& title, QWidget* content) {
@@ -57,13 +67,13 @@ QString shortcutGroups(int nameWidth, const std::function<bool(const Shortcut&)>
     QString group;
     for (const Shortcut& one : shortcuts()) {
         if (!belongs(one)) continue;
-        if (one.group != group) {
+        if (one.group() != group) {
             html += QStringLiteral("%1<h4 style='margin:%2px 0 4px 0'>%3</h4><table width='100%'>")
                         .arg(group.isEmpty() ? QString() : QStringLiteral("</table>"),
-                             group.isEmpty() ? QStringLiteral("0") : QStringLiteral("14"), one.group.toHtmlEscaped());
-            group = one.group;
+                             group.isEmpty() ? QStringLiteral("0") : QStringLiteral("14"), one.group().toHtmlEscaped());
+            group = one.group();
         }
-        QString name = one.name;
+        QString name = one.name();
         html += QStringLiteral(
                     "<tr><td width='%3' style='padding:2px 16px 2px 0'>%1</td>"
                     "<td style='padding:2px 0'>%2</td></tr>")
@@ -83,18 +93,17 @@ void showShortcuts(QWidget& parent) {
         QStringLiteral(
             "<table width='100%'><tr><td width='40%' style='padding-right:28px'>%1</td><td>%2</td></tr></table>")
             .arg(shortcutGroups(170, left), shortcutGroups(230, [&](const Shortcut& one) { return !left(one); }));
-    QDialog* dialog =
-        makeDialog(parent, QStringLiteral("Keyboard Shortcuts"), page(html, QStringLiteral("Keyboard shortcuts")));
+    QDialog* dialog = makeDialog(parent, Texts::tr("Keyboard Shortcuts"), page(html, Texts::tr("Keyboard shortcuts")));
     dialog->setObjectName(QStringLiteral("shortcuts"));
     dialog->resize(880, 680);
     dialog->show();
 }
 
 void showAbout(QWidget& parent) {
-    auto* content = new QLabel(QStringLiteral("<h2>Dravik %1</h2><p>Build %2, commit %3</p><p>Metadata of production "
-                                              "sound: see takes instead of files,<br>correct them, "
-                                              "and lose nothing.</p>")
-                                   .arg(toQt(buildInfo().version), toQt(buildInfo().build), toQt(buildInfo().commit)));
+    auto* content = new QLabel(
+        Texts::tr("<h2>Dravik %1</h2><p>Build %2, commit %3</p><p>Metadata of production sound: see takes instead of "
+                  "files,<br>correct them, and lose nothing.</p>")
+            .arg(toQt(buildInfo().version), toQt(buildInfo().build), toQt(buildInfo().commit)));
     content->setTextInteractionFlags(Qt::TextSelectableByMouse);
     auto* picture = new QLabel;
     picture->setPixmap(QIcon(QStringLiteral(":/icons/dravik.svg")).pixmap(QSize(64, 64)));
@@ -103,7 +112,7 @@ void showAbout(QWidget& parent) {
     layout->addWidget(picture, 0, Qt::AlignTop);
     layout->addSpacing(12);
     layout->addWidget(content, 1);
-    makeDialog(parent, QStringLiteral("About Dravik"), both)->open();
+    makeDialog(parent, Texts::tr("About Dravik"), both)->open();
 }
 
 void showLicences(QWidget& parent) {
@@ -111,15 +120,13 @@ void showLicences(QWidget& parent) {
     for (const Licence& one : licences) {
         rows += QStringLiteral(
                     "<tr><td style='padding:3px 20px 3px 0'><b>%1</b><br>%2</td><td style='padding:3px 0'>%3</td></tr>")
-                    .arg(QString::fromLatin1(one.name).toHtmlEscaped(), QString::fromLatin1(one.use),
-                         QString::fromLatin1(one.licence));
+                    .arg(QString::fromLatin1(one.name).toHtmlEscaped(), Texts::tr(one.use).toHtmlEscaped(),
+                         Texts::tr(one.licence).toHtmlEscaped());
     }
-    QDialog* dialog = makeDialog(
-        parent, QStringLiteral("Third-Party Licenses"),
-        page(QStringLiteral(
-                 "<p style='margin-bottom:10px'>Dravik stands on these libraries, with thanks.</p><table>%1</table>")
-                 .arg(rows),
-             QStringLiteral("Third-party licenses")));
+    QDialog* dialog = makeDialog(parent, Texts::tr("Third-Party Licenses"),
+                                 page(QStringLiteral("<p style='margin-bottom:10px'>%1</p><table>%2</table>")
+                                          .arg(Texts::tr("Dravik stands on these libraries, with thanks."), rows),
+                                      Texts::tr("Third-party licenses")));
     dialog->resize(460, 360);
     dialog->show();
 }

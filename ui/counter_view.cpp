@@ -18,8 +18,9 @@ const QString widest = QStringLiteral("00:00:00:00");
 
 CounterView::CounterView(TakePlayback& playback, UserDefaults& defaults, QWidget* parent)
     : QWidget(parent), playback_(playback), defaults_(defaults) {
-    setAccessibleName(QStringLiteral("Position"));
-    setToolTip(QStringLiteral("Toggle timecode / elapsed time"));
+    setAccessibleName(tr("Position"));
+    setToolTip(tr("Toggle timecode / elapsed time"));
+    setLayoutDirection(Qt::LeftToRight);
     setFocusPolicy(Qt::TabFocus);
     setCursor(Qt::PointingHandCursor);
     redraw_.setTimerType(Qt::PreciseTimer);
@@ -80,6 +81,7 @@ QSize CounterView::minimumSizeHint() const { return growing_ ? QSize(160, 32) : 
 
 void CounterView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
+    painter.setLayoutDirection(layoutDirection());
     shown_ = text();
     painter.setFont(digits());
     const QColor colour =

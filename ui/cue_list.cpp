@@ -62,9 +62,7 @@ class CueModel final : public QAbstractTableModel {
                 return row.edited ? QVariant(theme_.pendingText()) : QVariant();
             case Qt::AccessibleTextRole:
                 if (at.column() != number) return {};
-                return QStringLiteral("Cue %1 at %2%3")
-                    .arg(at.row() + 1)
-                    .arg(row.position, row.edited ? QStringLiteral(", not saved") : QString());
+                return accessibleText(row, at.row() + 1);
             default:
                 return {};
         }
@@ -74,11 +72,15 @@ class CueModel final : public QAbstractTableModel {
         if (orientation != Qt::Horizontal) return {};
         if (role == Qt::TextAlignmentRole) return alignment(section);
         if (role != Qt::DisplayRole) return {};
-        static const QString titles[] = {QStringLiteral("#"), QStringLiteral("Position"), QStringLiteral("Label")};
+        const QString titles[] = {QStringLiteral("#"), CueList::tr("Position"), CueList::tr("Label")};
         return titles[section];
     }
 
   private:
+    static QString accessibleText(const Row& row, int number) {
+        const QString text = CueList::tr("Cue %1 at %2").arg(number).arg(row.position);
+        return row.edited ? CueList::tr("%1, not saved").arg(text) : text;
+    }
     static int alignment(int column) {
         return int(column == number ? Qt::AlignCenter : Qt::AlignLeft | Qt::AlignVCenter);
     }
@@ -97,21 +99,22 @@ CueList::CueList(ContentView& content, const Theme& theme, QWidget* parent)
       position_(new QLineEdit(this)),
       add_(new QToolButton(this)) {
     table_->setModel(model_);
-    makeDense(*table_, theme, QStringLiteral("Cue markers"), {32, 96});
+    makeDense(*table_, theme, tr("Cue markers"), {32, 96});
     table_->setSelectionMode(QAbstractItemView::SingleSelection);
     table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    table_->setToolTip(QStringLiteral("Double click or F2 to name a cue, Delete to delete it"));
+    table_->setToolTip(tr("Double click or F2 to name a cue, Delete to delete it"));
     table_->installEventFilter(this);
     table_->viewport()->installEventFilter(this);
     connect(table_, &QTableView::doubleClicked, this, &CueList::renameCurrent);
 
-    position_->setAccessibleName(QStringLiteral("Position of a new cue"));
+    position_->setLayoutDirection(Qt::LeftToRight);
+    position_->setAccessibleName(tr("Position of a new cue"));
     position_->installEventFilter(this);
     connect(position_, &QLineEdit::returnPressed, this, &CueList::addTyped);
     connect(position_, &QLineEdit::textChanged, this, &CueList::showWhetherValid);
-    add_->setText(QStringLiteral("Add Cue"));
-    add_->setAccessibleName(QStringLiteral("Add Cue"));
-    add_->setToolTip(QStringLiteral("Add a cue at the typed position (Return)"));
+    add_->setText(tr("Add Cue"));
+    add_->setAccessibleName(tr("Add Cue"));
+    add_->setToolTip(tr("Add a cue at the typed position (Return)"));
     connect(add_, &QToolButton::clicked, this, &CueList::addTyped);
 
     auto* adding = new QHBoxLayout;
@@ -163,9 +166,9 @@ void CueList::showWhetherValid() {
     position_->setPalette(palette);
     position_->setToolTip(take == nullptr ? QString()
                           : wrong
-                              ? QStringLiteral("Not a position in this take (%1 to %2)")
+                              ? tr("Not a position in this take (%1 to %2)")
                                     .arg(toQt(positionText(*take, 0)), toQt(positionText(*take, lastFrameOf(*take))))
-                              : QStringLiteral("Timecode, or minutes and seconds from the start; Return adds a cue"));
+                              : tr("Timecode, or minutes and seconds from the start; Return adds a cue"));
 }
 
 void CueList::addTyped() {
@@ -218,8 +221,8 @@ bool CueList::eventFilter(QObject* object, QEvent* event) {
         table_->setCurrentIndex(under);
         auto* menu = new QMenu(this);
         menu->setAttribute(Qt::WA_DeleteOnClose);
-        menu->addAction(QStringLiteral("Edit Cue Name…"), this, &CueList::renameCurrent);
-        menu->addAction(QStringLiteral("Delete Cue"), this, &CueList::deleteCurrent);
+        menu->addAction(tr("Edit Cue Name…"), this, &CueList::renameCurrent);
+        menu->addAction(tr("Delete Cue"), this, &CueList::deleteCurrent);
         menu->popup(table_->viewport()->mapToGlobal(where));
         return true;
     }

@@ -38,7 +38,7 @@ Fader::Fader(const Theme& theme, QWidget* parent) : QWidget(parent), theme_(them
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
     setMinimumHeight(leastHeight);
-    setToolTip(QStringLiteral("Drag, with Shift finely; double click for 0 dB"));
+    setToolTip(tr("Drag, with Shift finely; double click for 0 dB"));
 }
 
 double Fader::placeOf(double dB) noexcept {
@@ -74,6 +74,13 @@ void Fader::setDB(double dB) {
     if (dB == dB_) return;
     dB_ = dB;
     update();
+    tellValue(*this, dB_);
+}
+
+QString Fader::spokenValue() const { return tr("%1 dB").arg(textOf(dB_)); }
+
+std::optional<SpokenControl::Range> Fader::spokenRange() const {
+    return Range{dB_, MixerState::faderMinimumDB, MixerState::faderMaximumDB};
 }
 
 void Fader::move(double dB) {

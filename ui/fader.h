@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/spoken_control.h"
 #include "ui/theme.h"
 
 #include <QWidget>
@@ -8,7 +9,7 @@ namespace dravik {
 
 /// A vertical fader in dB, from silence to +12. Drag, with Shift finely; wheel and arrow keys; double click or Delete
 /// for 0 dB. Its travel is even above -30 dB, where one works, and ever coarser below.
-class Fader : public QWidget {
+class Fader : public QWidget, public SpokenControl {
     Q_OBJECT
   public:
     explicit Fader(const Theme& theme, QWidget* parent = nullptr);
@@ -23,6 +24,10 @@ class Fader : public QWidget {
     [[nodiscard]] static double dBAt(double position) noexcept;
     /// "-12.5", "0.0", "-∞".
     [[nodiscard]] static QString textOf(double dB);
+    [[nodiscard]] QAccessible::Role spokenRole() const override { return QAccessible::Slider; }
+    [[nodiscard]] QString spokenValue() const override;
+    [[nodiscard]] std::optional<Range> spokenRange() const override;
+    void setSpokenNumber(double dB) override { move(dB); }
 
   signals:
     /// The user moved it.

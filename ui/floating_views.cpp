@@ -7,12 +7,18 @@
 namespace dravik {
 namespace {
 
-constexpr FloatingWindow::Kind mixerKind{
-    "DravikFloatingMixer", "Mixer", settings::floatingMixerVisible, settings::floatingMixerAlwaysOnTop, {760, 420}};
-constexpr FloatingWindow::Kind metersKind{
-    "DravikFloatingMeters", "Meters", settings::floatingMetersVisible, settings::floatingMetersAlwaysOnTop, {520, 260}};
+constexpr FloatingWindow::Kind mixerKind{"DravikFloatingMixer",
+                                         QT_TRANSLATE_NOOP("dravik::FloatingWindow", "Mixer"),
+                                         settings::floatingMixerVisible,
+                                         settings::floatingMixerAlwaysOnTop,
+                                         {760, 420}};
+constexpr FloatingWindow::Kind metersKind{"DravikFloatingMeters",
+                                          QT_TRANSLATE_NOOP("dravik::FloatingWindow", "Meters"),
+                                          settings::floatingMetersVisible,
+                                          settings::floatingMetersAlwaysOnTop,
+                                          {520, 260}};
 constexpr FloatingWindow::Kind transportKind{"DravikLargeTransport",
-                                             "Transport",
+                                             QT_TRANSLATE_NOOP("dravik::FloatingWindow", "Transport"),
                                              settings::largeTransportVisible,
                                              settings::largeTransportAlwaysOnTop,
                                              {640, 210}};

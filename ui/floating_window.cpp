@@ -10,7 +10,7 @@ namespace dravik {
 FloatingWindow::FloatingWindow(UserDefaults& defaults, const Kind& kind, QWidget* view, QWidget* parent)
     : QWidget(parent, Qt::Window), defaults_(defaults), kind_(kind) {
     setObjectName(QString::fromLatin1(kind.key));
-    setWindowTitle(QString::fromLatin1(kind.title));
+    setWindowTitle(tr(kind.title));
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins({});
     column->addWidget(view);
@@ -51,7 +51,7 @@ void FloatingWindow::closeEvent(QCloseEvent* event) {
 void FloatingWindow::contextMenuEvent(QContextMenuEvent* event) {
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    QAction* top = menu->addAction(QStringLiteral("Always on Top"));
+    QAction* top = menu->addAction(tr("Always on Top"));
     top->setCheckable(true);
     top->setChecked(defaults_.value(kind_.alwaysOnTop));
     connect(top, &QAction::toggled, this, &FloatingWindow::setStaysOnTop);

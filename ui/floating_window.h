@@ -14,8 +14,8 @@ class FloatingWindow : public QWidget {
   public:
     /// What it is called, where it is remembered, and how large it is the first time.
     struct Kind {
-        const char* key;  ///< names its frame in the settings
-        const char* title;
+        const char* key;    ///< names its frame in the settings
+        const char* title;  ///< before it is translated
         Setting<bool> visible, alwaysOnTop;
         QSize firstSize;
     };

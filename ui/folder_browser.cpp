@@ -42,8 +42,8 @@ FolderBrowser::FolderBrowser(ContentView& content, Workspace& workspace, Dialogs
       commands_({content, workspace, dialogs, files}),
       model_(new FolderTreeModel(files, theme, this)),
       tree_(new FolderTree(this)) {
-    setAccessibleName(QStringLiteral("Folder browser"));
-    title_ = new QLabel(QStringLiteral("Folders"), this);
+    setAccessibleName(tr("Folder browser"));
+    title_ = new QLabel(tr("Folders"), this);
     newButton_ = new QToolButton(this);
     refreshButton_ = new QToolButton(this);
     auto* head = new QHBoxLayout;
@@ -61,7 +61,7 @@ FolderBrowser::FolderBrowser(ContentView& content, Workspace& workspace, Dialogs
     layout->addWidget(progress_);
 
     tree_->setModel(model_);
-    tree_->setAccessibleName(QStringLiteral("Volumes and folders"));
+    tree_->setAccessibleName(tr("Volumes and folders"));
     makeActions();
     FolderTree::Hooks hooks;
     hooks.open = [this](const QModelIndex& index) {
@@ -138,7 +138,7 @@ QTreeView& FolderBrowser::tree() noexcept { return *tree_; }
 
 void FolderBrowser::makeActions() {
     const auto make = [this](KeyId key, const auto& run) {
-        auto* action = new QAction(shortcut(key).name, this);
+        auto* action = new QAction(shortcut(key).name(), this);
         action->setShortcut(keyOf(key));
         // The tree itself answers the keys, so that they mean this only where the focus is.
         action->setShortcutContext(Qt::WidgetShortcut);
@@ -174,12 +174,12 @@ void FolderBrowser::makeProgress() {
     progressBar_->setRange(0, 1000);
     progressBar_->setTextVisible(false);
     progressBar_->setFixedHeight(8);
-    progressBar_->setAccessibleName(QStringLiteral("Progress of the copy"));
+    progressBar_->setAccessibleName(tr("Progress of the copy"));
     auto* cancel = new QToolButton(progress_);
-    cancel->setText(QStringLiteral("Cancel"));
+    cancel->setText(tr("Cancel"));
     cancel->setAutoRaise(true);
-    cancel->setToolTip(QStringLiteral("Stop copying; what was copied is removed"));
-    cancel->setAccessibleName(QStringLiteral("Cancel copying"));
+    cancel->setToolTip(tr("Stop copying; what was copied is removed"));
+    cancel->setAccessibleName(tr("Cancel copying"));
     connect(cancel, &QToolButton::clicked, &commands_, &FolderCommands::cancelCopy);
     auto* row = new QHBoxLayout;
     row->setSpacing(6);
@@ -216,11 +216,11 @@ void FolderBrowser::showEvent(QShowEvent* event) {
 void FolderBrowser::showRoots() {
     std::vector<FolderTreeModel::Root> roots;
     const std::filesystem::path home = toPath(QDir::homePath());
-    roots.push_back({home, QStringLiteral("Home"), toQt(home), false});
+    roots.push_back({home, tr("Home"), toQt(home), false});
     for (const Volume& volume : commands_.volumes()) {
         if (volume.root == home) continue;
         roots.push_back({volume.root, volume.name,
-                         QStringLiteral("%1\n%2 free of %3")
+                         tr("%1\n%2 free of %3")
                              .arg(toQt(volume.root), toQt(sizeText(volume.freeBytes)), toQt(sizeText(volume.allBytes))),
                          volume.ejectable});
     }

@@ -1,6 +1,7 @@
 #include "ui/folder_tree.h"
 
 #include "ui/folder_tree_model.h"
+#include "ui/list_looks.h"
 #include "ui/metrics.h"
 #include "ui/shortcuts.h"
 
@@ -52,28 +53,31 @@ class FolderDelegate final : public QStyledItemDelegate {
         const QWidget* widget = option.widget;
         QStyle& style = widget != nullptr ? *widget->style() : *QApplication::style();
         style.drawControl(QStyle::CE_ItemViewItem, &row, painter, widget);
-        QRect text = style.subElementRect(QStyle::SE_ItemViewItemText, &row, widget);
+        // Worked out from left to right, and turned round where texts run from right to left.
+        const auto turned = [&](const QRect& rect) { return QStyle::visualRect(option.direction, option.rect, rect); };
+        QRect text = turned(style.subElementRect(QStyle::SE_ItemViewItemText, &row, widget));
         text.setRight(option.rect.right() - margin);
 
         const bool selected = (option.state & QStyle::State_Selected) != 0;
         const QPalette& palette = option.palette;
         painter->save();
         if (index.data(FolderTreeModel::ejectableRole).toBool()) {
-            const QRect button = FolderTree::ejectRect(option.rect);
+            const QRect button = FolderTree::ejectRect(option.rect, option.direction);
             tree_.ejectIcon().paint(painter, button);
-            text.setRight(button.left() - margin);
+            text.setRight(turned(button).left() - margin);
         } else if (const int files = index.data(FolderTreeModel::audioFilesRole).toInt(); files > 0) {
             QFont small = option.font;
             small.setPixelSize(metrics::smallText);
             painter->setFont(small);
             painter->setPen(selected ? palette.color(QPalette::HighlightedText) : tree_.dimmed());
             const QString number = QString::number(files);
-            painter->drawText(text, int(Qt::AlignRight | Qt::AlignVCenter), number);
+            painter->drawText(turned(text), textFlags(Qt::AlignRight | Qt::AlignVCenter, option.direction, number),
+                              number);
             text.setRight(text.right() - QFontMetrics(small).horizontalAdvance(number) - margin);
         }
         painter->setFont(row.font);
         painter->setPen(palette.color(selected ? QPalette::HighlightedText : QPalette::Text));
-        painter->drawText(text, int(Qt::AlignLeft | Qt::AlignVCenter),
+        painter->drawText(turned(text), textFlags(Qt::AlignLeft | Qt::AlignVCenter, option.direction, name),
                           QFontMetrics(row.font).elidedText(name, Qt::ElideMiddle, text.width()));
         painter->restore();
     }
@@ -81,7 +85,7 @@ class FolderDelegate final : public QStyledItemDelegate {
     QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem&, const QModelIndex&) const override {
         auto* line = new QLineEdit(parent);
         line->setPalette(QApplication::palette());  // selected text as in other fields
-        line->setAccessibleName(QStringLiteral("Name of the folder"));
+        line->setAccessibleName(FolderTree::tr("Name of the folder"));
         tree_.typingStarted();
         return line;
     }
@@ -113,14 +117,15 @@ void FolderTree::setLook(const QColor& dimmed, const QIcon& eject) {
     viewport()->update();
 }
 
-QRect FolderTree::ejectRect(const QRect& row) {
-    return {row.right() - margin - iconSide, row.center().y() - iconSide / 2, iconSide, iconSide};
+QRect FolderTree::ejectRect(const QRect& row, Qt::LayoutDirection direction) {
+    const QRect atItsEnd(row.right() - margin - iconSide, row.center().y() - iconSide / 2, iconSide, iconSide);
+    return QStyle::visualRect(direction, row, atItsEnd);
 }
 
 QModelIndex FolderTree::ejectAt(const QPoint& where) const {
     const QModelIndex index = indexAt(where);
     const bool hit = index.isValid() && index.data(FolderTreeModel::ejectableRole).toBool() &&
-                     ejectRect(visualRect(index)).adjusted(-3, -3, 3, 3).contains(where);
+                     ejectRect(visualRect(index), layoutDirection()).adjusted(-3, -3, 3, 3).contains(where);
     return hit ? index : QModelIndex();
 }
 
@@ -147,7 +152,7 @@ bool FolderTree::viewportEvent(QEvent* event) {
     if (event->type() == QEvent::ToolTip) {
         auto* help = static_cast<QHelpEvent*>(event);
         if (ejectAt(help->pos()).isValid()) {
-            QToolTip::showText(help->globalPos(), QStringLiteral("Eject (%1)").arg(keyText(KeyId::ejectVolume)), this);
+            QToolTip::showText(help->globalPos(), tr("Eject (%1)").arg(keyText(KeyId::ejectVolume)), this);
             return true;
         }
     }

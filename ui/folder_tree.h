@@ -29,7 +29,7 @@ class FolderTree : public QTreeView {
     [[nodiscard]] QColor dimmed() const { return dimmed_; }
     [[nodiscard]] const QIcon& ejectIcon() const noexcept { return eject_; }
     /// Where a row of a volume that can be ejected has its button.
-    [[nodiscard]] static QRect ejectRect(const QRect& row);
+    [[nodiscard]] static QRect ejectRect(const QRect& row, Qt::LayoutDirection direction);
     [[nodiscard]] bool isTyping() const { return state() == EditingState; }
     void typingStarted() { hooks_.typing(true); }
 

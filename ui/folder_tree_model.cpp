@@ -265,10 +265,10 @@ QVariant FolderTreeModel::data(const QModelIndex& index, int role) const {
         }
         case Qt::AccessibleTextRole: {
             QString text = node.name;
-            if (isCurrent) text += QStringLiteral(", open");
+            if (isCurrent) text = tr("%1, open").arg(text);
             if (node.summary && node.summary->audioFiles > 0) {
-                text += QStringLiteral(", ") +
-                        counted(static_cast<std::size_t>(node.summary->audioFiles), QStringLiteral("audio file"));
+                text +=
+                    QStringLiteral(", ") + counted(static_cast<std::size_t>(node.summary->audioFiles), Noun::audioFile);
             }
             return text;
         }

@@ -43,8 +43,9 @@ double MeterScale::fraction(float dB) const noexcept {
 
 LevelMeter::LevelMeter(const UserDefaults& defaults, const Theme& theme, Qt::Orientation orientation, QWidget* parent)
     : QWidget(parent), defaults_(defaults), theme_(theme), orientation_(orientation) {
-    setToolTip(QStringLiteral("Level of the file's own samples. Click to clear the clip signs."));
+    setToolTip(tr("Level of the file's own samples. Click to clear the clip signs."));
     connect(&defaults, &UserDefaults::changed, this, qOverload<>(&QWidget::update));
+    setLayoutDirection(Qt::LeftToRight);  // levels and time run so in every language
     setSizePolicy(orientation == Qt::Vertical ? QSizePolicy::Fixed : QSizePolicy::Expanding,
                   orientation == Qt::Vertical ? QSizePolicy::Expanding : QSizePolicy::Fixed);
 }
@@ -59,6 +60,15 @@ void LevelMeter::show(float niveau, float peak, bool clip) {
     peak_ = peak;
     clip_ = clip;
     update();
+}
+
+QString LevelMeter::spokenValue() const {
+    const QString level = tr("%1 dBFS").arg(std::lround(niveau_));
+    return clip_ ? tr("%1, clipped").arg(level) : level;
+}
+
+std::optional<SpokenControl::Range> LevelMeter::spokenRange() const {
+    return Range{static_cast<double>(niveau_), static_cast<double>(MeterScale(defaults_).plancher), 0};
 }
 
 void LevelMeter::paintEvent(QPaintEvent*) {
@@ -104,6 +114,7 @@ void LevelMeter::mouseReleaseEvent(QMouseEvent* event) {
 
 MixerMeterScaleView::MixerMeterScaleView(const UserDefaults& defaults, const Theme& theme, QWidget* parent)
     : QWidget(parent), defaults_(defaults), theme_(theme) {
+    setLayoutDirection(Qt::LeftToRight);  // "-6", and not "6-"
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
     connect(&defaults, &UserDefaults::changed, this, qOverload<>(&QWidget::update));
 }
@@ -118,6 +129,7 @@ QSize MixerMeterScaleView::sizeHint() const { return {26, 120}; }
 
 void MixerMeterScaleView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
+    painter.setLayoutDirection(layoutDirection());  // it begins with that of the program
     QFont small = font();
     small.setPixelSize(9);
     painter.setFont(small);

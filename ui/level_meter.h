@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/user_defaults.h"
+#include "ui/spoken_control.h"
 #include "ui/theme.h"
 
 #include <QColor>
@@ -19,7 +20,7 @@ struct MeterScale {
 };
 
 /// The bar of one channel with its peak marker and its clip sign, which a click clears. Shows what it is given.
-class LevelMeter : public QWidget {
+class LevelMeter : public QWidget, public SpokenControl {
     Q_OBJECT
   public:
     LevelMeter(const UserDefaults& defaults, const Theme& theme, Qt::Orientation orientation,
@@ -28,6 +29,9 @@ class LevelMeter : public QWidget {
     /// In dBFS; the latched sign with it.
     void show(float niveau, float peak, bool clip);
     [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QAccessible::Role spokenRole() const override { return QAccessible::Indicator; }
+    [[nodiscard]] QString spokenValue() const override;
+    [[nodiscard]] std::optional<Range> spokenRange() const override;
 
   signals:
     /// The clip signs are to be cleared.

@@ -4,6 +4,8 @@
 
 #include <QApplication>
 #include <QPainter>
+#include <QStyle>
+#include <algorithm>
 
 namespace dravik {
 
@@ -24,7 +26,8 @@ void ListHeader::paintSection(QPainter* painter, const QRect& rect, int section)
     painter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), line);
     // Where a column can be made wider.
     if (sectionResizeMode(section) == Interactive) {
-        painter->fillRect(QRect(rect.right(), rect.top() + 5, 1, rect.height() - 10), line);
+        const int end = layoutDirection() == Qt::RightToLeft ? rect.left() : rect.right();
+        painter->fillRect(QRect(end, rect.top() + 5, 1, rect.height() - 10), line);
     }
     QRect text = rect.adjusted(padding_, 0, -padding_, 0);
     painter->setPen(colours.color(sorted ? QPalette::WindowText : QPalette::PlaceholderText));
@@ -34,12 +37,13 @@ void ListHeader::paintSection(QPainter* painter, const QRect& rect, int section)
         const int middle = rect.center().y();
         const int tip = middle + (up ? -2 : 2);
         const int foot = middle + (up ? 2 : -2);
-        const int right = rect.right() - 4;
+        const bool mirrored = layoutDirection() == Qt::RightToLeft;
+        const int right = mirrored ? rect.left() + 4 + arrow : rect.right() - 4;
         painter->setRenderHint(QPainter::Antialiasing);
         painter->setBrush(painter->pen().color());
         painter->drawPolygon(QPolygon({{right - arrow, foot}, {right, foot}, {right - arrow / 2, tip}}));
         painter->setRenderHint(QPainter::Antialiasing, false);
-        text.setRight(right - arrow - 3);
+        mirrored ? text.setLeft(right + 3) : text.setRight(right - arrow - 3);
     }
     painter->setFont(metrics::smallFont(*this));
     const QVariant alignment = model()->headerData(section, orientation(), Qt::TextAlignmentRole);
@@ -56,8 +60,12 @@ void makeDense(QTableView& table, const Theme& theme, const QString& accessibleN
     header->setStretchLastSection(true);
     header->setSectionResizeMode(QHeaderView::Fixed);
     int column = 0;
-    for (const int width : widths)
-        header->resizeSection(column++, width);
+    for (const int width : widths) {
+        // For English these are the widths; a title of another language may need more.
+        const QString title = table.model()->headerData(column, Qt::Horizontal).toString();
+        const int needed = header->fontMetrics().horizontalAdvance(title) + 2 * metrics::listPadding;
+        header->resizeSection(column++, std::max(width, needed));
+    }
     table.setAccessibleName(accessibleName);
     table.verticalHeader()->hide();
     table.verticalHeader()->setMinimumSectionSize(metrics::rowHeight);
@@ -83,6 +91,17 @@ QPalette listPalette(const Theme& theme) {
     palette.setColor(QPalette::Active, QPalette::Highlight, mixed(base, theme.accent(), 0.24));
     palette.setColor(QPalette::Inactive, QPalette::Highlight, mixed(base, text, 0.13));
     return palette;
+}
+
+int textFlags(Qt::Alignment alignment, Qt::LayoutDirection direction, const QString& text) {
+    const Qt::Alignment side = QStyle::visualAlignment(direction, alignment) | Qt::AlignAbsolute;
+    return static_cast<int>(side) | (text.isRightToLeft() ? Qt::TextForceRightToLeft : Qt::TextForceLeftToRight);
+}
+
+QString inItsOwnDirection(const QString& text, Qt::LayoutDirection direction) {
+    if (text.isEmpty() || text.isRightToLeft() == (direction == Qt::RightToLeft)) return text;
+    constexpr QChar firstStrongIsolate(0x2068), popDirectionalIsolate(0x2069);
+    return firstStrongIsolate + text + popDirectionalIsolate;
 }
 
 void stopListeningToChildren(QObject& widget) {

@@ -1,4 +1,5 @@
 #include "app/external_file_open_router.h"
+#include "app/language.h"
 #include "app/playback_preferences.h"
 #include "app/single_instance.h"
 #include "app/take_playback.h"
@@ -29,6 +30,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFileOpenEvent>
+#include <QLocale>
 #include <QStandardPaths>
 #include <QTimer>
 #include <algorithm>
@@ -273,6 +275,8 @@ int run(int argc, char** argv) {
     QApplication::setApplicationVersion(toQt(buildInfo().version));
     QApplication::setDesktopFileName(QStringLiteral("dravik"));
     QApplication::setQuitOnLastWindowClosed(false);
+    const QLocale language = installLanguage(application, QLocale::system());
+    if (language.textDirection() == Qt::RightToLeft) QApplication::setLayoutDirection(Qt::RightToLeft);
 
     QCommandLineParser parser;
     const Usage usage = programUsage();

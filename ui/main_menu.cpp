@@ -22,19 +22,19 @@ struct OperationEntry {
 OperationEntry entryOf(OperationsTab tab) {
     switch (tab) {
         case OperationsTab::merge:
-            return {{}, QStringLiteral("Make one poly file of the mono files of a take")};
+            return {{}, MainMenu::tr("Make one poly file of the mono files of a take")};
         case OperationsTab::split:
-            return {{}, QStringLiteral("Make mono files of the tracks of a poly file")};
+            return {{}, MainMenu::tr("Make mono files of the tracks of a poly file")};
         case OperationsTab::deleteTracks:
-            return {{}, QStringLiteral("Make a poly file without some of its tracks")};
+            return {{}, MainMenu::tr("Make a poly file without some of its tracks")};
         case OperationsTab::reorderTracks:
-            return {{}, QStringLiteral("Make a file with its tracks in another order")};
+            return {{}, MainMenu::tr("Make a file with its tracks in another order")};
         case OperationsTab::rename:
-            return {KeyId::batchRename, QStringLiteral("Give files names made of their metadata")};
+            return {KeyId::batchRename, MainMenu::tr("Give files names made of their metadata")};
         case OperationsTab::export_:
-            return {KeyId::exportAudio, QStringLiteral("Make WAV, MP3 or AAC files of the takes")};
+            return {KeyId::exportAudio, MainMenu::tr("Make WAV, MP3 or AAC files of the takes")};
         case OperationsTab::report:
-            return {KeyId::exportReport, QStringLiteral("Make the sound report of the day")};
+            return {KeyId::exportReport, MainMenu::tr("Make the sound report of the day")};
     }
     return {};
 }
@@ -72,7 +72,7 @@ MainMenu::MainMenu(const Services& services, QMainWindow& window)
 // --- One action ----------------------------------------------------------------------------------------------------
 
 QAction* MainMenu::action(KeyId key, const QString& icon, const QString& help, std::function<void()> run) {
-    QAction* made = action(shortcut(key).name, icon, help, std::move(run));
+    QAction* made = action(shortcut(key).name(), icon, help, std::move(run));
     made->setShortcut(keyOf(key));
     made->setToolTip(QStringLiteral("%1 (%2)").arg(made->toolTip(), keyText(key)));
     return made;
@@ -87,8 +87,8 @@ QAction* MainMenu::action(const QString& text, const QString& icon, const QStrin
     return made;
 }
 
-QAction* MainMenu::post(KeyId key, const char* icon, const char* help, void (Commands::*command)()) {
-    return action(key, QString::fromLatin1(icon), QString::fromLatin1(help),
+QAction* MainMenu::post(KeyId key, const char* icon, const QString& help, void (Commands::*command)()) {
+    return action(key, QString::fromLatin1(icon), help,
                   [&commands = services_.commands, command] { emit(commands.*command)(); });
 }
 
@@ -105,10 +105,10 @@ QMenu* MainMenu::menu(const QString& title) { return window_.menuBar()->addMenu(
 // --- The menus -----------------------------------------------------------------------------------------------------
 
 void MainMenu::makeShared() {
-    saveAll_ = action(QStringLiteral("Save All"), QStringLiteral("save"), QStringLiteral("Save all pending changes"),
+    saveAll_ = action(tr("Save All"), QStringLiteral("save"), tr("Save all pending changes"),
                       [this] { emit services_.commands.dravikSaveChanges(); });
-    discard_ = action(QStringLiteral("Discard"), QStringLiteral("discard"),
-                      QStringLiteral("Discard all unsaved changes"), [this] { services_.content.discardAll(); });
+    discard_ = action(tr("Discard"), QStringLiteral("discard"), tr("Discard all unsaved changes"),
+                      [this] { services_.content.discardAll(); });
     undo_ = action(KeyId::undo, QStringLiteral("undo"), {}, [this] {
         services_.content.undo();
         services_.table.showLastChange();
@@ -117,31 +117,31 @@ void MainMenu::makeShared() {
         services_.content.redo();
         services_.table.showLastChange();
     });
-    loadFolder_ = post(KeyId::loadFolder, "folder", "Open a folder of recordings", &Commands::dravikLoadFolder);
-    showBrowser_ =
-        action(KeyId::showBrowser, QStringLiteral("browser"), QStringLiteral("Show or hide the folder browser"),
-               [this] { emit browserShown(showBrowser_->isChecked()); });
+    loadFolder_ = post(KeyId::loadFolder, "folder", tr("Open a folder of recordings"), &Commands::dravikLoadFolder);
+    showBrowser_ = action(KeyId::showBrowser, QStringLiteral("browser"), tr("Show or hide the folder browser"),
+                          [this] { emit browserShown(showBrowser_->isChecked()); });
     showBrowser_->setCheckable(true);
     auto* modes = new QActionGroup(this);
     const auto mode = [&](PresentationMode which, QAction* made) {
         made->setCheckable(true);
         modes_[which] = modes->addAction(made);
     };
-    mode(PresentationMode::table, post(KeyId::showTable, "", "The table alone", &Commands::dravikShowTable));
-    mode(PresentationMode::waveforms, post(KeyId::showWaveforms, "waveform", "The waveform of the selected take below",
-                                           &Commands::dravikShowWaveforms));
+    mode(PresentationMode::table, post(KeyId::showTable, "", tr("The table alone"), &Commands::dravikShowTable));
+    mode(PresentationMode::waveforms,
+         post(KeyId::showWaveforms, "waveform", tr("The waveform of the selected take below"),
+              &Commands::dravikShowWaveforms));
     mode(PresentationMode::mixer,
-         post(KeyId::showMixer, "mixer", "The monitoring mixer below", &Commands::dravikShowMixerView));
+         post(KeyId::showMixer, "mixer", tr("The monitoring mixer below"), &Commands::dravikShowMixerView));
 }
 
 void MainMenu::makeFile() {
-    QMenu* file = menu(QStringLiteral("&File"));
+    QMenu* file = menu(tr("&File"));
     file->addAction(loadFolder_);
-    file->addAction(post(KeyId::loadFile, "file", "Open a recording and its folder", &Commands::dravikLoadFile));
-    file->addAction(action(KeyId::reload, {}, QStringLiteral("Read the folder again; unsaved changes stay"),
+    file->addAction(post(KeyId::loadFile, "file", tr("Open a recording and its folder"), &Commands::dravikLoadFile));
+    file->addAction(action(KeyId::reload, {}, tr("Read the folder again; unsaved changes stay"),
                            [this] { emit reloadRequested(); }));
     file->addSeparator();
-    file->addAction(post(KeyId::save, "save", "Save all pending changes", &Commands::dravikSaveChanges));
+    file->addAction(post(KeyId::save, "save", tr("Save all pending changes"), &Commands::dravikSaveChanges));
     file->addAction(discard_);
     file->addSeparator();
     file->addAction(action(KeyId::preferences, {}, {}, [this] { emit preferencesRequested(); }));
@@ -152,50 +152,48 @@ void MainMenu::makeFile() {
 }
 
 void MainMenu::makeEdit() {
-    QMenu* edit = menu(QStringLiteral("&Edit"));
+    QMenu* edit = menu(tr("&Edit"));
     edit->addAction(undo_);
     edit->addAction(redo_);
     edit->addSeparator();
     // The table has these keys while it has the keyboard; text fields keep their own.
-    edit->addAction(onTakes(QStringLiteral("Copy Column"), QStringLiteral("Copy the current column of the selection"),
-                            &TakeTable::copy));
-    edit->addAction(onTakes(QStringLiteral("Paste Column"),
-                            QStringLiteral("Paste lines downwards from the first selected row"), &TakeTable::paste));
+    edit->addAction(onTakes(tr("Copy Column"), tr("Copy the current column of the selection"), &TakeTable::copy));
+    edit->addAction(
+        onTakes(tr("Paste Column"), tr("Paste lines downwards from the first selected row"), &TakeTable::paste));
     edit->addSeparator();
-    edit->addAction(action(KeyId::find, QStringLiteral("search"), QStringLiteral("Filter the takes"),
+    edit->addAction(action(KeyId::find, QStringLiteral("search"), tr("Filter the takes"),
                            [this] { services_.table.focusFilter(); }));
 }
 
 void MainMenu::makeTake() {
-    QMenu* take = menu(QStringLiteral("&Take"));
-    take->addAction(onTakes(QStringLiteral("Edit Cell"),
-                            QStringLiteral("Edit the current cell of the table (%1)").arg(keyText(KeyId::editCell)),
+    QMenu* take = menu(tr("&Take"));
+    take->addAction(onTakes(tr("Edit Cell"),
+                            tr("Edit the current cell of the table (%1)").arg(keyText(KeyId::editCell)),
                             &TakeTable::editCurrentCell));
-    take->addAction(onTakes(KeyId::toggleCircled, QStringLiteral("Circle the selected takes, or take the circle away"),
+    take->addAction(onTakes(KeyId::toggleCircled, tr("Circle the selected takes, or take the circle away"),
                             &TakeTable::toggleCircled));
     take->addSeparator();
-    take->addAction(onTakes(KeyId::fillDown,
-                            QStringLiteral("The value of the first selected row for all selected rows"),
+    take->addAction(onTakes(KeyId::fillDown, tr("The value of the first selected row for all selected rows"),
                             &TakeTable::fillDown));
-    take->addAction(onTakes(KeyId::incrementTakes, QStringLiteral("Each selected row gets the take after its own"),
+    take->addAction(onTakes(KeyId::incrementTakes, tr("Each selected row gets the take after its own"),
                             &TakeTable::incrementTakes));
-    take->addAction(onTakes(QStringLiteral("Number Takes"),
-                            QStringLiteral("Count up from the first selected row's take"), &TakeTable::numberTakes));
+    take->addAction(
+        onTakes(tr("Number Takes"), tr("Count up from the first selected row's take"), &TakeTable::numberTakes));
     take->addSeparator();
-    group_ = action(QStringLiteral("Group Mono Files"), {},
-                    QStringLiteral("Show the mono files of one take as one row"), [this] {
-                        services_.content.setRegrouperFichiersMono(group_->isChecked());
-                        refresh();  // it may have been refused
-                    });
+    group_ = action(tr("Group Mono Files"), {}, tr("Show the mono files of one take as one row"), [this] {
+        services_.content.setRegrouperFichiersMono(group_->isChecked());
+        refresh();  // it may have been refused
+    });
     group_->setCheckable(true);
     take->addAction(group_);
 }
 
 void MainMenu::makeOperations() {
     Commands& commands = services_.commands;
-    QMenu* operations = menu(QStringLiteral("&Operations"));
-    showOperations_ = post(KeyId::showOperations, "operations",
-                           "Make new files of the takes, rename them, or report them", &Commands::dravikShowOperations);
+    QMenu* operations = menu(tr("&Operations"));
+    showOperations_ =
+        post(KeyId::showOperations, "operations", tr("Make new files of the takes, rename them, or report them"),
+             &Commands::dravikShowOperations);
     operations->addAction(showOperations_);
     operations->addSeparator();
     for (const OperationsTab tab : allOperationsTabs) {
@@ -207,16 +205,16 @@ void MainMenu::makeOperations() {
         operations->addAction(operations_[tab]);
     }
     operations->addSeparator();
-    operations->addAction(post(KeyId::nextOperationsTab, "", "", &Commands::dravikOperationsNextTab));
-    operations->addAction(post(KeyId::previousOperationsTab, "", "", &Commands::dravikOperationsPreviousTab));
+    operations->addAction(post(KeyId::nextOperationsTab, "", {}, &Commands::dravikOperationsNextTab));
+    operations->addAction(post(KeyId::previousOperationsTab, "", {}, &Commands::dravikOperationsPreviousTab));
 }
 
 void MainMenu::makeView() {
-    QMenu* view = menu(QStringLiteral("&View"));
+    QMenu* view = menu(tr("&View"));
     for (const auto& [mode, shown] : modes_)
         view->addAction(shown);
     view->addSeparator();
-    showEditor_ = action(KeyId::showEditor, {}, QStringLiteral("Show or hide the fields of the selected take"),
+    showEditor_ = action(KeyId::showEditor, {}, tr("Show or hide the fields of the selected take"),
                          [this] { emit editorShown(showEditor_->isChecked()); });
     showEditor_->setCheckable(true);
     view->addAction(showEditor_);
@@ -232,27 +230,27 @@ void MainMenu::makeView() {
 
 void MainMenu::makePlaybackAndWindow() {
     auto* transport = new TransportActions(services_.content, services_.playback, services_.settings, this);
-    transport->fill(*menu(QStringLiteral("&Playback")));
+    transport->fill(*menu(tr("&Playback")));
 
-    QMenu* windows = menu(QStringLiteral("&Window"));
-    windows->addAction(post(KeyId::mixerWindow, "mixer", "", &Commands::dravikShowFloatingMixer));
-    windows->addAction(post(KeyId::metersWindow, "meters", "", &Commands::dravikShowFloatingMeters));
-    windows->addAction(post(KeyId::floatingTransport, "transport", "", &Commands::dravikShowLargeTransport));
+    QMenu* windows = menu(tr("&Window"));
+    windows->addAction(post(KeyId::mixerWindow, "mixer", {}, &Commands::dravikShowFloatingMixer));
+    windows->addAction(post(KeyId::metersWindow, "meters", {}, &Commands::dravikShowFloatingMeters));
+    windows->addAction(post(KeyId::floatingTransport, "transport", {}, &Commands::dravikShowLargeTransport));
 }
 
 void MainMenu::makeHelp() {
-    QMenu* help = menu(QStringLiteral("&Help"));
+    QMenu* help = menu(tr("&Help"));
     help->addAction(action(KeyId::showManual, {}, {}, [this] { emit manualRequested(); }));
     help->addAction(action(KeyId::showShortcuts, {}, {}, [this] { emit shortcutsRequested(); }));
-    help->addAction(action(QStringLiteral("Third-Party Licenses…"), {}, {}, [this] { emit licencesRequested(); }));
+    help->addAction(action(tr("Third-Party Licenses…"), {}, {}, [this] { emit licencesRequested(); }));
     help->addSeparator();
-    QAction* about = action(QStringLiteral("About Dravik"), {}, {}, [this] { emit aboutRequested(); });
+    QAction* about = action(tr("About Dravik"), {}, {}, [this] { emit aboutRequested(); });
     about->setMenuRole(QAction::AboutRole);
     help->addAction(about);
 }
 
 void MainMenu::makeToolbar() {
-    QToolBar* bar = window_.addToolBar(QStringLiteral("Toolbar"));
+    QToolBar* bar = window_.addToolBar(tr("Toolbar"));
     bar->setObjectName(QStringLiteral("toolbar"));
     bar->setMovable(false);
     bar->setContextMenuPolicy(Qt::PreventContextMenu);
@@ -290,13 +288,12 @@ void MainMenu::refresh() {
     const std::size_t pending = content.rows().editedRows().size();
     const bool saving = content.sauvegardeEnCours();
     saveAll_->setEnabled(pending > 0 && !saving);
-    saveAll_->setText(pending > 0 ? QStringLiteral("Save All (%1)").arg(static_cast<qulonglong>(pending))
-                                  : QStringLiteral("Save All"));
+    saveAll_->setText(pending > 0 ? tr("Save All (%1)").arg(static_cast<qulonglong>(pending)) : tr("Save All"));
     discard_->setEnabled(pending > 0 && !saving);
     undo_->setEnabled(content.canUndo());
-    undo_->setText(content.canUndo() ? QStringLiteral("Undo %1").arg(content.undoName()) : QStringLiteral("Undo"));
+    undo_->setText(content.canUndo() ? tr("Undo %1").arg(content.undoName()) : tr("Undo"));
     redo_->setEnabled(content.canRedo());
-    redo_->setText(content.canRedo() ? QStringLiteral("Redo %1").arg(content.redoName()) : QStringLiteral("Redo"));
+    redo_->setText(content.canRedo() ? tr("Redo %1").arg(content.redoName()) : tr("Redo"));
     undo_->setToolTip(QStringLiteral("%1 (%2)").arg(undo_->text(), keyText(KeyId::undo)));
     redo_->setToolTip(QStringLiteral("%1 (%2)").arg(redo_->text(), keyText(KeyId::redo)));
     group_->setChecked(content.regrouperFichiersMono());

@@ -67,7 +67,7 @@ class MainMenu : public QObject {
     /// The help is shown beside the mouse and in the status line; an icon is the name of its drawing.
     QAction* action(KeyId key, const QString& icon, const QString& help, std::function<void()> run);
     QAction* action(const QString& text, const QString& icon, const QString& help, std::function<void()> run);
-    QAction* post(KeyId key, const char* icon, const char* help, void (Commands::*command)());
+    QAction* post(KeyId key, const char* icon, const QString& help, void (Commands::*command)());
     /// Of the table; needs takes.
     template <typename What>
     QAction* onTakes(const What& what, const QString& help, void (TakeTable::*run)());

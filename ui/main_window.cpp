@@ -4,6 +4,7 @@
 #include "model/audio_metadata.h"
 #include "ui/floating_views.h"
 #include "ui/folder_browser.h"
+#include "ui/list_looks.h"
 #include "ui/main_menu.h"
 #include "ui/manual_window.h"
 #include "ui/mixer_view.h"
@@ -125,11 +126,7 @@ void MainWindow::present() {
 }
 
 std::string MainWindow::description() const {
-    return QStringLiteral("%1 visible=%2 minimised=%3")
-        .arg(objectName())
-        .arg(isVisible())
-        .arg(isMinimized())
-        .toStdString();
+    return tr("%1 visible=%2 minimised=%3").arg(objectName()).arg(isVisible()).arg(isMinimized()).toStdString();
 }
 
 // --- Layout --------------------------------------------------------------------------------------------------------
@@ -282,13 +279,13 @@ void MainWindow::connectStatusLine() {
             return;
         }
         status_->beginWork();
-        status_->showWork(QStringLiteral("Saving..."), 0, 0, true);
+        status_->showWork(tr("Saving..."), 0, 0, true);
     });
     connect(&content, &ContentView::saveProgressed, this,
             [this](std::uint64_t done, std::uint64_t all, const QString& name) {
                 // One may be on its way when the save has ended.
                 if (!services_.content.sauvegardeEnCours()) return;
-                status_->showWork(QStringLiteral("Saving... %1").arg(name), done, all, true);
+                status_->showWork(tr("Saving... %1").arg(name), done, all, true);
             });
     connect(&content, &ContentView::messageSuccesSauvegardeChanged, this,
             [this] { status_->setSuccess(services_.content.messageSuccesSauvegarde()); });
@@ -296,14 +293,14 @@ void MainWindow::connectStatusLine() {
     FolderListing& listing = content.listing();
     connect(&listing, &FolderListing::progressed, this, [this](int done, int all, const QString& name) {
         if (services_.content.sauvegardeEnCours()) return;
-        status_->showWork(QStringLiteral("Reading %1").arg(name), static_cast<std::uint64_t>(std::max(0, done)),
+        status_->showWork(tr("Reading %1").arg(name), static_cast<std::uint64_t>(std::max(0, done)),
                           static_cast<std::uint64_t>(std::max(0, all)), false);
     });
     connect(&listing, &FolderListing::finished, this, [this](bool cancelled) {
         if (services_.content.sauvegardeEnCours()) return;
         status_->endWork();
         if (cancelled && !services_.content.rows().groupesTableau().empty()) {
-            status_->tell(QStringLiteral("Reading was stopped: not all takes are shown. Reload reads them."));
+            status_->tell(tr("Reading was stopped: not all takes are shown. Reload reads them."));
         }
     });
 }
@@ -336,7 +333,7 @@ void MainWindow::connectOperations() {
 
 void MainWindow::refreshTitle() {
     const QString folder = services_.content.folderLabel();
-    setWindowTitle(folder.isEmpty() ? QStringLiteral("Dravik") : QStringLiteral("%1[*] – Dravik").arg(folder));
+    setWindowTitle(folder.isEmpty() ? tr("Dravik") : tr("%1[*] – Dravik").arg(folder));
     setWindowModified(services_.content.hasUnsavedChanges());
 }
 
@@ -364,10 +361,11 @@ void MainWindow::refreshCounts() {
         status_->setCounts({});
         return;
     }
-    status_->setCounts(QStringLiteral("%1%2 · %3 · %4 · %5")
-                           .arg(part ? QStringLiteral("Selected: ") : QString(),
-                                counted(part ? selected.size() : rows.size(), QStringLiteral("take")),
-                                counted(files, QStringLiteral("file")), clockText(seconds), toQt(sizeText(bytes))));
+    const QString counts =
+        QStringLiteral("%1 · %2 · %3 · %4")
+            .arg(counted(part ? selected.size() : rows.size(), Noun::take), counted(files, Noun::file),
+                 clockText(seconds), inItsOwnDirection(toQt(sizeText(bytes)), layoutDirection()));
+    status_->setCounts(part ? tr("Selected: %1").arg(counts) : counts);
 }
 
 // --- From outside --------------------------------------------------------------------------------------------------
@@ -389,12 +387,11 @@ void MainWindow::quit() {
     // A line at the bottom of a window that closes is read by nobody.
     if (std::exchange(quitAsked_, true)) return;
     Alert alert;
-    alert.title = QStringLiteral("Invalid Timecode");
-    alert.text = QStringLiteral(
-                     "The start timecode that you typed is not one: %1. It was not taken over.\n\nWould you "
-                     "like to quit without it?")
+    alert.title = tr("Invalid Timecode");
+    alert.text = tr("The start timecode that you typed is not one: %1. It was not taken over.\n\nWould you "
+                    "like to quit without it?")
                      .arg(invalid);
-    alert.buttons = {QStringLiteral("Quit"), QStringLiteral("Cancel")};
+    alert.buttons = {tr("Quit"), tr("Cancel")};
     alert.destructive = true;
     services_.dialogs.ask(alert, [this](AlertAnswer answer) {
         quitAsked_ = false;

@@ -15,7 +15,7 @@ constexpr int nameWidth = 120;
 MetersView::MetersView(ContentView& content, TakePlayback& playback, const UserDefaults& defaults, const Theme& theme,
                        QWidget* parent)
     : QWidget(parent), content_(content), playback_(playback), defaults_(defaults), theme_(theme) {
-    setAccessibleName(QStringLiteral("Meters"));
+    setAccessibleName(tr("Meters"));
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(12, 10, 12, 10);
     const LecteurCoreAudio& player = playback_.player();
@@ -66,7 +66,7 @@ void MetersView::rebuild() {
 }
 
 void MetersView::refreshHint() {
-    if (hint_) hint_->setText(playbackHint(playback_, QStringLiteral("Select a take to see its levels.")));
+    if (hint_) hint_->setText(playbackHint(playback_, tr("Select a take to see its levels.")));
 }
 
 void MetersView::refreshNames() {
@@ -76,7 +76,7 @@ void MetersView::refreshNames() {
         const QString text = track.text();
         names_[at]->setText(names_[at]->fontMetrics().elidedText(text, Qt::ElideRight, nameWidth));
         names_[at]->setToolTip(track.label());
-        meters_[at]->setAccessibleName(QStringLiteral("Level of %1").arg(text));
+        meters_[at]->setAccessibleName(tr("Level of %1").arg(text));
     }
 }
 

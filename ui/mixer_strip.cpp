@@ -89,11 +89,9 @@ MixerStrip::MixerStrip(TakePlayback& playback, const UserDefaults& defaults, con
         switches->addWidget(made);
         return made;
     };
-    mute_ = lit(muteColour, QStringLiteral("M"), QStringLiteral("Mute"), QStringLiteral("Mute"));
-    solo_ = lit(soloColour, QStringLiteral("S"), QStringLiteral("Solo\nShift + Click Solo: Add/remove Solo in OR mode"),
-                QStringLiteral("Solo"));
-    polarity_ = lit(polarityColour, QStringLiteral("\u00D8"), QStringLiteral("Reverse Polarity"),
-                    QStringLiteral("Reverse Polarity"));
+    mute_ = lit(muteColour, tr("M"), tr("Mute"), tr("Mute"));
+    solo_ = lit(soloColour, tr("S"), tr("Solo\nShift + Click Solo: Add/remove Solo in OR mode"), tr("Solo"));
+    polarity_ = lit(polarityColour, QStringLiteral("\u00D8"), tr("Reverse Polarity"), tr("Reverse Polarity"));
     connect(mute_, &QToolButton::clicked, this, [this] { player().toggleMute(index_); });
     connect(solo_, &QToolButton::clicked, this, [this] {
         player().toggleSolo(index_, QApplication::keyboardModifiers() & Qt::ShiftModifier);
@@ -117,7 +115,7 @@ MixerStrip::MixerStrip(TakePlayback& playback, const UserDefaults& defaults, con
     value_ = new QLineEdit(this);
     value_->setAlignment(Qt::AlignCenter);
     value_->setFont(smaller(*this));
-    value_->setToolTip(QStringLiteral("Fader in dB; type a value"));
+    value_->setToolTip(tr("Fader in dB; type a value"));
     value_->setFrame(false);
     connect(value_, &QLineEdit::editingFinished, this, &MixerStrip::typeDB);
     column->addWidget(value_);
@@ -142,13 +140,11 @@ QWidget* MixerStrip::makePairCard() {
         buttons->addWidget(made);
         return made;
     };
-    link_ =
-        add(QStringLiteral("Link"), QStringLiteral("Hear this channel left and the next one right, faders together"));
-    ms_ = add(QStringLiteral("MS"), QStringLiteral("M/S monitoring - Option-click to activate SM or switch MS/SM"));
+    link_ = add(tr("Link"), tr("Hear this channel left and the next one right, faders together"));
+    ms_ = add(QStringLiteral("MS"), tr("M/S monitoring - Option-click to activate SM or switch MS/SM"));
     column->addLayout(buttons);
     width_ = new QSlider(Qt::Horizontal, card);
     width_->setRange(0, 100);
-    width_->setAccessibleName(QStringLiteral("Width of the M/S pair"));
     widthText_ = new QLabel(card);
     widthText_->setAlignment(Qt::AlignCenter);
     widthText_->setFont(smaller(*this));
@@ -192,12 +188,14 @@ void MixerStrip::setTrack(const TrackName& track) {
     name_->setToolTip(shown);
     setAccessibleName(shown);
     for (const auto& [widget, what] :
-         {std::pair<QWidget*, const char*>(pan_, "Pan"), std::pair<QWidget*, const char*>(mute_, "Mute"),
-          std::pair<QWidget*, const char*>(solo_, "Solo"),
-          std::pair<QWidget*, const char*>(polarity_, "Reverse Polarity"),
-          std::pair<QWidget*, const char*>(fader_, "Fader"), std::pair<QWidget*, const char*>(value_, "Fader value"),
-          std::pair<QWidget*, const char*>(link_, "Link"), std::pair<QWidget*, const char*>(ms_, "M/S")}) {
-        widget->setAccessibleName(QStringLiteral("%1: %2").arg(shown, QString::fromLatin1(what)));
+         {std::pair<QWidget*, QString>(pan_, tr("Pan")), std::pair<QWidget*, QString>(mute_, tr("Mute")),
+          std::pair<QWidget*, QString>(solo_, tr("Solo")),
+          std::pair<QWidget*, QString>(polarity_, tr("Reverse Polarity")),
+          std::pair<QWidget*, QString>(fader_, tr("Fader")), std::pair<QWidget*, QString>(value_, tr("Fader value")),
+          std::pair<QWidget*, QString>(link_, tr("Link")), std::pair<QWidget*, QString>(ms_, tr("M/S")),
+          std::pair<QWidget*, QString>(width_, tr("Width of the M/S pair")),
+          std::pair<QWidget*, QString>(meter_, tr("Level"))}) {
+        widget->setAccessibleName(QStringLiteral("%1: %2").arg(shown, what));
     }
 }
 
@@ -240,8 +238,8 @@ void MixerStrip::refreshPairs() {
     const std::vector<PaireMonitoringMS> pairs = mixer.activePairesMS();
     const bool inMS = std::any_of(pairs.begin(), pairs.end(), [&](const auto& pair) { return pair.holds(index_); });
     pan_->setEnabled(!inMS);
-    pan_->setToolTip(inMS ? QStringLiteral("Pan disabled during M/S monitoring")
-                          : QStringLiteral("Pan: drag, with Shift finely; double click for the centre"));
+    pan_->setToolTip(inMS ? tr("Pan disabled during M/S monitoring")
+                          : tr("Pan: drag, with Shift finely; double click for the centre"));
     if (!hasNeighbour_) {
         width_->hide();
         widthText_->hide();
@@ -264,7 +262,7 @@ void MixerStrip::refreshPairs() {
     const int percent = static_cast<int>(std::lround(own->width * 100));
     const QSignalBlocker quiet(width_);
     width_->setValue(percent);
-    widthText_->setText(QStringLiteral("Width %1%").arg(percent));
+    widthText_->setText(tr("Width %1%").arg(percent));
 }
 
 void MixerStrip::refreshMeter() {

@@ -11,7 +11,7 @@ namespace dravik {
 MixerView::MixerView(ContentView& content, TakePlayback& playback, UserDefaults& defaults, const Theme& theme,
                      Scale scale, QWidget* parent)
     : QWidget(parent), content_(content), playback_(playback), defaults_(defaults), theme_(theme), scale_(scale) {
-    setAccessibleName(QStringLiteral("Mixer"));
+    setAccessibleName(tr("Mixer"));
     hint_ = new QLabel(this);
     hint_->setAlignment(Qt::AlignCenter);
     hint_->setWordWrap(true);
@@ -69,6 +69,7 @@ void MixerView::rebuild() {
         strips_.clear();
         scales_.clear();
         auto* page = new QWidget;
+        page->setLayoutDirection(Qt::LeftToRight);  // the channels stand as they are panned
         auto* row = new QHBoxLayout(page);
         row->setContentsMargins(6, 0, 6, 0);
         row->setSpacing(0);
@@ -110,7 +111,7 @@ void MixerView::refresh() {
 
 void MixerView::refreshHint() {
     pages_->setCurrentIndex(strips_.empty() ? 0 : 1);
-    hint_->setText(playbackHint(playback_, QStringLiteral("Select a take to hear it.")));
+    hint_->setText(playbackHint(playback_, tr("Select a take to hear it.")));
 }
 
 }  // namespace dravik

@@ -25,14 +25,15 @@ QSize PanControl::sizeHint() const { return {56, 18}; }
 
 QString PanControl::textOf(double pan) {
     const int part = static_cast<int>(std::lround(std::abs(pan) * 100));
-    if (part == 0) return QStringLiteral("C");
-    return (pan < 0 ? QStringLiteral("L %1") : QStringLiteral("R %1")).arg(part);
+    if (part == 0) return tr("C");
+    return (pan < 0 ? tr("L %1") : tr("R %1")).arg(part);
 }
 
 void PanControl::setPan(double pan) {
     if (pan == pan_) return;
     pan_ = pan;
     update();
+    tellValue(*this, pan_);
 }
 
 void PanControl::move(double pan) {
@@ -43,6 +44,7 @@ void PanControl::move(double pan) {
 
 void PanControl::paintEvent(QPaintEvent*) {
     QPainter painter(this);
+    painter.setLayoutDirection(layoutDirection());
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF box = QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5);
     painter.setPen(QPen(palette().color(QPalette::Mid), 1));

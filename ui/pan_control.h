@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/spoken_control.h"
 #include "ui/theme.h"
 
 #include <QWidget>
@@ -7,7 +8,7 @@
 namespace dravik {
 
 /// A pan from left to right. Drag, with Shift finely; wheel and arrow keys; double click or Delete for the centre.
-class PanControl : public QWidget {
+class PanControl : public QWidget, public SpokenControl {
     Q_OBJECT
   public:
     explicit PanControl(const Theme& theme, QWidget* parent = nullptr);
@@ -16,6 +17,10 @@ class PanControl : public QWidget {
     [[nodiscard]] QSize sizeHint() const override;
     /// "L 50", "C", "R 100".
     [[nodiscard]] static QString textOf(double pan);
+    [[nodiscard]] QAccessible::Role spokenRole() const override { return QAccessible::Slider; }
+    [[nodiscard]] QString spokenValue() const override { return textOf(pan_); }
+    [[nodiscard]] std::optional<Range> spokenRange() const override { return Range{pan_, -1, 1}; }
+    void setSpokenNumber(double pan) override { move(pan); }
 
   signals:
     void moved(double pan);

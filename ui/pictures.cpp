@@ -1,6 +1,8 @@
 #include "ui/pictures.h"
 
+#include "app/save_flow.h"
 #include "app/table_edits.h"
+#include "app/time_left.h"
 #include "ui/about_windows.h"
 #include "ui/floating_views.h"
 #include "ui/manual_window.h"
@@ -55,30 +57,30 @@ struct Sequence : std::enable_shared_from_this<Sequence> {
 /// An alert as it looks; where it comes from needs files that are broken or gone.
 struct Sample {
     const char* file;
-    const char* title;
-    const char* text;
+    QString title;
+    QString text;
     QStringList buttons;
     bool destructive = false;
 };
-const std::vector<Sample>& samples() {
-    static const std::vector<Sample> all = {
+std::vector<Sample> samples() {
+    const QStringList discardOrCancel = {SaveFlow::tr("Discard"), SaveFlow::tr("Cancel")};
+    return {
         {"alert-save-failed",
-         "Save Failed",
-         "12-T01.WAV could not be written: there is no room left on the volume. The file is as it was.",
-         {QStringLiteral("OK"), QStringLiteral("Save the Others")}},
-        {"alert-format",
-         "Format Not Supported for Editing",
-         "Changes cannot be saved to these file formats: AIF, MP3.\n\nWould you like to discard your changes?",
-         {QStringLiteral("Discard"), QStringLiteral("Cancel")},
-         true},
-        {"alert-gone",
-         "Takes Are Gone",
-         "Changes of takes that are not in the folder any more cannot be saved: 12-T01, 12-T02, 12-T03, 12-T04, "
-         "12-WT01, 12-WT02, 12A-T01, 12A-T02, 12A-T03, 14-01, and 3 more.\n\nWould you like to discard these changes?",
-         {QStringLiteral("Discard"), QStringLiteral("Cancel")},
-         true},
+         SaveFlow::tr("Save Failed"),
+         QStringLiteral("12-T01.WAV could not be written: there is no room left on the volume. The file is as it was."),
+         {SaveFlow::tr("OK"), SaveFlow::tr("Save the Others")}},
+        {"alert-format", SaveFlow::tr("Format Not Supported for Editing"),
+         SaveFlow::tr("Changes cannot be saved to these file formats: %1.").arg(QStringLiteral("AIF, MP3")) +
+             QStringLiteral("\n\n") + SaveFlow::tr("Would you like to discard your changes?"),
+         discardOrCancel, true},
+        {"alert-gone", SaveFlow::tr("Takes Are Gone"),
+         SaveFlow::tr("Changes of takes that are not in the folder any more cannot be saved: %1.\n\nWould you like to "
+                      "discard these changes?")
+             .arg(QStringLiteral(
+                      "12-T01, 12-T02, 12-T03, 12-T04, 12-WT01, 12-WT02, 12A-T01, 12A-T02, 12A-T03, 14-01, ") +
+                  SaveFlow::tr("and %n more", nullptr, 3)),
+         discardOrCancel, true},
     };
-    return all;
 }
 
 OperationAudioResult result(const std::string& take, const std::string& message, bool success) {
@@ -92,9 +94,14 @@ OperationAudioResult result(const std::string& take, const std::string& message,
 
 /// What covers the operations window at work, and when it has ended well and not so well.
 std::vector<std::pair<QString, OperationStatusOverlayState>> overlays() {
-    const OperationTexts& texts = textsOf(OperationsTab::export_);
-    OperationCompletionInfo done{texts.succeeded, texts.failed, QStringLiteral("Created 3 files."),
-                                 texts.noun,      {},           false};
+    const OperationTexts texts = textsOf(OperationsTab::export_);
+    OperationCompletionInfo done{
+        texts.succeeded,
+        texts.failed,
+        QCoreApplication::translate("dravik::OperationPreview", "Created %Ln file(s).", nullptr, 3),
+        texts.noun,
+        {},
+        false};
     for (const char* take : {"12-T01", "12-T02", "12-T03"})
         done.results.push_back(result(take, "Created " + std::string(take) + "_export.wav", true));
     OperationCompletionInfo partly = done;
@@ -102,18 +109,16 @@ std::vector<std::pair<QString, OperationStatusOverlayState>> overlays() {
         result("12-T02", "The export exceeds the integer PCM range; no clipped file was created.", false);
     return {{QStringLiteral("operations-working"),
              OperationWorking{runningText(OperationsTab::export_, 3), 0.42, QStringLiteral("12-T02_export.wav"),
-                              QStringLiteral("14 s left"), false}},
+                              timeLeft(10'200, 0.42), false}},
             {QStringLiteral("operations-done"), done},
             {QStringLiteral("operations-errors"), partly}};
 }
 
-/// Adds the steps that draw every window.
+/// Adds the steps that open every window and have it looked at.
 struct Album {
     const Windows& windows;
-    QString folder;
+    WindowVisitor look;
     std::deque<std::function<bool()>>& steps;
-
-    [[nodiscard]] QString file(const QString& name) const { return QStringLiteral("%1/%2.png").arg(folder, name); }
 
     void run(std::function<void()> what) const {
         steps.emplace_back([what = std::move(what)] {
@@ -122,15 +127,15 @@ struct Album {
         });
     }
     void main(const QString& name) const {
-        steps.emplace_back([&window = windows.window, to = file(name)] { return draw(window, to); });
+        steps.emplace_back([&window = windows.window, name, look = look] { return look(window, name); });
     }
     /// The dialog that is open, and closes it. Which questions there are depends on the takes.
     void dialog(const QString& name, bool always = true) const {
-        steps.emplace_back([to = file(name), always] {
+        steps.emplace_back([name, look = look, always] {
             for (QWidget* widget : QApplication::topLevelWidgets()) {
                 auto* dialog = qobject_cast<QDialog*>(widget);
                 if (dialog == nullptr || !dialog->isVisible()) continue;
-                const bool ok = draw(*dialog, to);
+                const bool ok = look(*dialog, name);
                 dialog->reject();
                 return ok;
             }
@@ -145,7 +150,9 @@ struct Album {
             if (!content.rows().groupesTableau().empty()) content.selectionnerLigne(0);
         });
         main(QStringLiteral("main"));
-        run([&window] { window.statusLine().showWork(QStringLiteral("Reading 21B-T02.WAV"), 14, 24, true); });
+        run([&window] {
+            window.statusLine().showWork(MainWindow::tr("Reading %1").arg(QStringLiteral("21B-T02.WAV")), 14, 24, true);
+        });
         main(QStringLiteral("main-reading"));
         run([&window] { window.statusLine().endWork(); });
     }
@@ -163,9 +170,9 @@ struct Album {
             {"floating-transport", &FloatingViews::transport}};
         for (const auto& [name, one] : floating) {
             run([&window, one = one] { (window.floatingViews().*one)().show(); });
-            steps.emplace_back([&window, one = one, to = file(QString::fromLatin1(name))] {
+            steps.emplace_back([&window, one = one, name = QString::fromLatin1(name), look = look] {
                 FloatingWindow& shown = (window.floatingViews().*one)();
-                const bool ok = draw(shown, to);
+                const bool ok = look(shown, name);
                 shown.close();
                 return ok;
             });
@@ -185,14 +192,14 @@ struct Album {
             // The preview is worked out when whoever types has stopped.
             for (int rests = 0; rests < 4; ++rests)
                 run([] {});
-            steps.emplace_back([&operations, to = file(QStringLiteral("operations-") + rawValue(tab))] {
-                return draw(operations, to);
+            steps.emplace_back([&operations, name = QStringLiteral("operations-") + rawValue(tab), look = look] {
+                return look(operations, name);
             });
         }
         auto* overlay = operations.findChild<OperationOverlay*>();
         for (const auto& [name, state] : overlays()) {
             run([overlay, state = state] { overlay->setState(state); });
-            steps.emplace_back([&operations, to = file(name)] { return draw(operations, to); });
+            steps.emplace_back([&operations, name = name, look = look] { return look(operations, name); });
         }
         run([&operations] { operations.close(); });
     }
@@ -243,8 +250,8 @@ struct Album {
     void alerts() const {
         for (const Sample& sample : samples()) {
             Alert alert;
-            alert.title = QString::fromLatin1(sample.title);
-            alert.text = QString::fromLatin1(sample.text);
+            alert.title = sample.title;
+            alert.text = sample.text;
             alert.buttons = sample.buttons;
             alert.destructive = sample.destructive;
             run([&dialogs = windows.dialogs, alert] { dialogs.ask(alert, [](AlertAnswer) {}); });
@@ -293,15 +300,11 @@ void drawMainWindow(MainWindow& window, ContentView& content, const QString& fil
     });
 }
 
-void drawAllWindows(const Windows& windows, const std::filesystem::path& day, const QString& folder,
-                    std::function<void(bool)> drawn) {
-    if (!QDir().mkpath(folder)) {
-        drawn(false);
-        return;
-    }
+void visitAllWindows(const Windows& windows, const std::filesystem::path& day, const WindowVisitor& visit,
+                     std::function<void(bool)> visited) {
     const auto taken = std::make_shared<Sequence>();
-    taken->ended = std::move(drawn);
-    const Album album{windows, folder, taken->steps};
+    taken->ended = std::move(visited);
+    const Album album{windows, visit, taken->steps};
     album.take();
     album.listening();
     album.operations();
@@ -315,10 +318,22 @@ void drawAllWindows(const Windows& windows, const std::filesystem::path& day, co
         taken->ok = ok;
         whenIdle(&windows.window, windows.content, [taken] { taken->next(); });
     };
-    const Album empty{windows, folder, before->steps};
+    const Album empty{windows, visit, before->steps};
     empty.main(QStringLiteral("main-empty"));
     empty.run([&content = windows.content, day] { content.gererActionProtegee(OuvrirDossier{day}); });
     before->next();
+}
+
+void drawAllWindows(const Windows& windows, const std::filesystem::path& day, const QString& folder,
+                    std::function<void(bool)> drawn) {
+    if (!QDir().mkpath(folder)) {
+        drawn(false);
+        return;
+    }
+    const auto drawInto = [folder](QWidget& window, const QString& name) {
+        return draw(window, QStringLiteral("%1/%2.png").arg(folder, name));
+    };
+    visitAllWindows(windows, day, drawInto, std::move(drawn));
 }
 
 }  // namespace dravik

@@ -10,7 +10,8 @@ namespace dravik {
 
 class PreferencesWindow;
 
-/// Draws windows into PNG files, for documents and for machines without a display. Main thread.
+/// Draws windows into PNG files, for documents and for machines without a display, or opens them to be examined. Main
+/// thread.
 
 /// The main window as it is when its folder has been read. `drawn` is told whether the file could be written.
 void drawMainWindow(MainWindow& window, ContentView& content, const QString& file, std::function<void(bool)> drawn);
@@ -23,6 +24,14 @@ struct Windows {
     Dialogs& dialogs;
     TakePlayback& playback;
 };
+
+/// Is shown a window under the name of its picture. False when it could not do with it what it was to.
+using WindowVisitor = std::function<bool(QWidget& window, const QString& name)>;
+
+/// Opens every window and dialog, one behind the other, as `drawAllWindows` draws them. What it is given outlives the
+/// visit, which `visited` ends: true when each visitor's answer was.
+void visitAllWindows(const Windows& windows, const std::filesystem::path& day, const WindowVisitor& visit,
+                     std::function<void(bool)> visited);
 
 /// Every window and dialog into the folder: first without takes, then with those of `day` and some edits pending that
 /// are never saved. No folder is open before.

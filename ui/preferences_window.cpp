@@ -9,8 +9,10 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QSpinBox>
+#include <QTabBar>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace dravik {
 namespace {
@@ -19,8 +21,12 @@ struct Accent {
     const char* name;
     const char* colour;
 };
-constexpr Accent accents[] = {{"Amber", "#E8912D"}, {"Blue", "#4A90E2"},   {"Green", "#3FA66B"},
-                              {"Red", "#D9534F"},   {"Purple", "#9B6DD6"}, {"Graphite", "#7A8594"}};
+constexpr Accent accents[] = {{QT_TRANSLATE_NOOP("dravik::PreferencesWindow", "Amber"), "#E8912D"},
+                              {QT_TRANSLATE_NOOP("dravik::PreferencesWindow", "Blue"), "#4A90E2"},
+                              {QT_TRANSLATE_NOOP("dravik::PreferencesWindow", "Green"), "#3FA66B"},
+                              {QT_TRANSLATE_NOOP("dravik::PreferencesWindow", "Red"), "#D9534F"},
+                              {QT_TRANSLATE_NOOP("dravik::PreferencesWindow", "Purple"), "#9B6DD6"},
+                              {QT_TRANSLATE_NOOP("dravik::PreferencesWindow", "Graphite"), "#7A8594"}};
 
 /// Below the text of a check box, not below its box.
 constexpr int hintIndent = 20;
@@ -48,15 +54,15 @@ QLabel* hint(const QString& text) {
 
 PreferencesWindow::PreferencesWindow(UserDefaults& settings, Commands& commands, const Theme& theme)
     : settings_(settings), commands_(commands), theme_(theme), tabs_(new QTabWidget(this)) {
-    setWindowTitle(QStringLiteral("Preferences"));
+    setWindowTitle(tr("Preferences"));
     setObjectName(QStringLiteral("preferences"));
     tabs_->setDocumentMode(true);
-    tabs_->setAccessibleName(QStringLiteral("Groups of settings"));
-    tabs_->addTab(appearanceTab(), QStringLiteral("Appearance"));
-    tabs_->addTab(filesTab(), QStringLiteral("Files and Editing"));
-    tabs_->addTab(listeningTab(), QStringLiteral("Listening"));
-    tabs_->addTab(metersTab(), QStringLiteral("Meters"));
-    tabs_->addTab(warningsTab(), QStringLiteral("Questions"));
+    tabs_->setAccessibleName(tr("Groups of settings"));
+    tabs_->addTab(appearanceTab(), tr("Appearance"));
+    tabs_->addTab(filesTab(), tr("Files and Editing"));
+    tabs_->addTab(listeningTab(), tr("Listening"));
+    tabs_->addTab(metersTab(), tr("Meters"));
+    tabs_->addTab(warningsTab(), tr("Questions"));
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
     // Return in a field takes its value over, and no more.
     buttons->button(QDialogButtonBox::Close)->setAutoDefault(false);
@@ -64,7 +70,8 @@ PreferencesWindow::PreferencesWindow(UserDefaults& settings, Commands& commands,
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(tabs_);
     layout->addWidget(buttons);
-    setMinimumWidth(560);
+    const QMargins around = layout->contentsMargins();
+    setMinimumWidth(std::max(560, tabs_->tabBar()->sizeHint().width() + around.left() + around.right()));
     setSizeGripEnabled(false);
 }
 
@@ -101,32 +108,32 @@ QWidget* PreferencesWindow::appearanceTab() {
 
     auto* appearance = new QComboBox(tab);
     appearance->setObjectName(QString::fromLatin1(settings::appearance.key));
-    appearance->addItem(QStringLiteral("As the system"), QStringLiteral("system"));
-    appearance->addItem(QStringLiteral("Light"), QStringLiteral("light"));
-    appearance->addItem(QStringLiteral("Dark"), QStringLiteral("dark"));
+    appearance->addItem(tr("As the system"), QStringLiteral("system"));
+    appearance->addItem(tr("Light"), QStringLiteral("light"));
+    appearance->addItem(tr("Dark"), QStringLiteral("dark"));
     appearance->setCurrentIndex(std::max(0, appearance->findData(settings_.value(settings::appearance))));
     connect(appearance, &QComboBox::currentIndexChanged, this,
             [this, appearance] { settings_.set(settings::appearance, appearance->currentData().toString()); });
-    form->addRow(QStringLiteral("&Appearance:"), appearance);
+    form->addRow(tr("&Appearance:"), appearance);
 
     auto* accent = new QComboBox(tab);
     accent->setObjectName(QString::fromLatin1(settings::couleurAccent.key));
     for (const Accent& one : accents) {
-        accent->addItem(swatch(QColor(one.colour)), QString::fromLatin1(one.name), QString::fromLatin1(one.colour));
+        accent->addItem(swatch(QColor(one.colour)), tr(one.name), QString::fromLatin1(one.colour));
     }
     const QString current = settings_.value(settings::couleurAccent);
-    if (accent->findData(current) < 0) accent->addItem(swatch(QColor(current)), QStringLiteral("Own"), current);
+    if (accent->findData(current) < 0) accent->addItem(swatch(QColor(current)), tr("Own"), current);
     accent->setCurrentIndex(accent->findData(current));
     connect(accent, &QComboBox::currentIndexChanged, this,
             [this, accent] { settings_.set(settings::couleurAccent, accent->currentData().toString()); });
     auto* other = new QToolButton(tab);
-    other->setText(QStringLiteral("Other..."));
+    other->setText(tr("Other..."));
     connect(other, &QToolButton::clicked, this, [this, accent] {
         auto* dialog = new QColorDialog(theme_.accent(), this);
         dialog->setAttribute(Qt::WA_DeleteOnClose);
         connect(dialog, &QColorDialog::colorSelected, this, [accent](const QColor& colour) {
             const QString name = colour.name().toUpper();
-            if (accent->findData(name) < 0) accent->addItem(swatch(colour), QStringLiteral("Own"), name);
+            if (accent->findData(name) < 0) accent->addItem(swatch(colour), tr("Own"), name);
             accent->setCurrentIndex(accent->findData(name));
         });
         dialog->open();
@@ -134,7 +141,7 @@ QWidget* PreferencesWindow::appearanceTab() {
     auto* line = new QHBoxLayout;
     line->addWidget(accent, 1);
     line->addWidget(other);
-    auto* label = new QLabel(QStringLiteral("A&ccent colour:"), tab);
+    auto* label = new QLabel(tr("A&ccent colour:"), tab);
     label->setBuddy(accent);
     form->addRow(label, line);
     return tab;
@@ -143,10 +150,10 @@ QWidget* PreferencesWindow::appearanceTab() {
 QWidget* PreferencesWindow::filesTab() {
     auto* tab = new QWidget(this);
     auto* layout = new QVBoxLayout(tab);
-    layout->addWidget(checkBox(QStringLiteral("&Open the last folder when Dravik starts"), settings::reopenLastFolder));
-    layout->addWidget(checkBox(QStringLiteral("&Ask to save before another take is selected"),
-                               settings::confirmBeforeSelectingAnotherTake));
-    layout->addWidget(hint(QStringLiteral("Otherwise unsaved changes stay with their rows, marked, until Save All.")));
+    layout->addWidget(checkBox(tr("&Open the last folder when Dravik starts"), settings::reopenLastFolder));
+    layout->addWidget(
+        checkBox(tr("&Ask to save before another take is selected"), settings::confirmBeforeSelectingAnotherTake));
+    layout->addWidget(hint(tr("Otherwise unsaved changes stay with their rows, marked, until Save All.")));
     layout->addStretch();
     return tab;
 }
@@ -156,7 +163,7 @@ QComboBox* PreferencesWindow::choice(const Setting<const char*>& setting,
     auto* box = new QComboBox(this);
     box->setObjectName(QString::fromLatin1(setting.key));
     for (const auto& [value, text] : choices)
-        box->addItem(QString::fromLatin1(text), QString::fromLatin1(value));
+        box->addItem(tr(text), QString::fromLatin1(value));
     // What is none of them counts as the first.
     const auto show = [this, box, setting] {
         box->setCurrentIndex(std::max(0, box->findData(settings_.value(setting))));
@@ -184,43 +191,42 @@ QSpinBox* PreferencesWindow::number(const Setting<int>& setting, int least, int 
 QWidget* PreferencesWindow::listeningTab() {
     auto* tab = new QWidget(this);
     auto* form = new QFormLayout(tab);
-    form->addRow(QStringLiteral("When &paused:"),
-                 choice(settings::pauseComportement,
-                        {{"", "stay where the playhead is"}, {"retour", "go back to where playback began"}}));
-    form->addRow(QStringLiteral("&Solo:"), choice(settings::soloComportement, {{"OR", "one channel, more with Shift"},
-                                                                               {"X", "every click adds a channel"}}));
-    form->addRow(QStringLiteral("&Nudge by:"),
-                 choice(settings::nudgeValeur, {{"1f", "1 frame"}, {"1s", "1 second"}, {"5s", "5 seconds"}}));
-    form->addRow(checkBox(QStringLiteral("&Loop the take or the selection"), settings::lectureEnBoucle));
-    form->addRow(
-        checkBox(QStringLiteral("&Keep the playhead in the middle of the waveform"), settings::suiviLectureCentre));
-    form->addRow(checkBox(QStringLiteral("Show &elapsed time instead of timecode"), settings::counterShowsElapsedTime));
+    form->addRow(tr("When &paused:"),
+                 choice(settings::pauseComportement, {{"", QT_TR_NOOP("stay where the playhead is")},
+                                                      {"retour", QT_TR_NOOP("go back to where playback began")}}));
+    form->addRow(tr("&Solo:"), choice(settings::soloComportement, {{"OR", QT_TR_NOOP("one channel, more with Shift")},
+                                                                   {"X", QT_TR_NOOP("every click adds a channel")}}));
+    form->addRow(tr("&Nudge by:"), choice(settings::nudgeValeur, {{"1f", QT_TR_NOOP("1 frame")},
+                                                                  {"1s", QT_TR_NOOP("1 second")},
+                                                                  {"5s", QT_TR_NOOP("5 seconds")}}));
+    form->addRow(checkBox(tr("&Loop the take or the selection"), settings::lectureEnBoucle));
+    form->addRow(checkBox(tr("&Keep the playhead in the middle of the waveform"), settings::suiviLectureCentre));
+    form->addRow(checkBox(tr("Show &elapsed time instead of timecode"), settings::counterShowsElapsedTime));
     constexpr int mostMegabytes = 1'000'000;
-    form->addRow(QStringLiteral("Room for &waveforms:"),
-                 number(settings::peakCacheMegabytes, 0, mostMegabytes, QStringLiteral(" MB")));
+    form->addRow(tr("Room for &waveforms:"), number(settings::peakCacheMegabytes, 0, mostMegabytes, tr(" MB")));
     form->addRow(
-        hint(QStringLiteral("Waveforms are kept so that a take shows at once the next time; those that were "
-                            "not used for the longest time go first.")));
+        hint(tr("Waveforms are kept so that a take shows at once the next time; those that were "
+                "not used for the longest time go first.")));
     return tab;
 }
 
 QWidget* PreferencesWindow::metersTab() {
     auto* tab = new QWidget(this);
     auto* form = new QFormLayout(tab);
-    const QString unit = QStringLiteral(" dB");
-    form->addRow(QStringLiteral("&Bottom of the scale:"), number(settings::meterPlancher, -120, -12, unit));
-    form->addRow(QStringLiteral("&Warning from:"), number(settings::meterSeuilJaune, -60, 0, unit));
-    form->addRow(QStringLiteral("&Alarm from:"), number(settings::meterSeuilRouge, -60, 0, unit));
-    form->addRow(checkBox(QStringLiteral("Show the &scale in the mixer of the main window"),
-                          settings::afficherEchelleDBFSMixerPrincipal));
+    const QString unit = tr(" dB");
+    form->addRow(tr("&Bottom of the scale:"), number(settings::meterPlancher, -120, -12, unit));
+    form->addRow(tr("&Warning from:"), number(settings::meterSeuilJaune, -60, 0, unit));
+    form->addRow(tr("&Alarm from:"), number(settings::meterSeuilRouge, -60, 0, unit));
+    form->addRow(
+        checkBox(tr("Show the &scale in the mixer of the main window"), settings::afficherEchelleDBFSMixerPrincipal));
     return tab;
 }
 
 QWidget* PreferencesWindow::warningsTab() {
     auto* tab = new QWidget(this);
     auto* layout = new QVBoxLayout(tab);
-    layout->addWidget(checkBox(QStringLiteral("Ask before a cue is &deleted"), settings::confirmerSuppressionCues));
-    layout->addWidget(checkBox(QStringLiteral("Warn when mono &grouping is switched off"),
+    layout->addWidget(checkBox(tr("Ask before a cue is &deleted"), settings::confirmerSuppressionCues));
+    layout->addWidget(checkBox(tr("Warn when mono &grouping is switched off"),
                                settings::masquerAvertissementDesactivationGroupesMono, true));
     layout->addStretch();
     return tab;

@@ -115,7 +115,7 @@ void QtDialogs::choose(const OpenPanel& panel, std::function<void(std::optional<
         dialog->setOption(QFileDialog::ShowDirsOnly, panel.folders);
         dialog->setLabelText(QFileDialog::Accept, panel.prompt);
         if (!panel.nameFilters.isEmpty()) {
-            dialog->setNameFilter(QStringLiteral("Audio files (%1)").arg(panel.nameFilters.join(QLatin1Char(' '))));
+            dialog->setNameFilter(tr("Audio files (%1)").arg(panel.nameFilters.join(QLatin1Char(' '))));
         }
         connect(dialog, &QFileDialog::finished, this, [this, dialog, chosen](int result) {
             open_ = false;

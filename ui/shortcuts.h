@@ -117,10 +117,15 @@ enum class KeyId {
 struct Shortcut {
     KeyId id;
     KeyContext context;
-    QString group;  ///< a heading of the panel: a menu, or a part of the window
-    QString name;
     std::vector<QKeySequence> keys;  ///< the first is the one that menus show
-    QString also;                    ///< what else does it: "double click"
+    /// Before they are translated.
+    const char *groupSource, *nameSource, *alsoSource;
+
+    /// A heading of the panel: a menu, or a part of the window.
+    [[nodiscard]] QString group() const;
+    [[nodiscard]] QString name() const;
+    /// What else does it: "double click"; empty for nothing.
+    [[nodiscard]] QString also() const;
 };
 
 [[nodiscard]] const std::vector<Shortcut>& shortcuts();

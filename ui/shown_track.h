@@ -5,6 +5,7 @@
 #include "model/piste.h"
 #include "ui/track_name.h"
 
+#include <QCoreApplication>
 #include <QString>
 #include <cmath>
 #include <cstddef>
@@ -22,7 +23,8 @@ namespace dravik {
 [[nodiscard]] inline QString playbackHint(const TakePlayback& playback, const QString& idle) {
     if (!playback.error().isEmpty()) return playback.error();
     if (!playback.isLoading()) return idle;
-    return QStringLiteral("Loading... %1%").arg(std::lround(playback.loadedFraction() * 100));
+    return QCoreApplication::translate("dravik::TrackNames", "Loading... %1%")
+        .arg(std::lround(playback.loadedFraction() * 100));
 }
 
 }  // namespace dravik

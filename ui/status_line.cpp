@@ -34,8 +34,8 @@ StatusLine::StatusLine(QWidget* parent)
     message_->setContentsMargins(metrics::panelMargin, 0, metrics::panelMargin, 0);
     progress_->setFixedSize(160, 10);
     progress_->setTextVisible(false);
-    progress_->setAccessibleName(QStringLiteral("Progress"));
-    cancel_->setText(QStringLiteral("Cancel"));
+    progress_->setAccessibleName(tr("Progress"));
+    cancel_->setText(tr("Cancel"));
     cancel_->setAutoRaise(true);
     connect(cancel_, &QToolButton::clicked, this, &StatusLine::cancelRequested);
     setSizeGripEnabled(false);

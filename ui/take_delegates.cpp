@@ -3,6 +3,7 @@
 #include "app/text.h"
 #include "model/wave/timecode.h"
 #include "ui/colours.h"
+#include "ui/list_looks.h"
 #include "ui/metrics.h"
 #include "ui/shortcuts.h"
 #include "ui/take_table_model.h"
@@ -74,7 +75,7 @@ void TakeDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, 
         const QRect inside = option.rect.adjusted(cellPadding, 0, -cellPadding, 0);
         const QFontMetrics metrics(font);
         const QString text = index.data().toString().replace(QLatin1Char('\n'), QLatin1Char(' '));
-        painter->drawText(inside, static_cast<int>(alignmentOf(column)) | Qt::TextSingleLine,
+        painter->drawText(inside, textFlags(alignmentOf(column), option.direction, text) | Qt::TextSingleLine,
                           metrics.elidedText(text, Qt::ElideRight, inside.width()));
     }
     if (pending) {
@@ -115,7 +116,7 @@ void TakeDelegate::paintFlag(QPainter& painter, const QRect& cell, const QColor&
         font.setBold(true);
         painter.setFont(font);
         painter.setPen(colour);
-        painter.drawText(cell, Qt::AlignCenter, QStringLiteral("W"));
+        painter.drawText(cell, Qt::AlignCenter, tr("W"));
     }
     painter.setOpacity(1);
     painter.setRenderHint(QPainter::Antialiasing, false);

@@ -29,7 +29,7 @@ constexpr int summaryFrom = 820;
 constexpr int leastWidth = 320;
 constexpr int leastHeight = 150;
 
-QString mixedText() { return QStringLiteral("mixed"); }
+QString mixedText() { return TakeEditor::tr("mixed"); }
 
 QString endText(const GroupeFichiers& groupe) {
     const std::string timecode = endTimecode(groupe);
@@ -63,7 +63,7 @@ QFrame* separator(QWidget* parent) {
 
 TakeEditor::TakeEditor(ContentView& content, const Theme& theme, QWidget* parent)
     : QWidget(parent), content_(content), theme_(theme) {
-    setAccessibleName(QStringLiteral("Take editor"));
+    setAccessibleName(tr("Take editor"));
     auto* page = new Page(this);
     auto* columns = new QHBoxLayout(page);
     columns->setContentsMargins(10, metrics::panelMargin, 10, metrics::panelMargin);
@@ -89,7 +89,7 @@ TakeEditor::TakeEditor(ContentView& content, const Theme& theme, QWidget* parent
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setFocusPolicy(Qt::NoFocus);
 
-    hint_ = new QLabel(QStringLiteral("Select a take to see and edit its fields."), this);
+    hint_ = new QLabel(tr("Select a take to see and edit its fields."), this);
     hint_->setAlignment(Qt::AlignCenter);
     pages_ = new QStackedLayout(this);
     pages_->addWidget(hint_);
@@ -179,10 +179,10 @@ QWidget* TakeEditor::makeFields() {
     grid->setColumnStretch(2, 1);
     grid->setColumnStretch(5, 1);
 
-    addText(*grid, 0, 0, RowField::project, &Edits::project, &Edits::setProject, QStringLiteral("Name of the project"));
-    addText(*grid, 1, 0, RowField::scene, &Edits::scene, &Edits::setScene, QStringLiteral("Scene, as on the slate"));
-    addText(*grid, 1, 1, RowField::prise, &Edits::prise, &Edits::setPrise, QStringLiteral("Take number"));
-    addText(*grid, 2, 0, RowField::tape, &Edits::tape, &Edits::setTape, QStringLiteral("Tape or sound roll"));
+    addText(*grid, 0, 0, RowField::project, &Edits::project, &Edits::setProject, tr("Name of the project"));
+    addText(*grid, 1, 0, RowField::scene, &Edits::scene, &Edits::setScene, tr("Scene, as on the slate"));
+    addText(*grid, 1, 1, RowField::prise, &Edits::prise, &Edits::setPrise, tr("Take number"));
+    addText(*grid, 2, 0, RowField::tape, &Edits::tape, &Edits::setTape, tr("Tape or sound roll"));
 
     auto* flags = new QWidget(form);
     auto* flagRow = new QHBoxLayout(flags);
@@ -206,14 +206,14 @@ QWidget* TakeEditor::makeFields() {
         fields_.push_back({field, nullptr, mark, box});
         return box;
     };
-    circled_ = addFlag(RowField::circled, QStringLiteral("A take to print"), &Edits::setCircled);
-    wild_ = addFlag(RowField::wild, QStringLiteral("Wild track: no picture"), &Edits::setWild);
+    circled_ = addFlag(RowField::circled, tr("A take to print"), &Edits::setCircled);
+    wild_ = addFlag(RowField::wild, tr("Wild track: no picture"), &Edits::setWild);
     flagRow->addStretch(1);
     grid->addWidget(flags, 2, 3, 1, 3);
 
     rate_ = new QComboBox(form);
-    rate_->setPlaceholderText(QStringLiteral("none"));
-    rate_->setToolTip(QStringLiteral("Frame rate in which the timecode counts"));
+    rate_->setPlaceholderText(tr("none"));
+    rate_->setToolTip(tr("Frame rate in which the timecode counts"));
     rate_->installEventFilter(this);
     connect(rate_, &QComboBox::activated, this, [this](int index) {
         if (filling_ || index < 0) return;
@@ -221,19 +221,20 @@ QWidget* TakeEditor::makeFields() {
         content_.rows().endCollapsing();
     });
     timecode_ = new QLineEdit(form);
+    timecode_->setLayoutDirection(Qt::LeftToRight);
     timecode_->setMinimumWidth(timecode_->fontMetrics().horizontalAdvance(QStringLiteral("00:00:00:00")) + 16);
     timecode_->installEventFilter(this);
     connect(timecode_, &QLineEdit::textEdited, this, &TakeEditor::timecodeTyped);
     connect(timecode_, &QLineEdit::editingFinished, this, &TakeEditor::takeOverTimecode);
-    addField(*grid, 3, 0, QStringLiteral("Start TC"), RowField::timecode, timecode_);
-    addField(*grid, 3, 1, QStringLiteral("fps"), RowField::framerate, rate_);
-    timecode_->setAccessibleName(QStringLiteral("Start timecode"));
-    rate_->setAccessibleName(QStringLiteral("Frame rate"));
+    addField(*grid, 3, 0, tr("Start TC"), RowField::timecode, timecode_);
+    addField(*grid, 3, 1, tr("fps"), RowField::framerate, rate_);
+    timecode_->setAccessibleName(tr("Start timecode"));
+    rate_->setAccessibleName(tr("Frame rate"));
 
     end_ = new QLabel(form);
     end_->setFont(smallFont(*end_));
     end_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    auto* endCaption = new QLabel(QStringLiteral("End TC"), form);
+    auto* endCaption = new QLabel(tr("End TC"), form);
     endCaption->setFont(smallFont(*endCaption));
     endCaption->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     captions_.push_back(endCaption);
@@ -242,12 +243,12 @@ QWidget* TakeEditor::makeFields() {
 
     note_ = new NoteEdit(longestTypedText, form);
     connect(note_, &NoteEdit::cutShort, this, [this](int longest) {
-        content_.tell(QStringLiteral("A note has room for %L1 characters; the rest was left out.").arg(longest));
+        content_.tell(tr("A note has room for %L1 characters; the rest was left out.").arg(longest));
     });
     note_->setTabChangesFocus(true);
     note_->setUndoRedoEnabled(false);
     note_->setMinimumHeight(44);
-    note_->setToolTip(QStringLiteral("Note of the sound mixer"));
+    note_->setToolTip(tr("Note of the sound mixer"));
     note_->installEventFilter(this);
     connect(note_, &QPlainTextEdit::textChanged, this, [this] {
         if (filling_) return;
@@ -262,7 +263,7 @@ QWidget* TakeEditor::makeFields() {
 
 QWidget* TakeEditor::makeTracks() {
     auto* panel = new QWidget(this);
-    QVBoxLayout* layout = column(panel, QStringLiteral("Tracks"), tracksTitle_);
+    QVBoxLayout* layout = column(panel, tr("Tracks"), tracksTitle_);
     tracks_ = new TrackList(content_, theme_, panel);
     connect(tracks_, &TrackList::stepReplayed, this, &TakeEditor::stepReplayed);
     layout->addWidget(tracks_, 1);
@@ -272,7 +273,7 @@ QWidget* TakeEditor::makeTracks() {
 
 QWidget* TakeEditor::makeCues() {
     auto* panel = new QWidget(this);
-    QVBoxLayout* layout = column(panel, QStringLiteral("Cues"), cuesTitle_);
+    QVBoxLayout* layout = column(panel, tr("Cues"), cuesTitle_);
     cues_ = new CueList(content_, theme_, panel);
     layout->addWidget(cues_, 1);
     panel->setMinimumWidth(170);
@@ -330,10 +331,10 @@ void TakeEditor::refresh() {
     filling_ = false;
     tracks_->refresh(mayEdit);
     const std::size_t tracks = tracksOfGroup(groupe).size();
-    tracksTitle_->setText(QStringLiteral("Tracks  %1").arg(tracks));
+    tracksTitle_->setText(tr("Tracks  %1").arg(tracks));
     cues_->refresh(mayEdit && !content_.enChargement());
     const std::size_t cues = content_.cueMarkers().size();
-    cuesTitle_->setText(cues == 0 ? QStringLiteral("Cues") : QStringLiteral("Cues  %1").arg(cues));
+    cuesTitle_->setText(cues == 0 ? tr("Cues") : tr("Cues  %1").arg(cues));
     summary_->refresh(groupe);
     refreshMarks(row);
 }
@@ -382,7 +383,7 @@ void TakeEditor::refreshRates(const GroupeFichiers& groupe) {
         rate_->clear();
         rate_->addItems(labels);
     }
-    rate_->setPlaceholderText(isMixed(groupe, RowField::framerate) ? mixedText() : QStringLiteral("none"));
+    rate_->setPlaceholderText(isMixed(groupe, RowField::framerate) ? mixedText() : tr("none"));
     rate_->setCurrentIndex(label.isEmpty() ? -1 : static_cast<int>(labels.indexOf(label)));
 }
 
@@ -392,8 +393,8 @@ void TakeEditor::refreshTimecode(const RowState& row, bool editable, bool mayEdi
     timecode_->setEnabled(editable && countable);
     timecode_->setReadOnly(!mayEdit);
     timecode_->setPlaceholderText(isMixed(groupe, RowField::timecode) ? mixedText() : QStringLiteral("HH:MM:SS:FF"));
-    timecode_->setToolTip(countable ? QStringLiteral("Start timecode, HH:MM:SS:FF or HHMMSSFF; Return takes it over")
-                                    : QStringLiteral("A start timecode needs a frame rate"));
+    timecode_->setToolTip(countable ? tr("Start timecode, HH:MM:SS:FF or HHMMSSFF; Return takes it over")
+                                    : tr("A start timecode needs a frame rate"));
     if (!timecodeTyped_) {
         if (const QString value = toQt(content_.modifications().timecode()); timecode_->text() != value) {
             timecode_->setText(value);
@@ -415,14 +416,14 @@ QString TakeEditor::invalidTimecode() const {
     const GroupeFichiers& groupe = content_.rows().groupesTableau().at(static_cast<std::size_t>(row)).groupe;
     const bool valid = parseTypedTimecode(timecode_->text().toStdString(), groupe.framerate.value_or("")).has_value();
     if (valid) return {};
-    return timecode_->text().isEmpty() ? QStringLiteral("nothing") : timecode_->text();
+    return timecode_->text().isEmpty() ? tr("nothing") : timecode_->text();
 }
 
 void TakeEditor::showTimecodeState() {
     const int row = content_.selectedRow();
     if (row < 0) return;
     const bool wrong = !invalidTimecode().isEmpty();
-    end_->setText(wrong ? QStringLiteral("Invalid Timecode")
+    end_->setText(wrong ? tr("Invalid Timecode")
                         : endText(content_.rows().groupesTableau().at(static_cast<std::size_t>(row)).groupe));
     if (wrong) {
         setColour(*timecode_, QPalette::Text, theme_.error());
@@ -431,7 +432,7 @@ void TakeEditor::showTimecodeState() {
         timecode_->setPalette({});
         end_->setPalette({});
     }
-    timecode_->setAccessibleDescription(wrong ? QStringLiteral("Invalid Timecode") : QString());
+    timecode_->setAccessibleDescription(wrong ? tr("Invalid Timecode") : QString());
 }
 
 void TakeEditor::takeOverTimecode() {
@@ -477,12 +478,11 @@ void TakeEditor::leaveTimecode() {
 void TakeEditor::tellInvalidTimecode() {
     if (std::exchange(timecodeTold_, true)) return;
     const QString typed = timecode_->text();
-    content_.tell(
-        typed.isEmpty()
-            ? QStringLiteral("The start timecode of %1 was emptied, which is no timecode: it is as it "
-                             "was.")
-                  .arg(shownName_)
-            : QStringLiteral("%1 is no timecode: the start timecode of %2 is as it was.").arg(typed, shownName_));
+    content_.tell(typed.isEmpty()
+                      ? tr("The start timecode of %1 was emptied, which is no timecode: it is as it "
+                           "was.")
+                            .arg(shownName_)
+                      : tr("%1 is no timecode: the start timecode of %2 is as it was.").arg(typed, shownName_));
 }
 
 void TakeEditor::refreshMarks(int row) {
@@ -499,10 +499,10 @@ void TakeEditor::refreshMarks(int row) {
         if (field.widget == timecode_ && timecodeTyped_) continue;
         const QString was = toQt(textOf(before, field.field));
         field.widget->setAccessibleDescription(!isEdited                      ? QString()
-                                               : isMixed(before, field.field) ? QStringLiteral("not saved; was mixed")
-                                               : field.label == nullptr       ? QStringLiteral("not saved")
-                                               : was.isEmpty()                ? QStringLiteral("not saved; was empty")
-                                                               : QStringLiteral("not saved; was %1").arg(was));
+                                               : isMixed(before, field.field) ? tr("not saved; was mixed")
+                                               : field.label == nullptr       ? tr("not saved")
+                                               : was.isEmpty()                ? tr("not saved; was empty")
+                                                                              : tr("not saved; was %1").arg(was));
         if (field.label != nullptr) field.label->setToolTip(field.widget->accessibleDescription());
     }
     setColour(*tracksTitle_, QPalette::WindowText,

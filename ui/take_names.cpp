@@ -3,12 +3,17 @@
 #include "app/text.h"
 #include "base/paths.h"
 
+#include <QCoreApplication>
 #include <QSet>
 #include <set>
 #include <unordered_map>
 
 namespace dravik {
 namespace {
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(dravik::TakeNames)
+};
 
 /// Equal for what the file system may take for one name.
 QString folded(const QString& name) { return name.normalized(QString::NormalizationForm_C).toCaseFolded(); }
@@ -31,7 +36,7 @@ QString whyNotNames(const TakeRows& rows, const std::vector<std::pair<int, QStri
         QSet<QString>& there = given[placeOf(all.at(static_cast<std::size_t>(row)).groupe)];
         const QString key = folded(name);
         if (there.contains(key)) {
-            return QStringLiteral("Each take needs a name of its own: %1 would be the name of several.").arg(name);
+            return Texts::tr("Each take needs a name of its own: %1 would be the name of several.").arg(name);
         }
         there.insert(key);
     }
@@ -42,7 +47,7 @@ QString whyNotNames(const TakeRows& rows, const std::vector<std::pair<int, QStri
         const GroupeFichiers& other = all[at].groupe;
         const auto there = given.find(placeOf(other));
         if (there == given.end() || !there->second.contains(folded(toQt(other.nom)))) continue;
-        return QStringLiteral("Another take of this folder is called %1.").arg(toQt(other.nom));
+        return Texts::tr("Another take of this folder is called %1.").arg(toQt(other.nom));
     }
     return {};
 }

@@ -2,11 +2,13 @@
 
 #include "app/text.h"
 #include "base/paths.h"
+#include "ui/list_looks.h"
 #include "ui/metrics.h"
 
 #include <QGridLayout>
 #include <QScrollBar>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace dravik {
 
@@ -15,7 +17,7 @@ TakeSummary::TakeSummary(const ContentView& content, const Theme& theme, QWidget
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
     layout->setSpacing(metrics::fieldSpacing);
-    auto* title = new QLabel(QStringLiteral("Format"), this);
+    auto* title = new QLabel(tr("Format"), this);
     title->setFont(metrics::smallFont(*title));
     captions_.push_back(title);
     layout->addWidget(title);
@@ -36,12 +38,12 @@ TakeSummary::TakeSummary(const ContentView& content, const Theme& theme, QWidget
         grid->addWidget(value, row++, 1);
         return value;
     };
-    format_ = line(QStringLiteral("Container"));
-    duration_ = line(QStringLiteral("Duration"));
-    sampleRate_ = line(QStringLiteral("Sample rate"));
-    bits_ = line(QStringLiteral("Bit depth"));
-    trackCount_ = line(QStringLiteral("Tracks"));
-    date_ = line(QStringLiteral("Recorded"));
+    format_ = line(tr("Container"));
+    duration_ = line(tr("Duration"));
+    sampleRate_ = line(tr("Sample rate"));
+    bits_ = line(tr("Bit depth"));
+    trackCount_ = line(tr("Tracks"));
+    date_ = line(tr("Recorded"));
     layout->addLayout(grid);
     files_ = new QPlainTextEdit(this);
     files_->setReadOnly(true);
@@ -50,13 +52,18 @@ TakeSummary::TakeSummary(const ContentView& content, const Theme& theme, QWidget
     files_->setTabChangesFocus(true);
     files_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     files_->setFont(metrics::smallFont(*files_));
-    files_->setAccessibleName(QStringLiteral("Files"));
+    files_->setAccessibleName(tr("Files"));
     files_->viewport()->setAutoFillBackground(false);
     files_->document()->setDocumentMargin(0);
     files_->setMinimumHeight(30);
     layout->addSpacing(metrics::fieldSpacing);
     layout->addWidget(files_, 1);
-    setMinimumWidth(150);
+    const QFontMetrics letters(metrics::smallFont(*this));
+    int widest = 0;
+    for (const QLabel* caption : captions_)
+        widest = std::max(widest, letters.horizontalAdvance(caption->text()));
+    setMinimumWidth(
+        std::max(150, widest + grid->horizontalSpacing() + letters.horizontalAdvance(QStringLiteral("00:00:00.000"))));
     connect(&theme_, &Theme::changed, this, &TakeSummary::applyTheme);
     applyTheme();
 }
@@ -70,14 +77,13 @@ void TakeSummary::refresh(const GroupeFichiers& groupe) {
     trackCount_->setText(toQt(summary.nbPistes));
     const auto date = groupe.recordingDate();
     date_->setText(date ? toQt(formatRecordingDate(*date))
-                   : groupe.recordingDateStatus() == GroupeFichiers::RecordingDateStatus::mixed
-                       ? QStringLiteral("Mixed dates")
-                       : QStringLiteral("No date"));
+                   : groupe.recordingDateStatus() == GroupeFichiers::RecordingDateStatus::mixed ? tr("Mixed dates")
+                                                                                                : tr("No date"));
     QStringList lines;
     for (const InfoFichier& fichier : groupe.fichiers)
         lines << toQt(fichier.url.filename());
     const QString folder = toQt(folderOf(groupe.fichiers.front().url));
-    lines << QStringLiteral("in %1").arg(folder);
+    lines << tr("in %1").arg(inItsOwnDirection(folder, layoutDirection()));
     const QString text = lines.join(QLatin1Char('\n'));
     if (files_->toPlainText() != text) files_->setPlainText(text);
     files_->setToolTip(text);

@@ -93,10 +93,9 @@ void TakeTable::makeFilterRow(const Theme& theme) {
     line->setContentsMargins(6, 4, 10, 4);
     line->setSpacing(10);
     filter_ = new QLineEdit(row);
-    filter_->setPlaceholderText(QStringLiteral("Filter takes"));
-    filter_->setAccessibleName(QStringLiteral("Filter takes"));
-    filter_->setToolTip(
-        QStringLiteral("Show only takes that hold all of these words (%1)").arg(shortcutText(TakeCommand::find)));
+    filter_->setPlaceholderText(tr("Filter takes"));
+    filter_->setAccessibleName(tr("Filter takes"));
+    filter_->setToolTip(tr("Show only takes that hold all of these words (%1)").arg(shortcutText(TakeCommand::find)));
     filter_->setClearButtonEnabled(true);
     filter_->setMaximumWidth(360);
     filter_->setAcceptDrops(false);
@@ -104,7 +103,7 @@ void TakeTable::makeFilterRow(const Theme& theme) {
     QAction* icon = filter_->addAction(theme.icon(QStringLiteral("search")), QLineEdit::LeadingPosition);
     connect(&theme, &Theme::changed, icon, [icon, &theme] { icon->setIcon(theme.icon(QStringLiteral("search"))); });
     count_ = new QLabel(row);
-    count_->setAccessibleName(QStringLiteral("Number of takes shown"));
+    count_->setAccessibleName(tr("Number of takes shown"));
     const auto dim = [this, &theme] {
         QPalette palette = QApplication::palette();
         palette.setColor(QPalette::WindowText, theme.dimmed());
@@ -142,8 +141,8 @@ void TakeTable::connectView() {
     };
     connect(&delegate, &TakeDelegate::committed, this, &TakeTable::commit);
     connect(&delegate, &TakeDelegate::dropped, this, [this](const QString& why) {
-        emit content_.notice(QStringLiteral("%1 The value is as it was.")
-                                 .arg(why.endsWith(QLatin1Char('.')) ? why : why + QLatin1Char('.')));
+        emit content_.notice(
+            tr("%1 The value is as it was.").arg(why.endsWith(QLatin1Char('.')) ? why : why + QLatin1Char('.')));
     });
     connect(&delegate, &TakeDelegate::editorOpened, this, [this] { content_.setEnSaisie(true); });
     connect(&delegate, &TakeDelegate::editorClosed, this, [this] { content_.setEnSaisie(false); });
@@ -158,11 +157,11 @@ void TakeTable::connectView() {
         if (row < 0 || !mayEdit()) return;
         QString why = whyReadOnly(content_.rows(), row);
         if (why.isEmpty() && index.parent().isValid()) {
-            why = QStringLiteral("The files of a set are edited together, in the row of the set.");
+            why = tr("The files of a set are edited together, in the row of the set.");
         }
         const auto column = static_cast<TakeColumn>(index.column());
         if (why.isEmpty() && isTextColumn(column) && content_.rows().canEdit(row)) {
-            why = QStringLiteral("This text is too long to be edited here.");
+            why = tr("This text is too long to be edited here.");
         }
         if (!why.isEmpty()) emit content_.notice(why);
     });
@@ -247,7 +246,9 @@ void TakeTable::restoreHeader() {
     constexpr int room = 18;  // the cell's margins and the arrow of the order
     for (int column = 0; column < takeColumnCount; ++column) {
         const QString sample = QString::fromUtf8(widthSamples[static_cast<std::size_t>(column)]);
-        header->resizeSection(column, metrics.horizontalAdvance(sample) + room + (column == 0 ? 16 : 0));
+        const int text = std::max(metrics.horizontalAdvance(sample),
+                                  metrics.horizontalAdvance(columnTitle(static_cast<TakeColumn>(column))));
+        header->resizeSection(column, text + room + (column == 0 ? 16 : 0));
     }
     const int noteWidth = header->sectionSize(static_cast<int>(TakeColumn::note));
     header->setSortIndicator(-1, Qt::AscendingOrder);
@@ -281,12 +282,12 @@ int TakeTable::visibleRows() const { return model_->rowCount(); }
 
 void TakeTable::showCount() {
     const auto all = content_.rows().groupesTableau().size();
-    const QLocale locale(QLocale::English);
+    const QLocale locale;
     QString text;
     if (!model_->filter().isEmpty()) {
-        text = QStringLiteral("%1 of %2").arg(locale.toString(model_->rowCount()), locale.toString(all));
+        text = tr("%1 of %2").arg(locale.toString(model_->rowCount()), locale.toString(all));
     } else if (all > 0) {
-        text = counted(all, QStringLiteral("take"));
+        text = counted(all, Noun::take);
     }
     count_->setText(text);
 }
@@ -295,19 +296,19 @@ void TakeTable::showPlaceholder() {
     if (model_->rowCount() > 0) {
         view_->setPlaceholder({}, {});
     } else if (!content_.rows().groupesTableau().empty()) {
-        view_->setPlaceholder(QStringLiteral("No take matches \u201c%1\u201d").arg(model_->filter().simplified()),
-                              QStringLiteral("Press Escape to show all takes."));
+        view_->setPlaceholder(tr("No take matches \u201c%1\u201d").arg(model_->filter().simplified()),
+                              tr("Press Escape to show all takes."));
     } else if (content_.folderLabel().isEmpty()) {
         view_->setPlaceholder(
-            QStringLiteral("Open a folder of recordings"),
-            QStringLiteral("Drop it here, choose it in the browser, or press %1.").arg(keyText(KeyId::loadFolder)));
+            tr("Open a folder of recordings"),
+            tr("Drop it here, choose it in the browser, or press %1.").arg(keyText(KeyId::loadFolder)));
     } else if (content_.listing().isReading()) {
-        view_->setPlaceholder(QStringLiteral("Reading the folder..."), {});
+        view_->setPlaceholder(tr("Reading the folder..."), {});
     } else if (readingCancelled_) {
-        view_->setPlaceholder(QStringLiteral("Reading was cancelled"), QStringLiteral("Reload the folder to go on."));
+        view_->setPlaceholder(tr("Reading was cancelled"), tr("Reload the folder to go on."));
     } else {
-        view_->setPlaceholder(QStringLiteral("There are no audio files in this folder"),
-                              QStringLiteral("Its sub-folders are not looked through: choose one in the browser."));
+        view_->setPlaceholder(tr("There are no audio files in this folder"),
+                              tr("Its sub-folders are not looked through: choose one in the browser."));
     }
 }
 

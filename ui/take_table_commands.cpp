@@ -15,7 +15,7 @@
 
 namespace dravik {
 
-QString TakeTable::savingRuns() { return QStringLiteral("Wait until saving is done, or cancel it."); }
+QString TakeTable::savingRuns() { return tr("Wait until saving is done, or cancel it."); }
 
 bool TakeTable::mayEdit() {
     if (!content_.sauvegardeEnCours()) return !view_->isEditing();
@@ -61,13 +61,11 @@ void TakeTable::run(TakeCommand command) {
 void TakeTable::tell(const TableEditResult& result, TakeColumn column) {
     QStringList parts;
     if (result.readOnly > 0) {
-        parts << QStringLiteral("%1 left out: changes cannot be saved to their format.")
-                     .arg(counted(static_cast<std::size_t>(result.readOnly), QStringLiteral("take")));
+        parts << tr("%Ln take(s) left out: changes cannot be saved to their format.", nullptr, result.readOnly);
     }
     if (result.refused > 0) {
-        parts << QStringLiteral("%1 left as it was: the value is not valid for %2.")
-                     .arg(counted(static_cast<std::size_t>(result.refused), QStringLiteral("take")),
-                          columnTitle(column));
+        parts << tr("%Ln take(s) left as it was: the value is not valid for %1.", nullptr, result.refused)
+                     .arg(columnTitle(column));
     }
     if (!parts.isEmpty()) content_.tell(parts.join(QLatin1Char(' ')));
 }
@@ -93,7 +91,7 @@ bool TakeTable::refusesNames(const std::vector<int>& rows, const QStringList& na
         wanted.emplace_back(rows[at], names.size() == 1 ? names.front() : names.at(static_cast<qsizetype>(at)));
     const QString why = whyNotNames(content_.rows(), wanted);
     if (why.isEmpty()) return false;
-    content_.tell(QStringLiteral("%1 Nothing was changed.").arg(why));
+    content_.tell(tr("%1 Nothing was changed.").arg(why));
     return true;
 }
 
@@ -113,11 +111,11 @@ void TakeTable::fillDown() {
     if (!column || !mayEdit()) return;
     const std::vector<int> rows = selectedRows();
     if (!fieldOf(*column)) {
-        content_.tell(QStringLiteral("%1 cannot be edited.").arg(columnTitle(*column)));
+        content_.tell(tr("%1 cannot be edited.").arg(columnTitle(*column)));
     } else if (rows.size() < 2) {
-        content_.tell(QStringLiteral("Select the rows to fill; the first one gives the value."));
+        content_.tell(tr("Select the rows to fill; the first one gives the value."));
     } else if (isMixedCell(model_->groupe(rows.front()), *column)) {
-        content_.tell(QStringLiteral("The files of the first row do not agree: there is no value to fill."));
+        content_.tell(tr("The files of the first row do not agree: there is no value to fill."));
     } else if (*column != TakeColumn::name || !refusesNames(rows, {toQt(model_->groupe(rows.front()).nom)})) {
         tell(dravik::fillDown(content_.rows(), rows, *fieldOf(*column)), *column);
     }
@@ -131,7 +129,7 @@ void TakeTable::numberTakes() {
     if (!mayEdit()) return;
     const std::vector<int> rows = selectedRows();
     if (rows.size() < 2) {
-        content_.tell(QStringLiteral("Select the rows to number; the first one keeps its take."));
+        content_.tell(tr("Select the rows to number; the first one keeps its take."));
     } else {
         tell(dravik::numberTakes(content_.rows(), rows), TakeColumn::take);
     }
@@ -164,7 +162,7 @@ void TakeTable::paste() {
     const QStringList lines = firstSpreadsheetColumn(QApplication::clipboard()->text());
     if (lines.isEmpty()) return;
     if (!fieldOf(*column)) {
-        content_.tell(QStringLiteral("%1 cannot be edited.").arg(columnTitle(*column)));
+        content_.tell(tr("%1 cannot be edited.").arg(columnTitle(*column)));
         return;
     }
     std::vector<int> rows = selectedRows();
@@ -258,24 +256,23 @@ void TakeTable::showMenu(const QPoint& globalPosition) {
         action->setEnabled(enabled);
         connect(action, &QAction::triggered, this, [this, command] { run(command); });
     };
-    add(QStringLiteral("Edit %1").arg(title), TakeCommand::edit, field);
+    add(tr("Edit %1").arg(title), TakeCommand::edit, field);
     const bool clears = field && whyNot(model_->groupe(rows.front()), *column, {}).isEmpty();
-    add(QStringLiteral("Clear %1").arg(title), TakeCommand::clear, clears);
+    add(tr("Clear %1").arg(title), TakeCommand::clear, clears);
     menu->addSeparator();
-    add(QStringLiteral("Copy %1").arg(title), TakeCommand::copyColumn, any);
-    add(QStringLiteral("Copy Rows"), TakeCommand::copyRows, any);
-    add(QStringLiteral("Paste into %1").arg(title), TakeCommand::paste,
-        field && !QApplication::clipboard()->text().isEmpty());
+    add(tr("Copy %1").arg(title), TakeCommand::copyColumn, any);
+    add(tr("Copy Rows"), TakeCommand::copyRows, any);
+    add(tr("Paste into %1").arg(title), TakeCommand::paste, field && !QApplication::clipboard()->text().isEmpty());
     menu->addSeparator();
-    add(QStringLiteral("Fill Down %1").arg(title), TakeCommand::fillDown, field && several);
-    add(QStringLiteral("Increment Take"), TakeCommand::incrementTakes, writable);
-    add(QStringLiteral("Number Takes"), TakeCommand::numberTakes, writable && several);
+    add(tr("Fill Down %1").arg(title), TakeCommand::fillDown, field && several);
+    add(tr("Increment Take"), TakeCommand::incrementTakes, writable);
+    add(tr("Number Takes"), TakeCommand::numberTakes, writable && several);
     menu->addSeparator();
-    add(QStringLiteral("Toggle Circled"), TakeCommand::toggleCircled, writable);
-    add(QStringLiteral("Toggle Wild"), TakeCommand::toggleWild, writable);
+    add(tr("Toggle Circled"), TakeCommand::toggleCircled, writable);
+    add(tr("Toggle Wild"), TakeCommand::toggleWild, writable);
     menu->addSeparator();
     if (column) {
-        connect(menu->addAction(QStringLiteral("Sort by %1").arg(title)), &QAction::triggered, this, [this, column] {
+        connect(menu->addAction(tr("Sort by %1").arg(title)), &QAction::triggered, this, [this, column] {
             const QHeaderView& header = *view_->header();
             const auto section = static_cast<int>(*column);
             const bool ascending =
@@ -283,7 +280,7 @@ void TakeTable::showMenu(const QPoint& globalPosition) {
             view_->sortByColumn(section, ascending ? Qt::DescendingOrder : Qt::AscendingOrder);
         });
     }
-    view_->addColumnActions(*menu->addMenu(QStringLiteral("Columns")));
+    view_->addColumnActions(*menu->addMenu(tr("Columns")));
     menu->popup(globalPosition);
 }
 

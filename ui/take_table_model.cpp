@@ -14,7 +14,7 @@ constexpr quintptr takeId = 0;
 TakeColumn columnOf(const QModelIndex& index) { return static_cast<TakeColumn>(index.column()); }
 
 QString flagText(bool mixed, bool flag) {
-    return mixed ? QStringLiteral("mixed") : flag ? QStringLiteral("yes") : QStringLiteral("no");
+    return mixed ? TakeTableModel::tr("mixed") : flag ? TakeTableModel::tr("yes") : TakeTableModel::tr("no");
 }
 
 }  // namespace
@@ -114,15 +114,16 @@ QVariant TakeTableModel::groupData(int sourceRow, TakeColumn column, int role) c
     const GroupeFichiers& of = groupe(sourceRow);
     switch (role) {
         case Qt::DisplayRole:
-            if (isMixedCell(of, column)) return isFlagColumn(column) ? QString() : QStringLiteral("mixed");
+            if (isMixedCell(of, column)) return isFlagColumn(column) ? QString() : tr("mixed");
             return shortened(toQt(cellText(of, column)), longestCellText);
         case Qt::EditRole:
             return toQt(cellText(of, column));
         case Qt::AccessibleTextRole: {
             const QString value = isFlagColumn(column)      ? flagText(isMixedCell(of, column), flagOf(of, column))
-                                  : isMixedCell(of, column) ? QStringLiteral("mixed")
+                                  : isMixedCell(of, column) ? tr("mixed")
                                                             : toQt(cellText(of, column));
-            return columnTitle(column) + QStringLiteral(": ") + (value.isEmpty() ? QStringLiteral("empty") : value);
+            return tr("%1: %2", "a column and its value")
+                .arg(columnTitle(column), value.isEmpty() ? tr("empty") : value);
         }
         case Qt::ToolTipRole:
             return toolTip(sourceRow, column);
@@ -152,9 +153,10 @@ QVariant TakeTableModel::memberData(int sourceRow, std::size_t member, TakeColum
         case Qt::EditRole:
             return toQt(memberText(of, member, column));
         case Qt::AccessibleTextRole:
-            return columnTitle(column) + QStringLiteral(": ") + toQt(memberText(of, member, column));
+            return tr("%1: %2", "a column and its value")
+                .arg(columnTitle(column), toQt(memberText(of, member, column)));
         case Qt::ToolTipRole:
-            return QStringLiteral("One file of the set %1, which is edited as a whole.").arg(toQt(of.nom));
+            return tr("One file of the set %1, which is edited as a whole.").arg(toQt(of.nom));
         case ReadOnlyRole:
             return rows_.isMissing(sourceRow) || !isEditable(of);
         case MemberRole:
@@ -174,12 +176,12 @@ QString TakeTableModel::toolTip(int sourceRow, TakeColumn column) const {
     const std::optional<RowField> field = fieldOf(column);
     const GroupeFichiers& original = rows_.groupesOriginauxTableau().at(static_cast<std::size_t>(sourceRow));
     if (field && editedFields(sourceRow).contains(*field)) {
-        const QString was = isMixedCell(original, column) ? QStringLiteral("mixed")
+        const QString was = isMixedCell(original, column) ? tr("mixed")
                             : isFlagColumn(column)        ? flagText(false, flagOf(original, column))
                                                           : toQt(cellText(original, column));
-        return QStringLiteral("Not saved yet. On disk: %1").arg(was.isEmpty() ? QStringLiteral("nothing") : was);
+        return tr("Not saved yet. On disk: %1").arg(was.isEmpty() ? tr("nothing") : was);
     }
-    if (isMixedCell(of, column)) return QStringLiteral("The files of this take do not agree. Unfold it to see them.");
+    if (isMixedCell(of, column)) return tr("The files of this take do not agree. Unfold it to see them.");
     return {};
 }
 

@@ -82,7 +82,7 @@ TakeTableView::TakeTableView(TakeTableModel& model, const Theme& theme, QWidget*
     setHeader(new ListHeader(metrics::cellPadding, this));
     setModel(&model);
     setItemDelegate(delegate_);
-    setAccessibleName(QStringLiteral("Takes"));
+    setAccessibleName(tr("Takes"));
     setFrameShape(QFrame::NoFrame);
     setUniformRowHeights(true);
     setSelectionMode(ExtendedSelection);
@@ -105,7 +105,7 @@ TakeTableView::TakeTableView(TakeTableModel& model, const Theme& theme, QWidget*
     header()->setStretchLastSection(false);
     header()->setSortIndicatorClearable(true);
     header()->setMinimumSectionSize(28);
-    header()->setAccessibleName(QStringLiteral("Columns of the takes"));
+    header()->setAccessibleName(tr("Columns of the takes"));
     header()->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(header(), &QWidget::customContextMenuRequested, this, [this](const QPoint& at) {
         auto* menu = new QMenu(this);
@@ -231,15 +231,15 @@ QModelIndex TakeTableView::moveCursor(CursorAction action, Qt::KeyboardModifiers
     if (!current.isValid() || (action != MoveLeft && action != MoveRight)) {
         return QTreeView::moveCursor(action, modifiers);
     }
-    const bool right = action == MoveRight;
-    if (current.column() == 0 && model_.hasChildren(current) && isExpanded(current) != right) {
-        setExpanded(current, right);
+    const bool onward = (action == MoveRight) != isRightToLeft();
+    if (current.column() == 0 && model_.hasChildren(current) && isExpanded(current) != onward) {
+        setExpanded(current, onward);
         return current;
     }
-    if (current.column() == 0 && !right && current.parent().isValid()) return current.parent();
+    if (current.column() == 0 && !onward && current.parent().isValid()) return current.parent();
     const std::vector<TakeColumn> columns = visibleColumns();
     const auto found = std::find(columns.begin(), columns.end(), columnOf(current));
-    const auto at = (found - columns.begin()) + (right ? 1 : -1);
+    const auto at = (found - columns.begin()) + (onward ? 1 : -1);
     if (found == columns.end() || at < 0 || at >= static_cast<std::ptrdiff_t>(columns.size())) return current;
     return current.siblingAtColumn(static_cast<int>(columns[static_cast<std::size_t>(at)]));
 }
@@ -492,7 +492,8 @@ void TakeTableView::drawRow(QPainter* painter, const QStyleOptionViewItem& optio
     }
     QTreeView::drawRow(painter, option, index);
     if (index.data(TakeTableModel::EditedRowRole).toBool()) {
-        painter->fillRect(QRect(0, row.y(), metrics::editMark, row.height()), theme_.pending());
+        const QRect mark(0, row.y(), metrics::editMark, row.height());
+        painter->fillRect(QStyle::visualRect(layoutDirection(), row, mark), theme_.pending());
     }
 }
 

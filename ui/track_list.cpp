@@ -92,7 +92,7 @@ class TrackModel final : public QAbstractTableModel {
         if (orientation != Qt::Horizontal) return {};
         if (role == Qt::TextAlignmentRole) return alignment(section);
         if (role != Qt::DisplayRole) return {};
-        static const QString titles[] = {QStringLiteral("#"), QStringLiteral("Rec"), QStringLiteral("Name")};
+        const QString titles[] = {QStringLiteral("#"), TrackList::tr("Rec"), TrackList::tr("Name")};
         return titles[section];
     }
 
@@ -122,15 +122,14 @@ class TrackModel final : public QAbstractTableModel {
     }
     static QVariant accessibleText(const Row& row, int column) {
         if (column == TrackList::number) return {};
-        const QString state = isEdited(row, column) ? QStringLiteral(", not saved") : QString();
-        if (column == TrackList::name) {
-            return QStringLiteral("Track %1: %2%3")
-                .arg(row.numero)
-                .arg(row.name.isEmpty() ? QStringLiteral("no name") : row.name, state);
-        }
-        return QStringLiteral("Recorder number of track %1: %2%3")
-            .arg(row.numero)
-            .arg(row.channel ? QString::number(*row.channel) : QStringLiteral("none"), state);
+        const QString text = column == TrackList::name
+                                 ? TrackList::tr("Track %1: %2")
+                                       .arg(row.numero)
+                                       .arg(row.name.isEmpty() ? TrackList::tr("no name") : row.name)
+                                 : TrackList::tr("Recorder number of track %1: %2")
+                                       .arg(row.numero)
+                                       .arg(row.channel ? QString::number(*row.channel) : TrackList::tr("none"));
+        return isEdited(row, column) ? TrackList::tr("%1, not saved").arg(text) : text;
     }
     static int alignment(int column) {
         return int(column == TrackList::name ? Qt::AlignLeft | Qt::AlignVCenter : Qt::AlignCenter);
@@ -164,13 +163,13 @@ class TrackDelegate final : public QStyledItemDelegate {
         line->setProperty("row", index.row());
         line->setProperty("isNumber", index.column() == TrackList::channel);
         if (isNumber(*line)) {
-            line->setAccessibleName(QStringLiteral("Recorder number of track %1").arg(index.row() + 1));
+            line->setAccessibleName(TrackList::tr("Recorder number of track %1").arg(index.row() + 1));
             line->setAlignment(Qt::AlignCenter);
             auto* digits = new QIntValidator(1, maxTrackNumber, line);
             digits->setLocale(QLocale::c());
             line->setValidator(digits);
         } else {
-            line->setAccessibleName(QStringLiteral("Name of track %1").arg(index.row() + 1));
+            line->setAccessibleName(TrackList::tr("Name of track %1").arg(index.row() + 1));
             auto* self = const_cast<TrackDelegate*>(this);  // the signals of a delegate are not const
             connect(line, &QLineEdit::textEdited, this, [self, line] { emit self->commitData(line); });
         }
@@ -240,11 +239,11 @@ class TrackDelegate final : public QStyledItemDelegate {
 TrackList::TrackList(ContentView& content, const Theme& theme, QWidget* parent)
     : QTableView(parent), content_(content), model_(new TrackModel(content, theme, this)) {
     setModel(model_);
-    makeDense(*this, theme, QStringLiteral("Tracks"), {32, 38});
+    makeDense(*this, theme, tr("Tracks"), {32, 38});
     setEditTriggers(DoubleClicked | SelectedClicked | EditKeyPressed | AnyKeyPressed);
     horizontalHeader()->setToolTip(
-        QStringLiteral("Position in the take, channel number of the recorder, name.\n"
-                       "Type or press Return to edit a name or number; Return and Tab go on to the next one."));
+        tr("Position in the take, channel number of the recorder, name.\n"
+           "Type or press Return to edit a name or number; Return and Tab go on to the next one."));
     TrackDelegate::Hooks hooks;
     hooks.goOn = [this](int steps) { goOn(steps); };
     hooks.pasteLines = [this](int row) {
@@ -364,7 +363,7 @@ void TrackList::keyPressEvent(QKeyEvent* event) {
     } else if (isKey(KeyId::editTrack, *event) && currentIndex().isValid()) {
         edit(model_->index(currentIndex().row(), column()));
     } else if (isKey(KeyId::clearTracks, *event) && column() == channel) {
-        content_.tell(QStringLiteral("A recorder number cannot be emptied, only changed."));
+        content_.tell(tr("A recorder number cannot be emptied, only changed."));
     } else if (isKey(KeyId::clearTracks, *event)) {
         for (const QModelIndex& index : selectionModel()->selectedRows(name))
             model_->setData(index, QString(), Qt::EditRole);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 
 namespace dravik {
@@ -11,7 +12,9 @@ struct TrackName {
     friend bool operator==(const TrackName&, const TrackName&) = default;
 
     /// "Boom"; "Track 1" without a name. The one text for it, seen and spoken.
-    [[nodiscard]] QString label() const { return nom.isEmpty() ? QStringLiteral("Track %1").arg(numero) : nom; }
+    [[nodiscard]] QString label() const {
+        return nom.isEmpty() ? QCoreApplication::translate("dravik::TrackNames", "Track %1").arg(numero) : nom;
+    }
     /// "1  Boom"; "Track 1" without a name.
     [[nodiscard]] QString text() const {
         return nom.isEmpty() ? label() : QStringLiteral("%1  %2").arg(numero).arg(nom);

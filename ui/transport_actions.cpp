@@ -17,7 +17,7 @@ TransportActions::TransportActions(ContentView& content, TakePlayback& playback,
 }
 
 QAction* TransportActions::add(QMenu& menu, KeyId key, std::function<void()> run, bool needsTake) {
-    QAction* made = menu.addAction(shortcut(key).name);
+    QAction* made = menu.addAction(shortcut(key).name());
     made->setShortcut(keyOf(key));
     // Also while the floating mixer has the keyboard.
     made->setShortcutContext(Qt::ApplicationShortcut);
@@ -46,11 +46,11 @@ void TransportActions::fill(QMenu& menu) {
     add(menu, KeyId::returnToBeginning, [this] { playback_.returnToBeginning(); });
     nudges_.push_back(add(menu, KeyId::nudgeBackward, [this] { playback_.nudge(Direction::backward); }));
     nudges_.push_back(add(menu, KeyId::nudgeForward, [this] { playback_.nudge(Direction::forward); }));
-    QMenu* amount = menu.addMenu(QStringLiteral("Nudge by"));
+    QMenu* amount = menu.addMenu(tr("Nudge by"));
     auto* group = new QActionGroup(amount);
     for (const auto& [value, text] :
-         {std::pair("1f", "1 Frame"), std::pair("1s", "1 Second"), std::pair("5s", "5 Seconds")}) {
-        QAction* one = group->addAction(amount->addAction(QString::fromLatin1(text)));
+         {std::pair("1f", tr("1 Frame")), std::pair("1s", tr("1 Second")), std::pair("5s", tr("5 Seconds"))}) {
+        QAction* one = group->addAction(amount->addAction(text));
         one->setCheckable(true);
         one->setData(QString::fromLatin1(value));
         one->setChecked(defaults_.value(settings::nudgeValeur) == QLatin1String(value));

@@ -1,6 +1,7 @@
 #include "ui/transport_bar.h"
 
 #include "app/text.h"
+#include "ui/shortcuts.h"
 
 #include <QActionGroup>
 #include <QHBoxLayout>
@@ -31,30 +32,29 @@ class BoostSlider final : public QSlider {
 TransportBar::TransportBar(TakePlayback& playback, UserDefaults& defaults, const Theme& theme, Form form,
                            QWidget* parent)
     : QWidget(parent), playback_(playback), defaults_(defaults), theme_(theme) {
-    setAccessibleName(QStringLiteral("Transport"));
+    setAccessibleName(tr("Transport"));
     using Direction = LecteurCoreAudio::Direction;
-    back_ = button(QStringLiteral("return"), QStringLiteral("Return to beginning"),
-                   [this] { playback_.returnToBeginning(); });
-    nudgeBack_ = button(QStringLiteral("nudge_back"), QStringLiteral("Nudge backward"),
-                        [this] { playback_.nudge(Direction::backward); });
-    play_ = button(QStringLiteral("play"), QStringLiteral("Play"), [this] { playback_.togglePlay(); });
-    nudgeForward_ = button(QStringLiteral("nudge_forward"), QStringLiteral("Nudge forward"),
-                           [this] { playback_.nudge(Direction::forward); });
+    back_ = button(QStringLiteral("return"), tr("Return to beginning"), [this] { playback_.returnToBeginning(); });
+    nudgeBack_ =
+        button(QStringLiteral("nudge_back"), tr("Nudge backward"), [this] { playback_.nudge(Direction::backward); });
+    play_ = button(QStringLiteral("play"), tr("Play"), [this] { playback_.togglePlay(); });
+    nudgeForward_ =
+        button(QStringLiteral("nudge_forward"), tr("Nudge forward"), [this] { playback_.nudge(Direction::forward); });
     needTake_ = {back_, nudgeBack_, play_, nudgeForward_};
     for (QToolButton* nudge : {nudgeBack_, nudgeForward_}) {
         nudge->setAutoRepeat(true);
         nudge->setContextMenuPolicy(Qt::CustomContextMenu);
         connect(nudge, &QWidget::customContextMenuRequested, this, &TransportBar::chooseNudge);
     }
-    toggle(QStringLiteral("solo"), QStringLiteral("Solo mode (S)"), QStringLiteral("Toggle solo mode"),
-           &TakePlayback::addsSolos, &TakePlayback::toggleSoloMode);
-    toggle(QStringLiteral("loop"), QStringLiteral("Loop playback (L)"), QStringLiteral("Loop playback"),
-           &TakePlayback::loops, &TakePlayback::toggleLoop);
-    toggle(QStringLiteral("follow"), QStringLiteral("Playback page/scroll (F)"),
-           QStringLiteral("Toggle follow playhead: by pages, or scrolling under it"),
-           &TakePlayback::scrollsWithPlayhead, &TakePlayback::togglePageOrScroll);
-    toggle(QStringLiteral("insertion"), QStringLiteral("Insertion Follows Playback (N)"),
-           QStringLiteral("Pausing leaves the position where it is, rather than going back to where it began"),
+    toggle(QStringLiteral("solo"), tr("Solo mode (S)"), tr("Toggle solo mode"), &TakePlayback::addsSolos,
+           &TakePlayback::toggleSoloMode);
+    toggle(QStringLiteral("loop"), tr("Loop playback (L)"), tr("Loop playback"), &TakePlayback::loops,
+           &TakePlayback::toggleLoop);
+    toggle(QStringLiteral("follow"), tr("Playback page/scroll (F)"),
+           tr("Toggle follow playhead: by pages, or scrolling under it"), &TakePlayback::scrollsWithPlayhead,
+           &TakePlayback::togglePageOrScroll);
+    toggle(QStringLiteral("insertion"), tr("Insertion Follows Playback (N)"),
+           tr("Pausing leaves the position where it is, rather than going back to where it began"),
            &TakePlayback::insertionFollows, &TakePlayback::toggleInsertionFollows);
     counter_ = new CounterView(playback_, defaults_, this);
     layOut(form, makeBoost());
@@ -97,13 +97,14 @@ QWidget* TransportBar::makeBoost() {
     auto* row = new QHBoxLayout(group);
     row->setContentsMargins({});
     row->setSpacing(6);
-    auto* caption = new QLabel(QStringLiteral("Boost"), group);
+    auto* caption = new QLabel(tr("Boost"), group);
     auto* slider = new BoostSlider(Qt::Horizontal, group);
+    slider->setLayoutDirection(Qt::LeftToRight);  // louder is right, as on the meters
     slider->setRange(boostMinimum, boostMaximum);
     slider->setPageStep(3);
     slider->setFixedWidth(110);
-    slider->setAccessibleName(QStringLiteral("Output boost"));
-    slider->setToolTip(QStringLiteral("Makes the output louder or quieter, not the files. Double click for 0 dB."));
+    slider->setAccessibleName(tr("Output boost"));
+    slider->setToolTip(tr("Makes the output louder or quieter, not the files. Double click for 0 dB."));
     auto* label = new QLabel(group);
     label->setMinimumWidth(QFontMetrics(label->font()).horizontalAdvance(QStringLiteral("+24 dB")) + 4);
     row->addWidget(caption);
@@ -126,7 +127,10 @@ void TransportBar::layOut(Form form, QWidget* boost) {
     const QSize icon = large ? QSize(26, 26) : QSize(18, 18);
     for (const auto& [made, name] : icons_)
         made->setIconSize(icon);
-    auto* buttons = new QHBoxLayout;
+    auto* order = new QWidget(this);
+    order->setLayoutDirection(Qt::LeftToRight);  // backward is left, as on the waveform
+    auto* buttons = new QHBoxLayout(order);
+    buttons->setContentsMargins({});
     buttons->setSpacing(large ? 6 : 2);
     for (QToolButton* made : {back_, nudgeBack_, play_, nudgeForward_})
         buttons->addWidget(made);
@@ -138,7 +142,7 @@ void TransportBar::layOut(Form form, QWidget* boost) {
         auto* row = new QHBoxLayout(this);
         row->setContentsMargins(8, 3, 8, 3);
         row->setSpacing(12);
-        row->addLayout(buttons);
+        row->addWidget(order);
         row->addWidget(counter_);
         row->addLayout(options);
         row->addStretch(1);
@@ -153,7 +157,7 @@ void TransportBar::layOut(Form form, QWidget* boost) {
     auto* row = new QHBoxLayout;
     row->addLayout(options);
     row->addStretch(1);
-    row->addLayout(buttons);
+    row->addWidget(order);
     row->addStretch(1);
     row->addWidget(boost);
     column->addLayout(row);
@@ -164,9 +168,9 @@ void TransportBar::chooseNudge() {
     menu->setAttribute(Qt::WA_DeleteOnClose);
     auto* group = new QActionGroup(menu);
     const QString now = defaults_.value(settings::nudgeValeur);
-    for (const auto& [value, text] : {std::pair("1f", "Nudge by 1 Frame"), std::pair("1s", "Nudge by 1 Second"),
-                                      std::pair("5s", "Nudge by 5 Seconds")}) {
-        QAction* one = menu->addAction(QString::fromLatin1(text));
+    for (const auto& [value, text] : {std::pair("1f", tr("Nudge by 1 Frame")), std::pair("1s", tr("Nudge by 1 Second")),
+                                      std::pair("5s", tr("Nudge by 5 Seconds"))}) {
+        QAction* one = menu->addAction(text);
         one->setCheckable(true);
         one->setChecked(now == QLatin1String(value));
         group->addAction(one);
@@ -180,14 +184,14 @@ void TransportBar::refresh() {
     const LecteurCoreAudio& player = playback_.player();
     for (QToolButton* made : needTake_)
         made->setEnabled(player.pret());
-    const QString name = player.enLecture() ? QStringLiteral("Pause") : QStringLiteral("Play");
+    const QString name = player.enLecture() ? tr("Pause") : tr("Play");
     play_->setAccessibleName(name);
-    play_->setToolTip(name + QStringLiteral(" (Space)"));
+    play_->setToolTip(QStringLiteral("%1 (%2)").arg(name, keyText(KeyId::playPause)));
     play_->setIcon(theme_.icon(player.enLecture() ? QStringLiteral("pause") : QStringLiteral("play")));
-    back_->setToolTip(QStringLiteral("Return to beginning (Home)"));
+    back_->setToolTip(tr("Return to beginning (Home)"));
     const QString amount = playback_.nudgeAmount();
-    nudgeBack_->setToolTip(QStringLiteral("Nudge backward: %1\nRight click to choose how far").arg(amount));
-    nudgeForward_->setToolTip(QStringLiteral("Nudge forward: %1\nRight click to choose how far").arg(amount));
+    nudgeBack_->setToolTip(tr("Nudge backward: %1\nRight click to choose how far").arg(amount));
+    nudgeForward_->setToolTip(tr("Nudge forward: %1\nRight click to choose how far").arg(amount));
     for (const Toggle& one : toggles_)
         one.button->setChecked((playback_.*one.isOn)());
 }

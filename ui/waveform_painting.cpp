@@ -29,14 +29,15 @@ QRectF WaveformView::cueFlag(const CueMarker& marker, std::size_t number) const 
 }
 
 QString WaveformView::message() const {
-    if (content_.selectedRow() < 0) return QStringLiteral("Select a take to see its waveform.");
+    if (content_.selectedRow() < 0) return tr("Select a take to see its waveform.");
     if (!waveform_.error().isEmpty()) return waveform_.error();
-    if (waveform_.peaks() == nullptr) return QStringLiteral("Reading the audio...");
-    return frameTotal() == 0 ? QStringLiteral("This take holds no audio.") : QString();
+    if (waveform_.peaks() == nullptr) return tr("Reading the audio...");
+    return frameTotal() == 0 ? tr("This take holds no audio.") : QString();
 }
 
 void WaveformView::paintEvent(QPaintEvent* event) {
     QPainter painter(viewport());
+    painter.setLayoutDirection(layoutDirection());  // it begins with that of the program
     painter.fillRect(event->rect(), palette().color(QPalette::Base));
     if (const QString text = message(); !text.isEmpty()) {
         painter.setPen(theme_.dimmed());

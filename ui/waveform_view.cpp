@@ -35,7 +35,8 @@ WaveformView::WaveformView(ContentView& content, TakePlayback& playback, TakeWav
       waveform_(waveform),
       defaults_(defaults),
       theme_(theme) {
-    setAccessibleName(QStringLiteral("Waveform"));
+    setAccessibleName(tr("Waveform"));
+    setLayoutDirection(Qt::LeftToRight);  // time runs so in every language
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::StrongFocus);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -206,6 +207,26 @@ void WaveformView::goInOverview(double x) {
     const double middle = x / overviewArea().width() * static_cast<double>(view_.frameTotal());
     view_.scrollTo(middle - view_.visibleFrames() / 2);
     lookAround();
+}
+
+// --- For those who hear instead of see -----------------------------------------------------------------------------
+
+QString WaveformView::spokenValue() const {
+    if (const QString text = message(); !text.isEmpty()) return text;
+    const LecteurCoreAudio& player = playback_.player();
+    return toQt(defaults_.value(settings::counterShowsElapsedTime) ? player.timecodeMillis()
+                                                                   : player.timecodeCourant());
+}
+
+std::optional<SpokenControl::Range> WaveformView::spokenRange() const {
+    const double rate = sampleRate();
+    if (rate <= 0) return Range{0, 0, 0};
+    return Range{secondsOf(playhead_, rate), 0, secondsOf(frameTotal(), rate)};
+}
+
+void WaveformView::setSpokenNumber(double seconds) {
+    LecteurCoreAudio& player = playback_.player();
+    if (player.pret()) player.setFrame(std::llround(seconds * player.sampleRate()));
 }
 
 // --- Drawing -------------------------------------------------------------------------------------------------------
@@ -380,21 +401,21 @@ void WaveformView::contextMenuEvent(QContextMenuEvent* event) {
     const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
     const QPoint place = viewport()->mapFromGlobal(event->globalPos());
     if (const std::optional<CueMarker> cue = byKey ? std::nullopt : cueAt(place)) {
-        connect(menu->addAction(QStringLiteral("Edit Cue Name...")), &QAction::triggered, this,
+        connect(menu->addAction(tr("Edit Cue Name...")), &QAction::triggered, this,
                 [this, id = cue->id] { content_.cues().rename(id); });
-        connect(menu->addAction(QStringLiteral("Delete Cue")), &QAction::triggered, this,
+        connect(menu->addAction(tr("Delete Cue")), &QAction::triggered, this,
                 [this, id = cue->id] { content_.cues().remove(id); });
         menu->addSeparator();
     }
     const std::int64_t frame = byKey ? playhead_ : view_.frameAt(laneX(place.x()));
-    QAction* add = menu->addAction(QStringLiteral("Add Cue"));
+    QAction* add = menu->addAction(tr("Add Cue"));
     connect(add, &QAction::triggered, this, [this, frame] { content_.cues().add(frame); });
     add->setEnabled(content_.rows().canEdit(content_.selectedRow()));
     menu->addSeparator();
-    QAction* selection = menu->addAction(QStringLiteral("Zoom to Selection"));
+    QAction* selection = menu->addAction(tr("Zoom to Selection"));
     selection->setEnabled(playback_.player().selectionDebut().has_value());
     connect(selection, &QAction::triggered, this, &WaveformView::zoomToSelection);
-    connect(menu->addAction(QStringLiteral("Show Whole Take")), &QAction::triggered, this, &WaveformView::showWhole);
+    connect(menu->addAction(tr("Show Whole Take")), &QAction::triggered, this, &WaveformView::showWhole);
     menu->popup(event->globalPos());
 }
 

@@ -3,6 +3,7 @@
 #include "app/take_playback.h"
 #include "app/take_waveform.h"
 #include "app/waveform_viewport.h"
+#include "ui/spoken_control.h"
 #include "ui/theme.h"
 #include "ui/waveform_picture.h"
 
@@ -18,7 +19,7 @@ namespace dravik {
 ///
 /// A click goes there, a drag selects; the wheel scrolls, with Ctrl zooms, with Ctrl+Shift enlarges the excursions. The
 /// picture of the lanes is kept: while playing only the playhead is drawn anew.
-class WaveformView : public QAbstractScrollArea {
+class WaveformView : public QAbstractScrollArea, public SpokenControl {
     Q_OBJECT
   public:
     WaveformView(ContentView& content, TakePlayback& playback, TakeWaveform& waveform, UserDefaults& defaults,
@@ -32,6 +33,12 @@ class WaveformView : public QAbstractScrollArea {
     [[nodiscard]] QRect lanesArea() const;
     [[nodiscard]] QRect rulerArea() const;
     [[nodiscard]] QRect overviewArea() const;
+    [[nodiscard]] QAccessible::Role spokenRole() const override { return QAccessible::Slider; }
+    /// Where the playhead is, or why there is none.
+    [[nodiscard]] QString spokenValue() const override;
+    /// Seconds.
+    [[nodiscard]] std::optional<Range> spokenRange() const override;
+    void setSpokenNumber(double seconds) override;
 
   signals:
     /// The take before (-1) or after (1) this one in the table.

@@ -1,4 +1,7 @@
+#include "app/language.h"
+
 #include <QCoreApplication>
+#include <QLocale>
 
 #include <gmock/gmock.h>
 #include <spdlog/spdlog.h>
@@ -6,6 +9,7 @@
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
     spdlog::set_level(spdlog::level::warn);
-    const QCoreApplication application(argc, argv);
+    QCoreApplication application(argc, argv);
+    dravik::installLanguage(application, QLocale(QLocale::English));
     return RUN_ALL_TESTS();
 }

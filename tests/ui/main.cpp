@@ -1,6 +1,8 @@
+#include "app/language.h"
 #include "ui/main_thread_watch.h"
 
 #include <QFontInfo>
+#include <QLocale>
 #include <cstdio>
 
 #include <gmock/gmock.h>
@@ -13,6 +15,7 @@ int main(int argc, char** argv) {
     spdlog::set_level(spdlog::level::warn);
     dravik::WatchedApplication application(argc, argv);
     application.startWatch();
+    dravik::installLanguage(application, QLocale(QLocale::English));
     if (QFontInfo(QApplication::font()).family().isEmpty()) {
         std::fputs("There is no font: install fonts-dejavu-core.\n", stderr);
         return 1;

@@ -19,10 +19,10 @@ TEST(Shortcuts, NoTwoOfOnePlaceCollide) {
     std::map<std::pair<KeyContext, std::string>, std::string> taken;
     for (const Shortcut& one : shortcuts()) {
         for (const QKeySequence& key : one.keys) {
-            const auto [at, isFree] = taken.emplace(std::pair(one.context, text(key)), one.name.toStdString());
-            EXPECT_TRUE(isFree) << text(key) << ": " << at->second << " and " << one.name.toStdString();
+            const auto [at, isFree] = taken.emplace(std::pair(one.context, text(key)), one.name().toStdString());
+            EXPECT_TRUE(isFree) << text(key) << ": " << at->second << " and " << one.name().toStdString();
         }
-        EXPECT_EQ(&shortcut(one.id), &one) << "two lines for " << one.name.toStdString();
+        EXPECT_EQ(&shortcut(one.id), &one) << "two lines for " << one.name().toStdString();
     }
 }
 
@@ -53,7 +53,7 @@ TEST_F(ShortcutPanel, ShowsEveryKeyOfTheWindow) {
                 EXPECT_TRUE(isFree) << text(key);
             }
             const auto inTable = [&](const Shortcut& one) {
-                return !one.keys.empty() && one.keys.front() == key && action->text().startsWith(one.name);
+                return !one.keys.empty() && one.keys.front() == key && action->text().startsWith(one.name());
             };
             const auto found = std::find_if(shortcuts().begin(), shortcuts().end(), inTable);
             ASSERT_NE(found, shortcuts().end()) << action->text().toStdString() << " " << text(key);
@@ -61,7 +61,7 @@ TEST_F(ShortcutPanel, ShowsEveryKeyOfTheWindow) {
     }
     EXPECT_GE(ofWindow.size(), 18U);
     for (const Shortcut& one : shortcuts())
-        EXPECT_TRUE(panel.contains(keysText(one))) << one.name.toStdString();
+        EXPECT_TRUE(panel.contains(keysText(one))) << one.name().toStdString();
     QTest::keyClick(dialog, Qt::Key_Escape);
     QTRY_VERIFY(window->findChild<QDialog*>(QStringLiteral("shortcuts")) == nullptr);
 }

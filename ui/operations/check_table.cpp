@@ -24,7 +24,7 @@ CheckTable::CheckTable(QAbstractItemModel& model, const Theme& theme, const QStr
     setItemDelegate(new RowDelegate(-1, this));
     horizontalHeader()->hide();
     setFrameShape(QFrame::StyledPanel);
-    setToolTip(QStringLiteral("Space checks or unchecks what is selected"));
+    setToolTip(tr("Space checks or unchecks what is selected"));
 }
 
 bool CheckTable::event(QEvent* event) {
@@ -54,19 +54,29 @@ void CheckTable::keyPressEvent(QKeyEvent* event) {
         model()->setData(row, check ? Qt::Checked : Qt::Unchecked, Qt::CheckStateRole);
 }
 
-void CheckBar::setNoun(const QString& noun) {
+void CheckBar::setNoun(Noun noun) {
+    struct Texts {
+        QString all, allHelp, none, noneHelp;
+    };
+    const Texts texts =
+        noun == Noun::track ? Texts{tr("All tracks"), tr("Check all tracks"), tr("No tracks"), tr("Uncheck all tracks")}
+        : noun == Noun::file ? Texts{tr("All files"), tr("Check all files"), tr("No files"), tr("Uncheck all files")}
+        : noun == Noun::document
+            ? Texts{tr("All documents"), tr("Check all documents"), tr("No documents"), tr("Uncheck all documents")}
+            : Texts{tr("All takes"), tr("Check all takes"), tr("No takes"), tr("Uncheck all takes")};
     noun_ = noun;
-    all_->setAccessibleName(QStringLiteral("All %1s").arg(noun));
-    all_->setToolTip(QStringLiteral("Check all %1s").arg(noun));
-    none_->setAccessibleName(QStringLiteral("No %1s").arg(noun));
-    none_->setToolTip(QStringLiteral("Uncheck all %1s").arg(noun));
+    all_->setAccessibleName(texts.all);
+    all_->setToolTip(texts.allHelp);
+    none_->setAccessibleName(texts.none);
+    none_->setToolTip(texts.noneHelp);
 }
 
-CheckBar::CheckBar(const QString& noun, QWidget* parent)
+CheckBar::CheckBar(Noun noun, QWidget* parent)
     : QWidget(parent),
+      noun_(noun),
       count_(new QLabel(this)),
-      all_(new QPushButton(QStringLiteral("All"), this)),
-      none_(new QPushButton(QStringLiteral("None"), this)) {
+      all_(new QPushButton(tr("All"), this)),
+      none_(new QPushButton(tr("None"), this)) {
     setNoun(noun);
     for (QPushButton* button : {all_, none_}) {
         button->setAutoDefault(false);
@@ -87,8 +97,7 @@ CheckBar::CheckBar(const QString& noun, QWidget* parent)
 }
 
 void CheckBar::setCount(std::size_t checked, std::size_t all) {
-    const QString text =
-        QStringLiteral("%1 of %2").arg(QLocale(QLocale::English).toString(qulonglong(checked)), counted(all, noun_));
+    const QString text = tr("%1 of %2").arg(QLocale().toString(qulonglong(checked)), counted(all, noun_));
     count_->setText(text);
     count_->setToolTip(text);
     enable(checked<all, checked> 0);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/text.h"
 #include "ui/theme.h"
 
 #include <QLabel>
@@ -33,10 +34,10 @@ class CheckTable : public QTableView {
 class CheckBar : public QWidget {
     Q_OBJECT
   public:
-    /// `noun`: what one of them is, "track".
-    CheckBar(const QString& noun, QWidget* parent);
+    /// `noun`: what one of them is.
+    CheckBar(Noun noun, QWidget* parent);
     /// From the next count on.
-    void setNoun(const QString& noun);
+    void setNoun(Noun noun);
     void setCount(std::size_t checked, std::size_t all);
     /// Where there is more to check than what is counted.
     void enable(bool canCheck, bool canUncheck);
@@ -45,7 +46,7 @@ class CheckBar : public QWidget {
     void allRequested(bool checked);
 
   private:
-    QString noun_;
+    Noun noun_;
     QLabel* count_;
     QPushButton* all_;
     QPushButton* none_;

@@ -1,5 +1,6 @@
 #include "ui/operations/export_form.h"
 
+#include "ui/list_looks.h"
 #include "ui/metrics.h"
 #include "ui/operations/elided_box.h"
 
@@ -43,11 +44,11 @@ QLabel* hint(const QString& text, QWidget* parent) {
 
 ExportForm::ExportForm(QWidget* parent)
     : QWidget(parent),
-      channels_(box(QStringLiteral("Channels"), QStringLiteral("What becomes of the tracks"))),
-      format_(box(QStringLiteral("Format"), QStringLiteral("Format of the new files"))),
-      depth_(box(QStringLiteral("Bit depth"), QStringLiteral("How exactly samples are stored"))),
-      bitRate_(box(QStringLiteral("Bit rate"), QStringLiteral("More is better, and larger"))),
-      rate_(box(QStringLiteral("Sample rate"), {})),
+      channels_(box(tr("Channels"), tr("What becomes of the tracks"))),
+      format_(box(tr("Format"), tr("Format of the new files"))),
+      depth_(box(tr("Bit depth"), tr("How exactly samples are stored"))),
+      bitRate_(box(tr("Bit rate"), tr("More is better, and larger"))),
+      rate_(box(tr("Sample rate"), {})),
       depthLabel_(new QLabel(this)),
       depthOrRate_(new QStackedWidget(this)),
       trackPages_(new QStackedWidget(this)) {
@@ -56,17 +57,17 @@ ExportForm::ExportForm(QWidget* parent)
     for (const ExportAudioChannelMode one : allExportAudioChannelModes)
         channels_->addItem(label(one), int(one));
     for (const ExportWAVBitDepth one : allExportWAVBitDepths)
-        depth_->addItem(label(one), int(one));
+        depth_->addItem(inItsOwnDirection(label(one), layoutDirection()), int(one));
     depthOrRate_->addWidget(depth_);
     depthOrRate_->addWidget(bitRate_);
     depthOrRate_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 
     auto* choices = new QWidget(this);
     QFormLayout* form = formOf(choices);
-    form->addRow(QStringLiteral("&Format:"), format_);
-    form->addRow(QStringLiteral("C&hannels:"), channels_);
+    form->addRow(tr("&Format:"), format_);
+    form->addRow(tr("C&hannels:"), channels_);
     form->addRow(depthLabel_, depthOrRate_);
-    form->addRow(QStringLiteral("Sample &rate:"), rate_);
+    form->addRow(tr("Sample &rate:"), rate_);
     makeTracks();
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
@@ -92,36 +93,36 @@ void ExportForm::makeTracks() {
     // In the order of the channel modes.
     auto* mono = new QWidget(trackPages_);
     QFormLayout* form = formOf(mono);
-    mono1_ = box(QStringLiteral("Track"), QStringLiteral("The track that becomes the file"));
-    mono2_ = box(QStringLiteral("Mixed with"), QStringLiteral("A second track, averaged with the first"));
-    gain_ = box(QStringLiteral("Level of the mix"), QStringLiteral("Level of each of the two tracks in the mix"));
+    mono1_ = box(tr("Track"), tr("The track that becomes the file"));
+    mono2_ = box(tr("Mixed with"), tr("A second track, averaged with the first"));
+    gain_ = box(tr("Level of the mix"), tr("Level of each of the two tracks in the mix"));
     for (const ExportMonoAverageGain one : allExportMonoAverageGains)
-        gain_->addItem(label(one), int(one));
-    form->addRow(QStringLiteral("&Track:"), mono1_);
-    form->addRow(QStringLiteral("&Mixed with:"), mono2_);
-    form->addRow(QStringLiteral("&Level:"), gain_);
+        gain_->addItem(inItsOwnDirection(label(one), layoutDirection()), int(one));
+    form->addRow(tr("&Track:"), mono1_);
+    form->addRow(tr("&Mixed with:"), mono2_);
+    form->addRow(tr("&Level:"), gain_);
     trackPages_->addWidget(mono);
 
     auto* stereo = new QWidget(trackPages_);
     form = formOf(stereo);
-    left_ = box(QStringLiteral("Left"), QStringLiteral("The track on the left"));
-    right_ = box(QStringLiteral("Right"), QStringLiteral("The track on the right"));
-    form->addRow(QStringLiteral("&Left:"), left_);
-    form->addRow(QStringLiteral("R&ight:"), right_);
-    oneTrack_ = hint(QStringLiteral("A take of one track is exported as mono."), stereo);
+    left_ = box(tr("Left"), tr("The track on the left"));
+    right_ = box(tr("Right"), tr("The track on the right"));
+    form->addRow(tr("&Left:"), left_);
+    form->addRow(tr("R&ight:"), right_);
+    oneTrack_ = hint(tr("A take of one track is exported as mono."), stereo);
     form->addRow(QString(), oneTrack_);
     trackPages_->addWidget(stereo);
 
     auto* poly = new QWidget(trackPages_);
     form = formOf(poly);
-    form->addRow(QStringLiteral("Tracks:"), hint(QStringLiteral("All, in their order"), poly));
+    form->addRow(tr("Tracks:"), hint(tr("All, in their order"), poly));
     trackPages_->addWidget(poly);
 }
 
 void ExportForm::alignLabels() {
     // Fields stand below each other in all pages.
     const QList<QLabel*> labels = findChildren<QLabel*>();
-    depthLabel_->setText(QStringLiteral("&Bit depth:"));
+    depthLabel_->setText(tr("&Bit depth:"));
     int widest = 0;
     for (const QLabel* one : labels) {
         if (one->buddy() != nullptr || one == depthLabel_) widest = std::max(widest, one->sizeHint().width());
@@ -168,13 +169,13 @@ void ExportForm::takeOver() {
 
 void ExportForm::fillTracks(QComboBox& box, std::optional<int> chosenTrack, bool optional) const {
     box.clear();
-    if (optional) box.addItem(QStringLiteral("None"), noTrack);
+    if (optional) box.addItem(tr("None"), noTrack);
     int position = 0;
     for (const TrackName& track : tracks_)
-        box.addItem(track.text(), position++);
+        box.addItem(inItsOwnDirection(track.text(), layoutDirection()), position++);
     if (chosenTrack && *chosenTrack >= position) {
         const QString absent = TrackName{*chosenTrack + 1, {}}.label();
-        box.addItem(tracks_.empty() ? absent : QStringLiteral("%1 — not in this take").arg(absent), *chosenTrack);
+        box.addItem(tracks_.empty() ? absent : tr("%1 — not in this take").arg(absent), *chosenTrack);
     }
     choose(box, chosenTrack.value_or(noTrack));
 }
@@ -189,20 +190,20 @@ void ExportForm::refresh() {
     choose(*depth_, int(state_.profondeurWAV));
     bitRate_->clear();
     for (const int rate : bitRatesFor(state_.format))
-        bitRate_->addItem(bitRateLabel(rate), rate);
+        bitRate_->addItem(inItsOwnDirection(bitRateLabel(rate), layoutDirection()), rate);
     choose(*bitRate_, state_.debit);
     depthOrRate_->setCurrentIndex(isWav ? 0 : 1);
-    depthLabel_->setText(isWav ? QStringLiteral("&Bit depth:") : QStringLiteral("&Bit rate:"));
+    depthLabel_->setText(isWav ? tr("&Bit depth:") : tr("&Bit rate:"));
     depthLabel_->setBuddy(isWav ? depth_ : bitRate_);
 
     const std::vector<ExportSampleRate> rates = ratesFor(state_.format);
     rate_->clear();
     for (const ExportSampleRate& rate : rates)
-        rate_->addItem(label(rate), rate.hertz.value_or(0));
+        rate_->addItem(inItsOwnDirection(label(rate), layoutDirection()), rate.hertz.value_or(0));
     choose(*rate_, state_.frequence.hertz.value_or(0));
     rate_->setEnabled(rates.size() > 1);
-    rate_->setToolTip(rates.size() > 1 ? QStringLiteral("Sample rate of the new files")
-                                       : QStringLiteral("Files of this format keep the rate of the take"));
+    rate_->setToolTip(rates.size() > 1 ? tr("Sample rate of the new files")
+                                       : tr("Files of this format keep the rate of the take"));
 
     fillTracks(*mono1_, state_.pisteMonoSource1.value_or(0), false);
     fillTracks(*mono2_, state_.pisteMonoSource2, true);
@@ -215,7 +216,7 @@ void ExportForm::refresh() {
     gain_->setEnabled(several && state_.pisteMonoSource2.has_value());
     left_->setEnabled(several);
     right_->setEnabled(several);
-    oneTrack_->setText(tracks_.size() == 1 ? QStringLiteral("A take of one track is exported as mono.") : QString());
+    oneTrack_->setText(tracks_.size() == 1 ? tr("A take of one track is exported as mono.") : QString());
     trackPages_->setCurrentIndex(static_cast<int>(state_.modeCanaux));
 }
 

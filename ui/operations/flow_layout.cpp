@@ -1,5 +1,6 @@
 #include "ui/operations/flow_layout.h"
 
+#include <QStyle>
 #include <QWidget>
 #include <algorithm>
 
@@ -50,6 +51,8 @@ QSize FlowLayout::minimumSize() const {
 
 int FlowLayout::lay(const QRect& rect, bool place) const {
     const QRect room = rect.marginsRemoved(contentsMargins());
+    const Qt::LayoutDirection direction =
+        parentWidget() != nullptr ? parentWidget()->layoutDirection() : Qt::LeftToRight;
     int x = room.left(), y = room.top(), lineHeight = 0;
     for (const std::unique_ptr<QLayoutItem>& item : items_) {
         if (item->isEmpty()) continue;
@@ -60,7 +63,7 @@ int FlowLayout::lay(const QRect& rect, bool place) const {
             y += lineHeight + verticalGap_;
             lineHeight = 0;
         }
-        if (place) item->setGeometry(QRect(QPoint(x, y), size));
+        if (place) item->setGeometry(QStyle::visualRect(direction, rect, QRect(QPoint(x, y), size)));
         x += size.width() + horizontalGap_;
         lineHeight = std::max(lineHeight, size.height());
     }

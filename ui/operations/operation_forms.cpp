@@ -27,13 +27,13 @@ bool isOfTracks(std::optional<OperationsTab> tab) {
 QString headingOf(OperationsTab tab) {
     switch (tab) {
         case OperationsTab::merge:
-            return QStringLiteral("Files to merge");
+            return OperationForms::tr("Files to merge");
         case OperationsTab::split:
-            return QStringLiteral("Tracks to split off");
+            return OperationForms::tr("Tracks to split off");
         case OperationsTab::deleteTracks:
-            return QStringLiteral("Tracks to delete");
+            return OperationForms::tr("Tracks to delete");
         case OperationsTab::reorderTracks:
-            return QStringLiteral("New order of the tracks");
+            return OperationForms::tr("New order of the tracks");
         case OperationsTab::rename:
         case OperationsTab::export_:
         case OperationsTab::report:
@@ -99,7 +99,7 @@ QWidget* OperationForms::makeTracksHead() {
     hint_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     row->addWidget(hint_, 1);
     similar_ = new QPushButton(head);
-    similar_->setToolTip(QStringLiteral("The checked takes whose tracks have the same names get the same choices"));
+    similar_->setToolTip(tr("The checked takes whose tracks have the same names get the same choices"));
     connect(similar_, &QPushButton::clicked, &model_, &OperationsModel::copyChoicesToSimilar);
     row->addWidget(similar_);
     return head;
@@ -152,8 +152,8 @@ QWidget* OperationForms::makeReorder() {
         model_.setCurrentChoices(choices);
     });
     column->addWidget(order_, 1);
-    preserve_ = new QCheckBox(QStringLiteral("Preserve Track Numbers"), page);
-    preserve_->setToolTip(QStringLiteral("Each track keeps its own number; otherwise they are numbered anew"));
+    preserve_ = new QCheckBox(tr("Preserve Track Numbers"), page);
+    preserve_->setToolTip(tr("Each track keeps its own number; otherwise they are numbered anew"));
     connect(preserve_, &QCheckBox::toggled, &model_, &OperationsModel::setPreserveTrackNumbers);
     column->addWidget(preserve_);
     return page;
@@ -173,17 +173,17 @@ QWidget* OperationForms::makeRename(UserDefaults& settings, Dialogs& dialogs) {
     copies_ = new QRadioButton(
         toQt(label(OperationAudioBatchRenameMode::copyAndRename)).replace(QLatin1Char('&'), QStringLiteral("&&")),
         page);
-    inPlace_->setToolTip(QStringLiteral("The files get their new names where they are"));
-    copies_->setToolTip(QStringLiteral("The files stay; copies with the new names are made in another folder"));
+    inPlace_->setToolTip(tr("The files get their new names where they are"));
+    copies_->setToolTip(tr("The files stay; copies with the new names are made in another folder"));
     connect(copies_, &QRadioButton::toggled, this, [this](bool copies) {
         model_.setRenameMode(copies ? OperationAudioBatchRenameMode::copyAndRename
                                     : OperationAudioBatchRenameMode::renameInPlace);
     });
-    keepBoth_ = new QCheckBox(QStringLiteral("Keep Both wherever names collide"), page);
-    keepBoth_->setToolTip(QStringLiteral("Names that collide get a number"));
+    keepBoth_ = new QCheckBox(tr("Keep Both wherever names collide"), page);
+    keepBoth_->setToolTip(tr("Names that collide get a number"));
     connect(keepBoth_, &QCheckBox::toggled, &model_, &OperationsModel::setKeepBoth);
-    leaves_ = new QCheckBox(QStringLiteral("Keep separators of empty values"), page);
-    leaves_->setToolTip(QStringLiteral("Otherwise the separator before a value that a file does not have goes, too"));
+    leaves_ = new QCheckBox(tr("Keep separators of empty values"), page);
+    leaves_->setToolTip(tr("Otherwise the separator before a value that a file does not have goes, too"));
     connect(leaves_, &QCheckBox::toggled, &model_, &OperationsModel::setLeavesSeparators);
     auto* rules = new QHBoxLayout;
     rules->setSpacing(metrics::panelMargin * 2);
@@ -298,8 +298,7 @@ void OperationForms::showSimilar() {
     const int others = offered ? model_.similarCount() : 0;
     similar_->setVisible(others > 0);
     if (others > 0) {
-        similar_->setText(
-            QStringLiteral("Use for %1").arg(counted(static_cast<std::size_t>(others), QStringLiteral("More Take"))));
+        similar_->setText(tr("Use for %Ln More Take(s)", nullptr, others));
     }
 }
 

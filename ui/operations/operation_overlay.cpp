@@ -103,7 +103,7 @@ class OperationResultsModel final : public QAbstractTableModel {
             case Qt::AccessibleTextRole:
                 if (at.column() == message) return text;
                 return QStringLiteral("%1, %2").arg(
-                    text, result.success ? QStringLiteral("succeeded") : QStringLiteral("failed"));
+                    text, result.success ? OperationOverlay::tr("succeeded") : OperationOverlay::tr("failed"));
             default:
                 return {};
         }
@@ -138,8 +138,8 @@ QWidget* OperationOverlay::makeWorking() {
     remaining_ = new QLabel(page);
     bar_ = new QProgressBar(page);
     bar_->setTextVisible(false);
-    bar_->setAccessibleName(QStringLiteral("Progress"));
-    cancel_ = new QPushButton(QStringLiteral("Cancel"), page);
+    bar_->setAccessibleName(tr("Progress"));
+    cancel_ = new QPushButton(tr("Cancel"), page);
     cancel_->setAutoDefault(false);
     connect(cancel_, &QPushButton::clicked, this, &OperationOverlay::cancelRequested);
     for (QLabel* told : std::initializer_list<QLabel*>{fileName_, remaining_})
@@ -173,7 +173,7 @@ QWidget* OperationOverlay::makeResult() {
     model_ = new OperationResultsModel(theme_, this);
     results_ = new QTableView(page);
     results_->setModel(model_);
-    makeDense(*results_, theme_, QStringLiteral("Results"), {sourceWidth});
+    makeDense(*results_, theme_, tr("Results"), {sourceWidth});
     results_->setItemDelegate(new RowDelegate(OperationResultsModel::message, this));
     results_->horizontalHeader()->hide();
     results_->setFrameShape(QFrame::StyledPanel);
@@ -182,13 +182,13 @@ QWidget* OperationOverlay::makeResult() {
     results_->installEventFilter(this);
     connect(results_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &OperationOverlay::showReveal);
 
-    reveal_ = new QPushButton(QStringLiteral("Reveal"), page);
+    reveal_ = new QPushButton(tr("Reveal"), page);
     reveal_->setAutoDefault(false);
-    reveal_->setToolTip(QStringLiteral("Show the file in the file browser"));
+    reveal_->setToolTip(tr("Show the file in the file browser"));
     connect(reveal_, &QPushButton::clicked, this, [this] {
         if (const auto file = fileToReveal()) emit revealRequested(*file);
     });
-    ok_ = new QPushButton(QStringLiteral("OK"), page);
+    ok_ = new QPushButton(tr("OK"), page);
     ok_->setDefault(true);
     connect(ok_, &QPushButton::clicked, this, &OperationOverlay::dismissed);
 
@@ -249,7 +249,7 @@ void OperationOverlay::showWorking(const OperationWorking& working) {
     } else {
         bar_->setRange(0, 0);
     }
-    cancel_->setText(working.cancelling ? QStringLiteral("Cancelling…") : QStringLiteral("Cancel"));
+    cancel_->setText(working.cancelling ? tr("Cancelling…") : tr("Cancel"));
     cancel_->setAccessibleName(cancel_->text());
     if (working.cancelling && cancel_->hasFocus()) setFocus();  // no other has keys meanwhile
     cancel_->setEnabled(!working.cancelling);

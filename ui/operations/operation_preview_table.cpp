@@ -21,7 +21,7 @@ class OperationPreviewModel final : public QAbstractTableModel {
     OperationPreviewModel(const Theme& theme, QObject* parent) : QAbstractTableModel(parent), theme_(theme) {}
 
     void setHeads(const QString& ofSource, const QString& ofTarget) {
-        heads_ = {ofSource, ofTarget, QStringLiteral("Problem")};
+        heads_ = {ofSource, ofTarget, OperationPreviewTable::tr("Problem")};
         emit headerDataChanged(Qt::Horizontal, source, problem);
     }
     void setRows(std::vector<OperationPreviewRow> rows) {
@@ -82,7 +82,8 @@ class OperationPreviewModel final : public QAbstractTableModel {
     }
 
     const Theme& theme_;
-    QStringList heads_{QStringLiteral("File"), QStringLiteral("New File"), QStringLiteral("Problem")};
+    QStringList heads_{OperationPreviewTable::tr("File"), OperationPreviewTable::tr("New File"),
+                       OperationPreviewTable::tr("Problem")};
     std::vector<OperationPreviewRow> rows_;
 };
 
@@ -92,7 +93,7 @@ OperationPreviewTable::OperationPreviewTable(const QString& accessibleName, cons
       model_(new OperationPreviewModel(theme, this)),
       table_(new QTableView(this)),
       counts_(new QLabel(this)),
-      button_(new QPushButton(QStringLiteral("Keep Both"), this)) {
+      button_(new QPushButton(tr("Keep Both"), this)) {
     table_->setModel(model_);
     makeDense(*table_, theme, accessibleName, {});
     table_->setItemDelegate(new RowDelegate(OperationPreviewModel::problem, this));
@@ -106,7 +107,7 @@ OperationPreviewTable::OperationPreviewTable(const QString& accessibleName, cons
     connect(table_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             &OperationPreviewTable::showButton);
 
-    button_->setToolTip(QStringLiteral("Give the file a name that is free"));
+    button_->setToolTip(tr("Give the file a name that is free"));
     button_->setAccessibleName(button_->text());
     button_->setAutoDefault(false);
     button_->hide();
@@ -176,7 +177,7 @@ void OperationPreviewTable::openMenu(const QPoint& where) {
     table_->setCurrentIndex(model_->index(row, 0));
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->addAction(QStringLiteral("Keep Both"), this, [this, row] {
+    menu->addAction(tr("Keep Both"), this, [this, row] {
         if (mayKeepBoth(row)) emit keepBothRequested(row);
     });
     menu->popup(table_->viewport()->mapToGlobal(where));

@@ -14,6 +14,7 @@
 #include <QKeyEvent>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace dravik {
 namespace {
@@ -35,8 +36,8 @@ constexpr std::chrono::seconds toldTime{6};
 /// The button that runs it: called like its tab, but where that would not say what is done.
 QString verbOf(const OperationsModel& model) {
     const OperationsTab tab = *model.tab();
-    if (tab == OperationsTab::report) return QStringLiteral("Create Report");
-    if (tab == OperationsTab::rename && model.needsDestination()) return QStringLiteral("Copy && Rename");
+    if (tab == OperationsTab::report) return OperationsWindow::tr("Create Report");
+    if (tab == OperationsTab::rename && model.needsDestination()) return OperationsWindow::tr("Copy && Rename");
     return textsOf(tab).title;
 }
 
@@ -53,7 +54,7 @@ QWidget* line(Qt::Orientation orientation, QWidget* parent) {
 OperationsWindow::OperationsWindow(const Services& services, QWidget* parent)
     : QWidget(parent, Qt::Window), services_(services) {
     setObjectName(QStringLiteral("DravikOperations"));
-    setWindowTitle(QStringLiteral("Operations"));
+    setWindowTitle(tr("Operations"));
     setMinimumSize(leastSize);
 
     auto* work = new QWidget(this);
@@ -91,7 +92,7 @@ OperationsWindow::OperationsWindow(const Services& services, QWidget* parent)
         {KeyId::previousOperationsTab, &Commands::dravikOperationsPreviousTab},
         {KeyId::save, &Commands::dravikSaveChanges}};
     for (const auto& [key, command] : keys) {
-        auto* made = new QAction(shortcut(key).name, this);
+        auto* made = new QAction(shortcut(key).name(), this);
         made->setShortcut(keyOf(key));
         connect(made, &QAction::triggered, this,
                 [&commands = services_.commands, command = command] { emit(commands.*command)(); });
@@ -127,7 +128,7 @@ QWidget* OperationsWindow::makeEmpty() {
     emptyMessage_->setWordWrap(true);
     for (QLabel* label : {emptyTitle_, emptyMessage_})
         label->setAlignment(Qt::AlignHCenter);
-    emptyAll_ = new QPushButton(QStringLiteral("Use All Takes of the Folder"), empty);
+    emptyAll_ = new QPushButton(tr("Use All Takes of the Folder"), empty);
     connect(emptyAll_, &QPushButton::clicked, this, [this] { services_.model.setAppliquerTous(true); });
     middle->addWidget(emptyTitle_, 0, Qt::AlignHCenter);
     middle->addWidget(emptyMessage_);
@@ -138,17 +139,19 @@ QWidget* OperationsWindow::makeEmpty() {
 
 QWidget* OperationsWindow::makeTabs() {
     tabs_ = new QListWidget(this);
-    tabs_->setAccessibleName(QStringLiteral("Operations"));
+    tabs_->setAccessibleName(tr("Operations"));
     tabs_->setFrameShape(QFrame::NoFrame);
-    tabs_->setFixedWidth(tabsWidth);
     tabs_->setUniformItemSizes(true);
     tabs_->setIconSize(QSize(metrics::toolIconSide, metrics::toolIconSide));
     tabs_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     for (const OperationsTab tab : allOperationsTabs) {
-        auto* item = new QListWidgetItem(textsOf(tab).title, tabs_);
-        item->setSizeHint(QSize(tabsWidth, tabHeight));
-        tabItems_[tab] = item;
+        tabItems_[tab] = new QListWidgetItem(textsOf(tab).title, tabs_);
+        tabItems_[tab]->setIcon(services_.theme.icon(QString::fromLatin1(iconNameOf(tab))));
     }
+    const int width = std::max(tabsWidth, tabs_->sizeHintForColumn(0));
+    tabs_->setFixedWidth(width);
+    for (const auto& [tab, item] : tabItems_)
+        item->setSizeHint(QSize(width, tabHeight));
     connect(tabs_, &QListWidget::currentRowChanged, this, [this](int row) {
         if (row < 0) return;
         const OperationsTab tab = allOperationsTabs[static_cast<std::size_t>(row)];
@@ -163,8 +166,8 @@ QWidget* OperationsWindow::makeTakes() {
     auto* column = new QVBoxLayout(takesPane_);
     column->setContentsMargins(metrics::panelMargin, metrics::panelMargin, metrics::panelMargin, metrics::panelMargin);
     column->setSpacing(metrics::fieldSpacing);
-    all_ = new QCheckBox(QStringLiteral("Apply to all takes of the folder"), takesPane_);
-    all_->setToolTip(QStringLiteral("Otherwise to the takes that are selected in the main window"));
+    all_ = new QCheckBox(tr("Apply to all takes of the folder"), takesPane_);
+    all_->setToolTip(tr("Otherwise to the takes that are selected in the main window"));
     connect(all_, &QCheckBox::toggled, &services_.model, &OperationsModel::setAppliquerTous);
     column->addWidget(all_);
     takes_ = new TakeCheckList(services_.theme, takesPane_);
@@ -188,7 +191,7 @@ QWidget* OperationsWindow::makePreview() {
     previewPane_ = new QWidget(this);
     auto* column = new QVBoxLayout(previewPane_);
     column->setContentsMargins(metrics::panelMargin, metrics::panelMargin, metrics::panelMargin, 0);
-    preview_ = new OperationPreviewTable(QStringLiteral("New files"), services_.theme, previewPane_);
+    preview_ = new OperationPreviewTable(tr("New files"), services_.theme, previewPane_);
     connect(preview_, &OperationPreviewTable::keepBothRequested, &services_.model, &OperationsModel::keepBothFor);
     column->addWidget(preview_);
     return previewPane_;
@@ -199,14 +202,14 @@ QWidget* OperationsWindow::makeFoot() {
     auto* row = new QHBoxLayout(foot);
     row->setContentsMargins(metrics::panelMargin, metrics::panelMargin, metrics::panelMargin, metrics::panelMargin);
     row->setSpacing(metrics::panelMargin);
-    choose_ = new QPushButton(QStringLiteral("Destination…"), foot);
-    choose_->setToolTip(QStringLiteral("Choose the folder that the new files go to"));
+    choose_ = new QPushButton(tr("Destination…"), foot);
+    choose_->setToolTip(tr("Choose the folder that the new files go to"));
     connect(choose_, &QPushButton::clicked, &services_.model, &OperationsModel::chooseDestination);
     row->addWidget(choose_);
     destination_ = new ElidedLabel(foot);
     row->addWidget(destination_, 1);
-    beside_ = new QPushButton(QStringLiteral("Beside the Recordings"), foot);
-    beside_->setToolTip(QStringLiteral("New files go into the folder of what they are made of"));
+    beside_ = new QPushButton(tr("Beside the Recordings"), foot);
+    beside_->setToolTip(tr("New files go into the folder of what they are made of"));
     connect(beside_, &QPushButton::clicked, this, [this] { services_.model.setDestination(std::nullopt); });
     row->addWidget(beside_);
     told_ = new QLabel(foot);
@@ -252,10 +255,9 @@ void OperationsWindow::showTab() {
     takesPane_->setVisible(tab != OperationsTab::report);
     showReportLayout(tab == OperationsTab::report);
     const bool renames = tab == OperationsTab::rename;
-    const QString& noun = textsOf(*tab).noun;
-    takes_->setNoun(noun);
-    preview_->setHeads(noun.at(0).toUpper() + noun.mid(1),
-                       renames ? QStringLiteral("New Name") : QStringLiteral("New File"));
+    const OperationTexts texts = textsOf(*tab);
+    takes_->setNoun(texts.noun);
+    preview_->setHeads(texts.heading, renames ? tr("New Name") : tr("New File"));
     preview_->setKeepBothOffered(renames);
     showItems();
     showDestination();
@@ -301,13 +303,13 @@ void OperationsWindow::showDestination() {
     choose_->setVisible(!inPlace);
     beside_->setVisible(!inPlace && folder && !model.needsDestination());
     if (inPlace) {
-        destination_->show(QStringLiteral("The files are renamed where they are; their contents stay as they are."));
+        destination_->show(tr("The files are renamed where they are; their contents stay as they are."));
     } else if (folder) {
         destination_->show(toQt(*folder));
     } else {
         destination_->show(model.needsDestination()
                                ? QString::fromUtf8(noDestinationSelected.data(), std::ssize(noDestinationSelected))
-                               : QStringLiteral("Beside the recordings"));
+                               : tr("Beside the recordings"));
     }
     run_->setText(verbOf(model));
 }

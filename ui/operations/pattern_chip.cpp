@@ -38,14 +38,14 @@ bool PatternChip::isTyping(const QKeyEvent& key) {
 
 PatternChip::PatternChip(const BlocRenommage& block, const Theme& theme, QWidget* parent)
     : QWidget(parent), theme_(theme), id_(block.id), cross_(new QToolButton(this)) {
-    setToolTip(QStringLiteral("Drag to reorder"));
+    setToolTip(tr("Drag to reorder"));
     setCursor(Qt::OpenHandCursor);
     setFocusPolicy(Qt::StrongFocus);
     cross_->setAutoRaise(true);
     cross_->setFocusPolicy(Qt::NoFocus);  // Delete does the same
     cross_->setCursor(Qt::ArrowCursor);
     cross_->setIconSize({10, 10});
-    cross_->setToolTip(QStringLiteral("Remove"));
+    cross_->setToolTip(tr("Remove"));
     connect(cross_, &QToolButton::clicked, this, [this] { emit removeRequested(1); });
 
     if (const auto* token = std::get_if<TokenRenommage>(&block.contenu)) {
@@ -84,10 +84,10 @@ void PatternChip::setText(const QString& text) {
 }
 
 void PatternChip::setPlace(int place, int count) {
-    const QString name = QStringLiteral("%1, block %2 of %3").arg(label_).arg(place + 1).arg(count);
+    const QString name = tr("%1, block %2 of %3").arg(label_).arg(place + 1).arg(count);
     setAccessibleName(name);
     if (field_ != nullptr) field_->setAccessibleName(name);
-    cross_->setAccessibleName(QStringLiteral("Remove %1").arg(label_));
+    cross_->setAccessibleName(tr("Remove %1").arg(label_));
 }
 
 void PatternChip::setDragged(bool dragged) {

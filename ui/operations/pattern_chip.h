@@ -1,6 +1,7 @@
 #pragma once
 
 #include "operations/rename_pattern.h"
+#include "ui/spoken_control.h"
 #include "ui/theme.h"
 
 #include <QLineEdit>
@@ -12,7 +13,7 @@ namespace dravik {
 
 /// One block of a pattern: a token by its label, a separator by its character, free text in a field that grows with it.
 /// Says what the user wants of it; the row does it.
-class PatternChip : public QWidget {
+class PatternChip : public QWidget, public SpokenControl {
     Q_OBJECT
   public:
     PatternChip(const BlocRenommage& block, const Theme& theme, QWidget* parent);
@@ -29,6 +30,10 @@ class PatternChip : public QWidget {
     void enter(int direction);
 
     [[nodiscard]] QSize sizeHint() const override;
+
+    [[nodiscard]] QAccessible::Role spokenRole() const override { return QAccessible::ListItem; }
+    /// Free text, or what the block is called.
+    [[nodiscard]] QString spokenValue() const override { return field_ != nullptr ? field_->text() : label_; }
 
     /// Does the key begin a text where there is no field?
     [[nodiscard]] static bool isTyping(const QKeyEvent& key);

@@ -17,6 +17,8 @@ constexpr int gap = 4;
 /// Room for two lines of blocks, so that what is below does not move with the first few.
 constexpr int leastHeight = 2 * 26 + gap + 2 * margin;
 
+QString emptyText() { return PatternRow::tr("Click tokens below to put a name together, or type"); }
+
 /// What is typed outside of a field: its separators are blocks of their own, as on their buttons.
 BlocRenommage blockOf(const QString& text) {
     if (text == QLatin1String("_")) return newBlock(PaletteRenommage::separator);
@@ -28,9 +30,10 @@ BlocRenommage blockOf(const QString& text) {
 
 PatternRow::PatternRow(const Theme& theme, QWidget* parent)
     : QWidget(parent), theme_(theme), flow_(new FlowLayout(gap, gap, this)) {
-    setAccessibleName(QStringLiteral("Pattern of the new names"));
+    setAccessibleName(tr("Pattern of the new names"));
     setFocusPolicy(Qt::StrongFocus);
     setMinimumHeight(leastHeight);
+    setLayoutDirection(Qt::LeftToRight);  // as the names that it makes are read
     flow_->setContentsMargins(margin, margin, margin, margin);
     connect(&theme_, &Theme::changed, this, [this] { update(); });
 }
@@ -40,6 +43,14 @@ PatternRow::~PatternRow() { stopListeningToChildren(*this); }
 void PatternRow::setPattern(const RenamePattern& pattern) {
     pattern_ = pattern;
     rebuild();
+}
+
+QString PatternRow::spokenValue() const {
+    if (chips_.empty()) return emptyText();
+    QStringList blocks;
+    for (const PatternChip* chip : chips_)
+        blocks << chip->spokenValue();
+    return blocks.join(QLatin1Char(' '));
 }
 
 PatternChip* PatternRow::makeChip(const BlocRenommage& block) {
@@ -222,7 +233,7 @@ void PatternRow::paintEvent(QPaintEvent*) {
     if (chips_.empty()) {
         painter.setPen(palette().color(QPalette::PlaceholderText));
         painter.drawText(rect().adjusted(2 * margin, 0, -2 * margin, 0), int(Qt::AlignVCenter | Qt::TextWordWrap),
-                         QStringLiteral("Click tokens below to put a name together, or type"));
+                         emptyText());
     } else if (hasFocus() && !dragPosition_) {
         // Where typed text would begin.
         const QRect last = chips_.back()->geometry();

@@ -12,7 +12,7 @@
 namespace dravik {
 
 /// The blocks of a pattern in a row that wraps: dragged or moved by keys, removed, typed.
-class PatternRow : public QWidget {
+class PatternRow : public QWidget, public SpokenControl {
     Q_OBJECT
   public:
     explicit PatternRow(const Theme& theme, QWidget* parent = nullptr);
@@ -24,6 +24,9 @@ class PatternRow : public QWidget {
     /// As by the user: the keyboard goes into it when it is free text.
     void append(const BlocRenommage& block) { insert(pattern_.size(), block); }
     [[nodiscard]] const std::vector<PatternChip*>& chips() const noexcept { return chips_; }
+    [[nodiscard]] QAccessible::Role spokenRole() const override { return QAccessible::List; }
+    /// The blocks by their names, or what to do while there are none.
+    [[nodiscard]] QString spokenValue() const override;
 
   signals:
     /// By the user.

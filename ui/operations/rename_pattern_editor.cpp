@@ -40,16 +40,16 @@ RenamePatternEditor::RenamePatternEditor(UserDefaults& settings, Dialogs& dialog
       dialogs_(dialogs),
       theme_(theme),
       row_(new PatternRow(theme, this)),
-      patterns_(new QPushButton(QStringLiteral("Patterns"), this)),
+      patterns_(new QPushButton(tr("Patterns"), this)),
       menu_(new QMenu(this)) {
-    patterns_->setAccessibleName(QStringLiteral("Patterns"));
-    patterns_->setToolTip(QStringLiteral("Use or keep a pattern"));
+    patterns_->setAccessibleName(tr("Patterns"));
+    patterns_->setToolTip(tr("Use or keep a pattern"));
     patterns_->setAutoDefault(false);
     patterns_->setMenu(menu_);
     connect(menu_, &QMenu::aboutToShow, this, &RenamePatternEditor::fillMenu);
     connect(row_, &PatternRow::patternChanged, this, [this] { emit patternChanged(row_->pattern()); });
 
-    headings_ = {new QLabel(QStringLiteral("Filename"), this), new QLabel(QStringLiteral("Available Tokens"), this)};
+    headings_ = {new QLabel(tr("Filename"), this), new QLabel(tr("Available Tokens"), this)};
     auto* top = new QHBoxLayout;
     top->addWidget(headings_[0]);
     top->addStretch();
@@ -81,7 +81,7 @@ QWidget* RenamePatternEditor::makePalette() {
         button->setObjectName(name);
         button->setText(name);
         button->setAccessibleName(name);
-        button->setToolTip(QStringLiteral("Click to add to Filename"));
+        button->setToolTip(tr("Click to add to Filename"));
         button->setFocusPolicy(Qt::StrongFocus);
         connect(button, &QToolButton::clicked, this, [this, one] { row_->append(newBlock(one)); });
         flow->addWidget(button);
@@ -94,17 +94,16 @@ void RenamePatternEditor::fillMenu() {
     const auto offer = [this](const NamedRenamePattern& named) {
         menu_->addAction(menuText(named.name), this, [this, pattern = named.pattern] { choose(pattern); });
     };
-    menu_->addSection(QStringLiteral("To Start From"));
+    menu_->addSection(tr("To Start From"));
     for (const NamedRenamePattern& named : builtInRenamePatterns())
         offer(named);
     const std::vector<NamedRenamePattern> saved = savedRenamePatterns(settings_);
-    if (!saved.empty()) menu_->addSection(QStringLiteral("Saved"));
+    if (!saved.empty()) menu_->addSection(tr("Saved"));
     for (const NamedRenamePattern& named : saved)
         offer(named);
     menu_->addSeparator();
-    menu_->addAction(QStringLiteral("Save Pattern…"), this, &RenamePatternEditor::askName)
-        ->setEnabled(!pattern().empty());
-    auto* removing = menu_->addMenu(QStringLiteral("Remove Pattern"));
+    menu_->addAction(tr("Save Pattern…"), this, &RenamePatternEditor::askName)->setEnabled(!pattern().empty());
+    auto* removing = menu_->addMenu(tr("Remove Pattern"));
     removing->setEnabled(!saved.empty());
     for (const NamedRenamePattern& named : saved) {
         removing->addAction(menuText(named.name), this,
@@ -119,11 +118,11 @@ void RenamePatternEditor::choose(const RenamePattern& pattern) {
 
 void RenamePatternEditor::askName() {
     TextQuestion question;
-    question.title = QStringLiteral("Save Pattern");
-    question.label = QStringLiteral("Name of the pattern:");
+    question.title = tr("Save Pattern");
+    question.label = tr("Name of the pattern:");
     question.text = proposedName(pattern());
-    question.hint = QStringLiteral("A saved pattern of the same name is replaced.");
-    question.accept = QStringLiteral("Save");
+    question.hint = tr("A saved pattern of the same name is replaced.");
+    question.accept = tr("Save");
     // What is kept is the pattern that was asked about.
     dialogs_.askText(question, [self = QPointer<RenamePatternEditor>(this),
                                 pattern = pattern()](const std::optional<QString>& name) {

@@ -39,7 +39,7 @@ void makeRows(QGridLayout& grid) {
 /// An entry of the list, and the text it shows.
 void addEntries(QComboBox& box, std::span<const std::string_view> entries) {
     for (const std::string_view entry : entries)
-        box.addItem(toQt(entry), toQt(entry));
+        box.addItem(inItsOwnDirection(toQt(entry), box.layoutDirection()), toQt(entry));
 }
 
 }  // namespace
@@ -51,7 +51,7 @@ ReportFormView::ReportFormView(UserDefaults& settings, const Theme& theme, QWidg
     fields->addWidget(makeNames(), 1);
     fields->addWidget(makeChoices(), 1);
     notes_ = new NoteEdit(static_cast<int>(longestTypedText), this);
-    notes_->setAccessibleName(QStringLiteral("Report Notes"));
+    notes_->setAccessibleName(tr("Report Notes"));
     notes_->setTabChangesFocus(true);
     notes_->setFixedHeight(notesLines * fontMetrics().lineSpacing() + 2 * metrics::panelMargin);
     connect(notes_, &QPlainTextEdit::textChanged, this, [this] {
@@ -63,15 +63,15 @@ ReportFormView::ReportFormView(UserDefaults& settings, const Theme& theme, QWidg
     layout->setContentsMargins({});
     layout->setSpacing(metrics::panelMargin);
     layout->addLayout(fields);
-    layout->addWidget(heading(QStringLiteral("Report Notes")));
+    layout->addWidget(heading(tr("Report Notes")));
     layout->addWidget(notes_);
-    layout->addWidget(heading(QStringLiteral("Columns")));
+    layout->addWidget(heading(tr("Columns")));
     layout->addWidget(makeColumns());
-    layout->addWidget(heading(QStringLiteral("Documents")));
+    layout->addWidget(heading(tr("Documents")));
     layout->addWidget(makeButtons());
     savedShown_.setSingleShot(true);
     savedShown_.setInterval(savedShownMilliseconds);
-    connect(&savedShown_, &QTimer::timeout, this, [this] { setDefault_->setText(QStringLiteral("Set as Default")); });
+    connect(&savedShown_, &QTimer::timeout, this, [this] { setDefault_->setText(tr("Set as Default")); });
     connect(&theme_, &Theme::changed, this, &ReportFormView::applyTheme);
     applyTheme();
     refresh();
@@ -89,7 +89,7 @@ QLineEdit* ReportFormView::addLine(QGridLayout& grid, int row, const QString& ti
     line->setMaxLength(static_cast<int>(longestTypedText));
     line->setMinimumWidth(leastNameWidth);
     line->setAccessibleName(title);
-    auto* label = new QLabel(title + QLatin1Char(':'), this);
+    auto* label = new QLabel(tr("%1:", "the caption of a field").arg(title), this);
     label->setBuddy(line);
     grid.addWidget(label, row, 0);
     grid.addWidget(line, row, 1);
@@ -110,23 +110,23 @@ QWidget* ReportFormView::makeNames() {
     auto* grid = new QGridLayout(names);
     grid->setContentsMargins({});
     makeRows(*grid);
-    addText(*grid, 0, QStringLiteral("Production"), &ReportForm::production);
-    addText(*grid, 1, QStringLiteral("Work Title"), &ReportForm::nomOeuvre);
-    addText(*grid, 2, QStringLiteral("Director"), &ReportForm::realisateur);
-    addText(*grid, 3, QStringLiteral("Sound Mixer"), &ReportForm::ingenieurSon);
-    tape_ = addLine(*grid, 4, QStringLiteral("Tape"));
+    addText(*grid, 0, tr("Production"), &ReportForm::production);
+    addText(*grid, 1, tr("Work Title"), &ReportForm::nomOeuvre);
+    addText(*grid, 2, tr("Director"), &ReportForm::realisateur);
+    addText(*grid, 3, tr("Sound Mixer"), &ReportForm::ingenieurSon);
+    tape_ = addLine(*grid, 4, tr("Tape"));
     connect(tape_, &QLineEdit::textEdited, this, &ReportFormView::tapeChanged);
     return names;
 }
 
 void ReportFormView::addChoice(QGridLayout& grid, int row, const QString& title, const Choice& choice) {
-    auto* caption = new QLabel(title + QLatin1Char(':'), this);
+    auto* caption = new QLabel(tr("%1:", "the caption of a field").arg(title), this);
     caption->setBuddy(choice.box);
-    choice.box->addItem(QStringLiteral("Custom…"), toQt(customChoice));
+    choice.box->addItem(tr("Custom…"), toQt(customChoice));
     choice.box->setAccessibleName(title);
     choice.box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     choice.box->setMinimumContentsLength(usualLetters);
-    const QString custom = QStringLiteral("Custom %1").arg(title);
+    const QString custom = tr("Custom %1").arg(title);
     choice.custom->setAccessibleName(custom);
     choice.custom->setToolTip(custom);
     choice.custom->setPlaceholderText(custom);
@@ -164,16 +164,16 @@ QWidget* ReportFormView::makeChoices() {
         return box;
     };
     using F = ReportForm;
-    addChoice(*grid, 0, QStringLiteral("Reference Level"),
+    addChoice(*grid, 0, tr("Reference Level"),
               {make(referenceChoices, false), new QLineEdit(this), &F::referenceMode, &F::referenceAutre, nullptr});
-    addChoice(*grid, 1, QStringLiteral("Frame Rate"),
+    addChoice(*grid, 1, tr("Frame Rate"),
               {make(framerateLabels, true), new QLineEdit(this), &F::framerateMode, &F::framerateAutre,
                &FileValues::framerate});
-    addChoice(*grid, 2, QStringLiteral("Sample Rate"),
+    addChoice(*grid, 2, tr("Sample Rate"),
               {make(sampleRateChoices, true), new QLineEdit(this), &F::sampleRateMode, &F::sampleRateAutre,
                &FileValues::sampleRate});
     addChoice(
-        *grid, 3, QStringLiteral("Bit Depth"),
+        *grid, 3, tr("Bit Depth"),
         {make(bitDepthChoices, true), new QLineEdit(this), &F::bitDepthMode, &F::bitDepthAutre, &FileValues::bitDepth});
     return choices;
 }
@@ -186,7 +186,7 @@ QWidget* ReportFormView::makeColumns() {
     auto* name = new QCheckBox(toQt(titleOf(ReportColumn::fileName)), columns);
     name->setChecked(true);
     name->setEnabled(false);
-    name->setToolTip(QStringLiteral("Always the first column"));
+    name->setToolTip(tr("Always the first column"));
     grid->addWidget(name, 0, 0);
     int place = 1;
     for (const ReportColumnInfo& info : optionalColumns()) {
@@ -219,21 +219,21 @@ QWidget* ReportFormView::makeButtons() {
         switches_.push_back({box, on});
     }
     layout->addStretch();
-    auto* load = new QPushButton(QStringLiteral("Load Defaults"), line);
-    load->setToolTip(QStringLiteral("Fill the form with what was kept"));
+    auto* load = new QPushButton(tr("Load Defaults"), line);
+    load->setToolTip(tr("Fill the form with what was kept"));
     load->setAutoDefault(false);
     connect(load, &QPushButton::clicked, this, [this] {
         setForm(reportDefaults(settings_));
         changed();
     });
-    setDefault_ = new QPushButton(QStringLiteral("✓ Defaults Saved"), line);
+    setDefault_ = new QPushButton(tr("✓ Defaults Saved"), line);
     setDefault_->setMinimumWidth(setDefault_->sizeHint().width());
-    setDefault_->setText(QStringLiteral("Set as Default"));
-    setDefault_->setToolTip(QStringLiteral("Keep what the form says for the next report; the tape is not kept"));
+    setDefault_->setText(tr("Set as Default"));
+    setDefault_->setToolTip(tr("Keep what the form says for the next report; the tape is not kept"));
     setDefault_->setAutoDefault(false);
     connect(setDefault_, &QPushButton::clicked, this, [this] {
         saveReportDefaults(settings_, form_);
-        setDefault_->setText(QStringLiteral("✓ Defaults Saved"));
+        setDefault_->setText(tr("✓ Defaults Saved"));
         savedShown_.start();
     });
     layout->addWidget(load);
@@ -255,7 +255,7 @@ QString ReportFormView::tape() const { return tape_->text().trimmed(); }
 void ReportFormView::setFileValues(const FileValues& values) {
     ofFiles_ = values;
     texts_.front().line->setPlaceholderText(toQt(values.production));
-    tape_->setPlaceholderText(values.tape.empty() ? QStringLiteral("None") : toQt(values.tape));
+    tape_->setPlaceholderText(values.tape.empty() ? tr("None") : toQt(values.tape));
     refreshChoices();
 }
 
@@ -285,9 +285,10 @@ void ReportFormView::refreshChoices() {
         if (choice.custom->text() != text) choice.custom->setText(text);
         if (choice.ofFiles == nullptr) continue;
         const QString said = toQt(ofFiles_.*choice.ofFiles);
-        choice.box->setItemText(
-            choice.box->findData(toQt(filesChoice)),
-            said.isEmpty() ? QStringLiteral("From the files") : QStringLiteral("From the files (%1)").arg(said));
+        choice.box->setItemText(choice.box->findData(toQt(filesChoice)),
+                                said.isEmpty()
+                                    ? tr("From the files")
+                                    : tr("From the files (%1)").arg(inItsOwnDirection(said, layoutDirection())));
         choice.box->setToolTip(choice.box->currentText());
     }
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/list_looks.h"
+
 #include <QApplication>
 #include <QPainter>
 #include <QStyledItemDelegate>
@@ -32,6 +34,7 @@ class RowDelegate final : public QStyledItemDelegate {
         QStyledItemDelegate::initStyleOption(option, index);
         option->state.setFlag(QStyle::State_HasFocus, false);
         if (index.column() == sentences_) option->textElideMode = Qt::ElideRight;
+        option->text = inItsOwnDirection(option->text, option->direction);
     }
 
   private:

@@ -88,8 +88,8 @@ class TakeCheckModel final : public QAbstractTableModel {
 TakeCheckList::TakeCheckList(const Theme& theme, QWidget* parent)
     : QWidget(parent),
       model_(new TakeCheckModel(theme, this)),
-      table_(new CheckTable(*model_, theme, QStringLiteral("Takes"), {}, this)),
-      bar_(new CheckBar(QStringLiteral("take"), this)) {
+      table_(new CheckTable(*model_, theme, tr("Takes"), {}, this)),
+      bar_(new CheckBar(Noun::take, this)) {
     table_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     table_->setTextElideMode(Qt::ElideMiddle);  // names differ at their ends
     setFocusProxy(table_);
@@ -117,7 +117,7 @@ TakeCheckList::TakeCheckList(const Theme& theme, QWidget* parent)
     refreshCount();
 }
 
-void TakeCheckList::setNoun(const QString& noun) { bar_->setNoun(noun); }
+void TakeCheckList::setNoun(Noun noun) { bar_->setNoun(noun); }
 
 void TakeCheckList::setRows(std::vector<TakeCheckRow> rows) {
     const QScopedValueRollback<bool> set(setting_, true);

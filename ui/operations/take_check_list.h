@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/text.h"
 #include "ui/theme.h"
 
 #include <QString>
@@ -25,8 +26,8 @@ class TakeCheckList : public QWidget {
   public:
     explicit TakeCheckList(const Theme& theme, QWidget* parent = nullptr);
 
-    /// What a row is: "take", or "file". Before the rows.
-    void setNoun(const QString& noun);
+    /// What a row is. Before the rows.
+    void setNoun(Noun noun);
     /// These tell nobody. As many rows as before leave the list where it was scrolled to, and its current row.
     void setRows(std::vector<TakeCheckRow> rows);
     void setChecked(int row, bool checked);

@@ -77,7 +77,7 @@ class TrackChecksModel final : public QAbstractTableModel {
                 return int((at.column() == number && at.row() >= firstTrack() ? Qt::AlignRight : Qt::AlignLeft) |
                            Qt::AlignVCenter);
             case Qt::ToolTipRole:
-                return at.row() < firstTrack() && !stereoPossible() ? QStringLiteral("Needs two tracks")
+                return at.row() < firstTrack() && !stereoPossible() ? TrackChecks::tr("Needs two tracks")
                                                                     : text(at.row(), name);
             case Qt::CheckStateRole:
                 return at.column() == number ? QVariant(int(on ? Qt::Checked : Qt::Unchecked)) : QVariant();
@@ -91,7 +91,7 @@ class TrackChecksModel final : public QAbstractTableModel {
                 return font;
             }
             case Qt::AccessibleTextRole:
-                return struck ? QStringLiteral("%1, will be deleted").arg(text(at.row(), at.column()))
+                return struck ? TrackChecks::tr("%1, will be deleted").arg(text(at.row(), at.column()))
                               : text(at.row(), at.column());
             default:
                 return {};
@@ -124,7 +124,7 @@ class TrackChecksModel final : public QAbstractTableModel {
     }
     [[nodiscard]] bool isUnnamed(int row) const { return row >= firstTrack() && track(row).nom.isEmpty(); }
     [[nodiscard]] QString text(int row, int column) const {
-        if (row < firstTrack()) return QStringLiteral("Stereo — Tracks 1 + 2");
+        if (row < firstTrack()) return TrackChecks::tr("Stereo — Tracks 1 + 2");
         const TrackName& one = track(row);
         if (column == number) return QString::number(one.numero);
         return one.label();
@@ -143,10 +143,9 @@ class TrackChecksModel final : public QAbstractTableModel {
 TrackChecks::TrackChecks(Meaning meaning, const Theme& theme, QWidget* parent)
     : QWidget(parent),
       model_(new TrackChecksModel(meaning, theme, this)),
-      table_(new CheckTable(*model_, theme,
-                            meaning == Meaning::removed ? QStringLiteral("Tracks to delete") : QStringLiteral("Tracks"),
+      table_(new CheckTable(*model_, theme, meaning == Meaning::removed ? tr("Tracks to delete") : tr("Tracks"),
                             {numberWidth}, this)),
-      bar_(new CheckBar(QStringLiteral("track"), this)) {
+      bar_(new CheckBar(Noun::track, this)) {
     model_->userChanged = [this] {
         refresh();
         emit checkedChanged(model_->checked(), stereoChecked());

@@ -23,12 +23,12 @@ TrackOrderList::TrackOrderList(const Theme& theme, QWidget* parent)
     : QWidget(parent),
       model_(new TrackOrderModel(theme, this)),
       view_(new TrackOrderView(*model_, theme, this)),
-      up_(new QPushButton(QStringLiteral("Up"), this)),
-      down_(new QPushButton(QStringLiteral("Down"), this)),
-      original_(new QPushButton(QStringLiteral("Original Order"), this)) {
-    up_->setToolTip(QStringLiteral("Move the track up (Alt+Up)"));
-    down_->setToolTip(QStringLiteral("Move the track down (Alt+Down)"));
-    original_->setToolTip(QStringLiteral("Put the tracks back into the order that they have"));
+      up_(new QPushButton(tr("Up"), this)),
+      down_(new QPushButton(tr("Down"), this)),
+      original_(new QPushButton(tr("Original Order"), this)) {
+    up_->setToolTip(tr("Move the track up (Alt+Up)"));
+    down_->setToolTip(tr("Move the track down (Alt+Down)"));
+    original_->setToolTip(tr("Put the tracks back into the order that they have"));
     for (QPushButton* button : {up_, down_, original_}) {
         button->setAutoDefault(false);
         button->setAccessibleName(button->text());

@@ -58,7 +58,7 @@ QVariant TrackOrderModel::data(const QModelIndex& at, int role) const {
         case Qt::DisplayRole:
             if (at.column() == position) return at.row() + 1;
             if (at.column() == name) return track.label();
-            return moved ? QStringLiteral("was %1").arg(track.numero) : QString();
+            return moved ? tr("was %1").arg(track.numero) : QString();
         case Qt::DecorationRole:
             return at.column() == position ? QVariant(theme_.icon(QStringLiteral("grip"))) : QVariant();
         case Qt::TextAlignmentRole:
@@ -67,12 +67,11 @@ QVariant TrackOrderModel::data(const QModelIndex& at, int role) const {
             if (at.column() == before) return theme_.pendingText();
             return at.column() == position || track.nom.isEmpty() ? QVariant(theme_.dimmed()) : QVariant();
         case Qt::ToolTipRole:
-            return QStringLiteral("%1\nDrag to reorder, or Alt+Up and Alt+Down").arg(track.text());
+            return tr("%1\nDrag to reorder, or Alt+Up and Alt+Down").arg(track.text());
         case Qt::AccessibleTextRole:
             if (at.column() != name) return {};
-            return QStringLiteral("%1 %2%3")
-                .arg(at.row() + 1)
-                .arg(track.label(), moved ? QStringLiteral(", was %1").arg(track.numero) : QString());
+            if (moved) return tr("%1 %2, was %3").arg(at.row() + 1).arg(track.label()).arg(track.numero);
+            return QStringLiteral("%1 %2").arg(at.row() + 1).arg(track.label());
         default:
             return {};
     }
@@ -83,7 +82,7 @@ QVariant TrackOrderModel::headerData(int section, Qt::Orientation orientation, i
     if (role == Qt::TextAlignmentRole)
         return int((section == position ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
     if (role != Qt::DisplayRole) return {};
-    static const QString titles[] = {QStringLiteral("#"), QStringLiteral("Name"), QString()};
+    const QString titles[] = {QStringLiteral("#"), tr("Name"), QString()};
     return titles[section];
 }
 
@@ -91,7 +90,7 @@ TrackOrderView::TrackOrderView(TrackOrderModel& model, const Theme& theme, QWidg
     : QTableView(parent), model_(model), theme_(theme) {
     constexpr int positionWidth = 46, beforeWidth = 64;
     setModel(&model);
-    makeDense(*this, theme, QStringLiteral("Order of the tracks"), {positionWidth});
+    makeDense(*this, theme, tr("Order of the tracks"), {positionWidth});
     setItemDelegate(new RowDelegate(-1, this));
     horizontalHeader()->setStretchLastSection(false);
     horizontalHeader()->setSectionResizeMode(TrackOrderModel::name, QHeaderView::Stretch);

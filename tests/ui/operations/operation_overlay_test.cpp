@@ -23,7 +23,7 @@ OperationCompletionInfo ended(std::vector<OperationAudioResult> results) {
     info.successTitle = QStringLiteral("Merge Complete");
     info.failedTitle = QStringLiteral("Merge Failed");
     info.successMessage = QStringLiteral("All well.");
-    info.noun = QStringLiteral("take");
+    info.noun = Noun::take;
     info.results = std::move(results);
     return info;
 }
