@@ -10,6 +10,7 @@
 #include "cli/set_command.h"
 #include "cli/show_command.h"
 #include "cli/track_commands.h"
+#include "cli/update_check_command.h"
 
 #include <string>
 #include <variant>
@@ -23,7 +24,7 @@ struct Told {
 };
 using Command =
     std::variant<Told, ScanOptions, ShowOptions, SetOptions, CuesOptions, DemoOptions, RecoverOptions, ReorderOptions,
-                 DeleteTracksOptions, SplitOptions, MergeOptions, ExportOptions, RenameOptions, ReportOptions>;
+                 DeleteTracksOptions, SplitOptions, MergeOptions, ExportOptions, RenameOptions, ReportOptions, UpdateCheckOptions>;
 
 /// Never throws for what a user may type.
 [[nodiscard]] Command parseCommandLine(int argc, const char* const* argv);

@@ -68,6 +68,7 @@ struct Runner {
     ExitCode operator()(const ExportOptions& options) const { return runExport(options, services); }
     ExitCode operator()(const RenameOptions& options) const { return runRename(options, services); }
     ExitCode operator()(const ReportOptions& options) const { return runReport(options, services); }
+    ExitCode operator()(const UpdateCheckOptions& options) const { return runUpdateCheck(options, services); }
 };
 
 ExitCode run(int argc, const char* const* argv) {
