@@ -22,9 +22,9 @@ struct Told {
     ExitCode code = ExitCode::done;
     std::string text;  ///< help or version when done, else what is wrong
 };
-using Command =
-    std::variant<Told, ScanOptions, ShowOptions, SetOptions, CuesOptions, DemoOptions, RecoverOptions, ReorderOptions,
-                 DeleteTracksOptions, SplitOptions, MergeOptions, ExportOptions, RenameOptions, ReportOptions, UpdateCheckOptions>;
+using Command = std::variant<Told, ScanOptions, ShowOptions, SetOptions, CuesOptions, DemoOptions, RecoverOptions,
+                             ReorderOptions, DeleteTracksOptions, SplitOptions, MergeOptions, ExportOptions,
+                             RenameOptions, ReportOptions, UpdateCheckOptions>;
 
 /// Never throws for what a user may type.
 [[nodiscard]] Command parseCommandLine(int argc, const char* const* argv);

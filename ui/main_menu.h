@@ -59,6 +59,10 @@ class MainMenu : public QObject {
     void quitRequested();
     void preferencesRequested();
     void shortcutsRequested();
+    void checkForUpdatesRequested();
+    void whatsNewRequested();
+    void contactSupportRequested();
+    void webSiteRequested();
     void aboutRequested();
     void licencesRequested();
 

@@ -6,6 +6,7 @@
 #include "ui/operations/operations_window.h"
 #include "ui/preferences_window.h"
 #include "ui/status_line.h"
+#include "ui/update_sheet.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -78,6 +79,24 @@ const std::vector<Sample>& samples() {
          true},
     };
     return all;
+}
+
+/// The sheet about a release in its states; `notes` are those of the installed version.
+std::vector<std::pair<QString, UpdatePresentation>> updateSheets(const std::vector<std::string>& notes) {
+    const UpdateInfo info{"2.1",
+                          21'000,
+                          "2026-05-14",
+                          "15.2",
+                          "https://dravik.test/download",
+                          {"Markers can be given a colour, which other programs see, too.",
+                           "Reports of a day with several production units have a page for each.",
+                           "A card that is full says so before the first file is copied."}};
+    const InstalledAppVersion installed{"2.0.3", 20'003};
+    const RunningSystem linux{std::nullopt, QStringLiteral("Debian GNU/Linux 12 (bookworm)")};
+    const RunningSystem mac{OperatingSystemVersion{14, 2, 1}, {}};
+    return {{QStringLiteral("update-available"), presentationOf({info, true}, installed, linux)},
+            {QStringLiteral("update-incompatible"), presentationOf({info, false}, installed, mac)},
+            {QStringLiteral("whats-new"), whatsNewPresentation({"2.0.3", "20003"}, notes)}};
 }
 
 OperationAudioResult result(const std::string& take, const std::string& message, bool success) {
@@ -249,6 +268,17 @@ struct Album {
         }
     }
 
+    void sheets() const {
+        for (const auto& [name, presentation] : updateSheets(windows.releaseNotes)) {
+            run([&window = windows.window, presentation = presentation] {
+                QDialog* sheet = makeUpdateSheet(presentation, {}, &window);
+                sheet->setAttribute(Qt::WA_DeleteOnClose);
+                sheet->open();
+            });
+            dialog(name);
+        }
+    }
+
     void smallWindows() const {
         MainWindow& window = windows.window;
         PreferencesWindow& preferences = windows.preferences;
@@ -297,6 +327,7 @@ void drawAllWindows(const Windows& windows, const std::filesystem::path& day, co
     album.playing();
     album.edits();
     album.alerts();
+    album.sheets();
     album.smallWindows();
     album.run([&content = windows.content] { content.rows().discardAll(); });
     const auto before = std::make_shared<Sequence>();

@@ -5,6 +5,8 @@
 #include <QString>
 #include <filesystem>
 #include <functional>
+#include <string>
+#include <vector>
 
 namespace dravik {
 
@@ -22,6 +24,7 @@ struct Windows {
     PreferencesWindow& preferences;
     Dialogs& dialogs;
     TakePlayback& playback;
+    std::vector<std::string> releaseNotes;
 };
 
 /// Every window and dialog into the folder: first without takes, then with those of `day` and some edits pending that

@@ -46,8 +46,12 @@ QLabel* hint(const QString& text) {
 
 }  // namespace
 
-PreferencesWindow::PreferencesWindow(UserDefaults& settings, Commands& commands, const Theme& theme)
-    : settings_(settings), commands_(commands), theme_(theme), tabs_(new QTabWidget(this)) {
+PreferencesWindow::PreferencesWindow(UserDefaults& settings, Commands& commands, const Theme& theme, bool updatesExist)
+    : settings_(settings),
+      commands_(commands),
+      theme_(theme),
+      updatesExist_(updatesExist),
+      tabs_(new QTabWidget(this)) {
     setWindowTitle(QStringLiteral("Preferences"));
     setObjectName(QStringLiteral("preferences"));
     tabs_->setDocumentMode(true);
@@ -144,6 +148,12 @@ QWidget* PreferencesWindow::filesTab() {
     auto* tab = new QWidget(this);
     auto* layout = new QVBoxLayout(tab);
     layout->addWidget(checkBox(QStringLiteral("&Open the last folder when Dravik starts"), settings::reopenLastFolder));
+    QWidget* updates = checkBox(tr("Check for &updates automatically"), settings::verifierMisesAJourAutomatiquement);
+    if (!updatesExist_) {
+        updates->setEnabled(false);
+        updates->setToolTip(tr("This build of Dravik was made without an update server."));
+    }
+    layout->addWidget(updates);
     layout->addWidget(checkBox(QStringLiteral("&Ask to save before another take is selected"),
                                settings::confirmBeforeSelectingAnotherTake));
     layout->addWidget(hint(QStringLiteral("Otherwise unsaved changes stay with their rows, marked, until Save All.")));
