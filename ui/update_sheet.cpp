@@ -85,6 +85,7 @@ QDialog* makeUpdateSheet(const UpdatePresentation& presentation, std::function<v
     icon->setPixmap(QIcon(QStringLiteral(":/icons/dravik.svg")).pixmap(QSize(iconSide, iconSide)));
     auto* heading = new QVBoxLayout;
     heading->addWidget(title(presentation.title));
+    heading->addSpacing(2);
     heading->setSpacing(4);
     for (const QString& information : presentation.information) {
         QLabel* label = line(information);

@@ -101,7 +101,9 @@ TEST_F(UpdateFlowTest, LooksAtTheStartOnceADayAndSpeaksOfUpdatesAlone) {
         settle(*flow);
         EXPECT_EQ(fetcher->asked().size() - before, row.asked) << row.last << row.automatic;
         EXPECT_EQ(presented.size(), row.presented) << row.last << row.automatic;
-        if (row.asked > 0) EXPECT_EQ(lastCheck(), QStringLiteral("2026-05-20T12:00:00.000Z"));
+        if (row.asked > 0) {
+            EXPECT_EQ(lastCheck(), QStringLiteral("2026-05-20T12:00:00.000Z"));
+        }
         flow->start();
         settle(*flow);
         EXPECT_EQ(fetcher->asked().size() - before, row.asked) << "not twice a day";
