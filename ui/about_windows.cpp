@@ -27,6 +27,7 @@ constexpr Licence licences[] = {
     {"utf8proc", "letter case of file names", "MIT"},
     {"{fmt}", "text formatting", "MIT"},
     {"spdlog", "logging", "MIT"},
+    {"nlohmann-json", "reading what the update server says", "MIT"},
 };
 
 QDialog* makeDialog(QWidget& parent, const QString& title, QWidget* content) {
