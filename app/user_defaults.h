@@ -35,7 +35,9 @@ inline constexpr Setting<const char*> couleurAccent{"couleurAccent", "#E8912D"};
 inline constexpr Setting<const char*> appearance{"appearance", "system"};  ///< "system", "light" or "dark"
 inline constexpr Setting<bool> reopenLastFolder{"reopenLastFolder", true};
 inline constexpr Setting<const char*> lastFolder{"lastFolder", ""};
-inline constexpr Setting<int> NSInitialToolTipDelay{"NSInitialToolTipDelay", 300};  ///< milliseconds
+inline constexpr Setting<bool> verifierMisesAJourAutomatiquement{"verifierMisesAJourAutomatiquement", true};
+inline constexpr const char* lastSuccessfulUpdateCheckDate = "lastSuccessfulUpdateCheckDate";  ///< in ISO 8601
+inline constexpr Setting<int> NSInitialToolTipDelay{"NSInitialToolTipDelay", 300};             ///< milliseconds
 
 // Making new files.
 inline constexpr Setting<const char*> operationsTab{"operationsTab", ""};

@@ -86,6 +86,14 @@ do the same for the folders they open.
 Example:
   dravik-cli recover /media/card/day1)";
 
+constexpr const char* updateCheckFooter =
+    R"(Asks the update server, over HTTPS and the system's proxy, and changes nothing. Exit code 0 when the server has
+answered, whether or not there is an update.
+
+Examples:
+  dravik-cli update-check
+  dravik-cli update-check --json | jq -r 'select(.updateAvailable) | .latest.version')";
+
 constexpr const char* reorderFooter =
     R"(Writes a new file "_order" beside each poly file, and for a mono set new files "_order_01", "_order_02"...
 Tracks are numbered from 1 and anew in their new order. The sources stay as they are, no file is written over.
@@ -224,6 +232,7 @@ class Grammar {
         rename();
         report();
         demo();
+        updateCheck();
         completions();
         manPage();
     }
@@ -640,6 +649,12 @@ class Grammar {
         });
     }
 
+    void updateCheck() {
+        CLI::App& sub = command("update-check", "Ask whether there is a newer Dravik", updateCheckFooter);
+        json(sub, updateCheck_.json);
+        chosenBy(sub, updateCheck_);
+    }
+
     Offers offers_;
     CLI::App app_{"Reads and edits the metadata of production sound recordings.", "dravik-cli"};
     Command command_;
@@ -657,6 +672,7 @@ class Grammar {
     ExportOptions export_;
     RenameOptions rename_;
     ReportOptions report_;
+    UpdateCheckOptions updateCheck_;
     bool pdfAlone_ = false, csvAlone_ = false;
     std::string shell_;
     std::vector<std::string> trackArguments_, addArguments_, removeArguments_, renameArguments_;

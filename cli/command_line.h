@@ -10,6 +10,7 @@
 #include "cli/set_command.h"
 #include "cli/show_command.h"
 #include "cli/track_commands.h"
+#include "cli/update_check_command.h"
 
 #include <string>
 #include <variant>
@@ -21,9 +22,9 @@ struct Told {
     ExitCode code = ExitCode::done;
     std::string text;  ///< help or version when done, else what is wrong
 };
-using Command =
-    std::variant<Told, ScanOptions, ShowOptions, SetOptions, CuesOptions, DemoOptions, RecoverOptions, ReorderOptions,
-                 DeleteTracksOptions, SplitOptions, MergeOptions, ExportOptions, RenameOptions, ReportOptions>;
+using Command = std::variant<Told, ScanOptions, ShowOptions, SetOptions, CuesOptions, DemoOptions, RecoverOptions,
+                             ReorderOptions, DeleteTracksOptions, SplitOptions, MergeOptions, ExportOptions,
+                             RenameOptions, ReportOptions, UpdateCheckOptions>;
 
 /// Never throws for what a user may type.
 [[nodiscard]] Command parseCommandLine(int argc, const char* const* argv);

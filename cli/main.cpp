@@ -5,6 +5,8 @@
 #include "platform/native_file_ops.h"
 
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
 #include <memory>
 
 #include <fcntl.h>
@@ -68,6 +70,7 @@ struct Runner {
     ExitCode operator()(const ExportOptions& options) const { return runExport(options, services); }
     ExitCode operator()(const RenameOptions& options) const { return runRename(options, services); }
     ExitCode operator()(const ReportOptions& options) const { return runReport(options, services); }
+    ExitCode operator()(const UpdateCheckOptions& options) const { return runUpdateCheck(options, services); }
 };
 
 ExitCode run(int argc, const char* const* argv) {
@@ -95,4 +98,12 @@ ExitCode run(int argc, const char* const* argv) {
 }  // namespace
 }  // namespace dravik
 
-int main(int argc, char** argv) { return static_cast<int>(dravik::run(argc, argv)); }
+int main(int argc, char** argv) {
+    const dravik::ExitCode code = dravik::run(argc, argv);
+    if (code == dravik::ExitCode::interrupted) {
+        // Qt would wait for a name that is being looked up, which nobody can stop. All files are closed by now.
+        static_cast<void>(std::fflush(nullptr));
+        std::_Exit(static_cast<int>(code));
+    }
+    return static_cast<int>(code);
+}

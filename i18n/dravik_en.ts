@@ -2,6 +2,103 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en" sourcelanguage="en">
 <context>
+    <name>CommandLine</name>
+    <message>
+        <source>See, edit and save the metadata of production sound recordings.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>When Dravik runs already, its window opens what is named here.
+Options of Qt, as &quot;-platform offscreen&quot; or &quot;-style fusion&quot;, are taken, too.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Print this help.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Print the version.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Say on standard error what is done.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Draw the main window into this PNG file, and end.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Draw every window into this folder, and end.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A folder, or files, to open.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>Looking for updates…</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>UpdatePresentation</name>
+    <message>
+        <source>You are currently using version %1 (Build %2)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This Mac is currently running macOS %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This computer is currently running %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Dravik %1 is available</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Download Update</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Later</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Dravik %1 requires macOS %2 or later.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the required macOS version</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Released %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>What&apos;s New in Dravik %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>UpdateSheet</name>
+    <message>
+        <source>Release notes</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>dravik::AboutWindows</name>
     <message>
         <source>windows, settings, network</source>
@@ -48,10 +145,6 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>&lt;h2&gt;Dravik %1&lt;/h2&gt;&lt;p&gt;Metadata of production sound: see takes instead of files,&lt;br&gt;correct them, and lose nothing.&lt;/p&gt;</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>About Dravik</source>
         <translation type="unfinished"></translation>
     </message>
@@ -65,6 +158,14 @@
     </message>
     <message>
         <source>Third-party licenses</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>reading what the update server says</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&lt;h2&gt;Dravik %1&lt;/h2&gt;&lt;p&gt;Build %2, commit %3&lt;/p&gt;&lt;p&gt;Metadata of production sound: see takes instead of files,&lt;br&gt;correct them, and lose nothing.&lt;/p&gt;</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -1020,6 +1121,38 @@ Re-enable Group Mono Files to edit detected mono sets together.</source>
         <source>Redo</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Check for Updates…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Ask whether there is a newer version</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>What&apos;s New</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>What has changed in this version</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Contact Support</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Write a mail</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Dravik Web Site</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open the web site</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>dravik::MainWindow</name>
@@ -1071,6 +1204,37 @@ Would you like to quit without it?</source>
     </message>
     <message>
         <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>dravik::ManualWindow</name>
+    <message>
+        <source>Dravik Manual</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Search the manual</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Forward</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The link could not be opened</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -1940,6 +2104,14 @@ Shift + Click Solo: Add/remove Solo in OR mode</source>
         <source>Warn when mono &amp;grouping is switched off</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Check for &amp;updates automatically</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This build of Dravik was made without an update server.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>dravik::QtDialogs</name>
@@ -2666,6 +2838,10 @@ Would you like to discard these changes?</source>
     </message>
     <message>
         <source>Refresh</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Dravik Manual</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -3637,6 +3813,37 @@ Right click to choose how far</source>
     <message>
         <source>Nudge forward: %1
 Right click to choose how far</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>dravik::UpdateFlow</name>
+    <message>
+        <source>Unable to Check for Updates</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Dravik couldn&apos;t connect to the update server. Please check your internet connection and try again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Dravik is up to date</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>You&apos;re running the latest version of Dravik</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The Update Could Not Be Downloaded</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The Support Could Not Be Contacted</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The Web Site Could Not Be Opened</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

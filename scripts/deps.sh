@@ -14,11 +14,11 @@ dravik_packages() {
             printf '%s\n' g++ cmake ninja-build pkg-config ccache mold \
                 libfmt-dev libutf8proc-dev libsndfile1-dev libmpg123-dev libavformat-dev libavcodec-dev libavutil-dev \
                 libsoxr-dev libmp3lame-dev qt6-base-dev qt6-svg-dev libsdl2-dev libspdlog-dev fonts-dejavu-core libcli11-dev \
-                librsvg2-bin \
+                librsvg2-bin nlohmann-json3-dev \
                 qt6-tools-dev qt6-l10n-tools # compile the catalogues of texts, and bring them up to date
             ;;
         test) # libraries of tests and benchmarks, and the programs that judge the files we make
-            printf '%s\n' libgtest-dev libgmock-dev libpcre2-dev libbenchmark-dev nlohmann-json3-dev python3 \
+            printf '%s\n' libgtest-dev libgmock-dev libpcre2-dev libbenchmark-dev openssl python3 \
                 ffmpeg sox sndfile-programs mediainfo poppler-utils qpdf jq pulseaudio pulseaudio-utils \
                 xvfb xauth openbox xdotool # a display, a window manager and keys for the window's end-to-end test
             ;;

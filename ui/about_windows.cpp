@@ -39,6 +39,8 @@ constexpr Licence licences[] = {
     {"{fmt}", QT_TRANSLATE_NOOP("dravik::AboutWindows", "text formatting"),
      QT_TRANSLATE_NOOP("dravik::AboutWindows", "MIT")},
     {"spdlog", QT_TRANSLATE_NOOP("dravik::AboutWindows", "logging"), QT_TRANSLATE_NOOP("dravik::AboutWindows", "MIT")},
+    {"nlohmann-json", QT_TRANSLATE_NOOP("dravik::AboutWindows", "reading what the update server says"),
+     QT_TRANSLATE_NOOP("dravik::AboutWindows", "MIT")},
 };
 
 QDialog* makeDialog(QWidget& parent, const QString& title, QWidget* content) {

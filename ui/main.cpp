@@ -5,6 +5,7 @@
 #include "app/take_playback.h"
 #include "app/take_waveform.h"
 #include "app/text.h"
+#include "app/update_flow.h"
 #include "base/abandoned_work.h"
 #include "base/build_info.h"
 #include "platform/available_memory.h"
@@ -14,7 +15,9 @@
 #include "platform/media/lazy_media_reader.h"
 #include "platform/media/lazy_sample_decoder.h"
 #include "platform/native_file_ops.h"
+#include "platform/network/lazy_http_fetcher.h"
 #include "platform/pdf/lazy_pdf_renderer.h"
+#include "platform/running_system.h"
 #include "platform/sdl/sdl_audio_output.h"
 #include "platform/soxr/soxr_converter.h"
 #include "ui/about_windows.h"
@@ -25,13 +28,18 @@
 #include "ui/preferences_window.h"
 #include "ui/program_options.h"
 #include "ui/qt_dialogs.h"
+#include "ui/status_line.h"
 #include "ui/theme.h"
+#include "ui/update_sheet.h"
+#include "update/release_notes.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QFile>
 #include <QFileOpenEvent>
 #include <QLocale>
 #include <QStandardPaths>
+#include <QSysInfo>
 #include <QTimer>
 #include <algorithm>
 #include <chrono>
@@ -90,7 +98,13 @@ class Program {
           // Not quit(), which closes all windows first: they would open no more the next time.
           termination_(commands_, [] { QApplication::exit(); }),
           router_(windows_),
-          preferences_(settings_, commands_, theme_) {
+          preferences_(settings_, commands_, theme_, !deployment().hasPlaceholders()) {
+        QObject::connect(&updates_, &UpdateFlow::presented, &dialogs_, [this](const UpdatePresentation& presentation) {
+            dialogs_.show([this, presentation](QWidget* window) {
+                return makeUpdateSheet(
+                    presentation, [this](const QString& url) { updates_.download(url); }, window);
+            });
+        });
         windows_.setOpener([this] { openMainWindow(); });
         application.openFiles = [this](const ExternalFileOpenRouter::Urls& urls) { router_.route(urls); };
         QObject::connect(&instance, &SingleInstance::received, &application,
@@ -110,9 +124,13 @@ class Program {
     /// Draws all windows, with the takes of the folder, into the folder of pictures, and ends the program.
     void drawAll(const std::filesystem::path& day, const QString& folder) {
         windows_.presentMainWindow();
-        all_.emplace(Windows{*window_, *content_, preferences_, dialogs_, *playback_});
+        all_.emplace(Windows{*window_, *content_, preferences_, dialogs_, *playback_, releaseNotesOf(changeLog())});
         drawAllWindows(*all_, day, folder, end);
     }
+
+    /// Looks for a newer version when that is due.
+    void lookForUpdates() { updates_.start(); }
+    [[nodiscard]] bool isLookingForUpdates() const { return updates_.isChecking(); }
 
     void start(const std::vector<std::filesystem::path>& files) {
         if (!files.empty()) router_.route(files);
@@ -123,6 +141,12 @@ class Program {
     }
 
   private:
+    /// What has changed up to this version.
+    [[nodiscard]] static std::string changeLog() {
+        QFile file(QStringLiteral(":/changes.md"));
+        return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
+    }
+
     static void end(bool ok) { QApplication::exit(ok ? 0 : 1); }
 
     /// Opens the folder when it is there, unless the user was faster with another one.
@@ -172,6 +196,14 @@ class Program {
         QObject::connect(window_.get(), &MainWindow::preferencesRequested, &preferences_, &PreferencesWindow::present);
         QObject::connect(window_.get(), &MainWindow::shortcutsRequested, window_.get(),
                          [this] { showShortcuts(*window_); });
+        QObject::connect(window_.get(), &MainWindow::checkForUpdatesRequested, &updates_, &UpdateFlow::checkForUpdates);
+        QObject::connect(window_.get(), &MainWindow::whatsNewRequested, &updates_, &UpdateFlow::showWhatsNew);
+        QObject::connect(window_.get(), &MainWindow::contactSupportRequested, &updates_, &UpdateFlow::contactSupport);
+        QObject::connect(window_.get(), &MainWindow::webSiteRequested, &updates_, &UpdateFlow::openWebSite);
+        QObject::connect(&updates_, &UpdateFlow::waitingChanged, window_.get(), [this](bool waiting) {
+            window_->statusLine().tell(waiting ? QCoreApplication::translate("MainWindow", "Looking for updates…")
+                                               : QString());
+        });
         QObject::connect(window_.get(), &MainWindow::aboutRequested, window_.get(), [this] { showAbout(*window_); });
         QObject::connect(window_.get(), &MainWindow::licencesRequested, window_.get(),
                          [this] { showLicences(*window_); });
@@ -185,6 +217,14 @@ class Program {
     System& system_;
     SystemClock clock_;
     QtDialogs dialogs_;
+    UpdateFlow updates_{{settings_,
+                         dialogs_,
+                         *system_.workspace,
+                         makeLazyHttpFetcher(),
+                         deployment(),
+                         {runningMacOS(), QSysInfo::prettyProductName()},
+                         &std::chrono::system_clock::now,
+                         changeLog()}};
     Commands commands_;
     ProtectedTermination termination_;
     SingleMainWindowCoordinator windows_;
@@ -223,8 +263,12 @@ int runWindows(Application& application, System& system, const std::vector<std::
         program.draw(files, picture);
     } else {
         program.start(files);
+        program.lookForUpdates();
     }
-    return QApplication::exec();
+    const int code = QApplication::exec();
+    // Qt would wait for a name that is being looked up, which nobody can stop.
+    if (program.isLookingForUpdates()) abandonWork([](std::chrono::milliseconds) { return false; });
+    return code;
 }
 
 QString commandLineText(const std::string& text) { return QCoreApplication::translate("CommandLine", text.c_str()); }

@@ -244,6 +244,14 @@ void MainMenu::makeHelp() {
     help->addAction(action(KeyId::showShortcuts, {}, {}, [this] { emit shortcutsRequested(); }));
     help->addAction(action(tr("Third-Party Licenses…"), {}, {}, [this] { emit licencesRequested(); }));
     help->addSeparator();
+    help->addAction(action(tr("Check for Updates…"), {}, tr("Ask whether there is a newer version"),
+                           [this] { emit checkForUpdatesRequested(); }));
+    help->addAction(
+        action(tr("What's New"), {}, tr("What has changed in this version"), [this] { emit whatsNewRequested(); }));
+    help->addSeparator();
+    help->addAction(action(tr("Contact Support"), {}, tr("Write a mail"), [this] { emit contactSupportRequested(); }));
+    help->addAction(action(tr("Dravik Web Site"), {}, tr("Open the web site"), [this] { emit webSiteRequested(); }));
+    help->addSeparator();
     QAction* about = action(tr("About Dravik"), {}, {}, [this] { emit aboutRequested(); });
     about->setMenuRole(QAction::AboutRole);
     help->addAction(about);

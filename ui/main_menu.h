@@ -60,6 +60,10 @@ class MainMenu : public QObject {
     void preferencesRequested();
     void manualRequested();
     void shortcutsRequested();
+    void checkForUpdatesRequested();
+    void whatsNewRequested();
+    void contactSupportRequested();
+    void webSiteRequested();
     void aboutRequested();
     void licencesRequested();
 

@@ -249,6 +249,10 @@ void MainWindow::makeMenu() {
     connect(menu_, &MainMenu::preferencesRequested, this, &MainWindow::preferencesRequested);
     connect(menu_, &MainMenu::manualRequested, this, [this] { manualWindow().present(); });
     connect(menu_, &MainMenu::shortcutsRequested, this, &MainWindow::shortcutsRequested);
+    connect(menu_, &MainMenu::checkForUpdatesRequested, this, &MainWindow::checkForUpdatesRequested);
+    connect(menu_, &MainMenu::whatsNewRequested, this, &MainWindow::whatsNewRequested);
+    connect(menu_, &MainMenu::contactSupportRequested, this, &MainWindow::contactSupportRequested);
+    connect(menu_, &MainMenu::webSiteRequested, this, &MainWindow::webSiteRequested);
     connect(menu_, &MainMenu::aboutRequested, this, &MainWindow::aboutRequested);
     connect(menu_, &MainMenu::licencesRequested, this, &MainWindow::licencesRequested);
 }

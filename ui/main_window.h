@@ -68,6 +68,10 @@ class MainWindow : public QMainWindow, public MainWindowHandle {
   signals:
     void preferencesRequested();
     void shortcutsRequested();
+    void checkForUpdatesRequested();
+    void whatsNewRequested();
+    void contactSupportRequested();
+    void webSiteRequested();
     void aboutRequested();
     void licencesRequested();
 

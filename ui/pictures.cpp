@@ -9,6 +9,7 @@
 #include "ui/operations/operations_window.h"
 #include "ui/preferences_window.h"
 #include "ui/status_line.h"
+#include "ui/update_sheet.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -81,6 +82,17 @@ std::vector<Sample> samples() {
                   SaveFlow::tr("and %n more", nullptr, 3)),
          discardOrCancel, true},
     };
+}
+
+/// The sheet about a release in its states; `notes` are those of the installed version.
+std::vector<std::pair<QString, UpdatePresentation>> updateSheets(const std::vector<std::string>& notes) {
+    const UpdateInfo info{"2.1", 21'000, "2026-05-14", "15.2", "https://dravik.test/download", notes};
+    const InstalledAppVersion installed{"2.0.3", 20'003};
+    const RunningSystem linux{std::nullopt, QStringLiteral("Debian GNU/Linux 12 (bookworm)")};
+    const RunningSystem mac{OperatingSystemVersion{14, 2, 1}, {}};
+    return {{QStringLiteral("update-available"), presentationOf({info, true}, installed, linux)},
+            {QStringLiteral("update-incompatible"), presentationOf({info, false}, installed, mac)},
+            {QStringLiteral("whats-new"), whatsNewPresentation({"2.0.3", "20003"}, notes)}};
 }
 
 OperationAudioResult result(const std::string& take, const std::string& message, bool success) {
@@ -259,6 +271,17 @@ struct Album {
         }
     }
 
+    void sheets() const {
+        for (const auto& [name, presentation] : updateSheets(windows.releaseNotes)) {
+            run([&window = windows.window, presentation = presentation] {
+                QDialog* sheet = makeUpdateSheet(presentation, {}, &window);
+                sheet->setAttribute(Qt::WA_DeleteOnClose);
+                sheet->open();
+            });
+            dialog(name);
+        }
+    }
+
     void smallWindows() const {
         MainWindow& window = windows.window;
         PreferencesWindow& preferences = windows.preferences;
@@ -278,8 +301,8 @@ struct Album {
         run([&window] { window.manualWindow().present(); });
         for (const char* name : {"index", "edit", "command-line"}) {
             run([&window, name] { window.manualWindow().showPage(QString::fromLatin1(name)); });
-            steps.emplace_back([&window, to = file(QStringLiteral("manual-%1").arg(QString::fromLatin1(name)))] {
-                return draw(window.manualWindow(), to);
+            steps.emplace_back([&window, name, look = look] {
+                return look(window.manualWindow(), QStringLiteral("manual-%1").arg(QString::fromLatin1(name)));
             });
         }
         run([&window] { window.manualWindow().close(); });
@@ -311,6 +334,7 @@ void visitAllWindows(const Windows& windows, const std::filesystem::path& day, c
     album.playing();
     album.edits();
     album.alerts();
+    album.sheets();
     album.smallWindows();
     album.run([&content = windows.content] { content.rows().discardAll(); });
     const auto before = std::make_shared<Sequence>();

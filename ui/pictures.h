@@ -5,6 +5,8 @@
 #include <QString>
 #include <filesystem>
 #include <functional>
+#include <string>
+#include <vector>
 
 namespace dravik {
 
@@ -23,6 +25,7 @@ struct Windows {
     PreferencesWindow& preferences;
     Dialogs& dialogs;
     TakePlayback& playback;
+    std::vector<std::string> releaseNotes;
 };
 
 /// Is shown a window under the name of its picture. False when it could not do with it what it was to.

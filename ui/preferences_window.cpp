@@ -52,8 +52,12 @@ QLabel* hint(const QString& text) {
 
 }  // namespace
 
-PreferencesWindow::PreferencesWindow(UserDefaults& settings, Commands& commands, const Theme& theme)
-    : settings_(settings), commands_(commands), theme_(theme), tabs_(new QTabWidget(this)) {
+PreferencesWindow::PreferencesWindow(UserDefaults& settings, Commands& commands, const Theme& theme, bool updatesExist)
+    : settings_(settings),
+      commands_(commands),
+      theme_(theme),
+      updatesExist_(updatesExist),
+      tabs_(new QTabWidget(this)) {
     setWindowTitle(tr("Preferences"));
     setObjectName(QStringLiteral("preferences"));
     tabs_->setDocumentMode(true);
@@ -151,8 +155,14 @@ QWidget* PreferencesWindow::filesTab() {
     auto* tab = new QWidget(this);
     auto* layout = new QVBoxLayout(tab);
     layout->addWidget(checkBox(tr("&Open the last folder when Dravik starts"), settings::reopenLastFolder));
-    layout->addWidget(
-        checkBox(tr("&Ask to save before another take is selected"), settings::confirmBeforeSelectingAnotherTake));
+    QWidget* updates = checkBox(tr("Check for &updates automatically"), settings::verifierMisesAJourAutomatiquement);
+    if (!updatesExist_) {
+        updates->setEnabled(false);
+        updates->setToolTip(tr("This build of Dravik was made without an update server."));
+    }
+    layout->addWidget(updates);
+    layout->addWidget(checkBox(tr("&Ask to save before another take is selected"),
+                               settings::confirmBeforeSelectingAnotherTake));
     layout->addWidget(hint(tr("Otherwise unsaved changes stay with their rows, marked, until Save All.")));
     layout->addStretch();
     return tab;

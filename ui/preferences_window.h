@@ -17,7 +17,8 @@ namespace dravik {
 class PreferencesWindow : public QDialog {
     Q_OBJECT
   public:
-    PreferencesWindow(UserDefaults& settings, Commands& commands, const Theme& theme);
+    /// `updatesExist`: there is a server to be asked for them.
+    PreferencesWindow(UserDefaults& settings, Commands& commands, const Theme& theme, bool updatesExist = true);
 
     static constexpr int tabCount = 5;
 
@@ -43,6 +44,7 @@ class PreferencesWindow : public QDialog {
     UserDefaults& settings_;
     Commands& commands_;
     const Theme& theme_;
+    bool updatesExist_;
     QTabWidget* tabs_;  ///< a child
 };
 

@@ -33,6 +33,18 @@ void QtDialogs::next() {
     open();
 }
 
+void QtDialogs::show(std::function<QDialog*(QWidget* window)> make) {
+    enqueue([this, make = std::move(make)] {
+        QDialog* dialog = make(window_);
+        dialog->setAttribute(Qt::WA_DeleteOnClose);
+        connect(dialog, &QDialog::finished, this, [this] {
+            open_ = false;
+            next();
+        });
+        dialog->open();
+    });
+}
+
 void QtDialogs::ask(const Alert& alert, std::function<void(AlertAnswer)> answered) {
     enqueue([this, alert, answered = std::move(answered)] {
         auto* box = new QMessageBox(window_);  // deletes itself when it closes

@@ -2,6 +2,7 @@
 
 #include "app/dialogs.h"
 
+#include <QDialog>
 #include <QPointer>
 #include <QWidget>
 #include <deque>
@@ -18,6 +19,10 @@ class QtDialogs final : public QObject, public Dialogs {
     void ask(const Alert& alert, std::function<void(AlertAnswer)> answered) override;
     void askText(const TextQuestion& question, std::function<void(std::optional<QString>)> answered) override;
     void choose(const OpenPanel& panel, std::function<void(std::optional<std::filesystem::path>)> chosen) override;
+
+    /// A dialog of another kind, in its turn: made when that has come, shown as a sheet of the window, deleted when it
+    /// is closed.
+    void show(std::function<QDialog*(QWidget* window)> make);
 
   private:
     void enqueue(std::function<void()> open);

@@ -262,7 +262,7 @@ TEST(Program, TellsScriptsWhatIsWrongByItsExitCode) {
         EXPECT_THAT(ran.err, HasSubstr(one.says));
     }
     EXPECT_THAT(run({"--help"}).out, HasSubstr("130  interrupted"));
-    for (const char* command : {"scan", "show", "set", "cues", "demo", "recover"}) {
+    for (const char* command : {"scan", "show", "set", "cues", "demo", "recover", "update-check"}) {
         const Ran help = run({command, "--help"});
         EXPECT_EQ(help.exitCode, 0);
         EXPECT_THAT(help.out, HasSubstr(std::string("  dravik-cli ") + command)) << "an example";

@@ -45,7 +45,7 @@ class AllWindows : public WindowStage {
 
     /// False when the windows could not all be opened, or the visitor said so of one.
     bool visit(const WindowVisitor& look) {
-        const Windows opened{*window, *content, preferences, asking, *playback};
+        const Windows opened{*window, *content, preferences, asking, *playback, {"zznews", "zzmore"}};
         const WindowVisitor each = [&](QWidget& one, const QString& name) {
             bool ok = look(one, name);
             if (name == QLatin1String("main") || name == QLatin1String("floating-transport"))

@@ -1,3 +1,5 @@
+#include "app/text.h"
+#include "base/build_info.h"
 #include "tests/support/files.h"
 #include "tests/ui/window_stage.h"
 #include "ui/about_windows.h"
@@ -221,14 +223,13 @@ TEST_F(DialogsTest, EveryControlOfEveryWindowHasAName) {
 }
 
 TEST_F(DialogsTest, AboutSaysWhichVersionItIs) {
-    QApplication::setApplicationVersion(QStringLiteral("9.8.7"));
     showAbout(*window);
     ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() != window.get(); }, 20'000));
     QDialog* about = qobject_cast<QDialog*>(QApplication::activeWindow());
     ASSERT_NE(about, nullptr);
     const auto labels = about->findChildren<QLabel*>();
     EXPECT_TRUE(std::any_of(labels.begin(), labels.end(), [](const QLabel* label) {
-        return label->text().contains(QStringLiteral("Dravik 9.8.7"));
+        return label->text().contains(QStringLiteral("Dravik ") + toQt(buildInfo().version));
     }));
     QTest::mouseClick(about->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Close), Qt::LeftButton);
     const QPointer<QDialog> closing(about);

@@ -6,6 +6,7 @@
 #include "report/sound_report_columns.h"
 #include "tests/ui/all_windows.h"
 #include "tests/ui/window_texts.h"
+#include "ui/manual_pages.h"
 
 #include <QFile>
 #include <QSet>
@@ -97,7 +98,8 @@ bool isData(const QString& word) {
         QStringLiteral("SS"),        QStringLiteral("FF"),         QStringLiteral("Dravik"),
         QStringLiteral("Qt"),        QStringLiteral("FFmpeg"),     QStringLiteral("fmt"),
         QStringLiteral("spdlog"),    QStringLiteral("libavcodec"), QStringLiteral("libavformat"),
-        QStringLiteral("libavutil"), QStringLiteral("libsndfile")};
+        QStringLiteral("libavutil"), QStringLiteral("libsndfile"), QStringLiteral("nlohmann"),
+        QStringLiteral("json")};
     // As in "12B" and "utf8proc"; the letters of channels and keys.
     const bool hasDigit = std::any_of(word.begin(), word.end(), [](QChar one) { return one.isDigit(); });
     return word.size() == 1 || hasDigit || word.startsWith(QLatin1String("zz")) || known.contains(word);
@@ -138,10 +140,17 @@ bool isOfTheEngine(const QString& where, const QString& text) {
            (where.startsWith(QLatin1String("operations")) && labels.contains(text));
 }
 
+/// A page of the manual, which is written in English, or its title.
+bool isOfTheManual(const QString& where, const QString& text) {
+    return where.startsWith(QLatin1String("manual")) &&
+           std::any_of(manualPages().begin(), manualPages().end(),
+                       [&](const ManualPage& page) { return text.startsWith(page.title); });
+}
+
 /// What the text says that is neither translated nor data.
 QStringList untranslated(const QString& where, const QString& text) {
     QString plain = outside(text);
-    if (isOfTheEngine(where, plain.trimmed())) return {};
+    if (isOfTheEngine(where, plain.trimmed()) || isOfTheManual(where, text)) return {};
     if (const qsizetype behind = plain.lastIndexOf(QStringLiteral(" — ")); behind >= 0) {
         if (isOfTheEngine(where, plain.mid(behind + 3))) plain.truncate(behind);
     }
