@@ -79,22 +79,21 @@ void runPlanned(FileOps& ops, const OperationPlan& plan) {
     folders.syncAll(ops);
 }
 
-/// A virtual machine gives memory that nobody uses back to its host, and whoever writes next waits until it is there
-/// again: that is not to fall on one of those that are compared.
-void takeMemory() {
-    const std::filesystem::path scratch = outFolder() / "scratch";
-    bench::runProgram({"cp", bench::polyTake(seconds).path.native(), scratch.native()});
-    std::filesystem::remove(scratch);
-    ::sync();
-}
-
-/// Measures `work` once nothing of what went before is on its way to the disk any more.
+/// Measures the second of two runs of `work`, which writes `outputs`: a virtual machine gives memory that nobody uses
+/// back to its host, and whoever writes next waits until it is there again. That is not to fall on one of those that
+/// are compared; nor is what is still on its way to the disk.
 template <typename Work>
-void measured(benchmark::State& state, Work work) {
+void measured(benchmark::State& state, const std::vector<std::filesystem::path>& outputs, Work work) {
+    const auto removeOutputs = [&] {
+        for (const std::filesystem::path& output : outputs)
+            std::filesystem::remove(output);
+    };
     double peak = 0;
     for (auto _ : state) {
         state.PauseTiming();
-        takeMemory();
+        work();
+        removeOutputs();
+        ::sync();
         const bench::PeakMemory memory;
         state.ResumeTiming();
         work();
@@ -102,26 +101,24 @@ void measured(benchmark::State& state, Work work) {
         peak = std::max(peak, memory.mebibytes());
         state.ResumeTiming();
     }
+    removeOutputs();
     state.counters["peakMiB"] = peak;
 }
 
 void cpAndSync(benchmark::State& state) {
     const bench::PolyTake take = bench::polyTake(seconds);
     const std::filesystem::path copy = outFolder() / "copy.wav";
-    measured(state, [&] {
+    measured(state, {copy}, [&] {
         bench::runProgram({"cp", take.path.native(), copy.native()});
         syncFile(copy);
     });
-    std::filesystem::remove(copy);
 }
 BENCHMARK(cpAndSync)->Name("operations/cp_and_sync")->UseRealTime()->Unit(benchmark::kMillisecond)->Iterations(1);
 
 void splitIntoMonos(benchmark::State& state) {
     const auto ops = makeNativeFileOps();
     const OperationPlan plan = split(*ops);
-    measured(state, [&] { runPlanned(*ops, plan); });
-    for (const std::filesystem::path& output : plan.destinations())
-        std::filesystem::remove(output);
+    measured(state, plan.destinations(), [&] { runPlanned(*ops, plan); });
 }
 BENCHMARK(splitIntoMonos)->Name("operations/split")->UseRealTime()->Unit(benchmark::kMillisecond)->Iterations(1);
 
@@ -130,10 +127,9 @@ void mergeMonos(benchmark::State& state) {
     const OperationPlan apart = split(*ops);
     runPlanned(*ops, apart);
     const OperationPlan plan = merge(*ops, apart.destinations());
-    measured(state, [&] { runPlanned(*ops, plan); });
+    measured(state, plan.destinations(), [&] { runPlanned(*ops, plan); });
     for (const std::filesystem::path& output : apart.destinations())
         std::filesystem::remove(output);
-    std::filesystem::remove(plan.outputs.front().destination);
 }
 BENCHMARK(mergeMonos)->Name("operations/merge")->UseRealTime()->Unit(benchmark::kMillisecond)->Iterations(1);
 

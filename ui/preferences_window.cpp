@@ -161,8 +161,8 @@ QWidget* PreferencesWindow::filesTab() {
         updates->setToolTip(tr("This build of Dravik was made without an update server."));
     }
     layout->addWidget(updates);
-    layout->addWidget(checkBox(tr("&Ask to save before another take is selected"),
-                               settings::confirmBeforeSelectingAnotherTake));
+    layout->addWidget(
+        checkBox(tr("&Ask to save before another take is selected"), settings::confirmBeforeSelectingAnotherTake));
     layout->addWidget(hint(tr("Otherwise unsaved changes stay with their rows, marked, until Save All.")));
     layout->addStretch();
     return tab;
