@@ -59,36 +59,33 @@ bool FolderCommands::isPlace(const std::filesystem::path& folder) const {
            std::any_of(volumes_.begin(), volumes_.end(), [&](const Volume& one) { return one.root == folder; });
 }
 
-QString FolderCommands::refusal(const std::filesystem::path& folder, const QString& doing) const {
+QString FolderCommands::refusal(const std::filesystem::path& folder) const {
     const QString name = shownName(folder);
     if (services_.content.operationsEnCours()) {
-        return tr("New files are being made. Wait until that is done before %1 “%2”.").arg(doing, name);
+        return tr("New files are being made. “%1” can be changed when that is done.").arg(name);
     }
     const TakeRows& rows = services_.content.rows();
     for (const int row : rows.editedRows()) {
         for (const InfoFichier& fichier : rows.groupesTableau().at(static_cast<std::size_t>(row)).groupe.fichiers) {
             if (!isWithin(fichier.url, folder)) continue;
             return services_.content.sauvegardeEnCours()
-                       ? tr("“%1” is being saved into. Wait until that is done before %2 it.").arg(name, doing)
-                       : tr("“%1” holds takes with unsaved changes. Save or discard them before %2 it.")
-                             .arg(name, doing);
+                       ? tr("“%1” is being saved into. It can be changed when that is done.").arg(name)
+                       : tr("“%1” holds takes with unsaved changes. Save or discard them first.").arg(name);
         }
     }
     if (!rows.editedRows().empty() && isShown(folder)) {
         // What is shown would have to be opened anew, elsewhere, and the edits of the other takes would not survive it.
-        return tr("Takes of “%1” are shown beside others with unsaved changes. Save or discard them before "
-                  "%2 it.")
-            .arg(name, doing);
+        return tr("Takes of “%1” are shown beside others with unsaved changes. Save or discard them first.").arg(name);
     }
     if (isCopying() && (isWithin(copied_, folder) || isWithin(folder, copied_))) {
-        return tr("“%1” is being copied. Wait until that is done, or cancel it, before %2 “%3”.")
-            .arg(shownName(copied_), doing, name);
+        return tr("“%1” is being copied. “%2” can be changed when that is done, or cancelled.")
+            .arg(shownName(copied_), name);
     }
     return {};
 }
 
-bool FolderCommands::isRefused(const std::filesystem::path& folder, const QString& title, const QString& doing) {
-    const QString why = refusal(folder, doing);
+bool FolderCommands::isRefused(const std::filesystem::path& folder, const QString& title) {
+    const QString why = refusal(folder);
     if (!why.isEmpty()) showError(services_.dialogs, title, why);
     return !why.isEmpty();
 }
@@ -140,7 +137,7 @@ void FolderCommands::eject(const std::filesystem::path& root) {
     const auto volume =
         std::find_if(volumes_.begin(), volumes_.end(), [&](const Volume& one) { return one.root == root; });
     if (volume == volumes_.end() || !volume->ejectable || ejecting_.contains(root)) return;
-    if (isRefused(root, tr("Eject Refused"), tr("ejecting"))) return;
+    if (isRefused(root, tr("Eject Refused"))) return;
     // A volume that is being read is busy, and would not go.
     FolderListing& listing = services_.content.listing();
     const bool wasReading = isShown(root) && listing.isReading();
@@ -200,7 +197,7 @@ void FolderCommands::createIn(const std::filesystem::path& parent) {
 
 void FolderCommands::rename(const std::filesystem::path& folder, const QString& name) {
     if (isPlace(folder)) return;
-    if (isRefused(folder, tr("Rename Refused"), tr("renaming"))) return;
+    if (isRefused(folder, tr("Rename Refused"))) return;
     writing_.run(
         this,
         [&files = services_.files, folder, name = name.toStdString()] {
@@ -220,8 +217,7 @@ void FolderCommands::rename(const std::filesystem::path& folder, const QString& 
 void FolderCommands::moveToTrash(const std::filesystem::path& folder) {
     if (isPlace(folder)) return;
     const QString refused = tr("Move to Trash Refused");
-    const QString doing = tr("moving");
-    if (isRefused(folder, refused, doing)) return;
+    if (isRefused(folder, refused)) return;
     Alert alert;
     alert.title = tr("Move “%1” to the Trash?").arg(shownName(folder));
     alert.text = tr("The folder %1 goes there with everything in it.").arg(toQt(folder));
@@ -241,9 +237,9 @@ void FolderCommands::moveToTrash(const std::filesystem::path& folder) {
             });
     };
     // The answer may come when the window is gone.
-    const auto answered = [self = QPointer<FolderCommands>(this), folder, refused, doing, move](AlertAnswer answer) {
+    const auto answered = [self = QPointer<FolderCommands>(this), folder, refused, move](AlertAnswer answer) {
         // Another look: the question may have been open for long.
-        if (self && answer.button == 0 && !self->isRefused(folder, refused, doing)) move();
+        if (self && answer.button == 0 && !self->isRefused(folder, refused)) move();
     };
     services_.dialogs.ask(alert, answered);
 }
@@ -257,7 +253,7 @@ void FolderCommands::cancelCopy() {
 void FolderCommands::duplicate(const std::filesystem::path& folder) {
     if (isCopying() || isPlace(folder)) return;
     // Unsaved edits are no hindrance: what is on disk is copied.
-    if (services_.content.sauvegardeEnCours() && isRefused(folder, tr("Duplicate Refused"), tr("duplicating"))) {
+    if (services_.content.sauvegardeEnCours() && isRefused(folder, tr("Duplicate Refused"))) {
         return;
     }
     copying_ = std::make_shared<CancellationToken>();

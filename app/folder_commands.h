@@ -72,8 +72,8 @@ class FolderCommands : public QObject {
     /// A volume or the home folder, or no folder at all: neither renamed nor moved nor copied.
     [[nodiscard]] bool isPlace(const std::filesystem::path& folder) const;
     /// Why nothing may be done to the folder now; empty when it may.
-    [[nodiscard]] QString refusal(const std::filesystem::path& folder, const QString& doing) const;
-    [[nodiscard]] bool isRefused(const std::filesystem::path& folder, const QString& title, const QString& doing);
+    [[nodiscard]] QString refusal(const std::filesystem::path& folder) const;
+    [[nodiscard]] bool isRefused(const std::filesystem::path& folder, const QString& title);
     /// Does the table show the folder, something in it, or takes of it?
     [[nodiscard]] bool isShown(const std::filesystem::path& folder) const;
     void follow(const std::filesystem::path& from, const std::filesystem::path& to);

@@ -33,7 +33,7 @@ inline constexpr qsizetype longestCellText = 500;
 enum class Noun { take, file, track, audioFile, document };
 /// "1 file", "2 files", "1,204 files".
 [[nodiscard]] QString counted(std::size_t number, Noun noun);
-/// As the texts' plural forms want a number: what is beyond is as many as they can tell apart.
+/// The number as tr() takes it, capped at the largest int: plural forms do not differ up there.
 [[nodiscard]] int pluralOf(std::size_t number);
 
 }  // namespace dravik

@@ -31,6 +31,11 @@ void UpdateFlow::start() {
 }
 
 void UpdateFlow::checkForUpdates() {
+    if (services_.deployment.hasPlaceholders()) {
+        showError(services_.dialogs, tr("Unable to Check for Updates"),
+                  tr("This build of Dravik was made without an update server."));
+        return;
+    }
     if (!std::exchange(asked_, true)) emit waitingChanged(true);
     check();
 }
@@ -64,27 +69,29 @@ void UpdateFlow::tell(const Outcome& outcome) {
     const bool asked = std::exchange(asked_, false);
     if (asked) emit waitingChanged(false);
     if (!outcome.found) {
-        spdlog::info("looking for updates failed: {}", outcome.failure);
+        // What the window says is the same for every reason: the support needs this one.
+        spdlog::log(asked ? spdlog::level::warn : spdlog::level::info, "looking for updates failed: {}",
+                    outcome.failure);
         if (!asked) return;
         showError(services_.dialogs, tr("Unable to Check for Updates"),
                   tr("Dravik couldn't connect to the update server. Please check your internet connection and try "
                      "again."));
     } else if (const auto* available = std::get_if<UpdateAvailable>(&*outcome.found)) {
-        emit presented(presentationOf(*available, installedAppVersion(services_.deployment.bundle), services_.system));
+        emit presented(presentationOf(*available, installedAppVersion(services_.deployment.bundle), services_.system),
+                       asked);
     } else if (asked) {
         showError(services_.dialogs, tr("Dravik is up to date"), tr("You're running the latest version of Dravik"));
     }
 }
 
 void UpdateFlow::showWhatsNew() {
-    emit presented(whatsNewPresentation(services_.deployment.bundle, releaseNotesOf(services_.changeLog)));
+    emit presented(whatsNewPresentation(services_.deployment.bundle, releaseNotesOf(services_.changeLog)), true);
 }
 
 void UpdateFlow::download(const QString& url) { open(url, tr("The Update Could Not Be Downloaded")); }
 
 void UpdateFlow::contactSupport() {
-    open(QStringLiteral("mailto:") + toQt(services_.deployment.supportAddress),
-         tr("The Support Could Not Be Contacted"));
+    open(QStringLiteral("mailto:") + toQt(services_.deployment.supportAddress), tr("Support Could Not Be Contacted"));
 }
 
 void UpdateFlow::openWebSite() { open(toQt(services_.deployment.webSite), tr("The Web Site Could Not Be Opened")); }

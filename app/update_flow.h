@@ -48,7 +48,8 @@ class UpdateFlow : public QObject {
     /// The user begins, or ends, to wait for a result.
     void waitingChanged(bool waiting);
     /// To be shown as a sheet.
-    void presented(const UpdatePresentation& presentation);
+    /// `asked`: the user waits for it; otherwise it comes unasked.
+    void presented(const UpdatePresentation& presentation, bool asked);
 
   private:
     struct Outcome;

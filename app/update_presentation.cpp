@@ -11,7 +11,7 @@ namespace dravik {
 namespace {
 
 struct Texts {
-    Q_DECLARE_TR_FUNCTIONS(UpdatePresentation)
+    Q_DECLARE_TR_FUNCTIONS(dravik::UpdatePresentation)
 };
 
 // What is longer was not written to be read in a sheet.

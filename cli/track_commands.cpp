@@ -79,8 +79,9 @@ ExitCode runMerge(const MergeOptions& options, Services& services) {
         for (const std::filesystem::path& excluded : options.excluded) {
             const std::string wanted = normalisedPath(excluded);
             const auto holdsIt = [&](const GroupeFichiers& groupe) {
-                return std::any_of(groupe.fichiers.begin(), groupe.fichiers.end(),
-                                   [&](const InfoFichier& fichier) { return normalisedPath(fichier.url) == wanted; });
+                const auto isIt = [&](const auto& file) { return normalisedPath(file.url) == wanted; };
+                return std::any_of(groupe.fichiers.begin(), groupe.fichiers.end(), isIt) ||
+                       std::any_of(groupe.unreadableTracks.begin(), groupe.unreadableTracks.end(), isIt);
             };
             if (std::none_of(groupes.begin(), groupes.end(), holdsIt)) {
                 throw UsageError(fmt::format("--exclude: {} is not a file of these takes.", shown(excluded)));

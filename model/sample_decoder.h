@@ -22,8 +22,8 @@ class SampleStream {
     /// Decodes up to into.size() / channels frames, interleaved, full scale at 1; returns how many frames. 0 only at
     /// the end. Throws std::filesystem::filesystem_error.
     [[nodiscard]] virtual std::size_t read(std::span<float> into) = 0;
-    /// Goes on at this frame, which lies before the end; false, and nothing changes, where the format knows no exact
-    /// way.
+    /// Goes on at this frame, which lies before the end; false, and nothing changes, where the format cannot be sought
+    /// exactly.
     [[nodiscard]] virtual bool skipTo(std::int64_t /*frame*/) { return false; }
 };
 

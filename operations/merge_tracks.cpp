@@ -35,6 +35,11 @@ OperationPlan planMerge(FileOps& ops, const GroupeFichiers& groupe, const std::v
     for (std::size_t at = 0; at < own.size(); ++at) {
         if (!leftOut.contains(normalisedPath(groupe.fichiers[at].url))) included.push_back(at);
     }
+    for (const UnreadableTrack& track : groupe.unreadableTracks) {
+        // A file without one of the take's tracks would pass for the whole take.
+        if (!leftOut.contains(normalisedPath(track.url)))
+            throw refusal(aboutFile(track.url, " cannot be read: the take is not whole."));
+    }
     if (included.empty()) throw refusal("No source files to merge.");
     if (included.size() < 2) throw refusal(needsSet);
 

@@ -24,23 +24,22 @@ struct Texts {
 struct Licence {
     const char* name;
     const char* use;
-    const char* licence;
+    const char* licence;  ///< by its own name, in every language
 };
 /// The libraries that the program is linked with or loads.
 constexpr Licence licences[] = {
-    {"Qt 6", QT_TRANSLATE_NOOP("dravik::AboutWindows", "windows, settings, network"),
-     QT_TRANSLATE_NOOP("dravik::AboutWindows", "LGPL 3")},
-    {"FFmpeg (libavformat, libavcodec, libavutil)", QT_TRANSLATE_NOOP("dravik::AboutWindows", "reading M4A"),
-     QT_TRANSLATE_NOOP("dravik::AboutWindows", "LGPL 2.1 or later")},
-    {"libsndfile", QT_TRANSLATE_NOOP("dravik::AboutWindows", "reading AIFF, CAF, FLAC, MP3"),
-     QT_TRANSLATE_NOOP("dravik::AboutWindows", "LGPL 2.1 or later")},
-    {"utf8proc", QT_TRANSLATE_NOOP("dravik::AboutWindows", "letter case of file names"),
-     QT_TRANSLATE_NOOP("dravik::AboutWindows", "MIT")},
-    {"{fmt}", QT_TRANSLATE_NOOP("dravik::AboutWindows", "text formatting"),
-     QT_TRANSLATE_NOOP("dravik::AboutWindows", "MIT")},
-    {"spdlog", QT_TRANSLATE_NOOP("dravik::AboutWindows", "logging"), QT_TRANSLATE_NOOP("dravik::AboutWindows", "MIT")},
-    {"nlohmann-json", QT_TRANSLATE_NOOP("dravik::AboutWindows", "reading what the update server says"),
-     QT_TRANSLATE_NOOP("dravik::AboutWindows", "MIT")},
+    {"Qt 6", QT_TRANSLATE_NOOP("dravik::AboutWindows", "windows, settings, network"), "LGPL 3"},
+    {"FFmpeg (libavformat, libavcodec, libavutil)",
+     QT_TRANSLATE_NOOP("dravik::AboutWindows", "reading and writing M4A"), "LGPL 2.1 or later"},
+    {"libsndfile", QT_TRANSLATE_NOOP("dravik::AboutWindows", "reading AIFF, CAF, FLAC"), "LGPL 2.1 or later"},
+    {"mpg123", QT_TRANSLATE_NOOP("dravik::AboutWindows", "reading MP3"), "LGPL 2.1"},
+    {"LAME", QT_TRANSLATE_NOOP("dravik::AboutWindows", "writing MP3"), "LGPL 2 or later"},
+    {"SoX Resampler", QT_TRANSLATE_NOOP("dravik::AboutWindows", "sample rates"), "LGPL 2.1 or later"},
+    {"SDL 2", QT_TRANSLATE_NOOP("dravik::AboutWindows", "audio output"), "zlib"},
+    {"utf8proc", QT_TRANSLATE_NOOP("dravik::AboutWindows", "letter case of file names"), "MIT"},
+    {"{fmt}", QT_TRANSLATE_NOOP("dravik::AboutWindows", "text formatting"), "MIT"},
+    {"spdlog", QT_TRANSLATE_NOOP("dravik::AboutWindows", "logging"), "MIT"},
+    {"nlohmann-json", QT_TRANSLATE_NOOP("dravik::AboutWindows", "reading what the update server says"), "MIT"},
 };
 
 QDialog* makeDialog(QWidget& parent, const QString& title, QWidget* content) {
@@ -123,7 +122,7 @@ void showLicences(QWidget& parent) {
         rows += QStringLiteral(
                     "<tr><td style='padding:3px 20px 3px 0'><b>%1</b><br>%2</td><td style='padding:3px 0'>%3</td></tr>")
                     .arg(QString::fromLatin1(one.name).toHtmlEscaped(), Texts::tr(one.use).toHtmlEscaped(),
-                         Texts::tr(one.licence).toHtmlEscaped());
+                         QString::fromLatin1(one.licence).toHtmlEscaped());
     }
     QDialog* dialog = makeDialog(parent, Texts::tr("Third-Party Licenses"),
                                  page(QStringLiteral("<p style='margin-bottom:10px'>%1</p><table>%2</table>")

@@ -34,14 +34,15 @@ void makeDense(QTableView& table, const Theme& theme, const QString& accessibleN
 /// has not the keyboard.
 [[nodiscard]] QPalette listPalette(const Theme& theme);
 
-/// Children speak until they are gone: a field that goes while it has the keyboard says that it was left. Of use in the
-/// destructor of a widget that listens to its children: from then on it hears nothing of them.
-/// How a value is drawn in a cell: on the side that its column has in the direction of the window, but written in its
-/// own direction, so that "12-T01" does not become "T01-12" among texts that run from right to left.
+/// Flags for QPainter::drawText with which a value is drawn in a cell: on the side that its column has in the direction
+/// of the window, but written in its own direction, so that "12-T01" does not become "T01-12" among texts that run from
+/// right to left.
 [[nodiscard]] int textFlags(Qt::Alignment alignment, Qt::LayoutDirection direction, const QString& text);
 /// The same for texts that others draw: unchanged where both directions agree.
 [[nodiscard]] QString inItsOwnDirection(const QString& text, Qt::LayoutDirection direction);
 
+/// Children speak until they are gone: a field that goes while it has the keyboard says that it was left. Of use in the
+/// destructor of a widget that listens to its children: from then on it hears nothing of them.
 void stopListeningToChildren(QObject& widget);
 
 }  // namespace dravik

@@ -99,12 +99,10 @@ class Program {
           termination_(commands_, [] { QApplication::exit(); }),
           router_(windows_),
           preferences_(settings_, commands_, theme_, !deployment().hasPlaceholders()) {
-        QObject::connect(&updates_, &UpdateFlow::presented, &dialogs_, [this](const UpdatePresentation& presentation) {
-            dialogs_.show([this, presentation](QWidget* window) {
-                return makeUpdateSheet(
-                    presentation, [this](const QString& url) { updates_.download(url); }, window);
-            });
-        });
+        QObject::connect(&updates_, &UpdateFlow::presented, &dialogs_,
+                         [this](const UpdatePresentation& presentation, bool asked) {
+                             asked ? showUpdate(presentation) : showUpdateAtRest(presentation);
+                         });
         windows_.setOpener([this] { openMainWindow(); });
         application.openFiles = [this](const ExternalFileOpenRouter::Urls& urls) { router_.route(urls); };
         QObject::connect(&instance, &SingleInstance::received, &application,
@@ -144,7 +142,23 @@ class Program {
     /// What has changed up to this version.
     [[nodiscard]] static std::string changeLog() {
         QFile file(QStringLiteral(":/changes.md"));
-        return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
+        if (!file.open(QIODevice::ReadOnly)) throw std::logic_error("the change log is not in the program");
+        return file.readAll().toStdString();
+    }
+
+    void showUpdate(const UpdatePresentation& presentation) {
+        dialogs_.show([this, presentation](QWidget* window) {
+            return makeUpdateSheet(
+                presentation, [this](const QString& url) { updates_.download(url); }, window);
+        });
+    }
+    /// When nobody types, listens, or works in another window: a key would be the sheet's.
+    void showUpdateAtRest(const UpdatePresentation& presentation) {
+        const QWidget* focused = QApplication::focusWidget();
+        const bool types = focused != nullptr && focused->inputMethodQuery(Qt::ImEnabled).toBool();
+        if (window_ && window_->isActiveWindow() && !types && !player_.enLecture()) return showUpdate(presentation);
+        constexpr std::chrono::seconds untilNextLook{2};
+        QTimer::singleShot(untilNextLook, &dialogs_, [this, presentation] { showUpdateAtRest(presentation); });
     }
 
     static void end(bool ok) { QApplication::exit(ok ? 0 : 1); }
@@ -201,8 +215,7 @@ class Program {
         QObject::connect(window_.get(), &MainWindow::contactSupportRequested, &updates_, &UpdateFlow::contactSupport);
         QObject::connect(window_.get(), &MainWindow::webSiteRequested, &updates_, &UpdateFlow::openWebSite);
         QObject::connect(&updates_, &UpdateFlow::waitingChanged, window_.get(), [this](bool waiting) {
-            window_->statusLine().tell(waiting ? QCoreApplication::translate("MainWindow", "Looking for updates…")
-                                               : QString());
+            window_->statusLine().tell(waiting ? MainWindow::tr("Looking for updates…") : QString());
         });
         QObject::connect(window_.get(), &MainWindow::aboutRequested, window_.get(), [this] { showAbout(*window_); });
         QObject::connect(window_.get(), &MainWindow::licencesRequested, window_.get(),
@@ -271,29 +284,28 @@ int runWindows(Application& application, System& system, const std::vector<std::
     return code;
 }
 
-QString commandLineText(const std::string& text) { return QCoreApplication::translate("CommandLine", text.c_str()); }
-
 void declareOptions(QCommandLineParser& parser, const Usage& usage) {
-    parser.setApplicationDescription(commandLineText(usage.description));
+    parser.setApplicationDescription(toQt(usage.description));
     for (const UsageOption& option : usage.options) {
         QStringList names;
         for (const std::string& name : option.names)
             names << toQt(name.substr(name.find_first_not_of('-')));
-        parser.addOption(QCommandLineOption(names, commandLineText(option.description),
-                                            option.value ? toQt(option.value->name) : QString()));
+        parser.addOption(
+            QCommandLineOption(names, toQt(option.description), option.value ? toQt(option.value->name) : QString()));
     }
     for (const UsageArgument& argument : usage.arguments) {
         const QString name = toQt(argument.value.name);
-        parser.addPositionalArgument(name, commandLineText(argument.description), QStringLiteral("[%1...]").arg(name));
+        parser.addPositionalArgument(name, toQt(argument.description), QStringLiteral("[%1...]").arg(name));
     }
 }
 
 /// Prints the version or the help when that is asked for. Neither needs a display, so it comes before there is a window
 /// system to connect to.
-bool tell(int argc, char** argv) {
+bool printVersionOrHelp(int argc, char** argv) {
+    char** const first = argv + std::min(argc, 1);
+    char** const end = std::find(first, argv + argc, std::string_view("--"));  // paths alone from there on
     const auto given = [&](std::string_view brief, std::string_view whole) {
-        return std::any_of(argv + std::min(argc, 1), argv + argc,
-                           [&](std::string_view one) { return one == brief || one == whole; });
+        return std::any_of(first, end, [&](std::string_view one) { return one == brief || one == whole; });
     };
     const Usage usage = programUsage();
     if (given("-v", "--version")) {
@@ -304,7 +316,7 @@ bool tell(int argc, char** argv) {
         const QCoreApplication application(argc, argv);
         QCommandLineParser parser;
         declareOptions(parser, usage);
-        fmt::print("{}\n{}\n", parser.helpText().toStdString(), commandLineText(usage.footer).toStdString());
+        fmt::print("{}\n{}\n", parser.helpText().toStdString(), usage.footer);
         return true;
     }
     return false;
@@ -313,7 +325,7 @@ bool tell(int argc, char** argv) {
 int run(int argc, char** argv) {
     // A program that was to read what we say may be gone.
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
-    if (tell(argc, argv)) return 0;
+    if (printVersionOrHelp(argc, argv)) return 0;
     Application application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Dravik"));
     QApplication::setApplicationVersion(toQt(buildInfo().version));

@@ -126,7 +126,11 @@ void MainWindow::present() {
 }
 
 std::string MainWindow::description() const {
-    return tr("%1 visible=%2 minimised=%3").arg(objectName()).arg(isVisible()).arg(isMinimized()).toStdString();
+    return QStringLiteral("%1 visible=%2 minimised=%3")
+        .arg(objectName())
+        .arg(isVisible())
+        .arg(isMinimized())
+        .toStdString();
 }
 
 // --- Layout --------------------------------------------------------------------------------------------------------

@@ -6,6 +6,7 @@
 #include <QTextBlock>
 #include <QTextTable>
 #include <algorithm>
+#include <utility>
 
 namespace dravik {
 namespace {
@@ -58,21 +59,33 @@ ManualPageView::ManualPageView(const Theme& theme, QWidget* parent) : QTextBrows
 
 QVariant ManualPageView::loadResource(int type, const QUrl& name) {
     if (type != QTextDocument::ImageResource) return QTextBrowser::loadResource(type, name);
-    QImage picture(u':' + source().resolved(name).path());
-    // Drawn with two points a pixel.
-    constexpr int drawnScale = 2;
-    const int wanted = std::min(columnWidth - 2 * pageMargin, picture.width() / drawnScale);
-    if (picture.isNull() || wanted <= 0) return {};
+    const QImage drawn(u':' + source().resolved(name).path());
+    if (drawn.isNull()) return {};
+    constexpr int drawnScale = 2;  // two points a pixel
+    const int wanted = std::min(pictureWidth(), drawn.width() / drawnScale);
     const qreal scale = devicePixelRatioF();
-    picture = picture.scaledToWidth(static_cast<int>(wanted * scale), Qt::SmoothTransformation);
+    // The few colours of the file are not enough for a smaller picture.
+    QImage picture = drawn.convertToFormat(QImage::Format_RGB32)
+                         .scaledToWidth(static_cast<int>(wanted * scale), Qt::SmoothTransformation);
     picture.setDevicePixelRatio(scale);
     return picture;
 }
 
+int ManualPageView::pictureWidth() const {
+    constexpr int least = 100;
+    const int room = std::min(columnWidth, width() - verticalScrollBar()->sizeHint().width());
+    return std::max(least, room - 2 * pageMargin);
+}
+
 void ManualPageView::resizeEvent(QResizeEvent* event) {
     const int room = width() - verticalScrollBar()->sizeHint().width() - columnWidth;
-    setViewportMargins(std::max(0, room / 2), 0, 0, 0);
+    const int margin = std::max(0, room / 2);
+    setViewportMargins(margin, 0, margin, 0);
     QTextBrowser::resizeEvent(event);
+    if (std::exchange(picturesFor_, pictureWidth()) == pictureWidth() || source().isEmpty()) return;
+    const int place = verticalScrollBar()->value();
+    reload();
+    verticalScrollBar()->setValue(place);
 }
 
 void ManualPageView::shape() {

@@ -12,7 +12,7 @@ class ManualPageView : public QTextBrowser {
   public:
     explicit ManualPageView(const Theme& theme, QWidget* parent);
 
-    /// Points at 100 %; a window is as wide or narrower.
+    /// Of the text, in points at 100 %; a wider window has empty margins.
     static constexpr int columnWidth = 720;
 
   protected:
@@ -21,8 +21,11 @@ class ManualPageView : public QTextBrowser {
 
   private:
     void shape();
+    /// Of the widest picture that there is room for.
+    [[nodiscard]] int pictureWidth() const;
 
     const Theme& theme_;
+    int picturesFor_ = 0;  ///< the width that those shown were made for
 };
 
 }  // namespace dravik

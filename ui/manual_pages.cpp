@@ -1,6 +1,7 @@
 #include "ui/manual_pages.h"
 
 #include <QFile>
+#include <QTextDocument>
 #include <algorithm>
 #include <stdexcept>
 
@@ -10,7 +11,10 @@ namespace {
 ManualPage read(const QString& name) {
     QFile file(QStringLiteral(":/manual/%1.md").arg(name));
     if (!file.open(QIODevice::ReadOnly)) throw std::logic_error("a page of the manual is not in the program");
-    ManualPage page{name, {}, QString::fromUtf8(file.readAll())};
+    ManualPage page{name, {}, QString::fromUtf8(file.readAll()), {}};
+    QTextDocument document;
+    document.setMarkdown(page.text);
+    page.seen = document.toPlainText();
     page.title = page.text.section(u'\n', 0, 0).mid(2);  // behind "# "
     return page;
 }
@@ -42,7 +46,7 @@ const std::vector<ManualPage>& manualPages() {
 
 bool hasWords(const ManualPage& page, const QStringList& words) {
     return std::all_of(words.begin(), words.end(),
-                       [&](const QString& word) { return page.text.contains(word, Qt::CaseInsensitive); });
+                       [&](const QString& word) { return page.seen.contains(word, Qt::CaseInsensitive); });
 }
 
 }  // namespace dravik

@@ -11,6 +11,7 @@ struct ManualPage {
     QString name;   ///< "edit"; the page is at ":/manual/edit.md"
     QString title;  ///< its heading
     QString text;   ///< all of it, Markdown
+    QString seen;   ///< all of it, as it is read
 };
 
 /// Every page, the overview ("index") first, then in the order in which it names them. Main thread.

@@ -49,10 +49,13 @@ ManualWindow::ManualWindow(const Services& services, QWidget* parent)
     auto* column = new QVBoxLayout(left);
     column->setContentsMargins(metrics::panelMargin, metrics::panelMargin, metrics::panelMargin, metrics::panelMargin);
     auto* ways = new QHBoxLayout;
-    ways->addWidget(
-        wayButton(QStringLiteral("nudge_back"), tr("Back"), &QTextBrowser::backward, &QTextBrowser::backwardAvailable));
-    ways->addWidget(wayButton(QStringLiteral("nudge_forward"), tr("Forward"), &QTextBrowser::forward,
-                              &QTextBrowser::forwardAvailable));
+    // Arrows point away from the page that is left, whichever side that is.
+    const bool mirrored = layoutDirection() == Qt::RightToLeft;
+    const QString back = QStringLiteral("nudge_back"), forward = QStringLiteral("nudge_forward");
+    ways->addWidget(historyButton(mirrored ? forward : back, tr("Back"), &QTextBrowser::backward,
+                                  &QTextBrowser::backwardAvailable));
+    ways->addWidget(historyButton(mirrored ? back : forward, tr("Forward"), &QTextBrowser::forward,
+                                  &QTextBrowser::forwardAvailable));
     ways->addWidget(search_);
     column->addLayout(ways);
     column->addWidget(list_);
@@ -104,8 +107,8 @@ ManualWindow::ManualWindow(const Services& services, QWidget* parent)
 }
 
 /// Leads through the pages that were seen; to be had while there are some.
-QToolButton* ManualWindow::wayButton(const QString& icon, const QString& name, void (QTextBrowser::*go)(),
-                                     void (QTextBrowser::*available)(bool)) {
+QToolButton* ManualWindow::historyButton(const QString& icon, const QString& name, void (QTextBrowser::*go)(),
+                                         void (QTextBrowser::*available)(bool)) {
     auto* button = new QToolButton(this);
     button->setAutoRaise(true);
     button->setAccessibleName(name);
@@ -147,7 +150,7 @@ void ManualWindow::follow(const QUrl& link) {
         return;
     }
     const QString complaint = services_.workspace.open(whole.toString());
-    if (!complaint.isEmpty()) showError(services_.dialogs, tr("The link could not be opened"), complaint);
+    if (!complaint.isEmpty()) showError(services_.dialogs, tr("The Link Could Not Be Opened"), complaint);
 }
 
 QStringList ManualWindow::words() const { return search_->text().split(u' ', Qt::SkipEmptyParts); }
@@ -191,7 +194,11 @@ void ManualWindow::closeEvent(QCloseEvent* event) {
 
 void ManualWindow::keyPressEvent(QKeyEvent* event) {
     if (event->key() != Qt::Key_Escape) return QWidget::keyPressEvent(event);
-    search_->text().isEmpty() ? static_cast<void>(close()) : search_->clear();
+    if (search_->text().isEmpty()) {
+        close();
+    } else {
+        search_->clear();
+    }
 }
 
 }  // namespace dravik

@@ -38,8 +38,8 @@ class ManualWindow : public QWidget {
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
-    QToolButton* wayButton(const QString& icon, const QString& name, void (QTextBrowser::*go)(),
-                           void (QTextBrowser::*available)(bool));
+    QToolButton* historyButton(const QString& icon, const QString& name, void (QTextBrowser::*go)(),
+                               void (QTextBrowser::*available)(bool));
     void follow(const QUrl& link);
     void narrow();
     void markWords();

@@ -5,7 +5,7 @@
 namespace dravik {
 
 /// What the window program takes on its command line: for its parser, its help, its manual page and its completions.
-/// Texts are in English; the parser shows them translated, in the context "CommandLine".
+/// In English, as the manual page is.
 [[nodiscard]] Usage programUsage();
 
 }  // namespace dravik

@@ -135,11 +135,11 @@ std::vector<Shortcut> Texts::table() {
     group = QT_TR_NOOP("Folder browser");
     add(KeyId::openFolder, QT_TR_NOOP("Open"), {Qt::Key_Return}, QT_TR_NOOP("a click"));
     add(KeyId::newFolder, QT_TR_NOOP("New Folder"), {control | shift | Qt::Key_N});
-    add(KeyId::duplicateFolder, QT_TR_NOOP("Duplicate"), {control | Qt::Key_D});
+    add(KeyId::duplicateFolder, QT_TR_NOOP("Duplicate"), {control | shift | Qt::Key_D});
     add(KeyId::renameFolder, QT_TR_NOOP("Rename"), {Qt::Key_F2});
     add(KeyId::trashFolder, QT_TR_NOOP("Move to Trash"), {Qt::Key_Delete});
-    add(KeyId::revealFolder, QT_TR_NOOP("Show in File Manager"), {control | shift | Qt::Key_R});
-    add(KeyId::ejectVolume, QT_TR_NOOP("Eject"), {control | Qt::Key_E});
+    add(KeyId::revealFolder, QT_TR_NOOP("Show in File Manager"), {control | alt | Qt::Key_R});
+    add(KeyId::ejectVolume, QT_TR_NOOP("Eject"), {control | shift | Qt::Key_E});
     add(KeyId::refreshBrowser, QT_TR_NOOP("Refresh"), {Qt::Key_F5});
     return all;
 }

@@ -16,7 +16,7 @@ namespace dravik {
 namespace {
 
 struct Texts {
-    Q_DECLARE_TR_FUNCTIONS(UpdateSheet)
+    Q_DECLARE_TR_FUNCTIONS(dravik::UpdateSheet)
 };
 
 constexpr int sheetWidth = 560;
@@ -119,7 +119,12 @@ QDialog* makeUpdateSheet(const UpdatePresentation& presentation, std::function<v
     layout->addWidget(buttons);
     auto* first = qobject_cast<QPushButton*>(buttons->buttons().constFirst());
     first->setDefault(true);
-    first->setFocus();
+    // Not on a button: it comes unasked, and Space was meant to play.
+    if (auto* text = sheet->findChild<QTextEdit*>()) {
+        text->setFocus();
+    } else {
+        close->setFocus();
+    }
     sheet->resize(sheetWidth,
                   layout->hasHeightForWidth() ? layout->heightForWidth(sheetWidth) : layout->sizeHint().height());
     return sheet;

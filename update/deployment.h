@@ -6,15 +6,16 @@
 
 namespace dravik {
 
-/// Where this build of the program belongs: set when it is configured (cmake/deployment.cmake).
+/// Addresses and version that this build was configured with (cmake/deployment.cmake).
 struct Deployment {
     std::string updateInfoURL;   ///< document that describes the newest release
     std::string webDomain;       ///< where releases are downloaded from, with or without "www."
-    std::string supportAddress;  ///< of mail, without "mailto:"
+    std::string supportAddress;  ///< an e-mail address, without "mailto:"
     std::string webSite;
     Bundle bundle;
 
-    /// Nothing was set: there is nobody to be asked for updates.
+    /// The web domain is still the placeholder, below ".test": there is nobody to be asked for updates. The other
+    /// addresses are placeholders then, too; configuring refuses a mixture.
     [[nodiscard]] bool hasPlaceholders() const noexcept;
 };
 

@@ -15,8 +15,8 @@ namespace dravik {
 struct HttpRequest {
     std::string url;
     std::vector<std::pair<std::string, std::string>> headers;
-    std::chrono::milliseconds timeOut{0};  ///< for all of it, up to the last byte of the answer
-    std::size_t mostBytes = 0;             ///< a longer body is refused
+    std::chrono::milliseconds timeOut;  ///< for all of it, up to the last byte of the answer
+    std::size_t mostBytes;              ///< a longer body is refused
 };
 
 struct HttpResponse {
@@ -30,8 +30,8 @@ class TransportError : public Error {
     using Error::Error;
 };
 
-/// Asks a server, and no cache. HTTPS alone; a redirect is followed only on the same server, otherwise it is the
-/// answer. Blocks: for a background thread; any thread, also several at a time.
+/// Asks a server, and no cache. HTTPS alone; up to five redirects are followed, on the same server only;
+/// otherwise the redirect is the answer. Blocks: for a background thread; any thread, also several at a time.
 class HttpFetcher {
   public:
     virtual ~HttpFetcher() = default;

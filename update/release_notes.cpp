@@ -48,7 +48,7 @@ std::vector<std::string> releaseNotesOf(std::string_view changeLog) {
         const std::string_view line = trimmed(changeLog.substr(0, end));
         changeLog.remove_prefix(std::min(changeLog.size(), end + 1));
         if (line.substr(0, sectionMark.size()) == sectionMark) {
-            if (inSection) break;
+            if (inSection && !notes.empty()) break;  // "Unreleased" is empty right after a release
             inSection = true;
         } else if (!inSection || line.empty() || line.front() == '#') {
             goesOn = false;

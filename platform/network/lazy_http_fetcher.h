@@ -11,7 +11,8 @@ namespace dravik {
 /// from the main thread.
 [[nodiscard]] std::shared_ptr<const HttpFetcher> makeLazyHttpFetcher();
 
-/// What the module exports under the name "dravikMakeHttpFetcher".
+/// What the module exports under the name "dravikMakeHttpFetcher": a new fetcher, which is the caller's; throws
+/// nothing.
 using MakeHttpFetcher = HttpFetcher* (*)();
 
 }  // namespace dravik

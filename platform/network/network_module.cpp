@@ -11,7 +11,7 @@ namespace {
 /// before anything of ours would take the application down.
 void makeApplication() {
     if (QCoreApplication::instance() != nullptr) return;
-    // Standard error is the program's.
+    // Qt's messages must not mix with ours on standard error.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     static std::array<char, 7> name = {"dravik"};
     static std::array<char*, 2> arguments = {name.data(), nullptr};

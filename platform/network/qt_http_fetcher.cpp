@@ -22,10 +22,11 @@ class SystemProxies final : public QNetworkProxyFactory {
     QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery& query) override { return systemProxyForQuery(query); }
 };
 
-constexpr const char* tooSlow = "The server took too long to answer.";
-constexpr const char* tooLong = "The server's answer is too long.";
-constexpr const char* cutOff = "The server's answer ended too early.";
-constexpr const char* unencrypted = "Servers are asked by HTTPS only.";
+// Behind the server's name.
+constexpr const char* tooSlow = " took too long to answer.";
+constexpr const char* tooLong = " sent an answer that is too long.";
+constexpr const char* cutOff = " sent an answer that ended too early.";
+constexpr const char* unencrypted = " is not asked: servers are asked by HTTPS only.";
 
 bool isSecure(const QUrl& url) {
     return url.isValid() && url.scheme() == QLatin1String("https") && !url.host().isEmpty() && url.userInfo().isEmpty();
@@ -55,7 +56,7 @@ class Exchange {
 
     [[nodiscard]] HttpResponse run() {
         QUrl url(QString::fromStdString(request_.url), QUrl::StrictMode);
-        if (!isSecure(url)) throw TransportError(unencrypted);
+        if (!isSecure(url)) throw TransportError(request_.url + unencrypted);
         poll_.start();
         deadline_.start();
         for (int redirects = 0;; ++redirects) {
@@ -84,6 +85,9 @@ class Exchange {
         request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
         // A small body that unpacks to a huge one would pass the limit.
         request.setRawHeader("Accept-Encoding", "identity");
+        // Otherwise the user's language would be told, and a browser's name.
+        request.setRawHeader("Accept-Language", "*");
+        request.setRawHeader("User-Agent", "Dravik");
         for (const auto& [name, value] : request_.headers)
             request.setRawHeader(QByteArray::fromStdString(name), QByteArray::fromStdString(value));
         if (!trusted_.isEmpty()) {
@@ -99,7 +103,7 @@ class Exchange {
         body_.clear();
         const std::unique_ptr<QNetworkReply> reply(manager_.get(prepared(url)));
         QObject::connect(reply.get(), &QNetworkReply::metaDataChanged, &loop_, [this, &reply] { checkLength(*reply); });
-        QObject::connect(reply.get(), &QNetworkReply::readyRead, &loop_, [this, &reply] { take(*reply); });
+        QObject::connect(reply.get(), &QNetworkReply::readyRead, &loop_, [this, &reply] { readBody(*reply); });
         QObject::connect(reply.get(), &QNetworkReply::finished, &loop_, &QEventLoop::quit);
         if (!reply->isFinished() && failure_ == nullptr && !token_.isCancelled()) loop_.exec();
         reply->disconnect(&loop_);
@@ -107,10 +111,10 @@ class Exchange {
             reply->abort();
             throw Cancelled();
         }
-        if (failure_ == nullptr) take(*reply);
+        if (failure_ == nullptr) readBody(*reply);
         if (failure_ != nullptr) {
             reply->abort();
-            throw TransportError(failure_);
+            throw TransportError(url.host().toStdString() + failure_);
         }
         return answerOf(*reply);
     }
@@ -120,8 +124,8 @@ class Exchange {
         if (length && *length > request_.mostBytes) stop(tooLong);
     }
 
-    /// No more than one byte above the limit is ever held.
-    void take(QNetworkReply& reply) {
+    /// No more than one byte above the limit is kept.
+    void readBody(QNetworkReply& reply) {
         const std::size_t room = request_.mostBytes - body_.size() + 1;
         body_ += reply.read(static_cast<qint64>(room)).toStdString();
         if (body_.size() > request_.mostBytes) stop(tooLong);
@@ -134,16 +138,21 @@ class Exchange {
         return ok ? std::optional(length) : std::nullopt;
     }
 
+    /// What Qt makes of a status that is no success; with any other error there was no whole answer.
+    static bool isOfStatus(QNetworkReply::NetworkError error) {
+        return (error >= QNetworkReply::ContentAccessDenied && error <= QNetworkReply::UnknownContentError) ||
+               (error >= QNetworkReply::InternalServerError && error <= QNetworkReply::UnknownServerError);
+    }
+
     HttpResponse answerOf(const QNetworkReply& reply) {
         const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-        // Errors from here on are what Qt makes of a status that is no success; below, there was no whole answer.
-        constexpr int firstOfStatus = QNetworkReply::ContentAccessDenied;
-        const bool isStatus = status >= 400 && reply.error() >= firstOfStatus;
+        const bool isStatus = status >= 400 && isOfStatus(reply.error());
         if (status == 0 || (reply.error() != QNetworkReply::NoError && !isStatus))
             throw TransportError(sentence(reply.errorString()));
         const std::optional<std::uint64_t> length = lengthOf(reply);
         const bool hasBody = status != 204 && status != 304;
-        if (hasBody && length && *length != body_.size()) throw TransportError(cutOff);
+        if (hasBody && length && *length != body_.size())
+            throw TransportError(reply.url().host().toStdString() + cutOff);
         const bool redirects = status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
         if (redirects) redirect_ = reply.attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
         return {status, std::move(body_)};

@@ -137,6 +137,18 @@ TEST_F(TrackCommands, RefuseWhatMakesNoSense) {
     EXPECT_EQ(stateOf(folder_.path()), before);
 }
 
+TEST_F(TrackCommands, MergeNoSetOfWhichAFileCannotBeReadUnlessItIsLeftOutOnPurpose) {
+    recorderFile({}, {}, 1000, 3).write(mono(3));
+    std::filesystem::resize_file(mono(3), 20);
+    const Ran refused = run({"merge", path("set_T01.wav")});
+    EXPECT_EQ(refused.exitCode, 3);
+    EXPECT_THAT(refused.err, HasSubstr("set_T03.wav cannot be read: the take is not whole."));
+    EXPECT_FALSE(std::filesystem::exists(folder_ / "set_merge.wav"));
+    const Ran done = run({"merge", "--exclude", path("set_T03.wav"), path("set_T01.wav")});
+    EXPECT_EQ(done.exitCode, 0) << done.err;
+    EXPECT_TRUE(std::filesystem::exists(folder_ / "set_merge.wav"));
+}
+
 TEST_F(TrackCommands, NameTheTakesThatFailAndDoTheOthers) {
     WavBuilder().fmt({.channels = 2}).audio(10).write(folder_ / "two.wav");
     const Ran ran = run({"reorder", "--json", "--order", "2,1", folder_.path()});

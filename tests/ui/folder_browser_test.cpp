@@ -174,7 +174,7 @@ TEST_F(FolderBrowserTest, TheOpenFolderIsFollowedWhenItIsRenamedAndKeptWhenItHol
     typeName("Monday");
     ASSERT_TRUE(QTest::qWaitFor([&] { return stage.dialogs.asked.size() == 1; }, 20'000));
     EXPECT_EQ(stage.dialogs.asked.front().text,
-              "“Day 9” holds takes with unsaved changes. Save or discard them before renaming it.");
+              "“Day 9” holds takes with unsaved changes. Save or discard them first.");
     key(Qt::Key_Delete);
     ASSERT_EQ(stage.dialogs.asked.size(), 2U);
     EXPECT_EQ(stage.dialogs.asked.back().title, "Move to Trash Refused");
@@ -213,7 +213,7 @@ TEST_F(FolderBrowserTest, TheTrashIsAskedForByTheFoldersNameAndAFailureIsTold) {
 }
 
 TEST_F(FolderBrowserTest, ADuplicateAppearsWhenItIsComplete) {
-    key(Qt::Key_D, Qt::ControlModifier);
+    key(Qt::Key_D, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_TRUE(browser->commands().isCopying());
     EXPECT_TRUE(QTest::qWaitFor([&] { return isCurrent(stage.folder / "Day 9 copy"); }, 20'000));
     EXPECT_FALSE(browser->commands().isCopying());
@@ -224,7 +224,7 @@ TEST_F(FolderBrowserTest, AVolumeIsNeitherRenamedNorTrashedButEjected) {
     QTreeView& tree = browser->tree();
     tree.setCurrentIndex(tree.currentIndex().parent());
     key(Qt::Key_Delete);
-    key(Qt::Key_D, Qt::ControlModifier);
+    key(Qt::Key_D, Qt::ControlModifier | Qt::ShiftModifier);
     key(Qt::Key_F2);
     EXPECT_TRUE(stage.dialogs.asked.empty());
     EXPECT_FALSE(browser->commands().isCopying());

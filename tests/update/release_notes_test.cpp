@@ -16,7 +16,7 @@ TEST(ReleaseNotes, AreTheEntriesOfTheNewestSectionOneLineEach) {
                 ElementsAre("scan is fast, see the page; a[0] (here) stays"));
     EXPECT_THAT(releaseNotesOf(""), IsEmpty());
     EXPECT_THAT(releaseNotesOf("# Changes\n- no section\n"), IsEmpty());
-    EXPECT_THAT(releaseNotesOf("## 1.5\n## 1.4\n- Old."), IsEmpty());
+    EXPECT_THAT(releaseNotesOf("## Unreleased\n\n## 1.4\n- New.\n## 1.3\n- Old."), ElementsAre("New."));
 }
 
 }  // namespace
