@@ -103,6 +103,7 @@ class Grammar {
     CLI::App& command(const char* name, const char* description, const char* footer) {
         CLI::App& sub = *app_.add_subcommand(name, description);
         sub.footer(footer);
+        sub.group("Commands");
         return sub;
     }
 
@@ -432,7 +433,7 @@ class Grammar {
             command("completions", "Print what teaches bash, zsh or fish to complete dravik-cli", completionsFooter);
         oneOf(sub.add_option("SHELL", shell_)->required(), {"bash", "zsh", "fish"});
         sub.callback([this] {
-            const Shell shell = shell_ == "bash" ? Shell::bash : shell_ == "zsh" ? Shell::zsh : Shell::fish;
+            const Shell shell = shellOf(shell_).value();
             command_ = Told{ExitCode::done, dravik::completions(usageOf(app_, offers_), shell)};
         });
     }
