@@ -24,7 +24,7 @@ std::string replaced(std::string_view text, std::string_view what, std::string_v
 /// The text in single quotes, as bash and zsh read them.
 std::string quoted(std::string_view text) { return '\'' + replaced(text, "'", "'\\''") + '\''; }
 
-/// The name of a shell function.
+/// The name of the function in bash, which as a POSIX shell takes no dash in one.
 std::string functionName(std::string_view program) { return '_' + replaced(program, "-", "_"); }
 
 std::vector<std::string> allNames(const Usage& usage) {
@@ -189,6 +189,7 @@ std::vector<std::string> zshSpecifications(const Usage& usage) {
 }
 
 std::string zsh(const Usage& program) {
+    // With its dashes: the function bears the name of its file, by which zsh finds it.
     const std::string function = '_' + program.name;
     std::string text = fmt::format("#compdef {0}\n# Completion of {0} for zsh.\n{1}() {{\n", program.name, function);
     const std::string own = joined(zshSpecifications(program), " \\\n        ");
@@ -283,6 +284,13 @@ std::string fish(const Usage& program) {
 }
 
 }  // namespace
+
+std::optional<Shell> shellOf(std::string_view name) {
+    if (name == "bash") return Shell::bash;
+    if (name == "zsh") return Shell::zsh;
+    if (name == "fish") return Shell::fish;
+    return std::nullopt;
+}
 
 std::string completions(const Usage& program, Shell shell) {
     switch (shell) {

@@ -47,7 +47,6 @@ Usage usageOf(const CLI::App& app, const Offers& offers) {
 HelpFormatter::HelpFormatter() {
     column_width(30);
     label("OPTIONS", "options");
-    label("Subcommands", "Commands");
 }
 
 std::string HelpFormatter::make_option_opts(const CLI::Option* option) const {

@@ -17,7 +17,7 @@ struct Offer {
 };
 using Offers = std::map<const CLI::Option*, Offer>;
 
-/// The command line that is declared, with its commands, without those of no group, which the help leaves out as well.
+/// What is declared, with its commands; hidden ones (group "") are left out, as in the help.
 [[nodiscard]] Usage usageOf(const CLI::App& app, const Offers& offers);
 
 /// CLI11's help without its shouting: "--scene TEXT", not "--scene TEXT REQUIRED".

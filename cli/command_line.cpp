@@ -4,8 +4,10 @@
 #include "base/completions.h"
 #include "base/man_page.h"
 #include "base/text.h"
+#include "cli/command_footers.h"
 #include "cli/command_help.h"
 #include "cli/export_route.h"
+#include "cli/numbered_argument.h"
 #include "editing/row_edits.h"
 #include "model/wave/timecode.h"
 #include "report/sound_report_columns.h"
@@ -21,194 +23,6 @@
 
 namespace dravik {
 namespace {
-
-constexpr const char* programFooter =
-    R"(Results go to standard output, everything else to standard error. Nothing ever asks a question.
-`dravik-cli COMMAND --help` explains a command.
-
-Exit codes:
-  0    all done
-  1    some item failed; each is named on standard error
-  2    the command line is wrong
-  3    refused before any change
-  130  interrupted; nothing is half-written)";
-
-constexpr const char* scanFooter =
-    R"(Mono files that belong to one take are one line. A folder is looked at without its sub-folders.
-
-Examples:
-  dravik-cli scan /media/card/2024Y05M14D
-  dravik-cli scan --json day1 day2 | jq '.groups[] | select(.circled) | .name'
-  dravik-cli scan --no-group take7_*.wav)";
-
-constexpr const char* showFooter = R"(Examples:
-  dravik-cli show 12A-T03.WAV
-  dravik-cli show --json 12A-T03.WAV | jq .chunks
-  dravik-cli show --ixml 12A-T03.WAV > 12A-T03.xml)";
-
-constexpr const char* setFooter =
-    R"(A folder stands for all its takes, a file of a mono set for the whole set (unless --no-group).
-Everything is checked before the first file is touched. The audio stays as it is, to the byte. Beside what you set, the
-circled and wild states that a file has are written in the one way that every program reads.
-Frame rates: 23.976, 24, 25, 29.97, "29.97 DF", 30, or another whole number.
-
-Examples:
-  dravik-cli set --scene 12A --take 3 12A-T03.WAV
-  dravik-cli set --circled --note "Best for sound" T05_01.WAV
-  dravik-cli set --track 1=Boom --track 2="Lav Anna" T05_01.WAV
-  dravik-cli set --channel 1=2 --channel 2=1 T05_01.WAV
-  dravik-cli set --timecode 10:12:44:03 --framerate 25 wild.wav
-  dravik-cli set --project "The Long Tide" --dry-run /media/card/day1
-  dravik-cli set --name 12B-T03 12A-T03.WAV)";
-
-constexpr const char* cuesFooter =
-    R"(Without an edit the markers are listed. Numbers are those of the list, as they are before the edit;
-frames are sample frames from the start of the file. Markers are stored in the order of their frames.
-
-Examples:
-  dravik-cli cues take.wav
-  dravik-cli cues take.wav --add 48000=Slate --add 96000
-  dravik-cli cues take.wav --remove 2 --rename 1="Second slate"
-  dravik-cli cues take.wav --clear --dry-run)";
-
-constexpr const char* demoFooter =
-    R"(Poly files and mono sets, circled and wild takes, notes, markers, three frame rates. The same seed gives
-the same day. A file that exists is never written over: the command is refused.
-
-Examples:
-  dravik-cli demo demo-day
-  dravik-cli demo --takes 2000 --seed 7 many)";
-
-constexpr const char* recoverFooter =
-    R"(Unfinished renames are finished or rolled back, temporary files of dead processes removed. `scan` and `set`
-do the same for the folders they open.
-
-Example:
-  dravik-cli recover /media/card/day1)";
-
-constexpr const char* updateCheckFooter =
-    R"(Asks the update server, over HTTPS and the system's proxy, and changes nothing. Exit code 0 when the server has
-answered, whether or not there is an update.
-
-Examples:
-  dravik-cli update-check
-  dravik-cli update-check --json | jq -r 'select(.updateAvailable) | .latest.version')";
-
-constexpr const char* reorderFooter =
-    R"(Writes a new file "_order" beside each poly file, and for a mono set new files "_order_01", "_order_02"...
-Tracks are numbered from 1 and anew in their new order. The sources stay as they are, no file is written over.
-A folder stands for all its takes that can be reordered, a file of a mono set for the whole set.
-
-Examples:
-  dravik-cli reorder --order 2,1 12A-T03.WAV
-  dravik-cli reorder --order 3,1,2 --preserve-track-numbers --dest sorted SC12_T01.wav)";
-
-constexpr const char* deleteTracksFooter =
-    R"(Writes a new file "_del" beside each poly file. The tracks that remain keep their order and their numbers.
-
-Example:
-  dravik-cli delete-tracks --tracks 3,4 12A-T03.WAV)";
-
-constexpr const char* splitFooter =
-    R"(Writes a mono file "_split_T01_Boom" for each track, named by its number and its name. What no card takes in a file
-name is "_".
-
-Examples:
-  dravik-cli split 12A-T03.WAV
-  dravik-cli split --tracks 1,3 --dest monos /media/card/day1
-  dravik-cli split --tracks none --stereo-1-2 12A-T03.WAV)";
-
-constexpr const char* mergeFooter =
-    R"(Writes one poly file "_merge" for each mono set. Any of its files stands for the whole set. The files must have one
-format and one length. Metadata is that of the first file, with the tracks of all; files that do not begin at the same
-time are merged, and it is said.
-
-Examples:
-  dravik-cli merge SC12_T01.wav
-  dravik-cli merge --exclude SC12_T04.wav --dest poly /media/card/day1)";
-
-constexpr const char* exportFooter =
-    R"(A take becomes one new file: its tracks as routed, at another rate or depth if asked for, with its metadata brought
-up to date (WAV), or as a listening copy (MP3, AAC in M4A). Nothing is ever clipped: audio that does not fit is refused,
-as is audio beyond full scale in MP3 and AAC. Rates up to 768000.
-
-Routes (tracks from 1): poly; mono:3; mono:1+2@-6 adds two tracks, each at -6 dB (-3 if nothing is said); stereo:1,2.
-Default: all tracks for WAV, else tracks 1 and 2, or the only one.
-A new file beside its take is called "_export"; in another folder it has the take's name. Where that name is taken,
-"-1", "-2" is put behind the take's name.
-
-Examples:
-  dravik-cli export --format wav --rate 48000 --depth 24 --dest delivery /media/card/day1
-  dravik-cli export --format wav --depth 16 --route stereo:1,2 --dither-seed 7 12A-T03.WAV
-  dravik-cli export --format mp3 --bitrate 192 --route mono:1+2 --dest dailies /media/card/day1)";
-
-constexpr const char* renameFooter =
-    R"(New names are put together from a pattern: {originalName} {project} {trackName} {scene} {take} {tape}
-{startTimecode} {recordingDate} {circled} {wild} {fps} {bits} {sampleRate}, and free text between them. "_" and "-" are
-separators: they go when the token beside them is empty for a file. {text:A_B} is text that keeps its own. Extensions
-stay. A folder stands for all its files, a file of a mono set for the whole set (unless --no-group).
-All names are checked first: one that is taken, given twice or impossible refuses the whole run. Either all files get
-their new names or none does.
-
-Examples:
-  dravik-cli rename --pattern "{scene}_{take}_{trackName}" --dry-run /media/card/day1
-  dravik-cli rename --pattern "{recordingDate}_{scene}T{take}_{circled}" 12A-T03.WAV
-  dravik-cli rename --pattern "{project}-{originalName}" --copy-to delivery /media/card/day1)";
-
-constexpr const char* completionsFooter =
-    R"(An installed Dravik completes by itself. This is for one that is not:
-  source <(dravik-cli completions bash)      in ~/.bashrc
-  source <(dravik-cli completions zsh)       in ~/.zshrc, behind compinit
-  dravik-cli completions fish | source       in ~/.config/fish/config.fish)";
-
-constexpr const char* reportFooter =
-    R"(The day's paper for editorial: "FOLDER_SoundReport.pdf" and ".csv", one line a file. Where a name is taken, both get
-"-1", "-2" behind the folder's name. Without --pdf or --csv both are written. What is not given is taken from the
-files: production (their project), tape, frame rate, sample rate and bit depth. The paper is A4 or Letter, by LC_PAPER.
-
-Columns, beside the file's name: tape, scene, take, circled, wild, notes, channel, duration, tcStart, tcEnd,
-frameRate, bitDepth, sampleRate, size, format. Default: all but tape, size and format.
-
-Examples:
-  dravik-cli report --dest paper /media/card/day1
-  dravik-cli report --pdf --dest . --work-title "The Long Tide" --sound-mixer "A. Weir" --reference "-20 dBFS" day1
-  dravik-cli report --csv --columns scene,take,circled,tcStart --dest . day1)";
-
-/// "N=TEXT" or "N" split at the first "=".
-struct NumberedText {
-    std::int64_t number = 0;
-    std::optional<std::string> text;
-};
-
-NumberedText numberedText(const std::string& option, const std::string& argument, std::int64_t least) {
-    const std::size_t equals = argument.find('=');
-    const std::optional<std::int64_t> number = parseInteger(std::string_view(argument).substr(0, equals));
-    if (!number || *number < least) {
-        throw CLI::ValidationError(option,
-                                   fmt::format("\"{}\" does not begin with a number from {} on", argument, least));
-    }
-    NumberedText result{*number, {}};
-    if (equals != std::string::npos) result.text = argument.substr(equals + 1);
-    return result;
-}
-
-NumberedText numberedName(const std::string& option, const std::string& argument) {
-    NumberedText result = numberedText(option, argument, 1);
-    if (!result.text) throw CLI::ValidationError(option, fmt::format("\"{}\" is not NUMBER=NAME", argument));
-    return result;
-}
-
-int trackOf(const NumberedText& track) {
-    constexpr std::int64_t beyondAnyTake = 1'000'000;
-    return static_cast<int>(std::min(track.number, beyondAnyTake));
-}
-
-/// A track has one name and one number: the second of two values is a slip of the hand.
-template <typename Value>
-void refuseSecond(const std::string& option, const std::vector<std::pair<int, Value>>& given, int track) {
-    const bool isThere = std::any_of(given.begin(), given.end(), [&](const auto& one) { return one.first == track; });
-    if (isThere) throw CLI::ValidationError(option, fmt::format("track {} is given twice", track));
-}
 
 /// Declares the commands and keeps what is parsed into.
 class Grammar {
@@ -289,6 +103,7 @@ class Grammar {
     CLI::App& command(const char* name, const char* description, const char* footer) {
         CLI::App& sub = *app_.add_subcommand(name, description);
         sub.footer(footer);
+        sub.group("Commands");
         return sub;
     }
 
@@ -428,23 +243,6 @@ class Grammar {
         CLI::App& sub = command("recover", "Put right what an interrupted save left in a folder", recoverFooter);
         paths(sub, "FOLDER", recover_.folders);
         chosenBy(sub, recover_);
-    }
-    /// Tracks as they are counted on the command line, "2,1,3", as channels from 0.
-    static std::vector<int> trackNumbers(const std::string& option, std::string_view list) {
-        constexpr std::int64_t beyondAnyFile = 65535;
-        std::vector<int> channels;
-        for (bool more = true; more;) {
-            const std::size_t comma = list.find(',');
-            const std::string_view item = trimmed(list.substr(0, comma));
-            const std::optional<std::int64_t> number = parseInteger(item);
-            if (!number || *number < 1 || *number > beyondAnyFile) {
-                throw CLI::ValidationError(option, fmt::format("\"{}\" is not a track's number, from 1 on", item));
-            }
-            channels.push_back(static_cast<int>(*number) - 1);
-            more = comma != std::string_view::npos;
-            if (more) list.remove_prefix(comma + 1);
-        }
-        return channels;
     }
     void operation(CLI::App& sub, OperationOptions& options) {
         paths(sub, "PATH", options.paths);
@@ -635,7 +433,7 @@ class Grammar {
             command("completions", "Print what teaches bash, zsh or fish to complete dravik-cli", completionsFooter);
         oneOf(sub.add_option("SHELL", shell_)->required(), {"bash", "zsh", "fish"});
         sub.callback([this] {
-            const Shell shell = shell_ == "bash" ? Shell::bash : shell_ == "zsh" ? Shell::zsh : Shell::fish;
+            const Shell shell = shellOf(shell_).value();
             command_ = Told{ExitCode::done, dravik::completions(usageOf(app_, offers_), shell)};
         });
     }

@@ -1,5 +1,5 @@
 # cmake -D SOURCE=... -D OUTPUT=... -D DRAVIK_VERSION=... -D DRAVIK_BUILD=... -P write_build_info.cmake
-# Writes base/build_info.cpp. OUTPUT keeps its time when nothing has changed, so that nothing is compiled.
+# Writes OUTPUT from base/build_info.cpp.in. It keeps its time when nothing has changed, so that nothing is compiled.
 set(DRAVIK_COMMIT unknown)
 if(EXISTS ${SOURCE}/COMMIT)
   # A source archive, which may lie inside somebody else's clone.

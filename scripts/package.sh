@@ -11,8 +11,11 @@ Installs what is missing (Debian, Ubuntu), and makes in FOLDER (build/package un
   dravik-VERSION.tar.xz           the sources of the commit that is checked out
   dravik_VERSION-1_ARCH.deb       the package, built from that archive
 
+FOLDER/work is made for that and removed at the end; it must not be there yet.
+
 Fails when there are changes that are in no commit: they would be in neither. Options for cmake, as
--DDRAVIK_WEB_SITE=..., are taken from the variable DRAVIK_CMAKE_OPTIONS.
+-DDRAVIK_WEB_SITE=..., are taken from the variable DRAVIK_CMAKE_OPTIONS; they are parted by blanks, so that no
+value can hold one.
 TEXT
 }
 case "${1-}" in
@@ -50,9 +53,13 @@ commit=$(git rev-parse --short HEAD)
 # The time of the commit, so that the same commit gives the same bytes on every day.
 SOURCE_DATE_EPOCH=$(git log -1 --format=%ct)
 export SOURCE_DATE_EPOCH
+# One name each time, so that no path in what is built differs.
 work=$folder/work
-rm -rf "$work"
-mkdir -p "$work"
+mkdir "$work" 2>/dev/null || {
+    echo "==> $work cannot be made, or is there already: move it away, or name another folder." >&2
+    exit 1
+}
+trap 'rm -rf "$work"' EXIT
 
 step "Packing the sources of $commit"
 name=dravik-$version
@@ -83,5 +90,4 @@ package=$folder/$(basename "${packages[0]}")
 mv "$work/$name.tar.xz" "${packages[@]}" "$folder/"
 # Tags that stay: there is no bug to close in a distribution that the program is not part of.
 lintian --allow-root --suppress-tags initial-upload-closes-no-bugs "$package" >&2
-rm -rf "$work"
 printf '%s\n' "$folder/$name.tar.xz" "$package"

@@ -1,7 +1,7 @@
 // The manual page and the completions against the help, and what shells and man make of them.
 #include "tests/cli/program.h"
-#include "tests/operations/proofs/judges.h"
 #include "tests/support/files.h"
+#include "tests/support/shell.h"
 
 #include <sstream>
 
@@ -68,7 +68,7 @@ class Documents : public ::testing::Test {
 };
 
 TEST_F(Documents, NameEveryCommandAndEveryOptionOfTheHelp) {
-    const std::vector<std::string> commands = listed(run({"--help"}).out, "Subcommands:");
+    const std::vector<std::string> commands = listed(run({"--help"}).out, "Commands:");
     ASSERT_THAT(commands, IsSupersetOf({"scan", "export", "completions"}));
     EXPECT_EQ(bashOffers({""}), commands);
     for (const std::string& command : commands) {

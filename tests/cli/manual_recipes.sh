@@ -28,10 +28,19 @@ for recipe in "$work"/cli-*.sh "$work"/crash-*.sh; do
     count=$((count + 1))
 done
 echo "$count recipes"
-[ "$count" -ge 7 ]
+# Any block that the line above did not take for one would go untried.
+[ "$count" -eq "$(cat "$manual/command-line.md" "$manual/after-a-crash.md" | grep -c '^ *```sh')" ] || {
+    echo "the pages have another number of recipes"
+    exit 1
+}
 
 # What they promise.
-cmp "$CARD/12-T01.WAV" "$DAY/12-T01.WAV" && { echo "the tape name was not written"; exit 1; }
+changed=0
+cmp -s "$CARD/12-T01.WAV" "$DAY/12-T01.WAV" || changed=$?
+[ "$changed" -eq 1 ] || { # 2: one of them is missing
+    echo "the tape name was not written"
+    exit 1
+}
 [ "$(dravik-cli scan --json "$DAY" | jq -r '[.groups[].tape] | unique | join(",")')" = A003 ]
 [ "$(find "$DAY/polys" -name '*_merge.wav' | wc -l)" -ge 1 ]
 [ "$(find "$DAY/listen" -name '*.mp3' | wc -l)" -ge 1 ]

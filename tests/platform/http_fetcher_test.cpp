@@ -189,6 +189,7 @@ TEST_F(HttpFetcherTest, TrustsNoOtherCertificateAndNoOtherProtocol) {
 TEST_F(HttpFetcherTest, ACancelEndsItWhateverItWaitsFor) {
     server.set("/drip",
                {"HTTP/1.1 200 OK\r\nContent-Length: 90000\r\n\r\n" + QByteArray(90'000, 'x'), milliseconds(5)});
+    constexpr seconds atOnce{2};  // a tenth of one is promised; the rest is for a busy machine
     for (const char* path : {"/never", "/drip"}) {
         CancellationToken mine;
         const auto began = steady_clock::now();
@@ -198,7 +199,7 @@ TEST_F(HttpFetcherTest, ACancelEndsItWhateverItWaitsFor) {
         });
         EXPECT_THROW(static_cast<void>(fetcher->get({server.url(path), {}, never, mostBytes}, mine)), Cancelled);
         canceller.join();
-        EXPECT_LT(steady_clock::now() - began, soon);
+        EXPECT_LT(steady_clock::now() - began, atOnce);
     }
     token.cancel();
     EXPECT_THROW(static_cast<void>(get(server.url("/never"))), Cancelled) << "before it began";

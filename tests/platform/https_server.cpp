@@ -19,7 +19,7 @@ Answer answer(int status, const QByteArray& body, const QByteArray& headers) {
 
 Certificate::Certificate() {
     const TempFolder folder;
-    const std::filesystem::path key_file = folder / "key.pem";
+    const std::filesystem::path keyFile = folder / "key.pem";
     const std::filesystem::path file = folder / "certificate.pem";
     QProcess openssl;
     openssl.start(
@@ -28,10 +28,10 @@ Certificate::Certificate() {
          QStringLiteral("-pkeyopt"), QStringLiteral("ec_paramgen_curve:prime256v1"), QStringLiteral("-nodes"),
          QStringLiteral("-days"), QStringLiteral("2"), QStringLiteral("-subj"), QStringLiteral("/CN=localhost"),
          QStringLiteral("-addext"), QStringLiteral("subjectAltName=DNS:localhost"), QStringLiteral("-keyout"),
-         QString::fromStdString(key_file), QStringLiteral("-out"), QString::fromStdString(file)});
+         QString::fromStdString(keyFile), QStringLiteral("-out"), QString::fromStdString(file)});
     if (!openssl.waitForFinished(60'000) || openssl.exitCode() != 0) return;
     pem = asText(readFile(file));
-    key = asText(readFile(key_file));
+    key = asText(readFile(keyFile));
 }
 
 HttpsServer::HttpsServer(const Certificate& certificate) {
