@@ -2,130 +2,13 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en" sourcelanguage="en">
 <context>
-    <name>CommandLine</name>
-    <message>
-        <source>See, edit and save the metadata of production sound recordings.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>When Dravik runs already, its window opens what is named here.
-Options of Qt, as &quot;-platform offscreen&quot; or &quot;-style fusion&quot;, are taken, too.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Print this help.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Print the version.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Say on standard error what is done.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Draw the main window into this PNG file, and end.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Draw every window into this folder, and end.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>A folder, or files, to open.</source>
-        <translation type="unfinished"></translation>
-    </message>
-</context>
-<context>
-    <name>MainWindow</name>
-    <message>
-        <source>Looking for updates…</source>
-        <translation type="unfinished"></translation>
-    </message>
-</context>
-<context>
-    <name>UpdatePresentation</name>
-    <message>
-        <source>You are currently using version %1 (Build %2)</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>This Mac is currently running macOS %1</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>This computer is currently running %1</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Dravik %1 is available</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Download Update</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Later</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Dravik %1 requires macOS %2 or later.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>the required macOS version</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>OK</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Released %1</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>What&apos;s New in Dravik %1</source>
-        <translation type="unfinished"></translation>
-    </message>
-</context>
-<context>
-    <name>UpdateSheet</name>
-    <message>
-        <source>Release notes</source>
-        <translation type="unfinished"></translation>
-    </message>
-</context>
-<context>
     <name>dravik::AboutWindows</name>
     <message>
         <source>windows, settings, network</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>LGPL 3</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>reading M4A</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>LGPL 2.1 or later</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>reading AIFF, CAF, FLAC, MP3</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>letter case of file names</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>MIT</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -166,6 +49,30 @@ Options of Qt, as &quot;-platform offscreen&quot; or &quot;-style fusion&quot;, 
     </message>
     <message>
         <source>&lt;h2&gt;Dravik %1&lt;/h2&gt;&lt;p&gt;Build %2, commit %3&lt;/p&gt;&lt;p&gt;Metadata of production sound: see takes instead of files,&lt;br&gt;correct them, and lose nothing.&lt;/p&gt;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>reading and writing M4A</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>reading AIFF, CAF, FLAC</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>reading MP3</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>writing MP3</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>sample rates</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>audio output</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -786,31 +693,7 @@ Re-enable Group Mono Files to edit detected mono sets together.</source>
 <context>
     <name>dravik::FolderCommands</name>
     <message>
-        <source>New files are being made. Wait until that is done before %1 “%2”.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>“%1” is being saved into. Wait until that is done before %2 it.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>“%1” holds takes with unsaved changes. Save or discard them before %2 it.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Takes of “%1” are shown beside others with unsaved changes. Save or discard them before %2 it.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>“%1” is being copied. Wait until that is done, or cancel it, before %2 “%3”.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Eject Refused</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>ejecting</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -830,19 +713,11 @@ Re-enable Group Mono Files to edit detected mono sets together.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>renaming</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Rename Failed</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Move to Trash Refused</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>moving</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -870,10 +745,6 @@ Re-enable Group Mono Files to edit detected mono sets together.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>duplicating</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Copying “%1”…</source>
         <translation type="unfinished"></translation>
     </message>
@@ -883,6 +754,26 @@ Re-enable Group Mono Files to edit detected mono sets together.</source>
     </message>
     <message>
         <source>Duplicate Failed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>New files are being made. “%1” can be changed when that is done.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>“%1” is being saved into. It can be changed when that is done.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>“%1” holds takes with unsaved changes. Save or discard them first.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Takes of “%1” are shown beside others with unsaved changes. Save or discard them first.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>“%1” is being copied. “%2” can be changed when that is done, or cancelled.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -1157,10 +1048,6 @@ Re-enable Group Mono Files to edit detected mono sets together.</source>
 <context>
     <name>dravik::MainWindow</name>
     <message>
-        <source>%1 visible=%2 minimised=%3</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Saving...</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1206,6 +1093,10 @@ Would you like to quit without it?</source>
         <source>Cancel</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Looking for updates…</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>dravik::ManualWindow</name>
@@ -1234,7 +1125,7 @@ Would you like to quit without it?</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>The link could not be opened</source>
+        <source>The Link Could Not Be Opened</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -3839,11 +3730,69 @@ Right click to choose how far</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>The Support Could Not Be Contacted</source>
+        <source>The Web Site Could Not Be Opened</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>The Web Site Could Not Be Opened</source>
+        <source>This build of Dravik was made without an update server.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Support Could Not Be Contacted</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>dravik::UpdatePresentation</name>
+    <message>
+        <source>You are currently using version %1 (Build %2)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This Mac is currently running macOS %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This computer is currently running %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Dravik %1 is available</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Download Update</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Later</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Dravik %1 requires macOS %2 or later.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the required macOS version</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Released %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>What&apos;s New in Dravik %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>dravik::UpdateSheet</name>
+    <message>
+        <source>Release notes</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

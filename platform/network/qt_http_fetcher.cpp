@@ -138,10 +138,10 @@ class Exchange {
         return ok ? std::optional(length) : std::nullopt;
     }
 
-    /// What Qt makes of a status that is no success; with any other error there was no whole answer.
+    /// What Qt makes of a status that is no success, 400 and unknown ones included; with any other error there was no
+    /// whole answer.
     static bool isOfStatus(QNetworkReply::NetworkError error) {
-        return (error >= QNetworkReply::ContentAccessDenied && error <= QNetworkReply::UnknownContentError) ||
-               (error >= QNetworkReply::InternalServerError && error <= QNetworkReply::UnknownServerError);
+        return error >= QNetworkReply::ContentAccessDenied && error != QNetworkReply::ProtocolFailure;
     }
 
     HttpResponse answerOf(const QNetworkReply& reply) {

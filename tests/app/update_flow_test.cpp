@@ -127,7 +127,7 @@ TEST_F(UpdateFlowTest, AFailureAtTheStartIsSilentAndTriedAgainTheNextTime) {
     EXPECT_THAT(presented, IsEmpty());
 }
 
-TEST_F(UpdateFlowTest, ABuildWithoutAServerAsksOnlyWhenItIsTold) {
+TEST_F(UpdateFlowTest, ABuildWithoutAServerAsksNobodyAndSaysSo) {
     ours.webDomain = "dravik.test";
     const auto flow = makeFlow();
     flow->start();
@@ -135,7 +135,9 @@ TEST_F(UpdateFlowTest, ABuildWithoutAServerAsksOnlyWhenItIsTold) {
     EXPECT_THAT(fetcher->asked(), IsEmpty());
     flow->checkForUpdates();
     settle(*flow);
-    EXPECT_EQ(fetcher->asked().size(), 1U);
+    EXPECT_THAT(fetcher->asked(), IsEmpty());
+    ASSERT_EQ(dialogs.asked.size(), 1U);
+    EXPECT_EQ(dialogs.asked.front().text, QStringLiteral("This build of Dravik was made without an update server."));
 }
 
 TEST_F(UpdateFlowTest, WhoeverAsksIsToldWhateverComesOfIt) {

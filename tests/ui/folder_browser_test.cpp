@@ -229,10 +229,10 @@ TEST_F(FolderBrowserTest, AVolumeIsNeitherRenamedNorTrashedButEjected) {
     EXPECT_TRUE(stage.dialogs.asked.empty());
     EXPECT_FALSE(browser->commands().isCopying());
     EXPECT_EQ(openField(), nullptr);
-    key(Qt::Key_R, Qt::ControlModifier | Qt::ShiftModifier);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !workspace.revealed().empty(); }, 20'000));
+    key(Qt::Key_R, Qt::ControlModifier | Qt::AltModifier);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !workspace.revealed().empty(); }, 20'000));
     EXPECT_EQ(workspace.revealed().front(), stage.folder.path());
-    key(Qt::Key_E, Qt::ControlModifier);
+    key(Qt::Key_E, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_TRUE(QTest::qWaitFor([&] { return tree.model()->rowCount() == 1; }, 20'000));
     EXPECT_EQ(workspace.ejected(), std::vector<fs::path>{stage.folder.path()});
 }

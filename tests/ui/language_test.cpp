@@ -99,7 +99,9 @@ bool isData(const QString& word) {
         QStringLiteral("Qt"),        QStringLiteral("FFmpeg"),     QStringLiteral("fmt"),
         QStringLiteral("spdlog"),    QStringLiteral("libavcodec"), QStringLiteral("libavformat"),
         QStringLiteral("libavutil"), QStringLiteral("libsndfile"), QStringLiteral("nlohmann"),
-        QStringLiteral("json")};
+        QStringLiteral("json"),      QStringLiteral("LGPL"),       QStringLiteral("MIT"),
+        QStringLiteral("zlib"),      QStringLiteral("LAME"),       QStringLiteral("SoX"),
+        QStringLiteral("Resampler"), QStringLiteral("SDL")};
     // As in "12B" and "utf8proc"; the letters of channels and keys.
     const bool hasDigit = std::any_of(word.begin(), word.end(), [](QChar one) { return one.isDigit(); });
     return word.size() == 1 || hasDigit || word.startsWith(QLatin1String("zz")) || known.contains(word);
