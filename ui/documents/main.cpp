@@ -4,6 +4,7 @@
 #include "ui/program_options.h"
 
 #include <cstdio>
+#include <optional>
 #include <string_view>
 
 #include <fmt/format.h>
@@ -16,8 +17,8 @@ int main(int argc, char** argv) {
     const Usage usage = programUsage();
     if (what == "man-page") {
         fmt::print("{}", manPage(usage, buildInfo().version, {"dravik-cli"}));
-    } else if (what == "bash" || what == "zsh" || what == "fish") {
-        fmt::print("{}", completions(usage, what == "bash" ? Shell::bash : what == "zsh" ? Shell::zsh : Shell::fish));
+    } else if (const std::optional<Shell> shell = shellOf(what)) {
+        fmt::print("{}", completions(usage, *shell));
     } else {
         fmt::print(stderr, "usage: dravik_documents man-page|bash|zsh|fish\n");
         return 2;
