@@ -3,6 +3,7 @@
 #include "app/text.h"
 #include "editing/cue_marker.h"
 
+#include <QCoreApplication>
 #include <QString>
 #include <cstddef>
 

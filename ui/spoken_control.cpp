@@ -1,6 +1,7 @@
 #include "ui/spoken_control.h"
 
 #include <QAccessibleWidget>
+#include <QWidget>
 #include <memory>
 
 namespace dravik {

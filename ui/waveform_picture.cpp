@@ -109,7 +109,7 @@ QImage drawWaveform(QSize size, const std::vector<WaveformLane>& lanes, const Wa
         for (int x = 0; x < size.width(); ++x)
             fillColumn(image, x, lane.area, gain, columns[static_cast<std::size_t>(x)], colour);
     }
-    if (close.empty()) return image;
+    if (close.empty() || content.samples == nullptr) return image;
     QPainter painter(&image);
     // Smooth lines take their time, and are of use only where a line can be followed from sample to sample.
     constexpr double smoothUpToFramesPerPixel = 0.25;

@@ -12,6 +12,8 @@
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 #include <algorithm>
