@@ -35,6 +35,12 @@ bool isLatin1Name(std::string_view encoding) {
     return std::find(names.begin(), names.end(), plain) != names.end();
 }
 
+/// What XML allows in the name of an encoding, and the blanks that recorders put there ("ISO 8859-1").
+constexpr bool isEncodingNameByte(char c) noexcept {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '.' || c == '_' ||
+           c == '-' || c == ' ';
+}
+
 }  // namespace
 
 Utf8Character firstCharacter(std::string_view text) noexcept {
@@ -121,15 +127,24 @@ std::string latin1ToUtf8(std::string_view latin1) {
 
 std::string_view declaredEncoding(std::string_view text) noexcept {
     constexpr std::string_view key = "encoding";
+    constexpr std::string_view blanks = " \t\r\n";
     const std::size_t start = text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0;
     if (!text.substr(start).starts_with("<?xml")) return {};
-    const std::string_view line = text.substr(0, text.find("?>", start));
+    // A damaged first line may find its end far into the document, and what stands in between is no encoding: whoever
+    // replaces the name would replace elements.
+    const std::size_t end = text.find_first_of("<>", start + 1);
+    if (end == std::string_view::npos || text[end] != '>' || text[end - 1] != '?') return {};
+    const std::string_view line = text.substr(0, end - 1);
     const std::size_t at = line.find(key, start);
-    if (line.size() == text.size() || at == std::string_view::npos) return {};
-    const std::size_t open = line.find_first_of("\"'", at + key.size());
-    const std::size_t close = open == std::string_view::npos ? open : line.find(line[open], open + 1);
+    if (at == std::string_view::npos) return {};
+    const std::size_t equals = line.find_first_not_of(blanks, at + key.size());
+    if (equals == std::string_view::npos || line[equals] != '=') return {};
+    const std::size_t open = line.find_first_not_of(blanks, equals + 1);
+    if (open == std::string_view::npos || (line[open] != '"' && line[open] != '\'')) return {};
+    const std::size_t close = line.find(line[open], open + 1);
     if (close == std::string_view::npos) return {};
-    return line.substr(open + 1, close - open - 1);
+    const std::string_view name = line.substr(open + 1, close - open - 1);
+    return std::all_of(name.begin(), name.end(), isEncodingNameByte) ? name : std::string_view{};
 }
 
 std::string utf8OrLatin1(std::string_view bytes) {

@@ -39,6 +39,8 @@ TEST(Text, AStrayByteIsReadAsLatin1AndGarblesNoOtherCharacter) {
         {"<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\xABpr\xE9\xA0\xBB",
          "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>«pré\u00A0»"},
         {"<?xml encoding='Windows-1252' ?>\xC9\xBB \xE9", "<?xml encoding='Windows-1252' ?>É» é"},
+        {"<?xml encoding = 'ISO 8859-1'?>\xE9 é", "<?xml encoding = 'ISO 8859-1'?>é Ã©"},
+        {"<?xml encoding='latin1<A>'?>\xE9 é", "<?xml encoding='latin1<A>'?>é é"},
         {"<?xml encoding='ISO_8859-1'?>é", "<?xml encoding='ISO_8859-1'?>é"},
         {"<?xml version='1.0'?><A encoding='latin1'>\xE9é", "<?xml version='1.0'?><A encoding='latin1'>éé"},
     };

@@ -449,6 +449,11 @@ TEST(IxmlEditor, DeclaresTheEncodingThatItWrites) {
          {"<?xml encoding=\"utf-8\"?>", "<?xml version=\"1.0\"?>", "<?xml encoding=\"latin1?>", ""}) {
         EXPECT_EQ(firstLine(kept), kept);
     }
+    // A damaged declaration that ends only behind the elements names no encoding: nothing of them may be replaced.
+    const std::string damaged =
+        mettreAJourIXML("<?xml encoding=\"UTF<BWFXML><SCENE>1</SCENE><TAPE>T</TAPE></BWFXML>\"?>", values);
+    EXPECT_NE(damaged.find("<TAPE>T</TAPE>"), std::string::npos) << damaged;
+    EXPECT_NE(damaged.find("<SCENE>Café</SCENE>"), std::string::npos) << damaged;
     values.scene = "plain";
     EXPECT_EQ(firstLine("<?xml encoding=\"latin1\"?>"), "<?xml encoding=\"latin1\"?>");
 }
