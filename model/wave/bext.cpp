@@ -26,6 +26,7 @@ struct Line {
     std::string content;                ///< without its line end; of an edited line only what stands before the value
     std::string lineEnd;                ///< empty for a last line without one
     std::optional<std::size_t> edit{};  ///< what its value is, for an edited line
+    bool repeats = false;               ///< a line above has the same key
 };
 
 /// The new value of all lines of one key.
@@ -34,6 +35,7 @@ struct Edit {
     std::size_t leastBytes = 0;  ///< the value is not shortened below
     bool added = false;          ///< no line had the key
     bool kept = true;            ///< false: there is no room for it
+    bool once = false;           ///< there is no room for the lines that repeat its key
 };
 
 /// The prefix letter of a key=value line of that key: empty when it has none; absent when the line is another.
@@ -110,13 +112,15 @@ class DescriptionLines {
             if (!prefix) continue;
             line.content.resize(prefix->size() + key.size() + 1);
             line.edit = edits_.size();
+            line.repeats = found;
             found = true;
         }
         if (!found && addMissing) added_.push_back({fmt::format("{}{}=", ownPrefix, key), lineEnd_, edits_.size()});
         if (found || addMissing) edits_.push_back({std::string(value), leastBytes, !found});
     }
 
-    /// Decides which edited lines find room at all, each with the least value: first those that were there.
+    /// Decides which edited lines find room at all, each with the least value: first those that were there. A key that
+    /// stands there several times is kept once rather than not at all.
     void chooseLines(std::size_t maxBytes) {
         std::vector<std::string> values;
         for (Edit& edit : edits_) {
@@ -127,8 +131,11 @@ class DescriptionLines {
         for (const bool added : {false, true}) {
             for (Edit& edit : edits_) {
                 if (edit.added != added) continue;
+                const auto fits = [&] { return rendered().size() <= maxBytes; };
                 edit.kept = true;
-                edit.kept = rendered().size() <= maxBytes;
+                if (fits()) continue;
+                edit.once = true;
+                edit.kept = fits();
             }
         }
         for (std::size_t i = 0; i < edits_.size(); ++i)
@@ -138,7 +145,7 @@ class DescriptionLines {
     [[nodiscard]] std::string rendered() const {
         std::string out;
         const auto appendLine = [&](const Line& line) {
-            if (line.edit && !edits_[*line.edit].kept) return;
+            if (line.edit && (!edits_[*line.edit].kept || (line.repeats && edits_[*line.edit].once))) return;
             out.append(line.content);
             if (line.edit) out.append(edits_[*line.edit].value);
             out.append(line.lineEnd);

@@ -140,6 +140,8 @@ TEST(Bext, AnEditedLineWithoutRoomIsLeftOutWhole) {
     values.edited.note = "a long note";
     EXPECT_EQ(updatedText("sNOTE=1\r\n" + others + "T", values), "sNOTE=a long n\r\n" + others + "T")
         << "at least eight bytes of a text";
+    EXPECT_EQ(updatedText("sNOTE=1\r\nNOTE=2\r\n" + others, values), "sNOTE=a long no\r\n" + others)
+        << "of lines that repeat a key the first";
 }
 
 TEST(Bext, TheTextIsNeverCutInsideACharacter) {
