@@ -26,6 +26,20 @@ GroupeFichiers alone(const InfoFichier& fichier) {
     return groupe;
 }
 
+/// "WAV", "4 × WAV"; "3 of 4 × WAV" when a file of the take cannot be read or is not there.
+QString formatText(const GroupeFichiers& groupe) {
+    const QString kind = toQt(groupe.fichiers.front().format);
+    const std::size_t files = groupe.fichiers.size();
+    const std::size_t lacking = groupe.filesLacking();
+    if (lacking > 0) {
+        return Texts::tr("%1 of %2 × %3", "files of a take that are there, of all, and their format")
+            .arg(files)
+            .arg(files + lacking)
+            .arg(kind);
+    }
+    return files > 1 ? Texts::tr("%1 × %2", "files of a take, and their format").arg(files).arg(kind) : kind;
+}
+
 }  // namespace
 
 QString columnTitle(TakeColumn column) {
@@ -135,7 +149,7 @@ std::string cellText(const GroupeFichiers& groupe, TakeColumn column) {
         case TakeColumn::bits:
             return premier.bits > 0 ? fmt::format("{}", premier.bits) : std::string();
         case TakeColumn::format:
-            return premier.format;
+            return formatText(groupe).toStdString();
         case TakeColumn::size:
             return sizeText(
                 std::accumulate(groupe.fichiers.begin(), groupe.fichiers.end(), std::uint64_t{0},
@@ -200,6 +214,29 @@ QString whyNot(const GroupeFichiers& groupe, TakeColumn column, const QString& t
     }
 }
 
+bool isDamaged(const GroupeFichiers& groupe) {
+    return groupe.filesLacking() > 0 ||
+           std::any_of(groupe.fichiers.begin(), groupe.fichiers.end(), [](const InfoFichier& fichier) {
+               return fichier.missingAudioBytes > 0 || (fichier.channels == 0 && isEditable(fichier.url));
+           });
+}
+
+QString whatIsWrong(const GroupeFichiers& groupe) {
+    QStringList sentences;
+    for (const InfoFichier& fichier : groupe.fichiers) {
+        if (fichier.missingAudioBytes == 0) continue;
+        sentences << Texts::tr("%1 is cut off: %2 of its audio is missing.")
+                         .arg(toQt(fichier.url.filename()), toQt(sizeText(fichier.missingAudioBytes)));
+    }
+    for (const UnreadableTrack& track : groupe.unreadableTracks)
+        sentences << Texts::tr("%1, a track of this take, cannot be read.").arg(toQt(track.url.filename()));
+    if (groupe.filesNotThere > 0) {
+        sentences << Texts::tr("%n file(s) that the recorder wrote of this take are not in the folder.", nullptr,
+                               groupe.filesNotThere);
+    }
+    return sentences.join(QLatin1Char('\n'));
+}
+
 QString whyReadOnly(const GroupeFichiers& groupe) {
     for (const InfoFichier& fichier : groupe.fichiers) {
         if (isEditable(fichier.url)) {
@@ -214,6 +251,13 @@ QString whyReadOnly(const GroupeFichiers& groupe) {
         return Texts::tr("Dravik can open %1 files, but changes cannot be saved to this format.").arg(format);
     }
     return {};
+}
+
+QString warningOf(const TakeRows& rows, int row) {
+    const GroupeFichiers& groupe = rows.groupesTableau().at(static_cast<std::size_t>(row)).groupe;
+    QStringList lines{whyReadOnly(rows, row), whatIsWrong(groupe)};
+    lines.removeAll(QString());
+    return lines.join(QLatin1Char('\n'));
 }
 
 QString whyReadOnly(const TakeRows& rows, int row) {

@@ -61,6 +61,13 @@ inline constexpr int takeColumnCount = 18;
 [[nodiscard]] QString whyReadOnly(const GroupeFichiers& groupe);
 /// The same, also of takes whose files are gone.
 [[nodiscard]] QString whyReadOnly(const TakeRows& rows, int row);
+/// Files of the take that are cut off, cannot be read, or are not there; empty when it is whole. (Of a file that is a
+/// row by itself and cannot be read, whyReadOnly tells.)
+[[nodiscard]] QString whatIsWrong(const GroupeFichiers& groupe);
+/// Both, a line each.
+[[nodiscard]] QString warningOf(const TakeRows& rows, int row);
+/// Is something wrong with a file of the take? Cheap enough for painting.
+[[nodiscard]] bool isDamaged(const GroupeFichiers& groupe);
 
 /// The cell as other programs take it: of flags "yes" or nothing.
 [[nodiscard]] std::string clipboardText(const GroupeFichiers& groupe, TakeColumn column);

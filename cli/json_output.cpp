@@ -81,6 +81,7 @@ void fileMembers(JsonWriter& json, const InfoFichier& fichier) {
         json.member(std::to_string(track), channel);
     json.endObject();
     json.member("familyUID", fichier.familleUID);
+    json.member("missingAudioBytes", fichier.missingAudioBytes);
 }
 
 void groupObject(JsonWriter& json, const GroupeFichiers& groupe) {
@@ -115,6 +116,7 @@ void groupObject(JsonWriter& json, const GroupeFichiers& groupe) {
     for (const int numero : missing)
         json.value(numero);
     json.endArray();
+    json.member("filesNotThere", groupe.filesNotThere);
     json.key("files");
     json.beginArray();
     for (const InfoFichier& fichier : groupe.fichiers) {

@@ -5,6 +5,7 @@
 #include "cli/json_output.h"
 #include "cli/opened_folder.h"
 #include "cli/take_table.h"
+#include "model/audio_metadata.h"
 #include "model/folder_scan.h"
 
 #include <algorithm>
@@ -56,7 +57,9 @@ std::vector<Section> sectionsOf(const std::vector<std::filesystem::path>& paths,
     return sections;
 }
 
-bool tellUnreadable(const std::vector<GroupeFichiers>& groupes, Services& services) {
+/// Says which files cannot be read or are cut off, and which takes lack files. True when a file is damaged; a set from
+/// which files were taken away on purpose is none of our business but to be told.
+bool tellDamage(const std::vector<GroupeFichiers>& groupes, Services& services) {
     std::map<std::filesystem::path, std::string_view> lackedBy;
     for (const GroupeFichiers& groupe : groupes) {
         for (const UnreadableTrack& track : groupe.unreadableTracks)
@@ -64,7 +67,18 @@ bool tellUnreadable(const std::vector<GroupeFichiers>& groupes, Services& servic
     }
     bool any = false;
     for (const GroupeFichiers& groupe : groupes) {
+        if (groupe.filesNotThere > 0) {
+            services.console.message(fmt::format(
+                "{}: {} of the {} files that the recorder wrote of this take {} not here.", printable(groupe.nom),
+                groupe.filesNotThere, groupe.fichiers.front().filesOfFamily.value_or(0),
+                groupe.filesNotThere == 1 ? "is" : "are"));
+        }
         for (const InfoFichier& fichier : groupe.fichiers) {
+            if (fichier.missingAudioBytes > 0) {
+                services.console.message(fmt::format("{}: is cut off, {} of its audio is missing.", shown(fichier.url),
+                                                     sizeText(fichier.missingAudioBytes)));
+                any = true;
+            }
             if (fichier.channels > 0) continue;
             std::string message = shown(fichier.url) + ": cannot be read as audio.";
             if (const auto take = lackedBy.find(fichier.url); take != lackedBy.end())
@@ -95,7 +109,12 @@ ExitCode runScan(const ScanOptions& options, Services& services) {
     std::string text;
     for (const Section& section : sections) {
         std::vector<GroupeFichiers> groupes = readTakes(section.files, options.group, services);
-        if (tellUnreadable(groupes, services)) failed = true;
+        if (!section.wholeFolder) {
+            // The files that were not named may well be there.
+            for (GroupeFichiers& groupe : groupes)
+                groupe.filesNotThere = 0;
+        }
+        if (tellDamage(groupes, services)) failed = true;
         if (!options.json) {
             if (!text.empty()) text += "\n\n";
             text += sectionText(section, groupes, sections.size() > 1, services.console);

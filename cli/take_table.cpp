@@ -54,14 +54,19 @@ Table::Cell audio(const InfoFichier& fichier) {
     return {fichier.bits > 0 ? fmt::format("{}/{}", rate, fichier.bits) : rate};
 }
 
-/// "WAV", "4 × WAV"; "3 of 4 × WAV" when a file of the take cannot be read.
+/// "WAV", "4 × WAV"; "3 of 4 × WAV" when a file of the take cannot be read or is not there.
 Table::Cell format(const GroupeFichiers& groupe) {
     const std::size_t files = groupe.fichiers.size();
     const std::string& kind = groupe.fichiers.front().format;
-    if (const std::size_t lost = groupe.unreadableTracks.size(); lost > 0) {
+    if (const std::size_t lost = groupe.filesLacking(); lost > 0) {
         return {fmt::format("{} of {} × {}", files, files + lost, kind), Style::bad};
     }
     return {files > 1 ? fmt::format("{} × {}", files, kind) : kind};
+}
+
+bool isCutOff(const GroupeFichiers& groupe) {
+    return std::any_of(groupe.fichiers.begin(), groupe.fichiers.end(),
+                       [](const InfoFichier& fichier) { return fichier.missingAudioBytes > 0; });
 }
 
 double lengthOf(const GroupeFichiers& groupe) {
@@ -69,6 +74,13 @@ double lengthOf(const GroupeFichiers& groupe) {
     for (const InfoFichier& fichier : groupe.fichiers)
         longest = std::max(longest, fichier.dureeSecondes);
     return longest;
+}
+
+Table::Cell length(const GroupeFichiers& groupe) {
+    if (groupe.fichiers.front().channels == 0) return {""};
+    const std::string text = shortDuration(lengthOf(groupe));
+    if (isCutOff(groupe)) return {"cut off " + text, Style::bad};
+    return {text};
 }
 
 std::uint64_t sizeOf(const GroupeFichiers& groupe) {
@@ -92,7 +104,7 @@ std::string takeTable(const std::vector<GroupeFichiers>& groupes, std::optional<
             marks(groupe),
             field(groupe, MetadataField::timecode, groupe.timecode),
             field(groupe, MetadataField::framerate, groupe.framerate),
-            {readable ? shortDuration(lengthOf(groupe)) : ""},
+            length(groupe),
             field(groupe, MetadataField::tape, groupe.tape),
             audio(premier),
             format(groupe),

@@ -1097,6 +1097,13 @@ Would you like to quit without it?</source>
         <source>Looking for updates…</source>
         <translation type="unfinished"></translation>
     </message>
+    <message numerus="yes">
+        <source>%Ln take(s) with a warning</source>
+        <translation>
+            <numerusform>%Ln take with a warning</numerusform>
+            <numerusform>%Ln takes with a warning</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>dravik::ManualWindow</name>
@@ -2961,6 +2968,31 @@ Would you like to discard these changes?</source>
     </message>
     <message>
         <source>The files of this take are not in the folder any more. Its unsaved changes are kept until the files are back, or until you discard them.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 of %2 × %3</source>
+        <comment>files of a take that are there, of all, and their format</comment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 × %2</source>
+        <comment>files of a take, and their format</comment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1, a track of this take, cannot be read.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) that the recorder wrote of this take are not in the folder.</source>
+        <translation>
+            <numerusform>%n file that the recorder wrote of this take is not in the folder.</numerusform>
+            <numerusform>%n files that the recorder wrote of this take are not in the folder.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 is cut off: %2 of its audio is missing.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

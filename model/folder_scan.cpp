@@ -16,6 +16,7 @@
 #include <string>
 #include <system_error>
 #include <thread>
+#include <tuple>
 
 namespace dravik {
 namespace {
@@ -84,6 +85,41 @@ class LostTracks {
         bool withinFamilyOnly = false;
     };
     std::map<Place, std::vector<Lost>> lost_;
+};
+
+/// The files that their recorder counted as one family, in one folder.
+class FamilyCounts {
+  public:
+    void add(const InfoFichier& fichier) {
+        if (fichier.channels > 0 && saysSo(fichier)) ++present_[keyOf(fichier)];
+    }
+
+    /// How many files of the family of these are not there. 0 when those that say how many they are do not agree; one
+    /// that says nothing, as it may be cut off, is one of them.
+    [[nodiscard]] int notThere(const Fichiers& set) const {
+        const auto first = std::find_if(set.begin(), set.end(), saysSo);
+        if (first == set.end()) return 0;
+        int silent = 0;
+        for (const InfoFichier& fichier : set) {
+            if (!saysSo(fichier)) {
+                ++silent;
+            } else if (keyOf(fichier) != keyOf(*first)) {
+                return 0;
+            }
+        }
+        const auto present = present_.find(keyOf(*first));
+        const int there = present == present_.end() ? 0 : present->second;
+        return std::max(0, *first->filesOfFamily - there - silent);
+    }
+
+  private:
+    // A recorder that writes a poly file beside the mono files gives both one family, and counts each kind apart.
+    using Key = std::tuple<std::filesystem::path, std::string, int>;
+    static bool saysSo(const InfoFichier& fichier) { return fichier.familleUID && fichier.filesOfFamily; }
+    static Key keyOf(const InfoFichier& fichier) {
+        return {folderOf(fichier.url), *fichier.familleUID, *fichier.filesOfFamily};
+    }
+    std::map<Key, int> present_;
 };
 
 /// Can two files of one base name be two tracks of one take? Not with one number (a backup, a proxy, a link), nor when
@@ -262,7 +298,9 @@ std::vector<GroupeFichiers> construireGroupes(std::vector<InfoFichier> fichiers,
 
     std::map<SetKey, std::vector<Member>> sets;
     LostTracks lost;
+    FamilyCounts families;
     for (InfoFichier& fichier : fichiers) {
+        families.add(fichier);
         if (!regrouperFichiersMono || fichier.channels != 1) {
             if (regrouperFichiersMono && fichier.channels == 0) lost.add(fichier, candidates > 1);
             groupes.push_back(groupOfOne(std::move(fichier)));
@@ -287,7 +325,13 @@ std::vector<GroupeFichiers> construireGroupes(std::vector<InfoFichier> fichiers,
             std::vector<UnreadableTrack> unreadable = lost.takenBy(key, members);
             groupes.push_back(members.size() == 1 ? groupOfOne(std::move(members.front().fichier))
                                                   : groupOfSet(std::move(members)));
-            groupes.back().unreadableTracks = std::move(unreadable);
+            GroupeFichiers& groupe = groupes.back();
+            groupe.unreadableTracks = std::move(unreadable);
+            // A single file may well be all that somebody wanted of a take.
+            if (groupe.isMonoSet()) {
+                const int unread = static_cast<int>(groupe.unreadableTracks.size());
+                groupe.filesNotThere = std::max(0, families.notThere(groupe.fichiers) - unread);
+            }
         }
     }
     return sortedNaturally(

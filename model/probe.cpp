@@ -21,6 +21,9 @@ std::span<const Chunk> metadataChunks(const ChunkTable& table) {
     return {table.chunks.begin(), large == table.chunks.end() ? large : large + 1};
 }
 
+/// A recorder writes a file a track, and few have more than a hundred. What claims more is damage.
+constexpr std::uint32_t maxFilesOfFamily = 1024;
+
 std::optional<std::string> owned(std::optional<std::string_view> text) {
     return text ? std::optional<std::string>(std::in_place, *text) : std::nullopt;
 }
@@ -52,6 +55,12 @@ std::optional<AudioFormat> linearFormatIn(const ByteSource& source, const ChunkT
     return AudioFormat{format.channels, static_cast<double>(format.sampleRate), format.bits, audio->frames};
 }
 
+std::uint64_t missingAudioBytesIn(const ChunkTable& table) {
+    const Chunk* data = table.first("data");
+    if (data == nullptr || !data->truncated() || data->claimedSize == sizeInDs64) return 0;
+    return data->claimedSize - data->size;
+}
+
 void fillFromIxml(InfoFichier& info, std::string_view ixml) {
     const IxmlDocument document(ixml);
     info.project = owned(document.literalValue("PROJECT"));
@@ -65,6 +74,11 @@ void fillFromIxml(InfoFichier& info, std::string_view ixml) {
     info.nomsPistes = lireNomsPistes(tracks);
     info.numerosTracks = lireNumerosTracks(tracks);
     if (const auto family = document.value("FAMILY_UID"); family && !family->empty()) info.familleUID = owned(family);
+
+    if (const auto total = document.value("TOTAL_FILES")) {
+        const std::optional<std::uint32_t> files = parseUnsigned32(trimmed(*total));
+        if (files && *files <= maxFilesOfFamily) info.filesOfFamily = static_cast<int>(*files);
+    }
 
     const auto rateText = document.value("TIMECODE_RATE");
     if (!rateText) return;
@@ -103,6 +117,7 @@ InfoFichier analyserFichier(const std::filesystem::path& file, const AudioFileRe
     std::optional<AudioFormat> audio;
     if (table) {
         info.recordingDate = recordingDateIn(source, *table);
+        info.missingAudioBytes = missingAudioBytesIn(*table);
         audio = linearFormatIn(source, *table);
     }
     // Without bytes there is nothing to ask for: the codec libraries would wait for ever on a named pipe.

@@ -1,5 +1,6 @@
 #include "ui/main_window.h"
 
+#include "app/take_columns.h"
 #include "app/text.h"
 #include "model/audio_metadata.h"
 #include "ui/floating_views.h"
@@ -348,9 +349,11 @@ void MainWindow::refreshTitle() {
 void MainWindow::refreshCounts() {
     const auto& rows = services_.content.rows().groupesTableau();
     std::size_t files = 0;
+    std::size_t damaged = 0;
     std::uint64_t bytes = 0;
     double seconds = 0;
     const auto add = [&](const RowState& row) {
+        if (isDamaged(row.groupe)) ++damaged;
         files += row.groupe.fichiers.size();
         for (const InfoFichier& fichier : row.groupe.fichiers)
             bytes += fichier.taille;
@@ -369,10 +372,11 @@ void MainWindow::refreshCounts() {
         status_->setCounts({});
         return;
     }
-    const QString counts =
-        QStringLiteral("%1 · %2 · %3 · %4")
-            .arg(counted(part ? selected.size() : rows.size(), Noun::take), counted(files, Noun::file),
-                 clockText(seconds), inItsOwnDirection(toQt(sizeText(bytes)), layoutDirection()));
+    QString counts = QStringLiteral("%1 · %2 · %3 · %4")
+                         .arg(counted(part ? selected.size() : rows.size(), Noun::take), counted(files, Noun::file),
+                              clockText(seconds), inItsOwnDirection(toQt(sizeText(bytes)), layoutDirection()));
+    // The row with the sign may be far down the list.
+    if (damaged > 0) counts += QStringLiteral(" · ") + tr("%Ln take(s) with a warning", nullptr, pluralOf(damaged));
     status_->setCounts(part ? tr("Selected: %1").arg(counts) : counts);
 }
 

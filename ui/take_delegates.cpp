@@ -25,8 +25,26 @@ namespace {
 
 using metrics::cellPadding;
 constexpr double flagRadius = 4.5;
+constexpr int warningSign = 12;  ///< width and height
 
 TakeColumn columnOf(const QModelIndex& index) { return static_cast<TakeColumn>(index.column()); }
+
+/// A triangle with an exclamation mark, as high as a small letter's line.
+void paintWarning(QPainter& painter, const QRect& place, const QColor& colour) {
+    const QPointF centre = QRectF(place).center();
+    constexpr double half = warningSign / 2.0;
+    QPainterPath triangle;
+    triangle.moveTo(centre + QPointF(0, -half + 0.5));
+    triangle.lineTo(centre + QPointF(half - 0.5, half - 1));
+    triangle.lineTo(centre + QPointF(-half + 0.5, half - 1));
+    triangle.closeSubpath();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(colour, 1.2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPath(triangle);
+    painter.drawLine(centre + QPointF(0, -1.5), centre + QPointF(0, 1.5));
+    painter.drawPoint(centre + QPointF(0, 3.4));
+    painter.setRenderHint(QPainter::Antialiasing, false);
+}
 
 Qt::Alignment alignmentOf(TakeColumn column) {
     return Qt::AlignVCenter | (isNumberColumn(column) ? Qt::AlignRight : Qt::AlignLeft);
@@ -72,7 +90,15 @@ void TakeDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, 
         if (column == TakeColumn::name && isLoaded && isLoaded(index)) font.setBold(true);
         painter->setFont(font);
         painter->setPen(colour);
-        const QRect inside = option.rect.adjusted(cellPadding, 0, -cellPadding, 0);
+        QRect inside = option.rect.adjusted(cellPadding, 0, -cellPadding, 0);
+        if (index.data(TakeTableModel::DamagedRole).toBool()) {
+            const int place = warningSign + cellPadding;
+            const QRect sign(inside.left(), inside.top(), warningSign, inside.height());
+            paintWarning(*painter, QStyle::visualRect(option.direction, inside, sign),
+                         legibleOn(background, theme_.error()));
+            inside = QStyle::visualRect(option.direction, inside, inside.adjusted(place, 0, 0, 0));
+            painter->setPen(colour);
+        }
         const QFontMetrics metrics(font);
         const QString text = index.data().toString().replace(QLatin1Char('\n'), QLatin1Char(' '));
         painter->drawText(inside, textFlags(alignmentOf(column), option.direction, text) | Qt::TextSingleLine,

@@ -318,8 +318,9 @@ void TakeEditor::refresh() {
     const bool editable = isEditable(groupe) && !content_.rows().isMissing(row);
     // What is being written must not change under the pen.
     const bool mayEdit = editable && !content_.sauvegardeEnCours();
-    message_->setVisible(!editable);
-    message_->setText(whyReadOnly(content_.rows(), row));
+    const QString warning = warningOf(content_.rows(), row);
+    message_->setVisible(!warning.isEmpty());
+    message_->setText(warning);
     takeName_->setTextFormat(Qt::PlainText);  // a name may look like markup
     takeName_->setText(toQt(groupe.nom));
     takeName_->setToolTip(toQt(groupe.nom));

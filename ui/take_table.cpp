@@ -43,7 +43,7 @@ constexpr std::array<const char*, takeColumnCount> widthSamples = {"SC0123_T004_
                                                                    "Tracks",
                                                                    "Samplerate",
                                                                    "Bits.",
-                                                                   "Format",
+                                                                   "3 of 4 × WAV",
                                                                    "000.0 MB",
                                                                    "2026-00-00."};
 

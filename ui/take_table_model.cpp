@@ -122,8 +122,10 @@ QVariant TakeTableModel::groupData(int sourceRow, TakeColumn column, int role) c
             const QString value = isFlagColumn(column)      ? flagText(isMixedCell(of, column), flagOf(of, column))
                                   : isMixedCell(of, column) ? tr("mixed")
                                                             : toQt(cellText(of, column));
-            return tr("%1: %2", "a column and its value")
-                .arg(columnTitle(column), value.isEmpty() ? tr("empty") : value);
+            const QString told =
+                tr("%1: %2", "a column and its value").arg(columnTitle(column), value.isEmpty() ? tr("empty") : value);
+            const QString warning = column == TakeColumn::name ? warningOf(rows_, sourceRow) : QString();
+            return warning.isEmpty() ? told : told + QLatin1Char('\n') + warning;
         }
         case Qt::ToolTipRole:
             return toolTip(sourceRow, column);
@@ -141,6 +143,8 @@ QVariant TakeTableModel::groupData(int sourceRow, TakeColumn column, int role) c
             return rows_.isEdited(sourceRow);
         case MemberRole:
             return false;
+        case DamagedRole:
+            return column == TakeColumn::name && isDamaged(of);
         default:
             return {};
     }
@@ -161,6 +165,8 @@ QVariant TakeTableModel::memberData(int sourceRow, std::size_t member, TakeColum
             return rows_.isMissing(sourceRow) || !isEditable(of);
         case MemberRole:
             return true;
+        case DamagedRole:
+            return column == TakeColumn::name && of.fichiers.at(member).missingAudioBytes > 0;
         case PendingRole:
         case MixedRole:
         case EditedRowRole:
@@ -172,7 +178,7 @@ QVariant TakeTableModel::memberData(int sourceRow, std::size_t member, TakeColum
 
 QString TakeTableModel::toolTip(int sourceRow, TakeColumn column) const {
     const GroupeFichiers& of = groupe(sourceRow);
-    if (const QString why = whyReadOnly(rows_, sourceRow); !why.isEmpty()) return why;
+    if (const QString warning = warningOf(rows_, sourceRow); !warning.isEmpty()) return warning;
     const std::optional<RowField> field = fieldOf(column);
     const GroupeFichiers& original = rows_.groupesOriginauxTableau().at(static_cast<std::size_t>(sourceRow));
     if (field && editedFields(sourceRow).contains(*field)) {

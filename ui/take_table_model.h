@@ -26,7 +26,8 @@ class TakeTableModel : public QAbstractItemModel {
         ReadOnlyRole,                ///< bool: the row cannot be edited: its format, or it is missing
         FlagRole,                    ///< bool; invalid for cells that are no flag
         EditedRowRole,               ///< bool: anything of the row is pending
-        MemberRole                   ///< bool: a file of a set
+        MemberRole,                  ///< bool: a file of a set
+        DamagedRole                  ///< bool: the name of a take, or file, with which something is wrong
     };
 
     explicit TakeTableModel(TakeRows& rows, QObject* parent = nullptr);

@@ -9,6 +9,7 @@
 
 #include <sstream>
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 
 namespace dravik::test {
@@ -57,13 +58,13 @@ TEST(ScanCommand, KeepsTheKeysOfItsJsonDocument) {
     EXPECT_EQ(document["folder"], folder.path().string());
     ASSERT_EQ(document["groups"].size(), 2);
     const Json& set = document["groups"][1];
-    EXPECT_THAT(keysOf(set),
-                ElementsAre("name", "poly", "mixed", "project", "scene", "take", "tape", "note", "circled", "wild",
-                            "timecode", "framerate", "recordingDate", "recordingDateStatus", "missing", "files"));
+    EXPECT_THAT(keysOf(set), ElementsAre("name", "poly", "mixed", "project", "scene", "take", "tape", "note", "circled",
+                                         "wild", "timecode", "framerate", "recordingDate", "recordingDateStatus",
+                                         "missing", "filesNotThere", "files"));
     EXPECT_THAT(keysOf(set["files"][0]),
                 ElementsAre("path", "name", "format", "channels", "sampleRate", "bits", "duration", "size", "project",
                             "scene", "take", "tape", "note", "circled", "wild", "timecode", "framerate",
-                            "recordingDate", "trackNames", "trackNumbers", "familyUID"));
+                            "recordingDate", "trackNames", "trackNumbers", "familyUID", "missingAudioBytes"));
     const Json expected = {{"path", (folder / "SET_T01.WAV").string()},
                            {"name", "SET_T01"},
                            {"format", "WAV"},
@@ -121,6 +122,32 @@ TEST(ScanCommand, NamesWhatItCannotReadAndGoesOn) {
     EXPECT_EQ(ran.json()["groups"].size(), 3);
     EXPECT_THAT(ran.err, HasSubstr((folder / "absent").string() + ": No such file or directory"));
     EXPECT_THAT(ran.err, HasSubstr((folder / "broken.wav").string() + ": cannot be read as audio."));
+}
+
+TEST(ScanCommand, SaysWhichRecordingsAreCutOffAndWhichSetsLackFiles) {
+    const TempFolder folder;
+    for (const int track : {1, 2, 4}) {
+        Ixml ixml;
+        ixml.familyUid = "F";
+        ixml.totalFiles = 4;
+        recorderFile(ixml).write(folder / fmt::format("A_T{}.WAV", track));
+    }
+    Ran ran = run({"scan", folder.path()});
+    EXPECT_EQ(ran.exitCode, 0) << ran.err;
+    EXPECT_EQ(ran.err, "A: 1 of the 4 files that the recorder wrote of this take is not here.\n");
+    EXPECT_THAT(ran.out, HasSubstr("3 of 4 × WAV"));
+    EXPECT_EQ(run({"scan", folder / "A_T1.WAV", folder / "A_T2.WAV"}).err, "") << "the others were not asked for";
+
+    const std::filesystem::path cut = folder / "A_T2.WAV";
+    std::filesystem::resize_file(cut, std::filesystem::file_size(cut) - 1024);  // 24 bytes stand behind the audio
+    ran = run({"scan", folder.path()});
+    EXPECT_EQ(ran.exitCode, 1);
+    EXPECT_THAT(ran.err, HasSubstr(cut.string() + ": is cut off, 1 KB of its audio is missing.\n"));
+    EXPECT_THAT(ran.out, HasSubstr("cut off 0:01"));
+    const Json set = run({"scan", "--json", folder.path()}).json()["groups"][0];
+    EXPECT_EQ(set["filesNotThere"], 1);
+    EXPECT_EQ(set["files"][0]["missingAudioBytes"], 0);
+    EXPECT_EQ(set["files"][1]["missingAudioBytes"], 1000);
 }
 
 TEST(ScanCommand, SaysThatAFolderHoldsNoAudio) {

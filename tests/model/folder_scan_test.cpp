@@ -37,6 +37,7 @@ struct Mono {
     double sampleRate = 48000;
     int channels = 1;
     std::string folder = "/takes";
+    std::optional<int> filesOfFamily = {};
 };
 
 InfoFichier infoOf(const Mono& mono) {
@@ -47,6 +48,7 @@ InfoFichier infoOf(const Mono& mono) {
     info.sampleRate = mono.sampleRate;
     if (!mono.famille.empty()) info.familleUID = mono.famille;
     if (!mono.timecode.empty()) info.timecode = mono.timecode;
+    info.filesOfFamily = mono.filesOfFamily;
     return info;
 }
 
@@ -123,6 +125,39 @@ TEST(Grouping, JoinsMonoFilesOfOneTakeInTrackOrder) {
     };
     for (const auto& [rule, files, expected] : cases)
         EXPECT_THAT(grouped(files), ElementsAreArray(expected)) << rule;
+}
+
+TEST(Grouping, CountsTheFilesThatTheRecorderWroteAndThatAreNotThere) {
+    const auto of = [](std::string nom, int total, int channels = 1, std::string folder = "/takes") {
+        return Mono{std::move(nom), "F", "", channels > 0 ? 48000.0 : 0, channels, std::move(folder), total};
+    };
+    const struct {
+        std::string rule;
+        std::vector<Mono> files;
+        std::vector<int> notThere;
+    } cases[] = {
+        {"a whole set", {of("A_T1", 2), of("A_T2", 2)}, {0}},
+        {"two are gone", {of("A_T1", 4), of("A_T3", 4)}, {2}},
+        {"the stereo mix of the family is one of them", {of("A_T1", 4), of("A_T2", 4), of("A_TrL_R", 4, 2)}, {1, 0}},
+        {"the poly file that a recorder wrote as well counts for itself",
+         {of("A_1", 1, 2), of("A_1_1", 3), of("A_1_2", 3)},
+         {0, 1}},
+        {"what cannot be read is not gone", {of("A_T1", 3), of("A_T2", 3), of("A_T3", 3, 0)}, {0, 0}},
+        {"other folders do not count", {of("A_T1", 3), of("A_T2", 3), of("A_T3", 3, 1, "/b")}, {1, 0}},
+        {"a single file may be all that was wanted, and so may a merged one", {of("A_T1", 4), of("A", 4, 4)}, {0, 0}},
+        {"more than was said is no hole", {of("A_T1", 1), of("A_T2", 1)}, {0}},
+        {"one that says nothing is there", {of("A_T1", 3), Mono{"A_T2"}}, {1}},
+        {"files that disagree say nothing", {of("A_T1", 4), of("A_T2", 5)}, {0}},
+    };
+    for (const auto& [rule, files, notThere] : cases) {
+        std::vector<InfoFichier> infos;
+        for (const Mono& mono : files)
+            infos.push_back(infoOf(mono));
+        std::vector<int> counted;
+        for (const GroupeFichiers& groupe : construireGroupes(std::move(infos), true))
+            counted.push_back(groupe.filesNotThere);
+        EXPECT_EQ(counted, notThere) << rule;
+    }
 }
 
 TEST(Grouping, CanBeSwitchedOff) {

@@ -157,6 +157,19 @@ TEST_F(MainWindowTest, IsOfUseAt900By600) {
     }
 }
 
+TEST_F(MainWindowTest, ACutOffRecordingIsToldWithTheCounts) {
+    open();
+    EXPECT_FALSE(window->statusLine().counts().contains(QStringLiteral("warning")));
+    test::TempFolder other;
+    recorderFile().write(other / "D.wav");
+    std::filesystem::resize_file(other / "D.wav", std::filesystem::file_size(other / "D.wav") - 1000);
+    recorderFile().write(other / "E.wav");
+    content->gererActionProtegee(OuvrirDossier{other.path()});
+    settle();
+    EXPECT_TRUE(window->statusLine().counts().endsWith(QStringLiteral(" · 1 take with a warning")))
+        << qPrintable(window->statusLine().counts());
+}
+
 TEST_F(MainWindowTest, CountsStayBesideWhateverIsTold) {
     open();
     const QString counts = QStringLiteral("3 takes · 4 files");

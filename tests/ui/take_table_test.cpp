@@ -2,6 +2,7 @@
 
 #include "app/text.h"
 #include "tests/app/main_window_stage.h"
+#include "ui/take_table_model.h"
 #include "ui/take_table_view.h"
 
 #include <QAbstractItemModelTester>
@@ -387,6 +388,29 @@ TEST_F(TakeTableTest, WhatCannotBeSavedIsNotEditedAndSaysWhy) {
     EXPECT_EQ(cell(4, TakeColumn::scene).data(Qt::ToolTipRole).toString(), told.front());
     click(4, TakeColumn::circled);
     EXPECT_FALSE(content->hasUnsavedChanges());
+}
+
+TEST_F(TakeTableTest, ADamagedTakeBearsASignAndSaysWhatIsWrong) {
+    std::vector<InfoFichier> set = {file("D_T1.wav"), file("D_T2.wav")};
+    set[1].missingAudioBytes = 2'000'000;
+    GroupeFichiers damaged = take(set, "D", "2");
+    damaged.unreadableTracks = {{"/day/D_T3.wav", 3}};
+    damaged.filesNotThere = 2;
+    content->rows().load({damaged, take({file("A.wav")}, "A", "3"), take(set, "C", "1")});
+    EXPECT_EQ(text(0, TakeColumn::format), "2 of 5 × WAV");
+    EXPECT_EQ(text(2, TakeColumn::format), "2 × WAV");
+    const QString tip = cell(0, TakeColumn::name).data(Qt::ToolTipRole).toString();
+    EXPECT_EQ(tip,
+              "D_T2.wav is cut off: 2.0 MB of its audio is missing.\n"
+              "D_T3.wav, a track of this take, cannot be read.\n"
+              "2 files that the recorder wrote of this take are not in the folder.");
+    EXPECT_TRUE(cell(0, TakeColumn::name).data(Qt::AccessibleTextRole).toString().endsWith(tip));
+    const auto sign = [this](int row) {
+        return cell(row, TakeColumn::name).data(TakeTableModel::DamagedRole).toBool();
+    };
+    EXPECT_TRUE(sign(0) && sign(2));
+    EXPECT_FALSE(sign(1));
+    EXPECT_FALSE(cell(0, TakeColumn::scene).data(TakeTableModel::DamagedRole).toBool());
 }
 
 TEST_F(TakeTableTest, SelectingARowLoadsItAndGoingAlongTheRowDoesNot) {
