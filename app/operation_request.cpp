@@ -33,8 +33,13 @@ TrackChoices choicesOf(const OperationRequest& request, const GroupeFichiers& gr
 std::vector<std::filesystem::path> filesAt(const GroupeFichiers& groupe, const std::set<int>& members) {
     std::vector<std::filesystem::path> files;
     for (const int member : members) {
-        if (member < std::ssize(groupe.fichiers))
-            files.push_back(groupe.fichiers[static_cast<std::size_t>(member)].url);
+        const auto at = static_cast<std::size_t>(member);
+        const std::size_t readable = groupe.fichiers.size();
+        if (at < readable) {
+            files.push_back(groupe.fichiers[at].url);
+        } else if (at - readable < groupe.unreadableTracks.size()) {
+            files.push_back(groupe.unreadableTracks[at - readable].url);
+        }
     }
     return files;
 }

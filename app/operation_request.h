@@ -29,7 +29,7 @@ namespace dravik {
 
 /// What was chosen about the tracks of one take. Positions from 0.
 struct TrackChoices {
-    std::set<int> exclus;                   ///< merge: members that are left out
+    std::set<int> exclus;                   ///< merge: members that are left out; behind the files the unreadable ones
     std::set<int> monoCanaux;               ///< split: tracks that become mono files…
     bool stereoTracks12 = false;            ///< …and the first two as one stereo file
     std::set<int> supprimes;                ///< delete

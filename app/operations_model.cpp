@@ -184,6 +184,11 @@ std::vector<std::filesystem::path> OperationsModel::currentFiles() const {
     return files;
 }
 
+std::vector<UnreadableTrack> OperationsModel::currentUnreadable() const {
+    const GroupeFichiers* groupe = items_.currentTake();
+    return groupe != nullptr ? groupe->unreadableTracks : std::vector<UnreadableTrack>();
+}
+
 void OperationsModel::listItems() {
     // They name rows, which have just become others.
     if (afficherOperations_) {

@@ -77,6 +77,9 @@ class OperationsModel : public QObject {
     /// Of the take that is shown, in the order of its channels.
     [[nodiscard]] std::vector<Piste> currentTracks() const;
     [[nodiscard]] std::vector<std::filesystem::path> currentFiles() const;
+    /// Files of its tracks that cannot be read. A merge counts them behind the others, and has them excluded or is
+    /// refused.
+    [[nodiscard]] std::vector<UnreadableTrack> currentUnreadable() const;
 
     // --- What was chosen -------------------------------------------------------------------------------------------
     [[nodiscard]] TrackChoices currentChoices() const;

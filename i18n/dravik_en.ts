@@ -1303,6 +1303,10 @@ Shift + Click Solo: Add/remove Solo in OR mode</source>
             <numerusform>Use for %Ln More Takes</numerusform>
         </translation>
     </message>
+    <message>
+        <source>%1 cannot be read</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>dravik::OperationItems</name>

@@ -110,7 +110,7 @@ QWidget* OperationForms::makeMerge() {
     connect(merge_, &TrackChecks::checkedChanged, this, [this](const std::set<int>& taken) {
         TrackChoices choices = model_.currentChoices();
         choices.exclus.clear();
-        for (int member = 0; member < std::ssize(model_.currentFiles()); ++member) {
+        for (int member = 0; member < mergeMembers(); ++member) {
             if (!taken.contains(member)) choices.exclus.insert(member);
         }
         model_.setCurrentChoices(choices);
@@ -225,6 +225,10 @@ void OperationForms::showTab() {
     showTracks();
 }
 
+int OperationForms::mergeMembers() const {
+    return static_cast<int>(model_.currentFiles().size() + model_.currentUnreadable().size());
+}
+
 void OperationForms::showTracks() {
     const std::optional<OperationsTab> tab = model_.tab();
     const int item = model_.currentItem();
@@ -238,6 +242,8 @@ void OperationForms::showTracks() {
             const QString file = toQt(fileNameText(files[at]));
             members[at].nom = members[at].nom.isEmpty() ? file : QStringLiteral("%1 — %2").arg(members[at].nom, file);
         }
+        for (const UnreadableTrack& track : model_.currentUnreadable())
+            members.push_back({track.numero, tr("%1 cannot be read").arg(toQt(fileNameText(track.url)))});
         merge_->setTracks(std::move(members));
     } else if (tab == OperationsTab::split) {
         split_->setTracks(namesOf(tracks));
@@ -256,7 +262,7 @@ void OperationForms::showChoices() {
     const std::optional<OperationsTab> tab = model_.tab();
     if (tab == OperationsTab::merge) {
         std::set<int> taken;
-        for (int member = 0; member < std::ssize(model_.currentFiles()); ++member) {
+        for (int member = 0; member < mergeMembers(); ++member) {
             if (!choices.exclus.contains(member)) taken.insert(member);
         }
         merge_->setChecked(taken);

@@ -37,6 +37,8 @@ class OperationForms : public QWidget {
     [[nodiscard]] QWidget* makeExport();
     [[nodiscard]] QWidget* makeReport(UserDefaults& settings);
     void showTab();
+    /// Files that a merge can take or leave.
+    [[nodiscard]] int mergeMembers() const;
     void showTracks();
     void showChoices();
     void showSimilar();

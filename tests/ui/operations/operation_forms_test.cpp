@@ -46,6 +46,23 @@ TEST_F(OperationFormsTest, MarksOfTracksAreOfTheTakeThatIsShown) {
     }
 }
 
+TEST_F(OperationFormsTest, AFileThatCannotBeReadIsLeftOutOfAMergeByItsMark) {
+    test::writeFile(folder / "S_3.wav", "no audio");
+    open();
+    show(&Commands::dravikMergeAudio);
+    EXPECT_FALSE(operations->canRun());
+    EXPECT_TRUE(operations->preview().rows.at(0).problem.contains(QStringLiteral("S_3.wav cannot be read")));
+    goTo(takes(), 0);
+    EXPECT_EQ(tracks().model()->rowCount(), 3);
+    spaceOn(tracks(), 2);
+    planned();
+    EXPECT_EQ(operations->preview().rows.at(0).target, "S_merge.wav");
+    EXPECT_TRUE(operations->canRun());
+    spaceOn(tracks(), 2);
+    planned();
+    EXPECT_FALSE(operations->canRun());
+}
+
 TEST_F(OperationFormsTest, AnOrderIsOfTheTakeThatIsShown) {
     show(&Commands::dravikReorderTracks);
     goTo(takes(), 0);
