@@ -91,7 +91,10 @@ class FolderListing::Reader {
     }
 
     void tellRows(const std::vector<InfoFichier>& read, bool complete) {
-        auto rows = std::make_shared<ReadRows>(construireGroupes(read, task_.regrouperFichiersMono));
+        std::vector<GroupeFichiers> groupes = construireGroupes(read, task_.regrouperFichiersMono);
+        // Of files that were opened one by one, and while others are still to be read, nothing can be said to lack.
+        if (complete && !task_.folder.empty()) countFilesNotThere(groupes);
+        auto rows = std::make_shared<ReadRows>(std::move(groupes));
         tell([rows, complete](FolderListing& listing) { emit listing.rowsRead(rows, complete); });
     }
 

@@ -260,7 +260,9 @@ std::vector<const GroupeFichiers*> OperationsModel::similar() const {
 int OperationsModel::similarCount() const { return static_cast<int>(similar().size()); }
 
 void OperationsModel::copyChoicesToSimilar() {
-    const TrackChoices shown = currentChoices();
+    TrackChoices shown = currentChoices();
+    // Which files cannot be read is a matter of each take: leaving one out is decided where it is seen.
+    shown.exclus.erase(shown.exclus.lower_bound(static_cast<int>(currentFiles().size())), shown.exclus.end());
     for (const GroupeFichiers* groupe : similar())
         choices_[TakeRows::keyOf(*groupe)] = shown;
     onChoices();

@@ -26,15 +26,14 @@ GroupeFichiers alone(const InfoFichier& fichier) {
     return groupe;
 }
 
-/// "WAV", "4 × WAV"; "3 of 4 × WAV" when a file of the take cannot be read or is not there.
+/// "WAV", "4 × WAV"; "3 of 4 × WAV" when a file of the take cannot be read.
 QString formatText(const GroupeFichiers& groupe) {
     const QString kind = toQt(groupe.fichiers.front().format);
     const std::size_t files = groupe.fichiers.size();
-    const std::size_t lacking = groupe.filesLacking();
-    if (lacking > 0) {
-        return Texts::tr("%1 of %2 × %3", "files of a take that are there, of all, and their format")
+    if (const std::size_t lost = groupe.unreadableTracks.size(); lost > 0) {
+        return Texts::tr("%1 of %2 × %3", "files of a take that can be read, of all, and their format")
             .arg(files)
-            .arg(files + lacking)
+            .arg(files + lost)
             .arg(kind);
     }
     return files > 1 ? Texts::tr("%1 × %2", "files of a take, and their format").arg(files).arg(kind) : kind;
@@ -214,26 +213,33 @@ QString whyNot(const GroupeFichiers& groupe, TakeColumn column, const QString& t
     }
 }
 
+bool isDamaged(const InfoFichier& fichier) { return fichier.channels == 0 || fichier.missingAudioBytes > 0; }
+
 bool isDamaged(const GroupeFichiers& groupe) {
-    return groupe.filesLacking() > 0 ||
-           std::any_of(groupe.fichiers.begin(), groupe.fichiers.end(), [](const InfoFichier& fichier) {
-               return fichier.missingAudioBytes > 0 || (fichier.channels == 0 && isEditable(fichier.url));
-           });
+    return !groupe.unreadableTracks.empty() || groupe.filesNotThere > 0 ||
+           std::any_of(groupe.fichiers.begin(), groupe.fichiers.end(),
+                       [](const InfoFichier& fichier) { return isDamaged(fichier); });
+}
+
+QString whatIsWrong(const InfoFichier& fichier) {
+    const QString name = toQt(fichier.url.filename());
+    if (fichier.channels == 0) return Texts::tr("%1 cannot be read as audio.").arg(name);
+    if (fichier.missingAudioBytes == 0) return {};
+    return Texts::tr("%1 is cut off: %2 of its audio is missing.").arg(name, toQt(sizeText(fichier.missingAudioBytes)));
 }
 
 QString whatIsWrong(const GroupeFichiers& groupe) {
     QStringList sentences;
-    for (const InfoFichier& fichier : groupe.fichiers) {
-        if (fichier.missingAudioBytes == 0) continue;
-        sentences << Texts::tr("%1 is cut off: %2 of its audio is missing.")
-                         .arg(toQt(fichier.url.filename()), toQt(sizeText(fichier.missingAudioBytes)));
-    }
+    for (const InfoFichier& fichier : groupe.fichiers)
+        sentences << whatIsWrong(fichier);
     for (const UnreadableTrack& track : groupe.unreadableTracks)
         sentences << Texts::tr("%1, a track of this take, cannot be read.").arg(toQt(track.url.filename()));
     if (groupe.filesNotThere > 0) {
-        sentences << Texts::tr("%n file(s) that the recorder wrote of this take are not in the folder.", nullptr,
-                               groupe.filesNotThere);
+        sentences << Texts::tr("%Ln file(s) of this take not in the folder: the recorder says that it wrote %1.",
+                               nullptr, groupe.filesNotThere)
+                         .arg(groupe.filesWritten);
     }
+    sentences.removeAll(QString());
     return sentences.join(QLatin1Char('\n'));
 }
 
@@ -255,9 +261,12 @@ QString whyReadOnly(const GroupeFichiers& groupe) {
 
 QString warningOf(const TakeRows& rows, int row) {
     const GroupeFichiers& groupe = rows.groupesTableau().at(static_cast<std::size_t>(row)).groupe;
-    QStringList lines{whyReadOnly(rows, row), whatIsWrong(groupe)};
-    lines.removeAll(QString());
-    return lines.join(QLatin1Char('\n'));
+    const QString readOnly = whyReadOnly(rows, row);
+    // A WAV file that cannot be read is read-only for that reason, which has been said.
+    const InfoFichier& first = groupe.fichiers.front();
+    if (!isDamaged(groupe) || (first.channels == 0 && isEditable(first.url))) return readOnly;
+    const QString wrong = whatIsWrong(groupe);
+    return readOnly.isEmpty() ? wrong : readOnly + QLatin1Char('\n') + wrong;
 }
 
 QString whyReadOnly(const TakeRows& rows, int row) {

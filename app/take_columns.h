@@ -61,13 +61,15 @@ inline constexpr int takeColumnCount = 18;
 [[nodiscard]] QString whyReadOnly(const GroupeFichiers& groupe);
 /// The same, also of takes whose files are gone.
 [[nodiscard]] QString whyReadOnly(const TakeRows& rows, int row);
-/// Files of the take that are cut off, cannot be read, or are not there; empty when it is whole. (Of a file that is a
-/// row by itself and cannot be read, whyReadOnly tells.)
-[[nodiscard]] QString whatIsWrong(const GroupeFichiers& groupe);
-/// Both, a line each.
-[[nodiscard]] QString warningOf(const TakeRows& rows, int row);
-/// Is something wrong with a file of the take? Cheap enough for painting.
+/// Is the file cut off, or can it not be read? Is that so of a file of the take, or is one not there? Cheap enough for
+/// painting.
+[[nodiscard]] bool isDamaged(const InfoFichier& fichier);
 [[nodiscard]] bool isDamaged(const GroupeFichiers& groupe);
+/// What is wrong with the file, or with the take: a line each; empty when nothing is.
+[[nodiscard]] QString whatIsWrong(const InfoFichier& fichier);
+[[nodiscard]] QString whatIsWrong(const GroupeFichiers& groupe);
+/// Why nothing in the row can be edited, and what is wrong with the take.
+[[nodiscard]] QString warningOf(const TakeRows& rows, int row);
 
 /// The cell as other programs take it: of flags "yes" or nothing.
 [[nodiscard]] std::string clipboardText(const GroupeFichiers& groupe, TakeColumn column);

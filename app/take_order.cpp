@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <numeric>
 
+#include <fmt/format.h>
+
 namespace dravik {
 namespace {
 
@@ -66,6 +68,10 @@ std::optional<double> numberOf(const GroupeFichiers& groupe, TakeColumn column) 
 }
 
 std::optional<std::string> keyOf(const GroupeFichiers& groupe, TakeColumn column) {
+    if (column == TakeColumn::format) {
+        // By the format, whatever the number of files that stands before it.
+        return naturalKey(fmt::format("{} {}", groupe.fichiers.front().format, groupe.fichiers.size()));
+    }
     const std::string text = cellText(groupe, column);
     return text.empty() ? std::nullopt : std::optional(naturalKey(text));
 }

@@ -15,7 +15,7 @@ Exit codes:
 
 const char* const scanFooter =
     R"(Mono files that belong to one take are one line. A folder is looked at without its sub-folders.
-The exit code is 1 when a file cannot be read as audio, or is cut off.
+The exit code is 1 when a file cannot be read as audio, or a WAV file is cut off.
 
 Examples:
   dravik-cli scan /media/card/2024Y05M14D

@@ -116,6 +116,7 @@ void groupObject(JsonWriter& json, const GroupeFichiers& groupe) {
     for (const int numero : missing)
         json.value(numero);
     json.endArray();
+    json.member("filesWritten", groupe.filesWritten > 0 ? std::optional(groupe.filesWritten) : std::nullopt);
     json.member("filesNotThere", groupe.filesNotThere);
     json.key("files");
     json.beginArray();

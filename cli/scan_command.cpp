@@ -68,10 +68,11 @@ bool tellDamage(const std::vector<GroupeFichiers>& groupes, Services& services) 
     bool any = false;
     for (const GroupeFichiers& groupe : groupes) {
         if (groupe.filesNotThere > 0) {
-            services.console.message(fmt::format(
-                "{}: {} of the {} files that the recorder wrote of this take {} not here.", printable(groupe.nom),
-                groupe.filesNotThere, groupe.fichiers.front().filesOfFamily.value_or(0),
-                groupe.filesNotThere == 1 ? "is" : "are"));
+            const int here = groupe.filesWritten - groupe.filesNotThere;
+            services.console.message(
+                fmt::format("{}: the recorder says that it wrote {} files of this take, of which {} {} here.",
+                            shown(folderOf(groupe.fichiers.front().url) / groupe.nom), groupe.filesWritten, here,
+                            here == 1 ? "is" : "are"));
         }
         for (const InfoFichier& fichier : groupe.fichiers) {
             if (fichier.missingAudioBytes > 0) {
@@ -109,11 +110,8 @@ ExitCode runScan(const ScanOptions& options, Services& services) {
     std::string text;
     for (const Section& section : sections) {
         std::vector<GroupeFichiers> groupes = readTakes(section.files, options.group, services);
-        if (!section.wholeFolder) {
-            // The files that were not named may well be there.
-            for (GroupeFichiers& groupe : groupes)
-                groupe.filesNotThere = 0;
-        }
+        // Of files that were named one by one the others may well be there.
+        if (section.wholeFolder) countFilesNotThere(groupes);
         if (tellDamage(groupes, services)) failed = true;
         if (!options.json) {
             if (!text.empty()) text += "\n\n";

@@ -54,11 +54,11 @@ Table::Cell audio(const InfoFichier& fichier) {
     return {fichier.bits > 0 ? fmt::format("{}/{}", rate, fichier.bits) : rate};
 }
 
-/// "WAV", "4 × WAV"; "3 of 4 × WAV" when a file of the take cannot be read or is not there.
+/// "WAV", "4 × WAV"; "3 of 4 × WAV" when a file of the take cannot be read.
 Table::Cell format(const GroupeFichiers& groupe) {
     const std::size_t files = groupe.fichiers.size();
     const std::string& kind = groupe.fichiers.front().format;
-    if (const std::size_t lost = groupe.filesLacking(); lost > 0) {
+    if (const std::size_t lost = groupe.unreadableTracks.size(); lost > 0) {
         return {fmt::format("{} of {} × {}", files, files + lost, kind), Style::bad};
     }
     return {files > 1 ? fmt::format("{} × {}", files, kind) : kind};

@@ -2975,11 +2975,6 @@ Would you like to discard these changes?</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>%1 of %2 × %3</source>
-        <comment>files of a take that are there, of all, and their format</comment>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>%1 × %2</source>
         <comment>files of a take, and their format</comment>
         <translation type="unfinished"></translation>
@@ -2988,16 +2983,25 @@ Would you like to discard these changes?</source>
         <source>%1, a track of this take, cannot be read.</source>
         <translation type="unfinished"></translation>
     </message>
-    <message numerus="yes">
-        <source>%n file(s) that the recorder wrote of this take are not in the folder.</source>
-        <translation>
-            <numerusform>%n file that the recorder wrote of this take is not in the folder.</numerusform>
-            <numerusform>%n files that the recorder wrote of this take are not in the folder.</numerusform>
-        </translation>
-    </message>
     <message>
         <source>%1 is cut off: %2 of its audio is missing.</source>
         <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 of %2 × %3</source>
+        <comment>files of a take that can be read, of all, and their format</comment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 cannot be read as audio.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln file(s) of this take not in the folder: the recorder says that it wrote %1.</source>
+        <translation>
+            <numerusform>%Ln file of this take not in the folder: the recorder says that it wrote %1.</numerusform>
+            <numerusform>%Ln files of this take not in the folder: the recorder says that it wrote %1.</numerusform>
+        </translation>
     </message>
 </context>
 <context>

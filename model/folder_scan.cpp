@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <map>
 #include <mutex>
+#include <set>
 #include <string>
 #include <system_error>
 #include <thread>
@@ -85,41 +86,6 @@ class LostTracks {
         bool withinFamilyOnly = false;
     };
     std::map<Place, std::vector<Lost>> lost_;
-};
-
-/// The files that their recorder counted as one family, in one folder.
-class FamilyCounts {
-  public:
-    void add(const InfoFichier& fichier) {
-        if (fichier.channels > 0 && saysSo(fichier)) ++present_[keyOf(fichier)];
-    }
-
-    /// How many files of the family of these are not there. 0 when those that say how many they are do not agree; one
-    /// that says nothing, as it may be cut off, is one of them.
-    [[nodiscard]] int notThere(const Fichiers& set) const {
-        const auto first = std::find_if(set.begin(), set.end(), saysSo);
-        if (first == set.end()) return 0;
-        int silent = 0;
-        for (const InfoFichier& fichier : set) {
-            if (!saysSo(fichier)) {
-                ++silent;
-            } else if (keyOf(fichier) != keyOf(*first)) {
-                return 0;
-            }
-        }
-        const auto present = present_.find(keyOf(*first));
-        const int there = present == present_.end() ? 0 : present->second;
-        return std::max(0, *first->filesOfFamily - there - silent);
-    }
-
-  private:
-    // A recorder that writes a poly file beside the mono files gives both one family, and counts each kind apart.
-    using Key = std::tuple<std::filesystem::path, std::string, int>;
-    static bool saysSo(const InfoFichier& fichier) { return fichier.familleUID && fichier.filesOfFamily; }
-    static Key keyOf(const InfoFichier& fichier) {
-        return {folderOf(fichier.url), *fichier.familleUID, *fichier.filesOfFamily};
-    }
-    std::map<Key, int> present_;
 };
 
 /// Can two files of one base name be two tracks of one take? Not with one number (a backup, a proxy, a link), nor when
@@ -298,9 +264,7 @@ std::vector<GroupeFichiers> construireGroupes(std::vector<InfoFichier> fichiers,
 
     std::map<SetKey, std::vector<Member>> sets;
     LostTracks lost;
-    FamilyCounts families;
     for (InfoFichier& fichier : fichiers) {
-        families.add(fichier);
         if (!regrouperFichiersMono || fichier.channels != 1) {
             if (regrouperFichiersMono && fichier.channels == 0) lost.add(fichier, candidates > 1);
             groupes.push_back(groupOfOne(std::move(fichier)));
@@ -325,13 +289,7 @@ std::vector<GroupeFichiers> construireGroupes(std::vector<InfoFichier> fichiers,
             std::vector<UnreadableTrack> unreadable = lost.takenBy(key, members);
             groupes.push_back(members.size() == 1 ? groupOfOne(std::move(members.front().fichier))
                                                   : groupOfSet(std::move(members)));
-            GroupeFichiers& groupe = groupes.back();
-            groupe.unreadableTracks = std::move(unreadable);
-            // A single file may well be all that somebody wanted of a take.
-            if (groupe.isMonoSet()) {
-                const int unread = static_cast<int>(groupe.unreadableTracks.size());
-                groupe.filesNotThere = std::max(0, families.notThere(groupe.fichiers) - unread);
-            }
+            groupes.back().unreadableTracks = std::move(unreadable);
         }
     }
     return sortedNaturally(
@@ -342,9 +300,55 @@ std::vector<GroupeFichiers> construireGroupes(std::vector<InfoFichier> fichiers,
         });
 }
 
+void countFilesNotThere(std::vector<GroupeFichiers>& groupes) {
+    using Family = std::tuple<std::filesystem::path, std::string, int>;
+    // A recorder that writes a poly file beside the mono files gives both one family, and counts each kind apart.
+    const auto familyOf = [](const InfoFichier& fichier) -> std::optional<Family> {
+        if (!fichier.familleUID || !fichier.filesOfFamily || !fichier.indexInFamily) return std::nullopt;
+        return Family{folderOf(fichier.url), *fichier.familleUID, *fichier.filesOfFamily};
+    };
+    // What was made of a recording bears the index of its source: a merged file, a copy. It stands for no other file.
+    std::map<Family, std::set<std::string>> present;
+    std::map<std::filesystem::path, int> silent;
+    for (const GroupeFichiers& groupe : groupes) {
+        for (const InfoFichier& fichier : groupe.fichiers) {
+            const bool damaged = fichier.channels == 0 || fichier.missingAudioBytes > 0;
+            if (const auto family = familyOf(fichier)) {
+                present[*family].insert(*fichier.indexInFamily);
+            } else if (damaged && isEditable(fichier.url)) {
+                ++silent[folderOf(fichier.url)];  // may be any file of any take
+            }
+        }
+    }
+    for (GroupeFichiers& groupe : groupes) {
+        groupe.filesWritten = groupe.filesNotThere = 0;
+        // A single file may well be all that somebody wanted of a take.
+        if (!groupe.isMonoSet()) continue;
+        std::set<Family> families;
+        std::set<std::string> indexes;
+        int saying = 0;
+        for (const InfoFichier& fichier : groupe.fichiers) {
+            const auto family = familyOf(fichier);
+            if (!family) continue;
+            ++saying;
+            families.insert(*family);
+            indexes.insert(*fichier.indexInFamily);
+        }
+        // Files of one index were split off one file; the recorder has not written them.
+        if (families.size() != 1 || std::ssize(indexes) != saying) continue;
+        const auto& [folder, uid, written] = *families.begin();
+        groupe.filesWritten = written;
+        const auto there = static_cast<int>(present[*families.begin()].size()) + silent[folder];
+        groupe.filesNotThere = std::max(0, written - there);
+    }
+}
+
 std::vector<GroupeFichiers> scanFolder(const std::filesystem::path& dossier, const AudioFileReader& codecs,
                                        bool regrouperFichiersMono, const TaskContext& task) {
-    return construireGroupes(probeFiles(listerFichiers(dossier), codecs, task), regrouperFichiersMono);
+    std::vector<GroupeFichiers> groupes =
+        construireGroupes(probeFiles(listerFichiers(dossier), codecs, task), regrouperFichiersMono);
+    countFilesNotThere(groupes);
+    return groupes;
 }
 
 }  // namespace dravik

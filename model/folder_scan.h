@@ -35,7 +35,12 @@ namespace dravik {
 [[nodiscard]] std::vector<GroupeFichiers> construireGroupes(std::vector<InfoFichier> fichiers,
                                                             bool regrouperFichiersMono);
 
-/// All three.
+/// Fills `filesWritten` and `filesNotThere` of the mono sets, by what their recorder says (iXML FAMILY_UID,
+/// TOTAL_FILES, FILE_SET_INDEX). Only for groups of all files of their folders. Silent about a set that is down to one
+/// file, and about files that were split off another; a damaged file may be any of those that seem to lack.
+void countFilesNotThere(std::vector<GroupeFichiers>& groupes);
+
+/// All of it, for a folder.
 [[nodiscard]] std::vector<GroupeFichiers> scanFolder(const std::filesystem::path& dossier,
                                                      const AudioFileReader& codecs, bool regrouperFichiersMono,
                                                      const TaskContext& task);

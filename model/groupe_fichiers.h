@@ -40,14 +40,11 @@ struct GroupeFichiers {
     /// Files that cannot be read as audio but bear the name of one more track of this take: the take is not whole. They
     /// are groups of their own, and no edit of this one reaches them.
     std::vector<UnreadableTrack> unreadableTracks;
-    /// Of a mono set: files that its recorder counted, and that are not among those it was built of.
-    int filesNotThere = 0;
+    /// Of a mono set: how many files its recorder says it wrote of the take, and how many of them are not in the
+    /// folder. Filled by countFilesNotThere.
+    int filesWritten = 0, filesNotThere = 0;
 
     [[nodiscard]] bool isMonoSet() const noexcept { return !estPoly && fichiers.size() > 1; }
-    /// Files of the take that cannot be read, or are not there.
-    [[nodiscard]] std::size_t filesLacking() const noexcept {
-        return unreadableTracks.size() + static_cast<std::size_t>(filesNotThere);
-    }
     [[nodiscard]] RecordingDateStatus recordingDateStatus() const noexcept;
     /// The one date, when the status is consistent.
     [[nodiscard]] std::optional<RecordingDate> recordingDate() const noexcept;

@@ -36,9 +36,10 @@ struct InfoFichier {
     std::map<int, std::string> nomsPistes;  ///< track number (from 1) -> name
     std::map<int, int> numerosTracks;       ///< interleave position (from 1) -> recorder's channel number
     std::optional<std::string> familleUID;  ///< iXML FAMILY_UID, not empty: shared by the files of one take
-    std::optional<int> filesOfFamily;       ///< iXML TOTAL_FILES: how many files the recorder wrote of that family
-    /// Bytes of audio that a WAV file's header promises beyond the end of the file. Such a file is cut off: it was not
-    /// copied whole, or is being written.
+    std::optional<int> filesOfFamily;       ///< iXML TOTAL_FILES: how many files the recorder says it wrote of them
+    std::optional<std::string> indexInFamily;  ///< iXML FILE_SET_INDEX, not empty: which of them this is
+    /// Bytes of linear audio that a WAV file's header promises beyond the end of the file. Such a file is cut off: it
+    /// was not copied whole, or is being written.
     std::uint64_t missingAudioBytes = 0;
 };
 

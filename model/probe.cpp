@@ -8,6 +8,7 @@
 #include "model/wave/walked_file.h"
 
 #include <algorithm>
+#include <array>
 
 namespace dravik {
 namespace {
@@ -21,8 +22,17 @@ std::span<const Chunk> metadataChunks(const ChunkTable& table) {
     return {table.chunks.begin(), large == table.chunks.end() ? large : large + 1};
 }
 
+/// Programs that write into a pipe, or that were killed, have put a length there that no file has: the largest that
+/// some integer holds, or a little less.
+bool isUnknownLength(std::uint64_t claimed) {
+    constexpr std::uint64_t headBytes = 128;  // some count the heads of the file; with them none is this long
+    constexpr std::array<std::uint64_t, 3> halves = {0x7FFFF000, 0x7FFFFFFF, 0x80000000};
+    return (claimed <= sizeInDs64 && sizeInDs64 - claimed <= headBytes) || claimed > UINT64_MAX / 2 ||
+           std::find(halves.begin(), halves.end(), claimed) != halves.end();
+}
+
 /// A recorder writes a file a track, and few have more than a hundred. What claims more is damage.
-constexpr std::uint32_t maxFilesOfFamily = 1024;
+constexpr std::uint32_t maxFilesOfFamily = 256;
 
 std::optional<std::string> owned(std::optional<std::string_view> text) {
     return text ? std::optional<std::string>(std::in_place, *text) : std::nullopt;
@@ -55,10 +65,14 @@ std::optional<AudioFormat> linearFormatIn(const ByteSource& source, const ChunkT
     return AudioFormat{format.channels, static_cast<double>(format.sampleRate), format.bits, audio->frames};
 }
 
-std::uint64_t missingAudioBytesIn(const ChunkTable& table) {
+std::uint64_t missingAudioBytesIn(const ByteSource& source, const ChunkTable& table) {
+    const std::optional<LinearAudio> audio = linearAudioIn(source, table);
     const Chunk* data = table.first("data");
-    if (data == nullptr || !data->truncated() || data->claimedSize == sizeInDs64) return 0;
-    return data->claimedSize - data->size;
+    if (!audio || data == nullptr || !data->truncated() || isUnknownLength(data->claimedSize)) return 0;
+    // The size of odd audio may count its pad byte, and that may not be there.
+    const std::uint64_t frame = audio->format.blockAlign;
+    const bool lacksFrames = data->claimedSize / frame > data->size / frame;
+    return lacksFrames ? data->claimedSize - data->size : 0;
 }
 
 void fillFromIxml(InfoFichier& info, std::string_view ixml) {
@@ -79,6 +93,8 @@ void fillFromIxml(InfoFichier& info, std::string_view ixml) {
         const std::optional<std::uint32_t> files = parseUnsigned32(trimmed(*total));
         if (files && *files <= maxFilesOfFamily) info.filesOfFamily = static_cast<int>(*files);
     }
+    if (const auto index = document.value("FILE_SET_INDEX"); index && !trimmed(*index).empty())
+        info.indexInFamily = std::string(trimmed(*index));
 
     const auto rateText = document.value("TIMECODE_RATE");
     if (!rateText) return;
@@ -117,7 +133,7 @@ InfoFichier analyserFichier(const std::filesystem::path& file, const AudioFileRe
     std::optional<AudioFormat> audio;
     if (table) {
         info.recordingDate = recordingDateIn(source, *table);
-        info.missingAudioBytes = missingAudioBytesIn(*table);
+        info.missingAudioBytes = missingAudioBytesIn(source, *table);
         audio = linearFormatIn(source, *table);
     }
     // Without bytes there is nothing to ask for: the codec libraries would wait for ever on a named pipe.

@@ -26,9 +26,9 @@ namespace dravik {
 [[nodiscard]] std::optional<std::string> ixmlTextIn(const ByteSource& source, const ChunkTable& table);
 /// Format and length of linear audio, out of `fmt ` and `data`; absent for anything else.
 [[nodiscard]] std::optional<AudioFormat> linearFormatIn(const ByteSource& source, const ChunkTable& table);
-/// Bytes that the audio chunk of a WAVE file claims beyond the file's end. 0 also where the claim is "unknown", as a
-/// program writes that could not go back to the header.
-[[nodiscard]] std::uint64_t missingAudioBytesIn(const ChunkTable& table);
+/// Bytes of linear audio that its chunk claims beyond the file's end, where whole frames are missing. 0 also where the
+/// claim only says that the length was not known.
+[[nodiscard]] std::uint64_t missingAudioBytesIn(const ByteSource& source, const ChunkTable& table);
 /// Fills the record's production metadata from an iXML text; `info.sampleRate` must be set.
 void fillFromIxml(InfoFichier& info, std::string_view ixml);
 

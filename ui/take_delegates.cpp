@@ -57,7 +57,8 @@ TakeDelegate::TakeDelegate(const Theme& theme, QObject* parent) : QStyledItemDel
 // --- Looks ---------------------------------------------------------------------------------------------------------
 
 QSize TakeDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
-    const int width = option.fontMetrics.horizontalAdvance(index.data().toString()) + 2 * cellPadding + 2;
+    const int sign = index.data(TakeTableModel::DamagedRole).toBool() ? warningSign + cellPadding : 0;
+    const int width = option.fontMetrics.horizontalAdvance(index.data().toString()) + sign + 2 * cellPadding + 2;
     return {width, std::max(metrics::rowHeight, option.fontMetrics.height() + 6)};
 }
 

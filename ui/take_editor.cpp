@@ -168,6 +168,7 @@ QWidget* TakeEditor::makeFields() {
     takeName_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     message_ = new QLabel(panel);
     message_->setWordWrap(true);
+    message_->setTextFormat(Qt::PlainText);  // names of files may look like markup
     message_->setFont(smallFont(*message_));
     layout->addWidget(message_);
 
@@ -321,6 +322,7 @@ void TakeEditor::refresh() {
     const QString warning = warningOf(content_.rows(), row);
     message_->setVisible(!warning.isEmpty());
     message_->setText(warning);
+    setColour(*message_, QPalette::WindowText, isDamaged(groupe) ? theme_.error() : theme_.dimmed());
     takeName_->setTextFormat(Qt::PlainText);  // a name may look like markup
     takeName_->setText(toQt(groupe.nom));
     takeName_->setToolTip(toQt(groupe.nom));
@@ -522,7 +524,6 @@ void TakeEditor::applyTheme() {
     for (QLabel* label : captions_)
         setColour(*label, QPalette::WindowText, theme_.dimmed());
     setColour(*hint_, QPalette::WindowText, theme_.dimmed());
-    setColour(*message_, QPalette::WindowText, theme_.dimmed());
     QFont name = font();
     name.setBold(true);
     takeName_->setFont(name);

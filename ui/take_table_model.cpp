@@ -3,6 +3,7 @@
 #include "app/table_edits.h"
 #include "app/text.h"
 
+#include <QTextDocument>
 #include <algorithm>
 
 namespace dravik {
@@ -15,6 +16,14 @@ TakeColumn columnOf(const QModelIndex& index) { return static_cast<TakeColumn>(i
 
 QString flagText(bool mixed, bool flag) {
     return mixed ? TakeTableModel::tr("mixed") : flag ? TakeTableModel::tr("yes") : TakeTableModel::tr("no");
+}
+
+/// A tool tip that holds the name of a file, which may look like markup.
+QString plain(const QString& text) { return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text; }
+
+/// What a screen reader says of a cell: the sign stands before the name.
+QString withWarning(const QString& told, TakeColumn column, const QString& warning) {
+    return column != TakeColumn::name || warning.isEmpty() ? told : told + QLatin1Char('\n') + warning;
 }
 
 }  // namespace
@@ -122,10 +131,9 @@ QVariant TakeTableModel::groupData(int sourceRow, TakeColumn column, int role) c
             const QString value = isFlagColumn(column)      ? flagText(isMixedCell(of, column), flagOf(of, column))
                                   : isMixedCell(of, column) ? tr("mixed")
                                                             : toQt(cellText(of, column));
-            const QString told =
-                tr("%1: %2", "a column and its value").arg(columnTitle(column), value.isEmpty() ? tr("empty") : value);
-            const QString warning = column == TakeColumn::name ? warningOf(rows_, sourceRow) : QString();
-            return warning.isEmpty() ? told : told + QLatin1Char('\n') + warning;
+            return withWarning(
+                tr("%1: %2", "a column and its value").arg(columnTitle(column), value.isEmpty() ? tr("empty") : value),
+                column, warningOf(rows_, sourceRow));
         }
         case Qt::ToolTipRole:
             return toolTip(sourceRow, column);
@@ -157,16 +165,18 @@ QVariant TakeTableModel::memberData(int sourceRow, std::size_t member, TakeColum
         case Qt::EditRole:
             return toQt(memberText(of, member, column));
         case Qt::AccessibleTextRole:
-            return tr("%1: %2", "a column and its value")
-                .arg(columnTitle(column), toQt(memberText(of, member, column)));
+            return withWarning(
+                tr("%1: %2", "a column and its value").arg(columnTitle(column), toQt(memberText(of, member, column))),
+                column, whatIsWrong(of.fichiers.at(member)));
         case Qt::ToolTipRole:
-            return tr("One file of the set %1, which is edited as a whole.").arg(toQt(of.nom));
+            if (const QString wrong = whatIsWrong(of.fichiers.at(member)); !wrong.isEmpty()) return plain(wrong);
+            return plain(tr("One file of the set %1, which is edited as a whole.").arg(toQt(of.nom)));
         case ReadOnlyRole:
             return rows_.isMissing(sourceRow) || !isEditable(of);
         case MemberRole:
             return true;
         case DamagedRole:
-            return column == TakeColumn::name && of.fichiers.at(member).missingAudioBytes > 0;
+            return column == TakeColumn::name && isDamaged(of.fichiers.at(member));
         case PendingRole:
         case MixedRole:
         case EditedRowRole:
@@ -178,7 +188,9 @@ QVariant TakeTableModel::memberData(int sourceRow, std::size_t member, TakeColum
 
 QString TakeTableModel::toolTip(int sourceRow, TakeColumn column) const {
     const GroupeFichiers& of = groupe(sourceRow);
-    if (const QString warning = warningOf(rows_, sourceRow); !warning.isEmpty()) return warning;
+    if (!whyReadOnly(rows_, sourceRow).isEmpty() || column == TakeColumn::name || column == TakeColumn::format) {
+        if (const QString warning = warningOf(rows_, sourceRow); !warning.isEmpty()) return plain(warning);
+    }
     const std::optional<RowField> field = fieldOf(column);
     const GroupeFichiers& original = rows_.groupesOriginauxTableau().at(static_cast<std::size_t>(sourceRow));
     if (field && editedFields(sourceRow).contains(*field)) {

@@ -60,7 +60,7 @@ TEST(ScanCommand, KeepsTheKeysOfItsJsonDocument) {
     const Json& set = document["groups"][1];
     EXPECT_THAT(keysOf(set), ElementsAre("name", "poly", "mixed", "project", "scene", "take", "tape", "note", "circled",
                                          "wild", "timecode", "framerate", "recordingDate", "recordingDateStatus",
-                                         "missing", "filesNotThere", "files"));
+                                         "missing", "filesWritten", "filesNotThere", "files"));
     EXPECT_THAT(keysOf(set["files"][0]),
                 ElementsAre("path", "name", "format", "channels", "sampleRate", "bits", "duration", "size", "project",
                             "scene", "take", "tape", "note", "circled", "wild", "timecode", "framerate",
@@ -130,12 +130,14 @@ TEST(ScanCommand, SaysWhichRecordingsAreCutOffAndWhichSetsLackFiles) {
         Ixml ixml;
         ixml.familyUid = "F";
         ixml.totalFiles = 4;
+        ixml.fileSetIndex = track;
         recorderFile(ixml).write(folder / fmt::format("A_T{}.WAV", track));
     }
     Ran ran = run({"scan", folder.path()});
     EXPECT_EQ(ran.exitCode, 0) << ran.err;
-    EXPECT_EQ(ran.err, "A: 1 of the 4 files that the recorder wrote of this take is not here.\n");
-    EXPECT_THAT(ran.out, HasSubstr("3 of 4 × WAV"));
+    EXPECT_EQ(ran.err, (folder / "A").string() +
+                           ": the recorder says that it wrote 4 files of this take, of which 3 are here.\n");
+    EXPECT_THAT(ran.out, HasSubstr("3 × WAV"));
     EXPECT_EQ(run({"scan", folder / "A_T1.WAV", folder / "A_T2.WAV"}).err, "") << "the others were not asked for";
 
     const std::filesystem::path cut = folder / "A_T2.WAV";
@@ -145,7 +147,8 @@ TEST(ScanCommand, SaysWhichRecordingsAreCutOffAndWhichSetsLackFiles) {
     EXPECT_THAT(ran.err, HasSubstr(cut.string() + ": is cut off, 1 KB of its audio is missing.\n"));
     EXPECT_THAT(ran.out, HasSubstr("cut off 0:01"));
     const Json set = run({"scan", "--json", folder.path()}).json()["groups"][0];
-    EXPECT_EQ(set["filesNotThere"], 1);
+    EXPECT_EQ(set["filesWritten"], 4);
+    EXPECT_EQ(set["filesNotThere"], 1) << "what is cut off still says which file it is";
     EXPECT_EQ(set["files"][0]["missingAudioBytes"], 0);
     EXPECT_EQ(set["files"][1]["missingAudioBytes"], 1000);
 }

@@ -38,6 +38,8 @@ struct Mono {
     int channels = 1;
     std::string folder = "/takes";
     std::optional<int> filesOfFamily = {};
+    std::string index = {};
+    std::uint64_t missingAudioBytes = 0;
 };
 
 InfoFichier infoOf(const Mono& mono) {
@@ -49,6 +51,8 @@ InfoFichier infoOf(const Mono& mono) {
     if (!mono.famille.empty()) info.familleUID = mono.famille;
     if (!mono.timecode.empty()) info.timecode = mono.timecode;
     info.filesOfFamily = mono.filesOfFamily;
+    if (!mono.index.empty()) info.indexInFamily = mono.index;
+    info.missingAudioBytes = mono.missingAudioBytes;
     return info;
 }
 
@@ -128,33 +132,58 @@ TEST(Grouping, JoinsMonoFilesOfOneTakeInTrackOrder) {
 }
 
 TEST(Grouping, CountsTheFilesThatTheRecorderWroteAndThatAreNotThere) {
-    const auto of = [](std::string nom, int total, int channels = 1, std::string folder = "/takes") {
-        return Mono{std::move(nom), "F", "", channels > 0 ? 48000.0 : 0, channels, std::move(folder), total};
+    const auto of = [](std::string nom, int total, std::string index, int channels = 1, std::string folder = "/takes") {
+        Mono mono{std::move(nom), "F", "", 48000, channels, std::move(folder)};
+        mono.filesOfFamily = total;
+        mono.index = std::move(index);
+        return mono;
     };
+    const Mono unreadable{"A_T3", "", "", 0, 0};
+    Mono cutOff{"A_T1"};
+    cutOff.missingAudioBytes = 1;
     const struct {
         std::string rule;
         std::vector<Mono> files;
         std::vector<int> notThere;
     } cases[] = {
-        {"a whole set", {of("A_T1", 2), of("A_T2", 2)}, {0}},
-        {"two are gone", {of("A_T1", 4), of("A_T3", 4)}, {2}},
-        {"the stereo mix of the family is one of them", {of("A_T1", 4), of("A_T2", 4), of("A_TrL_R", 4, 2)}, {1, 0}},
+        {"a whole set", {of("A_T1", 2, "1"), of("A_T2", 2, "2")}, {0}},
+        {"two are gone", {of("A_T1", 4, "1"), of("A_T3", 4, "3")}, {2}},
+        {"the stereo mix of the family is one of them",
+         {of("A_T1", 4, "1"), of("A_T2", 4, "2"), of("A_TrL_R", 4, "A", 2)},
+         {1, 0}},
         {"the poly file that a recorder wrote as well counts for itself",
-         {of("A_1", 1, 2), of("A_1_1", 3), of("A_1_2", 3)},
+         {of("A_1", 1, "A", 2), of("A_1_1", 3, "1"), of("A_1_2", 3, "2")},
          {0, 1}},
-        {"what cannot be read is not gone", {of("A_T1", 3), of("A_T2", 3), of("A_T3", 3, 0)}, {0, 0}},
-        {"other folders do not count", {of("A_T1", 3), of("A_T2", 3), of("A_T3", 3, 1, "/b")}, {1, 0}},
-        {"a single file may be all that was wanted, and so may a merged one", {of("A_T1", 4), of("A", 4, 4)}, {0, 0}},
-        {"more than was said is no hole", {of("A_T1", 1), of("A_T2", 1)}, {0}},
-        {"one that says nothing is there", {of("A_T1", 3), Mono{"A_T2"}}, {1}},
-        {"files that disagree say nothing", {of("A_T1", 4), of("A_T2", 5)}, {0}},
+        {"what cannot be read is not gone", {of("A_T1", 3, "1"), of("A_T2", 3, "2"), unreadable}, {0, 0}},
+        {"nor is what is cut off and says nothing any more, also where it comes first",
+         {cutOff, of("A_T2", 3, "2"), of("A_T3", 3, "3")},
+         {0}},
+        {"one that says nothing though it is whole is none of the family",
+         {of("A_T1", 3, "1"), Mono{"A_T2"}, of("A_T3", 3, "3")},
+         {1}},
+        {"other folders do not count", {of("A_T1", 3, "1"), of("A_T2", 3, "2"), of("A_T3", 3, "3", 1, "/b")}, {1, 0}},
+        {"a single file may be all that was wanted, and so may a merged one",
+         {of("A_T1", 4, "1"), of("A", 4, "1", 4)},
+         {0, 0}},
+        {"a merged file and a backup fill no hole",
+         {of("A_T1", 3, "1"), of("A_T2", 3, "2"), of("A_merge", 3, "1", 2), of("A_T1_old", 3, "1")},
+         {1, 0, 0}},
+        {"files that were split off one file are no set of the recorder's",
+         {of("A_split_T01", 4, "1"), of("A_split_T02", 4, "1")},
+         {0}},
+        {"more than was said is no hole", {of("A_T1", 1, "1"), of("A_T2", 1, "2")}, {0}},
+        {"files that disagree say nothing", {of("A_T1", 4, "1"), of("A_T2", 5, "2")}, {0}},
     };
     for (const auto& [rule, files, notThere] : cases) {
         std::vector<InfoFichier> infos;
         for (const Mono& mono : files)
             infos.push_back(infoOf(mono));
+        std::vector<GroupeFichiers> groupes = construireGroupes(std::move(infos), true);
         std::vector<int> counted;
-        for (const GroupeFichiers& groupe : construireGroupes(std::move(infos), true))
+        for (const GroupeFichiers& groupe : groupes)
+            EXPECT_EQ(groupe.filesNotThere, 0) << "not before the folder is whole";
+        countFilesNotThere(groupes);
+        for (const GroupeFichiers& groupe : groupes)
             counted.push_back(groupe.filesNotThere);
         EXPECT_EQ(counted, notThere) << rule;
     }

@@ -133,6 +133,33 @@ TEST(Probe, CountsTimecodesByTheFilesOwnSampleRate) {
     EXPECT_FALSE(fromIxml(test::ixmlText({.rate = "1e300"})).timecode);
 }
 
+TEST(Probe, CountsTheAudioThatIsMissingButNotWhereItsLengthIsUnknown) {
+    const auto missing = [](std::uint32_t claimed, std::size_t bytes) {
+        return probe(WavBuilder().fmt().chunkClaiming("data", test::audioBytes(bytes), claimed)).missingAudioBytes;
+    };
+    EXPECT_EQ(missing(3000, 3000), 0U);
+    EXPECT_EQ(missing(3003, 3000), 3U);
+    EXPECT_EQ(missing(3002, 3000), 0U) << "no frame is missing, of three bytes each";
+    EXPECT_EQ(missing(0xFFFF0000, 3000), 0xFFFF0000U - 3000U);
+    EXPECT_EQ(missing(0, 3000), 0U) << "never filled in";
+    for (const std::uint32_t piped : {0xFFFFFFFFU, 0xFFFFFFFFU - 100, 0x80000000U, 0x7FFFFFFFU, 0x7FFFF000U})
+        EXPECT_EQ(missing(piped, 3000), 0U) << piped;
+    EXPECT_EQ(probe(WavBuilder().chunkClaiming("data", test::audioBytes(3000), 6000)).missingAudioBytes, 0U)
+        << "without a format it is no audio";
+}
+
+TEST(Probe, ReadsHowManyFilesARecorderWroteUnlessTheNumberIsDamaged) {
+    const auto files = [](const std::string& text) {
+        return fromIxml("<TOTAL_FILES>" + text + "</TOTAL_FILES>").filesOfFamily;
+    };
+    EXPECT_EQ(files("9"), 9);
+    EXPECT_EQ(files(" 256\n"), 256);
+    for (const char* damaged : {"", "-1", "257", "4294967299", "nine"})
+        EXPECT_EQ(files(damaged), std::nullopt) << damaged;
+    EXPECT_EQ(fromIxml("<FILE_SET_INDEX> A </FILE_SET_INDEX>").indexInFamily, "A");
+    EXPECT_EQ(fromIxml("<FILE_SET_INDEX> </FILE_SET_INDEX>").indexInFamily, std::nullopt);
+}
+
 TEST(Probe, AsksTheCodecsOnlyForWhatIsNoLinearWave) {
     const TempFolder folder;
     const FakeCodecs codecs(AudioFormat{2, 44100, 0, 44100});

@@ -88,6 +88,7 @@ std::string ixmlText(const Ixml& ixml) {
     text += element("PROJECT", ixml.project) + element("SCENE", ixml.scene) + element("TAKE", ixml.take) +
             element("TAPE", ixml.tape) + element("NOTE", ixml.note) + element("CIRCLED", ixml.circled) +
             element("WILD_TRACK", ixml.wild) + element("FAMILY_UID", ixml.familyUid);
+    if (ixml.fileSetIndex) text += element("FILE_SET_INDEX", std::to_string(*ixml.fileSetIndex));
     if (ixml.totalFiles) text += element("TOTAL_FILES", std::to_string(*ixml.totalFiles));
     text += "<SPEED>\n" + element("TIMECODE_RATE", ixml.rate) + element("TIMECODE_FLAG", ixml.flag);
     if (ixml.samples) {

@@ -48,7 +48,7 @@ struct Ixml {
     std::optional<std::string> project = "Film", scene = "12A", take = "3", tape = "R001", note = "";
     std::optional<std::string> circled = "FALSE", wild = {};
     std::optional<std::string> familyUid = {};
-    std::optional<int> totalFiles = {};
+    std::optional<int> totalFiles = {}, fileSetIndex = {};
     std::optional<std::string> rate = "25/1", flag = "NDF";
     std::optional<std::uint64_t> samples = 1'728'000'000;  ///< since midnight; ten hours at 48 kHz
     struct Track {

@@ -398,7 +398,9 @@ TEST_F(TakeEditorTest, TheRateMenuHasTheOfferedRatesInTheirOrderAndIgnoresTheWhe
 
 TEST_F(TakeEditorTest, AReadOnlyFormatSaysWhyAndTakesNothing) {
     select(2);
-    EXPECT_TRUE(shows("Dravik can open MP3 files, but changes cannot be saved to this format."));
+    EXPECT_TRUE(
+        shows("Dravik can open MP3 files, but changes cannot be saved to this format.\n"
+              "c.mp3 cannot be read as audio."));
     for (const char* name : {"Scene", "Take", "Tape", "Project", "Start timecode", "Position of a new cue"})
         EXPECT_FALSE(line(name).isEnabled()) << name;
     EXPECT_FALSE(named<QPlainTextEdit>("Note").isEnabled());

@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QSignalSpy>
+#include <QTextDocument>
 
 #include <gmock/gmock.h>
 
@@ -391,20 +392,37 @@ TEST_F(TakeTableTest, WhatCannotBeSavedIsNotEditedAndSaysWhy) {
 }
 
 TEST_F(TakeTableTest, ADamagedTakeBearsASignAndSaysWhatIsWrong) {
-    std::vector<InfoFichier> set = {file("D_T1.wav"), file("D_T2.wav")};
+    std::vector<InfoFichier> set = {file("D_T1.wav"), file("<b>D_T2.wav")};
     set[1].missingAudioBytes = 2'000'000;
+    set[1].notes = "noisy";
     GroupeFichiers damaged = take(set, "D", "2");
     damaged.unreadableTracks = {{"/day/D_T3.wav", 3}};
     damaged.filesNotThere = 2;
-    content->rows().load({damaged, take({file("A.wav")}, "A", "3"), take(set, "C", "1")});
-    EXPECT_EQ(text(0, TakeColumn::format), "2 of 5 × WAV");
-    EXPECT_EQ(text(2, TakeColumn::format), "2 × WAV");
-    const QString tip = cell(0, TakeColumn::name).data(Qt::ToolTipRole).toString();
-    EXPECT_EQ(tip,
-              "D_T2.wav is cut off: 2.0 MB of its audio is missing.\n"
-              "D_T3.wav, a track of this take, cannot be read.\n"
-              "2 files that the recorder wrote of this take are not in the folder.");
-    EXPECT_TRUE(cell(0, TakeColumn::name).data(Qt::AccessibleTextRole).toString().endsWith(tip));
+    damaged.filesWritten = 5;
+    InfoFichier unread = file("E.mp3");
+    unread.channels = 0;
+    content->rows().load({damaged, take({file("A.wav")}, "A", "3"), take({unread}, "E", "1")});
+    EXPECT_EQ(text(0, TakeColumn::format), "2 of 3 × WAV");
+    const auto tip = [this](int row, TakeColumn column) {
+        QString said = cell(row, column).data(Qt::ToolTipRole).toString();
+        if (Qt::mightBeRichText(said)) {
+            QTextDocument document;
+            document.setHtml(said);
+            said = document.toPlainText();
+        }
+        return said;
+    };
+    const QString wrong = QStringLiteral(
+        "<b>D_T2.wav is cut off: 2.0 MB of its audio is missing.\n"
+        "D_T3.wav, a track of this take, cannot be read.\n"
+        "2 files of this take not in the folder: the recorder says that it wrote 5.");
+    EXPECT_EQ(tip(0, TakeColumn::name), wrong);
+    EXPECT_EQ(tip(0, TakeColumn::note), "The files of this take do not agree. Unfold it to see them.");
+    EXPECT_TRUE(cell(0, TakeColumn::name).data(Qt::AccessibleTextRole).toString().endsWith(wrong));
+    const QModelIndex member = view->model()->index(1, 0, cell(0, TakeColumn::name));
+    EXPECT_TRUE(member.data(TakeTableModel::DamagedRole).toBool());
+    EXPECT_TRUE(member.data(Qt::AccessibleTextRole).toString().endsWith("is cut off: 2.0 MB of its audio is missing."));
+    EXPECT_TRUE(tip(2, TakeColumn::scene).endsWith("\nE.mp3 cannot be read as audio."));
     const auto sign = [this](int row) {
         return cell(row, TakeColumn::name).data(TakeTableModel::DamagedRole).toBool();
     };

@@ -243,7 +243,8 @@ void OperationForms::showTracks() {
             members[at].nom = members[at].nom.isEmpty() ? file : QStringLiteral("%1 — %2").arg(members[at].nom, file);
         }
         for (const UnreadableTrack& track : model_.currentUnreadable())
-            members.push_back({track.numero, tr("%1 cannot be read").arg(toQt(fileNameText(track.url)))});
+            members.push_back(
+                {static_cast<int>(members.size()) + 1, tr("%1 cannot be read").arg(toQt(fileNameText(track.url)))});
         merge_->setTracks(std::move(members));
     } else if (tab == OperationsTab::split) {
         split_->setTracks(namesOf(tracks));
