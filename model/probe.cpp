@@ -66,9 +66,10 @@ std::optional<AudioFormat> linearFormatIn(const ByteSource& source, const ChunkT
 }
 
 std::uint64_t missingAudioBytesIn(const ByteSource& source, const ChunkTable& table) {
-    const std::optional<LinearAudio> audio = linearAudioIn(source, table);
     const Chunk* data = table.first("data");
-    if (!audio || data == nullptr || !data->truncated() || isUnknownLength(data->claimedSize)) return 0;
+    if (data == nullptr || !data->truncated() || isUnknownLength(data->claimedSize)) return 0;
+    const std::optional<LinearAudio> audio = linearAudioIn(source, table);
+    if (!audio) return 0;
     // The size of odd audio may count its pad byte, and that may not be there.
     const std::uint64_t frame = audio->format.blockAlign;
     const bool lacksFrames = data->claimedSize / frame > data->size / frame;
