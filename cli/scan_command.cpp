@@ -67,12 +67,9 @@ bool tellDamage(const std::vector<GroupeFichiers>& groupes, Services& services) 
     }
     bool any = false;
     for (const GroupeFichiers& groupe : groupes) {
-        if (groupe.filesNotThere > 0) {
-            const int here = groupe.filesWritten - groupe.filesNotThere;
-            services.console.message(
-                fmt::format("{}: the recorder says that it wrote {} files of this take, of which {} {} here.",
-                            shown(folderOf(groupe.fichiers.front().url) / groupe.nom), groupe.filesWritten, here,
-                            here == 1 ? "is" : "are"));
+        if (const std::string lacking = lackingFilesText(groupe); !lacking.empty()) {
+            const std::filesystem::path take = folderOf(groupe.fichiers.front().url) / groupe.nom;
+            services.console.message(fmt::format("{}: {}", shown(take), lacking));
         }
         for (const InfoFichier& fichier : groupe.fichiers) {
             if (fichier.missingAudioBytes > 0) {

@@ -1,6 +1,7 @@
 #include "cli/take_selection.h"
 
 #include "cli/opened_folder.h"
+#include "model/folder_scan.h"
 
 #include <map>
 #include <set>
@@ -57,6 +58,7 @@ class Selector {
         FolderTakes& found = entry->second;
         if (!isNew) return found;
         found.takes = readTakes(filesIn(folder), group_, services_);
+        countFilesNotThere(found.takes);
         for (std::size_t i = 0; i < found.takes.size(); ++i) {
             for (const InfoFichier& fichier : found.takes[i].fichiers)
                 found.takeOfFile.try_emplace(fichier.url.filename().native(), i);

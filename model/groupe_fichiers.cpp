@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include <fmt/format.h>
+
 namespace dravik {
 namespace {
 
@@ -37,6 +39,13 @@ std::optional<RecordingDate> GroupeFichiers::recordingDate() const noexcept {
         if (fichier.recordingDate) return fichier.recordingDate;
     }
     return std::nullopt;
+}
+
+std::string lackingFilesText(const GroupeFichiers& groupe) {
+    if (groupe.filesNotThere == 0) return {};
+    const int here = groupe.filesWritten - groupe.filesNotThere;
+    return fmt::format("The recorder says that it wrote {} files of this take, of which {} {} here.",
+                       groupe.filesWritten, here, here == 1 ? "is" : "are");
 }
 
 std::vector<Piste> tracksOfGroup(const GroupeFichiers& groupe) {

@@ -53,6 +53,9 @@ struct GroupeFichiers {
 /// The tracks of a take as shown: of one file its channels, of a mono set the one track of each file.
 [[nodiscard]] std::vector<Piste> tracksOfGroup(const GroupeFichiers& groupe);
 
+/// "The recorder says that it wrote 4 files of this take, of which 3 are here."; empty where none lacks.
+[[nodiscard]] std::string lackingFilesText(const GroupeFichiers& groupe);
+
 /// Fills the merged fields from the files.
 void mergeMetadata(GroupeFichiers& groupe);
 

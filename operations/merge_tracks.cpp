@@ -89,6 +89,9 @@ OperationPlan planMerge(FileOps& ops, const GroupeFichiers& groupe, const std::v
     if (!startsTogether) {
         plan.note = "Mono sources do not share the same start alignment: the new file has the start of the first.";
     }
+    if (const std::string lacking = lackingFilesText(groupe); !lacking.empty()) {
+        plan.note += (plan.note.empty() ? "" : " ") + lacking;
+    }
     plan.add(std::move(output));
     return plan;
 }

@@ -136,9 +136,10 @@ TEST(ScanCommand, SaysWhichRecordingsAreCutOffAndWhichSetsLackFiles) {
     Ran ran = run({"scan", folder.path()});
     EXPECT_EQ(ran.exitCode, 0) << ran.err;
     EXPECT_EQ(ran.err, (folder / "A").string() +
-                           ": the recorder says that it wrote 4 files of this take, of which 3 are here.\n");
+                           ": The recorder says that it wrote 4 files of this take, of which 3 are here.\n");
     EXPECT_THAT(ran.out, HasSubstr("3 × WAV"));
     EXPECT_EQ(run({"scan", folder / "A_T1.WAV", folder / "A_T2.WAV"}).err, "") << "the others were not asked for";
+    EXPECT_THAT(run({"merge", "--dry-run", folder.path()}).out, HasSubstr("it wrote 4 files of this take, of which 3"));
 
     const std::filesystem::path cut = folder / "A_T2.WAV";
     std::filesystem::resize_file(cut, std::filesystem::file_size(cut) - 1024);  // 24 bytes stand behind the audio
